@@ -1,0 +1,5 @@
+# AddressSanitizer (with LeakSanitizer) and UndefinedBehaviorSanitizer for everything built here; any report ends the program.
+if(VELKARO_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
