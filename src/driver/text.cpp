@@ -59,4 +59,6 @@ Text strip_dashes(const char* text) {
   return stripped;
 }
 
-bool equal_text(const char* left, const char* right) { return left && right && std::strcmp(left, right) == 0; }
+bool equal_text(const char* left, const char* right) {
+  return left && right && std::strcmp(left, right) == 0;
+}

@@ -5,20 +5,24 @@
 #include <cstddef>
 #include <memory>
 
-// A text the holder owns; it is released with the array delete by itself. A null Text is "none", which is not the empty text.
+// A text the holder owns; it is released with the array delete by itself. A null Text is "none", which is not
+// the empty text.
 using Text = std::unique_ptr<char[]>;
 
 #if defined(__GNUC__)
-#define PRINTF_FORMAT(format_index, first_argument) __attribute__((format(printf, format_index, first_argument)))
+#define PRINTF_FORMAT(format_index, first_argument) \
+  __attribute__((format(printf, format_index, first_argument)))
 #else
 #define PRINTF_FORMAT(format_index, first_argument)
 #endif
 
-// The number of bytes that the formatted text has, without its terminator; negative when it cannot be formatted.
+// The number of bytes that the formatted text has, without its terminator; negative when it cannot be
+// formatted.
 int measure_format(const char* format, ...) PRINTF_FORMAT(1, 2);
 int measure_format_list(const char* format, va_list arguments) PRINTF_FORMAT(1, 0);
 
-// A new text of exactly the formatted length; the empty text when it cannot be formatted. A null argument for "%s" reads "(null)".
+// A new text of exactly the formatted length; the empty text when it cannot be formatted. A null argument for
+// "%s" reads "(null)".
 Text format_string(const char* format, ...) PRINTF_FORMAT(1, 2);
 
 // A new text holding the bytes from start up to, not including, end. Bytes may be anything, NUL included.
@@ -27,7 +31,8 @@ Text copy_range(const char* start, const char* end);
 // A new text with the same bytes; none for none.
 Text copy_text(const char* text);
 
-// Upper case for the letters a to z only, whatever the locale: file names and workgroups keep their other bytes.
+// Upper case for the letters a to z only, whatever the locale: file names and workgroups keep their other
+// bytes.
 void upper_case_ascii(char* text);
 char upper_case_ascii(char character);
 

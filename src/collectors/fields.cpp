@@ -1,0 +1,55 @@
+#include "collectors/fields.h"
+
+const Tag* find_items(const InventoryTree& profiler, const char* data_type) {
+  const Tag* type = profiler.top().find_child(data_type);
+  return type ? find_items(*type) : nullptr;
+}
+
+const Tag* find_items(const Tag& item) { return item.find_child("_items"); }
+
+const Tag* first_item(const InventoryTree& profiler, const char* data_type) {
+  const Tag* items = find_items(profiler, data_type);
+  return items ? items->child_at(0) : nullptr;
+}
+
+const Value* find_value(const Tag& item, const char* key) {
+  const Attribute* attribute = item.find_attribute(key);
+  return attribute ? &attribute->value() : nullptr;
+}
+
+char* find_text(const Tag& item, const char* key) {
+  Attribute* attribute = item.find_attribute(key);
+  return attribute ? attribute->value().text() : nullptr;
+}
+
+bool text_is(const Tag& item, const char* key, const char* expected) {
+  return equal_text(find_text(item, key), expected);
+}
+
+int64_t find_integer(const Tag& item, const char* key) {
+  const Value* value = find_value(item, key);
+  return value ? value->int64() : 0;
+}
+
+void copy_field(Place& element, const char* name, const Tag& item, const char* key) {
+  if (const Value* value = find_value(item, key)) element.set_attribute(name, *value);
+}
+
+void copy_element_value(Place& element, const Tag& item, const char* key) {
+  const Value* value = find_value(item, key);
+  element.set_value(value ? *value : Value());
+}
+
+Value yes_no(bool yes) { return text_value(yes ? "1" : "0"); }
+
+Text byte_count_text(int64_t bytes) { return format_string("%lld", static_cast<long long>(bytes)); }
+
+CompoundField::CompoundField(Place& element, const char* name) : members_(element, name) {
+  element.set_attribute(name, text_value(""), "complex", "");
+}
+
+void CompoundField::set_member(const char* name, Value value) {
+  members_.set_attribute(name, std::move(value));
+}
+
+void CompoundField::finish() { members_.annotate("field-source", ""); }

@@ -1,0 +1,61 @@
+// The shapes that recur in the collectors: how they read an item of the profiler tree, and how they write a
+// fact into the snapshot.
+#pragma once
+
+#include "zxml/place.h"
+#include "zxml/zXML.h"
+
+// ---- Reading. In the profiler tree a data type is a child of the top element, its items are the children of
+// its child "_items", and an item's keys are attributes (texts, numbers) or children (dictionaries, arrays).
+// Whatever is missing or of another kind reads as none.
+
+// The tag that holds the items of a data type ("SPHardwareDataType"), or the items below an item; none when
+// there is none.
+const Tag* find_items(const InventoryTree& profiler, const char* data_type);
+const Tag* find_items(const Tag& item);
+// The first item of a data type, or none.
+const Tag* first_item(const InventoryTree& profiler, const char* data_type);
+
+const Value* find_value(const Tag& item, const char* key);
+// The text stands in the profiler tree; size parsing changes it there (see units.h).
+char* find_text(const Tag& item, const char* key);
+bool text_is(const Tag& item, const char* key, const char* expected);
+// The integer, or 0.
+int64_t find_integer(const Tag& item, const char* key);
+
+// ---- Writing.
+
+// What becomes of one key of an item: an attribute of this name.
+struct CopiedField {
+  const char* key;
+  const char* name;
+};
+
+// A copy of the value as it stands, kind included; nothing when the key is missing.
+void copy_field(Place& element, const char* name, const Tag& item, const char* key);
+template <size_t count>
+void copy_fields(Place& element, const Tag& item, const CopiedField (&fields)[count]) {
+  for (const CopiedField& field : fields) copy_field(element, field.name, item, field.key);
+}
+// The copy of a key's value as the value of the element itself; an element without value when the key is
+// missing.
+void copy_element_value(Place& element, const Tag& item, const char* key);
+
+// Yes and no are the texts "1" and "0".
+Value yes_no(bool yes);
+
+// A byte count as the annotation "base-value" has it.
+Text byte_count_text(int64_t bytes);
+
+// A fact with members: an attribute with empty text, annotated "complex", and a child tag of the same name
+// that holds the members, annotated "field-source" once they are written. `name` is relative to the element.
+class CompoundField {
+ public:
+  CompoundField(Place& element, const char* name);
+  void set_member(const char* name, Value value);
+  // Marks the child tag; call it after the last member.
+  void finish();
+
+ private:
+  Place members_;
+};

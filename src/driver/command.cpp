@@ -1,0 +1,65 @@
+#include "driver/command.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+// A growing text; there is always room for one more chunk's worth after one doubling, since no read delivers
+// more than a chunk.
+class Capture {
+ public:
+  explicit Capture(uint32_t chunk) : capacity_(chunk), text_(new char[chunk]) {}
+
+  uint32_t length() const { return length_; }
+
+  void append(const char* bytes, uint32_t count) {
+    if (count > capacity_ - length_) grow(2 * capacity_);
+    std::memcpy(text_.get() + length_, bytes, count);
+    length_ += count;
+  }
+
+  Text finish() {
+    if (length_ == capacity_) grow(length_ + 1);
+    text_[length_] = '\0';
+    return std::move(text_);
+  }
+
+ private:
+  void grow(uint32_t capacity) {
+    Text larger(new char[capacity]);
+    std::memcpy(larger.get(), text_.get(), length_);
+    text_ = std::move(larger);
+    capacity_ = capacity;
+  }
+
+  uint32_t capacity_;
+  uint32_t length_ = 0;
+  Text text_;
+};
+
+}  // namespace
+
+Text run_command(const char* command_line, uint32_t* length, uint32_t chunk, uint32_t limit) {
+  *length = 0;
+  std::FILE* pipe = popen(command_line, "r");
+  if (!pipe) return nullptr;
+  Capture capture(chunk);
+  const Text scratch(new char[chunk]);
+  for (;;) {
+    const uint32_t count = static_cast<uint32_t>(std::fread(scratch.get(), 1, chunk, pipe));
+    const uint32_t room = limit - capture.length();
+    if (count > room) {
+      capture.append(scratch.get(), room);
+      std::fprintf(stderr, "Output cut after %u bytes: %s\n", limit, command_line);
+      break;
+    }
+    capture.append(scratch.get(), count);
+    // A short read is the end of the output.
+    if (count < chunk) break;
+  }
+  *length = capture.length();
+  // The tool may have failed; what it said counts all the same.
+  pclose(pipe);
+  return capture.finish();
+}

@@ -1,0 +1,65 @@
+// The inventory tree as a document: its "?zxml" text and the four forms in which it is handed over.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "zxml/tag.h"
+
+class InventoryTree {
+ public:
+  // One part of a split form: the header "Root", or one child of the top element.
+  struct Section {
+    uint32_t offset;  // from the start of the output
+    uint32_t length;  // in bytes
+    std::string name;
+  };
+
+  // A tree whose only element is the top one, a leaf of this name. A byte-order flag that is not 0 writes
+  // lengths most significant byte first.
+  InventoryTree(int32_t byte_order_flag, const char* top_name);
+  // A deep copy, without section records.
+  InventoryTree(const InventoryTree& source);
+  InventoryTree& operator=(const InventoryTree&) = delete;
+
+  Tag& root() { return root_; }
+  const Tag& root() const { return root_; }
+  Tag& top() { return *root_.child_at(0); }
+  const Tag& top() const { return *root_.child_at(0); }
+  // The records of the last split form that was made.
+  const std::vector<Section>& sections() const { return sections_; }
+
+  // The operations of Tag on the root: a path begins with "/", which enters the top element.
+  void set_attribute(const char* path, Value value, const char* annotation_key = nullptr,
+                     const char* annotation_text = nullptr);
+  void set_tag_value(const char* path, Value value);
+  void annotate_attribute(const char* path, const char* key, const char* text);
+
+  // The tree's bytes, whole or split into named sections, as text or as zlib streams:
+  //   whole, compressed   stream of the whole text, 0x00, 0x01, "ZXML"
+  //   whole, plain        the whole text, 0x00, 0x00
+  //   split, compressed   stream per section, stream of the index, index offset (32 bits), 0x01, 0x01
+  //   split, plain        the text without the top element's closing line, the index, index offset, 0x01,
+  //   0x00
+  Bytes serialize(bool sectioned, bool compressed);
+  // Writes those bytes to a file; nothing happens when it cannot be opened.
+  void save(const char* path, bool sectioned, bool compressed);
+
+ private:
+  Text whole_text(bool no_close, size_t* length) const;
+  Bytes whole_plain() const;
+  Bytes whole_compressed() const;
+  Bytes split_plain();
+  Bytes split_compressed();
+  void add_section_record(const std::string& name, size_t length);
+  std::string section_index() const;
+  void append_split_trailer(Bytes& bytes, size_t index_offset, bool compressed) const;
+
+  std::vector<Section> sections_;
+  int32_t byte_order_flag_;
+  Tag root_;
+};
+
+// Appends a deep copy of the source's "Processes" element to the destination's top element; nothing when the
+// source has none.
+void copy_processes(InventoryTree& destination, const InventoryTree& source);
