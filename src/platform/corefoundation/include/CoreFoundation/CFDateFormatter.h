@@ -1,0 +1,21 @@
+#pragma once
+
+#include <CoreFoundation/CFBase.h>
+#include <CoreFoundation/CFDate.h>
+#include <CoreFoundation/CFLocale.h>
+
+typedef struct CFDateFormatterObject* CFDateFormatterRef;
+
+typedef enum CFDateFormatterStyle : CFIndex { kCFDateFormatterNoStyle = 0 } CFDateFormatterStyle;
+
+extern "C" {
+
+CFTypeID CFDateFormatterGetTypeID(void);
+// Formats in the zone that TZ names, else the system's; a zone that is not known is GMT. A null locale is the
+// current one.
+CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef allocator, CFLocaleRef locale,
+                                         CFDateFormatterStyle date_style, CFDateFormatterStyle time_style);
+void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef pattern);
+CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef allocator, CFDateFormatterRef formatter,
+                                                CFDateRef date);
+}
