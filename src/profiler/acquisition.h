@@ -1,0 +1,53 @@
+// Stage I: the system profiler is run once per data type, and its outputs are spliced into one property-list
+// document, as if it had been run once over all of them.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "driver/text.h"
+
+// What one run of the profiler printed: a property list, an array of one dictionary, as a rule in this frame
+// of fixed lengths. Trimming goes by these lengths and not by searching for tags.
+constexpr size_t kPrologueLength =
+    172;  // XML declaration, document type, <plist>, <array>, each with its line feed
+constexpr size_t kEpilogueLength = 18;  // "</array>\n</plist>\n"
+
+struct ProfilerOutput {
+  const char* data_type;
+  Text text;  // none where the profiler could not be started
+  uint32_t length;
+};
+
+struct ProfilerDocument {
+  Text text;
+  uint32_t length;
+  // The untouched outputs, one per data type in their order, for the case that the document cannot be parsed.
+  std::vector<ProfilerOutput> outputs;
+};
+
+// Where in the document an output stands: the first one brings the prologue, the last one the closing tags.
+enum class Cut { kMiddle = 0, kFirst = 1, kLast = 2 };
+
+// Outputs are cut off beyond these; tests lower them. In bytes.
+struct ProfilerLimits {
+  uint32_t one_output = 512u << 20;
+  uint32_t all_outputs = 1024u << 20;
+};
+
+// Runs the profiler over all its data types. With `progress` it prints "10%" to "100%" on the way, for a
+// program that waits for the scan. A data type without output is tried again, 20 times at most and with
+// growing pauses; when it stays empty a line on standard error names its command, and the data types after it
+// get a single attempt.
+ProfilerDocument collect_profiler_document(bool progress, const ProfilerLimits& limits = ProfilerLimits());
+
+// The profiler's output over its own choice of data types, uncut; tried again in the same way.
+ProfilerOutput run_full_profiler(const ProfilerLimits& limits = ProfilerLimits());
+
+// The document of such outputs, given in the order of the data types.
+Text splice_outputs(const std::vector<ProfilerOutput>& outputs, uint32_t* length);
+
+// The part of an output that belongs into the document; empty when the output is too short, and cut short at
+// its first NUL.
+std::string_view cut_output(const char* output, uint32_t length, Cut cut);

@@ -1,0 +1,28 @@
+// Reading the parsed profiler output: an array with one dictionary per data type, whose "_dataType" names it
+// and whose "_items" holds what was found. Every lookup takes none for an array or dictionary, and answers
+// none for what is missing or of another kind; what it returns belongs to the list.
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <cstdint>
+
+#include "driver/text.h"
+
+// The string's UTF-8 bytes in a new text, and their number.
+Text cfstring_to_text(CFStringRef string, CFIndex* length = nullptr);
+
+CFDictionaryRef dictionary_at(CFArrayRef array, CFIndex index);
+CFStringRef find_string(CFDictionaryRef dictionary, CFStringRef key);
+CFDictionaryRef find_dictionary(CFDictionaryRef dictionary, CFStringRef key);
+CFArrayRef find_array(CFDictionaryRef dictionary, CFStringRef key);
+Text find_plist_text(CFDictionaryRef dictionary, CFStringRef key);
+// False, and *number unchanged, when there is no number.
+bool find_plist_integer(CFDictionaryRef dictionary, CFStringRef key, int64_t* number);
+
+// The items of the first data type of this name.
+CFArrayRef find_data_type_items(CFArrayRef list, CFStringRef data_type);
+
+// The machine's serial number: "serial_number" of the first item of the hardware data type, or of the last
+// data type in a list without it.
+Text find_hardware_serial(CFArrayRef list);

@@ -1,0 +1,209 @@
+#include "profiler/plist_dump.h"
+
+#include <cstring>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "driver/dates.h"
+#include "profiler/plist_access.h"
+#include "zxml/place.h"
+
+namespace {
+
+constexpr int kMaximumDepth = 512;
+
+// The keys of a data type that describe the profiler's run, and the data types that nobody reads.
+constexpr const char* kSkippedKeys[] = {"_dataType", "_detailLevel", "_properties"};
+constexpr const char* kSkippedDataTypes[] = {"SPLogsDataType", "SPFontsDataType"};
+// Dictionaries that are lists of a name and a state, and are written as items.
+constexpr const char* kKeyValueLists[] = {"spfirewall_applications", "spfirewall_services"};
+
+template <size_t count>
+bool contains(const char* const (&names)[count], const char* name) {
+  for (const char* candidate : names) {
+    if (std::strcmp(candidate, name) == 0) return true;
+  }
+  return false;
+}
+
+struct KeysAndValues {
+  explicit KeysAndValues(CFDictionaryRef dictionary)
+      : keys(static_cast<size_t>(CFDictionaryGetCount(dictionary))), values(keys.size()) {
+    CFDictionaryGetKeysAndValues(dictionary, keys.data(), values.data());
+  }
+  Text key_text(size_t index) const { return cfstring_to_text(static_cast<CFStringRef>(keys[index])); }
+
+  std::vector<const void*> keys;
+  std::vector<const void*> values;
+};
+
+template <typename Number>
+Number number_as(CFNumberRef number, CFNumberType type) {
+  Number value = 0;
+  CFNumberGetValue(number, type, &value);
+  return value;
+}
+
+class Dump {
+ public:
+  explicit Dump(InventoryTree& tree) : tree_(tree) {}
+
+  void data_type(CFDictionaryRef dictionary);
+
+ private:
+  void dictionary(CFDictionaryRef dictionary, Place& place, int depth);
+  void array(CFArrayRef array, Place& place, int depth);
+  void key_value_list(CFDictionaryRef dictionary, Place& place);
+  // Containers are written below the parent under this name; false for anything else.
+  bool container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth);
+  // The value of a string, date or number; a value of kind none for anything else.
+  Value scalar(CFTypeRef object) const;
+
+  InventoryTree& tree_;
+  DateFormatter date_formatter_{DateForm::kCim};
+};
+
+// Numbers as the console's schema has always had them. CoreFoundation reads integers of a property list as 64
+// bits wide, so the other integer types come from values that are made in memory only.
+Value number_value(CFNumberRef number) {
+  switch (CFNumberGetType(number)) {
+    case kCFNumberSInt8Type:
+      return Value(static_cast<int64_t>(static_cast<uint8_t>(number_as<int8_t>(number, kCFNumberSInt8Type))));
+    case kCFNumberSInt16Type:
+      return Value(
+          static_cast<int64_t>(static_cast<uint16_t>(number_as<int16_t>(number, kCFNumberSInt16Type))));
+    case kCFNumberSInt32Type:
+      return Value(
+          static_cast<int64_t>(static_cast<uint32_t>(number_as<int32_t>(number, kCFNumberSInt32Type))));
+    case kCFNumberCharType:
+    case kCFNumberShortType:
+    case kCFNumberIntType:
+    case kCFNumberLongType:
+    case kCFNumberCFIndexType:
+    case kCFNumberNSIntegerType:
+      return Value(static_cast<int64_t>(number_as<int32_t>(number, kCFNumberSInt32Type)));
+    case kCFNumberSInt64Type:
+    case kCFNumberLongLongType:
+      return Value(number_as<int64_t>(number, kCFNumberSInt64Type));
+    case kCFNumberFloat32Type:
+      return Value(static_cast<double>(number_as<float>(number, kCFNumberFloat32Type)));
+    case kCFNumberFloat64Type:
+    case kCFNumberFloatType:
+    case kCFNumberDoubleType:
+      return Value(number_as<double>(number, kCFNumberFloat64Type));
+    default:
+      return Value();
+  }
+}
+
+bool is_wide_integer(CFTypeRef object) {
+  if (CFGetTypeID(object) != CFNumberGetTypeID()) return false;
+  const CFNumberType type = CFNumberGetType(static_cast<CFNumberRef>(object));
+  return type == kCFNumberSInt64Type || type == kCFNumberLongLongType;
+}
+
+Value Dump::scalar(CFTypeRef object) const {
+  const CFTypeID type = CFGetTypeID(object);
+  if (type == CFStringGetTypeID())
+    return text_value(cfstring_to_text(static_cast<CFStringRef>(object)).get());
+  if (type == CFDateGetTypeID())
+    return text_value(date_formatter_.format(static_cast<CFDateRef>(object)).get());
+  if (type == CFNumberGetTypeID()) return number_value(static_cast<CFNumberRef>(object));
+  return Value();
+}
+
+bool Dump::container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth) {
+  const CFTypeID type = CFGetTypeID(object);
+  const bool is_dictionary = type == CFDictionaryGetTypeID();
+  if (!is_dictionary && type != CFArrayGetTypeID()) return false;
+  if (depth > kMaximumDepth) return true;
+  Place place(parent, std::move(name), names);
+  if (is_dictionary) {
+    dictionary(static_cast<CFDictionaryRef>(object), place, depth);
+  } else {
+    array(static_cast<CFArrayRef>(object), place, depth);
+  }
+  return true;
+}
+
+void Dump::data_type(CFDictionaryRef dictionary) {
+  const Text name = find_plist_text(dictionary, CFSTR("_dataType"));
+  if (!name || contains(kSkippedDataTypes, name.get())) return;
+  Place place(tree_.root(), std::string("/") + name.get());
+  const KeysAndValues pairs(dictionary);
+  for (size_t i = 0; i < pairs.keys.size(); ++i) {
+    const Text key = pairs.key_text(i);
+    if (contains(kSkippedKeys, key.get())) continue;
+    std::string tag_name = sanitize_key(key.get());
+    if (container(pairs.values[i], place, tag_name, Place::Names::may_repeat, 1)) continue;
+    Value value = scalar(pairs.values[i]);
+    if (value.kind() == Value::Kind::none) continue;
+    // At this level the console reads wide integers as texts.
+    if (is_wide_integer(pairs.values[i]))
+      value.set_text(format_string("%lld", static_cast<long long>(value.int64())).get());
+    place.set_attribute(tag_name, std::move(value));
+  }
+}
+
+void Dump::dictionary(CFDictionaryRef dictionary, Place& place, int depth) {
+  const KeysAndValues pairs(dictionary);
+  for (size_t i = 0; i < pairs.keys.size(); ++i) {
+    const Text key = pairs.key_text(i);
+    std::string tag_name = sanitize_key(key.get());
+    const CFTypeRef object = pairs.values[i];
+    if (CFGetTypeID(object) == CFDictionaryGetTypeID() && contains(kKeyValueLists, key.get())) {
+      Place list(place, std::move(tag_name));
+      key_value_list(static_cast<CFDictionaryRef>(object), list);
+      continue;
+    }
+    if (container(object, place, tag_name, Place::Names::may_repeat, depth + 1)) continue;
+    Value value = scalar(object);
+    if (value.kind() != Value::Kind::none) place.set_attribute(tag_name, std::move(value));
+  }
+}
+
+void Dump::array(CFArrayRef array, Place& place, int depth) {
+  const CFIndex count = CFArrayGetCount(array);
+  for (CFIndex i = 0; i < count; ++i) {
+    const CFTypeRef object = CFArrayGetValueAtIndex(array, i);
+    std::string name = "item" + std::to_string(i);
+    if (container(object, place, name, Place::Names::distinct, depth + 1)) continue;
+    Value value = scalar(object);
+    if (value.kind() != Value::Kind::none) place.set_distinct_attribute(name, std::move(value));
+  }
+}
+
+void Dump::key_value_list(CFDictionaryRef dictionary, Place& place) {
+  const KeysAndValues pairs(dictionary);
+  for (size_t i = 0; i < pairs.keys.size(); ++i) {
+    if (CFGetTypeID(pairs.values[i]) != CFStringGetTypeID()) continue;
+    Place item(place, "item" + std::to_string(i), Place::Names::distinct);
+    item.set_attribute("_name", text_value(pairs.key_text(i).get()));
+    item.set_attribute("value", scalar(pairs.values[i]));
+  }
+}
+
+}  // namespace
+
+void dump_profiler(CFArrayRef list, InventoryTree& tree) {
+  Dump dump(tree);
+  const CFIndex count = list ? CFArrayGetCount(list) : 0;
+  for (CFIndex i = 0; i < count; ++i) {
+    if (const CFDictionaryRef dictionary = dictionary_at(list, i)) dump.data_type(dictionary);
+  }
+}
+
+std::string sanitize_key(const char* key) {
+  constexpr std::string_view kQuotes[] = {"\u2018", "\u2019", "\u201B"};
+  std::string name;
+  for (std::string_view rest = key; !rest.empty();) {
+    size_t replaced = std::strchr("' /,", rest.front()) ? 1 : 0;
+    for (const std::string_view quote : kQuotes) {
+      if (rest.substr(0, quote.size()) == quote) replaced = quote.size();
+    }
+    name += replaced > 0 ? '_' : rest.front();
+    rest.remove_prefix(replaced > 0 ? replaced : 1);
+  }
+  return name;
+}

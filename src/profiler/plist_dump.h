@@ -1,0 +1,21 @@
+// The parsed profiler output as an inventory tree, so that the collectors read every fact with the tree's
+// operations:
+//   a dictionary            a tag; its string, date and number values are the tag's attributes
+//   an array                a tag; its elements are tags or attributes named "item0", "item1", ...
+//   a data type             the tag of its name under the top element
+// Booleans, data and whatever else a list may hold are left out.
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <string>
+
+#include "zxml/zXML.h"
+
+// Copies the list, an array of data-type dictionaries, into the tree; fonts and logs are left out. A
+// dictionary without a data type is skipped, and so is what is nested deeper than a property list can be.
+void dump_profiler(CFArrayRef list, InventoryTree& tree);
+
+// A key as a tag's name: apostrophes, also typographic ones, blanks, slashes and commas become underscores,
+// since paths and the console's queries give them a meaning.
+std::string sanitize_key(const char* key);
