@@ -11,7 +11,7 @@ constexpr uint32_t kCommandOutputLimit = 512u << 20;
 // Runs a command line and returns everything that it wrote to its standard output, NUL-terminated, and the
 // number of bytes through `length`. Its standard error goes wherever this program's goes; its exit status is
 // not looked at. A command that writes nothing gives an empty text; none, and length 0, only when no shell
-// could be started. Output beyond `limit` bytes is cut off, with a line on standard error. `chunk` is the
-// number of bytes per read and the size of the first buffer: at least 1, at most 1 GiB.
+// could be started. Output beyond `limit` bytes, which is below 2 GiB, is cut off, with a line on standard
+// error. `chunk` is the number of bytes per read and the size of the first buffer: at least 1, at most 1 GiB.
 Text run_command(const char* command_line, uint32_t* length, uint32_t chunk,
                  uint32_t limit = kCommandOutputLimit);

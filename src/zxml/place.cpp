@@ -73,6 +73,8 @@ void Place::annotate_attribute(std::string_view name, const char* key, const cha
 void Place::annotate(const char* key, const char* text) {
   if (start_) return start_->annotate_tag(name_.c_str(), key, text);
   Tag* parent = parent_->reach(false);
-  Tag* tag = parent && !tag_ ? parent->find_child(name_) : tag_;
+  if (!parent) return;
+  // As the last segment of a path, an empty name is a name, and not the first child that tag_ holds then.
+  Tag* tag = tag_ && !name_.empty() ? tag_ : parent->find_child(name_);
   if (tag) tag->annotate(key, text);
 }

@@ -17,8 +17,7 @@ class Place {
   // The tag that a path from `start` names; `start` must outlive the Place.
   Place(Tag& start, std::string path) : start_(&start), name_(std::move(path)) {}
   // The child of `parent` that a path segment leads to: the child of this name, or the first child for an
-  // empty name. The name holds no
-  // "/"; the parent must outlive the Place.
+  // empty name. The name holds no "/"; the parent must outlive the Place.
   Place(Place& parent, std::string name, Names names = Names::may_repeat)
       : parent_(&parent), name_(std::move(name)), names_(names) {}
 
@@ -32,7 +31,7 @@ class Place {
   // Gives the tag at this place itself a value; the tag above it does not become a branch by it.
   void set_value(Value value);
   // Append an annotation to an attribute of the tag at this place, or to that tag itself; nothing when it
-  // does not exist.
+  // does not exist. For set_value and annotate, as at a path's end, an empty name is a child's name.
   void annotate_attribute(std::string_view name, const char* key, const char* text);
   void annotate(const char* key, const char* text);
 

@@ -18,7 +18,7 @@ constexpr size_t kClosingLineSize = sizeof kClosingLine - 1;
 // The text of a value: a view of the value's own text, or of `number`, which receives a formatted number (309
 // digits at most, and sign, point, decimals).
 std::string_view value_text(const Value* value, char (&number)[320]) {
-  if (!value) return {};
+  if (!value) return "";
   int length = 0;
   switch (value->kind()) {
     case Value::Kind::boolean:
@@ -32,7 +32,7 @@ std::string_view value_text(const Value* value, char (&number)[320]) {
     case Value::Kind::text:
       return value->text();
     case Value::Kind::none:
-      return {};
+      return "";
   }
   return {number, static_cast<size_t>(length)};
 }
