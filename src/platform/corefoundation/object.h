@@ -1,0 +1,62 @@
+// What every object of the stand-in begins with, and how objects come and go.
+#pragma once
+
+#include <CoreFoundation/CFBase.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+namespace cf {
+
+enum class Kind : uint8_t {
+  string = 1,
+  boolean,
+  number,
+  date,
+  data,
+  array,
+  dictionary,
+  locale,
+  date_formatter,
+  character_set
+};
+
+constexpr uint32_t immortal = 0;  // the reference count of what lives as long as the program
+
+// Derived objects are plain data behind this, so that an object and its bytes or elements are one allocation.
+struct Object {
+  constexpr explicit Object(Kind its_kind, uint32_t count = 1) : references(count), kind(its_kind) {}
+
+  mutable uint32_t references;
+  const Kind kind;
+};
+
+inline const Object* object(CFTypeRef reference) { return static_cast<const Object*>(reference); }
+
+// A new object with one reference and room for so many bytes behind it.
+template <class T, class... Arguments>
+T* create_with_tail(size_t tail_size, Arguments&&... arguments) {
+  return new (::operator new(sizeof(T) + tail_size)) T(std::forward<Arguments>(arguments)...);
+}
+template <class T, class... Arguments>
+T* create(Arguments&&... arguments) {
+  return create_with_tail<T>(0, std::forward<Arguments>(arguments)...);
+}
+
+// What stands behind an object.
+template <class Element, class T>
+const Element* tail_of(const T* object) {
+  return reinterpret_cast<const Element*>(object + 1);
+}
+template <class Element, class T>
+Element* tail_of(T* object) {
+  return reinterpret_cast<Element*>(object + 1);
+}
+
+inline void retain(CFTypeRef reference) {
+  if (object(reference)->references != immortal) ++object(reference)->references;
+}
+
+}  // namespace cf

@@ -1,0 +1,39 @@
+// Scanner of XML property lists: bytes in, events out. It reads the dialect that Apple's own parser reads,
+// which is not quite XML, and needs no memory that grows with the document but one byte per level of nesting.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "plist/events.h"
+
+namespace plist {
+
+// How deep arrays and dictionaries may nest.
+constexpr size_t maximum_depth = 512;
+
+struct ScanResult {
+  const char* error;  // a message that lives as long as the program; none when the list was read to its end
+  size_t offset;      // the byte where reading ended
+};
+
+// Refuses what Apple's parser refuses (one invalid byte of UTF-8 in a text is enough) and keeps what it
+// keeps: carriage returns, control bytes, NULs in texts, whatever follows the list. Only UTF-8 is read. After
+// an error the events so far are an unfinished list.
+ScanResult scan(std::string_view list, const Events& events);
+
+// Makes the best of a damaged list, and of a whole one the same as `scan`. It never fails, and its events are
+// always balanced:
+// - what stands before the XML declaration or <plist is skipped, as is text between elements;
+// - invalid UTF-8 becomes U+FFFD; an entity that is not known stays as its text;
+// - a number, date or data element that cannot be read, a text that is not closed, an unknown element and a
+// container nested deeper than
+//   `depth_limit` are dropped, in a dictionary together with their key; so are a key without a value and a
+//   value without a key;
+// - a container that is not closed ends with the one around it, or with the input;
+// - </plist> ends nothing: what follows goes on where it stands. Several values may thus stand side by side
+// at the top. Of a key that stands where a value should, `scan` makes a string; here it takes the place of
+// the key before it.
+void scan_leniently(std::string_view list, const Events& events, size_t depth_limit = maximum_depth);
+
+}  // namespace plist
