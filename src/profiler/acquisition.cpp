@@ -17,15 +17,6 @@ constexpr int kMaximumRetries = 20;
 constexpr std::chrono::milliseconds kFirstPause(10);
 constexpr std::chrono::milliseconds kLongestPause(1000);
 
-constexpr char kPrologue[] =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-    "<plist version=\"1.0\">\n"
-    "<array>\n";
-constexpr char kEpilogue[] = "</array>\n</plist>\n";
-static_assert(sizeof kPrologue - 1 == kPrologueLength && sizeof kEpilogue - 1 == kEpilogueLength);
-
 // The data types of a scan, in the order of the document, and the progress that is told once each has run (0:
 // nothing).
 struct DataType {

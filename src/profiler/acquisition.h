@@ -8,11 +8,18 @@
 
 #include "driver/text.h"
 
-// What one run of the profiler printed: a property list, an array of one dictionary, as a rule in this frame
-// of fixed lengths. Trimming goes by these lengths and not by searching for tags.
-constexpr size_t kPrologueLength =
-    172;  // XML declaration, document type, <plist>, <array>, each with its line feed
-constexpr size_t kEpilogueLength = 18;  // "</array>\n</plist>\n"
+// What one run of the profiler prints stands, as a rule, in this frame: an array of one dictionary. Trimming
+// goes by the frame's lengths and not by searching for tags.
+constexpr char kPrologue[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<plist version=\"1.0\">\n"
+    "<array>\n";
+constexpr char kEpilogue[] = "</array>\n</plist>\n";
+constexpr size_t kPrologueLength = sizeof kPrologue - 1;
+constexpr size_t kEpilogueLength = sizeof kEpilogue - 1;
+static_assert(kPrologueLength == 172 && kEpilogueLength == 18, "the lengths that the tool's own frame has");
 
 struct ProfilerOutput {
   const char* data_type;

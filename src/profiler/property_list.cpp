@@ -1,24 +1,65 @@
 #include "profiler/property_list.h"
 
+#include <cstdio>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "plist/nesting.h"
+#include "profiler/salvage.h"
+
 namespace {
 
-// The bytes outlive the parsing, and everything parsed from them is copied.
+// CoreFoundation ignores whatever follows the first end of a list.
+bool ends_once(std::string_view list) {
+  const size_t end = list.find("</plist");
+  return end != list.npos && list.find_first_not_of("> \t\r\n", end + 7) == list.npos;
+}
+
 CFRef<CFArrayRef> parse(const char* text, uint32_t length) {
-  if (!text || length == 0) return CFRef<CFArrayRef>();
+  const std::string_view list(text, length);
+  // Some versions of CoreFoundation recurse into whatever they are given, until the stack ends.
+  if (list.empty() || !ends_once(list) || plist::nested_too_deeply(list)) return CFRef<CFArrayRef>();
+  // The bytes outlive the parsing, and everything parsed from them is copied.
   const CFRef<CFDataRef> data(CFDataCreateWithBytesNoCopy(nullptr, reinterpret_cast<const UInt8*>(text),
                                                           static_cast<CFIndex>(length), kCFAllocatorNull));
-  CFRef<CFPropertyListRef> list(
-      CFPropertyListCreateFromXMLData(nullptr, data.get(), kCFPropertyListImmutable, nullptr));
-  if (!list || CFGetTypeID(list.get()) != CFArrayGetTypeID()) return CFRef<CFArrayRef>();
-  return CFRef<CFArrayRef>(static_cast<CFArrayRef>(CFRetain(list.get())));
+  CFStringRef error_text = nullptr;
+  const CFRef<CFPropertyListRef> property_list(
+      CFPropertyListCreateFromXMLData(nullptr, data.get(), kCFPropertyListImmutable, &error_text));
+  const CFRef<CFStringRef> error(error_text);
+  if (!property_list || CFGetTypeID(property_list.get()) != CFArrayGetTypeID()) return CFRef<CFArrayRef>();
+  return CFRef<CFArrayRef>(static_cast<CFArrayRef>(CFRetain(property_list.get())));
+}
+
+CFRef<CFArrayRef> parse(const ProfilerOutput& output) { return parse(output.text.get(), output.length); }
+
+CFRef<CFArrayRef> parse_spliced(const std::vector<ProfilerOutput>& outputs) {
+  uint32_t length = 0;
+  const Text document = splice_outputs(outputs, &length);
+  return parse(document.get(), length);
+}
+
+void leave_out_unreadable(std::vector<ProfilerOutput>& outputs) {
+  for (ProfilerOutput& output : outputs) {
+    if (parse(output)) continue;
+    std::fprintf(stderr, "Unreadable output of the system profiler: %s\n", output.data_type);
+    output.text.reset();
+    output.length = 0;
+  }
 }
 
 }  // namespace
 
 CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document) {
-  return parse(document.text.get(), document.length);
+  if (CFRef<CFArrayRef> list = parse(document.text.get(), document.length)) return list;
+  std::vector<ProfilerOutput> salvaged;
+  for (const ProfilerOutput& output : document.outputs) salvaged.push_back(salvage_output(output));
+  if (CFRef<CFArrayRef> list = parse_spliced(salvaged)) return list;
+  leave_out_unreadable(salvaged);
+  return parse_spliced(salvaged);
 }
 
 CFRef<CFArrayRef> parse_profiler_output(const ProfilerOutput& output) {
-  return parse(output.text.get(), output.length);
+  if (CFRef<CFArrayRef> list = parse(output)) return list;
+  return parse(salvage_output(output));
 }
