@@ -1,0 +1,38 @@
+#include "driver/options.h"
+
+#include <cstring>
+
+namespace {
+
+bool is_option(const char* argument, const char* name) {
+  return (argument[0] == '/' || argument[0] == '-') && std::strcmp(argument + 1, name) == 0;
+}
+
+// The text behind "NAME:", or none when the argument is something else.
+const char* option_value(const char* argument, const char* name) {
+  const size_t length = std::strlen(name);
+  if (argument[0] != '/' && argument[0] != '-') return nullptr;
+  if (std::strncmp(argument + 1, name, length) != 0 || argument[1 + length] != ':') return nullptr;
+  return argument + 1 + length + 1;
+}
+
+}  // namespace
+
+Options parse_options(int count, const char* const* arguments) {
+  Options options;
+  for (int i = 1; i < count; ++i) {
+    const char* argument = arguments[i];
+    if (is_option(argument, "silent")) {
+      options.silent = true;
+    } else if (const char* ip = option_value(argument, "ip")) {
+      options.ip = copy_text(ip);
+    } else if (is_option(argument, "log")) {
+      options.log = true;
+    } else if (const char* login = option_value(argument, "login")) {
+      options.login = copy_text(login);
+    } else if (is_option(argument, "debug")) {
+      options.debug = true;
+    }
+  }
+  return options;
+}

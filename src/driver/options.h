@@ -1,0 +1,17 @@
+// The command line: the only configuration there is.
+#pragma once
+
+#include "driver/text.h"
+
+struct Options {
+  bool silent = false;  // ask nothing, and report for a calling program
+  bool log = false;     // stage banners on standard output
+  bool debug = false;   // save the raw profiler output instead of a snapshot
+  Text ip;  // the address of the adapter to take; none when not given, an empty one is an address too
+  Text login = copy_text("");  // stored as it is
+};
+
+// Reads "/silent", "/ip:VALUE", "/log", "/login:VALUE" and "/debug", each also with "-" in front, in any
+// order. Case matters; whatever is nothing of the kind is ignored; of a repeated option the last value
+// counts. arguments[0] is the program's name.
+Options parse_options(int count, const char* const* arguments);

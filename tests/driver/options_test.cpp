@@ -1,0 +1,56 @@
+#include "driver/options.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+Options parse(std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), "velkaro-scanner");
+  return parse_options(static_cast<int>(arguments.size()), arguments.data());
+}
+
+TEST(ParseOptions, WithoutArgumentsNothingIsSet) {
+  const Options options = parse({});
+  EXPECT_FALSE(options.silent || options.log || options.debug);
+  EXPECT_EQ(options.ip, nullptr);
+  EXPECT_STREQ(options.login.get(), "");
+}
+
+TEST(ParseOptions, TakesBothPrefixes) {
+  for (const bool slash : {true, false}) {
+    const Options options = slash ? parse({"/silent", "/log", "/debug", "/ip:1.2.3.4", "/login:me"})
+                                  : parse({"-silent", "-log", "-debug", "-ip:1.2.3.4", "-login:me"});
+    EXPECT_TRUE(options.silent && options.log && options.debug);
+    EXPECT_STREQ(options.ip.get(), "1.2.3.4");
+    EXPECT_STREQ(options.login.get(), "me");
+  }
+}
+
+TEST(ParseOptions, KeepsAnEmptyAddressApartFromNone) { EXPECT_STREQ(parse({"-ip:"}).ip.get(), ""); }
+
+TEST(ParseOptions, TakesALoginFromItsFirstColonOn) {
+  EXPECT_STREQ(parse({"/login:"}).login.get(), "");
+  EXPECT_STREQ(parse({"/login:a:b"}).login.get(), "a:b");
+}
+
+TEST(ParseOptions, TakesTheLastOfRepeatedValues) {
+  EXPECT_STREQ(parse({"/ip:1", "/log", "-ip:2"}).ip.get(), "2");
+  EXPECT_STREQ(parse({"-login:a", "/login:b"}).login.get(), "b");
+}
+
+TEST(ParseOptions, KeepsLogAndLoginApart) {
+  EXPECT_FALSE(parse({"/login:log"}).log);
+  EXPECT_STREQ(parse({"/log"}).login.get(), "");
+}
+
+TEST(ParseOptions, IgnoresWhatItDoesNotKnow) {
+  const Options options = parse({"", "/", "-", ":", "/login", "/log:", "/Silent", "/SILENT", "--silent",
+                                 "silent", "/silent ", "/ip", "/ip=1", "/debug:", "/lo"});
+  EXPECT_FALSE(options.silent || options.log || options.debug);
+  EXPECT_EQ(options.ip, nullptr);
+  EXPECT_STREQ(options.login.get(), "");
+}
+
+}  // namespace
