@@ -10,9 +10,9 @@
 
 // One key of an item. The name may be a path below the item ("IPv4/Router", "_items/item0/dimm_size").
 struct Key {
-  Key(std::string name, const char* text) : name(std::move(name)) { value.set_string(text); }
-  Key(std::string name, int64_t number) : name(std::move(name)), value(number) {}
-  Key(std::string name, int number) : Key(std::move(name), static_cast<int64_t>(number)) {}
+  Key(std::string path, const char* text) : name(std::move(path)) { value.set_string(text); }
+  Key(std::string path, int64_t number) : name(std::move(path)), value(number) {}
+  Key(std::string path, int number) : Key(std::move(path), static_cast<int64_t>(number)) {}
 
   std::string name;
   Value value;
