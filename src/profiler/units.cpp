@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -67,6 +68,8 @@ double size_to_decimal_gb(char* size, bool round) {
 }
 
 double bytes_to_decimal_gb(uint64_t bytes) { return static_cast<double>(bytes) / 1000 / 10000000 * 10; }
+
+double speed_to_mhz(const char* speed) { return static_cast<float>(std::atof(speed)) * 1000.0f; }
 
 int64_t truncate_to_int64(double number) { return truncate<int64_t>(number); }
 int32_t truncate_to_int32(double number) { return truncate<int32_t>(number); }

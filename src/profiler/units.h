@@ -24,6 +24,10 @@ int64_t size_to_bytes(char* size);
 double size_to_decimal_gb(char* size, bool round);
 double bytes_to_decimal_gb(uint64_t bytes);
 
+// A clock speed told in GHz ("2.66 GHz") in MHz, in single precision. Only the number is read, so a speed
+// told in MHz is a thousand times too high; an unreadable number gives 0.
+double speed_to_mhz(const char* speed);
+
 // A number cut down to an integer: the fraction is dropped, a number outside the target's range becomes the
 // range's end, NaN 0.
 int64_t truncate_to_int64(double number);

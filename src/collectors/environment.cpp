@@ -1,0 +1,42 @@
+#include "collectors/environment.h"
+
+#include <cstring>
+
+#include "driver/command.h"
+#include "profiler/units.h"
+
+std::vector<EnvironmentVariable> parse_environment(const char* output) {
+  std::vector<EnvironmentVariable> variables;
+  while (const Text line = copy_line(output)) {
+    const size_t length = std::strlen(line.get());
+    if (const char* equals = std::strchr(line.get(), '='))
+      variables.push_back({copy_range(line.get(), equals), copy_text(equals + 1)});
+    output += length;
+    if (*output == '\n') ++output;
+  }
+  return variables;
+}
+
+namespace {
+
+void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable) {
+  const char* name = variable.name.get();
+  const Text path = format_string("/Environment/env-var:%s", name);
+  const Text value_path = format_string("%s/value", path.get());
+  const char* annotation = std::strcmp(name, "PATH") == 0 ? "split" : nullptr;
+  snapshot.set_attribute(path.get(), text_value(""), "complex", "");
+  snapshot.set_tag_value(path.get(), text_value(name));
+  snapshot.set_attribute(value_path.get(), text_value(variable.value.get()), annotation, ":");
+}
+
+}  // namespace
+
+void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables) {
+  for (const EnvironmentVariable& variable : variables) write_variable(snapshot, variable);
+}
+
+void collect_environment(InventoryTree& snapshot) {
+  uint32_t length = 0;
+  const Text output = run_command("env", &length, 300);
+  if (output) write_environment(snapshot, parse_environment(output.get()));
+}

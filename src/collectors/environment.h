@@ -1,0 +1,21 @@
+// The environment variables of the scan itself, from "env".
+#pragma once
+
+#include <vector>
+
+#include "driver/text.h"
+#include "zxml/zXML.h"
+
+struct EnvironmentVariable {
+  Text name;
+  Text value;
+};
+
+// The variables in what env prints, up to its first empty line. A line without "=" is left out, further "="
+// stay in the value; a value of several lines keeps its first one.
+std::vector<EnvironmentVariable> parse_environment(const char* output);
+
+// Writes "/Environment/env-var:NAME" for each variable; PATH is marked as a list that ":" splits.
+void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables);
+
+void collect_environment(InventoryTree& snapshot);

@@ -1,0 +1,73 @@
+#include "collectors/network_adapters.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "collectors/fields.h"
+
+namespace {
+
+// The first three octets of a hardware address name its maker.
+constexpr size_t kMakerLength = 8;
+
+// Whether a tag holds an array of texts: nothing but attributes in the order of their numbers, all texts.
+bool is_text_list(const Tag& list) {
+  size_t index = 0;
+  for (const auto& element : list.attributes()) {
+    if (!element->value().text() || element->name() != "item" + std::to_string(index++)) return false;
+  }
+  return index > 0 && list.children().empty();
+}
+
+// The elements of an array of texts, as "10.0.0.5, 169.254.3.1".
+void set_joined(Place& adapter, const char* name, const Tag& item, const char* key) {
+  const Tag* list = item.find_child(key);
+  if (!list || !is_text_list(*list)) return;
+  std::string joined = list->attribute_at(0)->value().text();
+  for (size_t i = 1; i < list->attributes().size(); ++i) {
+    joined += ", ";
+    joined += list->attribute_at(i)->value().text();
+  }
+  adapter.set_attribute(name, text_value(joined.c_str()));
+}
+
+void set_hardware_address(Place& adapter, const Tag& item) {
+  const Tag* ethernet = item.find_child("Ethernet");
+  const char* told = ethernet ? find_text(*ethernet, "MAC_Address") : nullptr;
+  if (!told) return;
+  const Text address = hardware_address_text(told);
+  const Text maker = copy_range(address.get(), address.get() + std::min(std::strlen(told), kMakerLength));
+  adapter.set_attribute("manuf-by-mac", text_value(maker.get()));
+  adapter.set_attribute("mac-address", text_value(address.get()));
+}
+
+void write_adapter(Place& adapter, const Tag& item) {
+  copy_element_value(adapter, item, "_name");
+  copy_field(adapter, "bsd-device-name", item, "interface");
+  copy_field(adapter, "type", item, "type");
+  set_joined(adapter, "ip-address", item, "ip_address");
+  set_joined(adapter, "ip-subnet", item, "SubnetMasks");
+  set_hardware_address(adapter, item);
+  if (const Tag* ipv4 = item.find_child("IPv4")) copy_field(adapter, "default-gateway", *ipv4, "Router");
+}
+
+}  // namespace
+
+Text hardware_address_text(const char* address) {
+  Text converted = copy_text(address);
+  upper_case_ascii(converted.get());
+  std::replace(converted.get(), converted.get() + std::strlen(address), ':', '-');
+  return converted;
+}
+
+void collect_network_adapters(InventoryTree& snapshot, InventoryTree& profiler) {
+  const Tag* items = find_items(profiler, "SPNetworkDataType");
+  if (!items) return;
+  Place adapters(snapshot.root(), "/Network/Adapters");
+  int number = 0;
+  for (const auto& item : items->children()) {
+    Place adapter(adapters, "net-adapter:" + std::to_string(++number), Place::Names::distinct);
+    write_adapter(adapter, *item);
+  }
+}

@@ -1,0 +1,17 @@
+#include "collectors/platform_uuid.h"
+
+#include "driver/command.h"
+
+namespace {
+
+// The line reads  "IOPlatformUUID" = "00000000-..."  and so the UUID is its fourth piece between quotes.
+constexpr char kCommand[] =
+    "ioreg -rd1 -c IOPlatformExpertDevice | "
+    "awk '/IOPlatformUUID/ { split($0, line, \"\\\"\"); printf(\"%s\", line[4]); }'";
+
+}  // namespace
+
+Text query_platform_uuid() {
+  uint32_t length = 0;
+  return run_command(kCommand, &length, 40);
+}

@@ -1,0 +1,9 @@
+// The pipeline that turns the profiler tree into the snapshot.
+#pragma once
+
+#include "zxml/zXML.h"
+
+// Runs all collectors in their fixed order: a later one may overwrite what an earlier one wrote. With
+// `verbose` the number of each step and its end are told on standard output, at once, since a calling program
+// reads along.
+void post_process(InventoryTree& snapshot, InventoryTree& profiler, bool verbose);

@@ -1,0 +1,95 @@
+#include "collectors/environment.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/collectors/tree_helpers.h"
+
+namespace {
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+Pairs parsed(const char* output) {
+  Pairs pairs;
+  for (const EnvironmentVariable& variable : parse_environment(output))
+    pairs.emplace_back(variable.name.get(), variable.value.get());
+  return pairs;
+}
+
+TEST(ParseEnvironment, SplitsEveryLineAtItsFirstEqualsSign) {
+  EXPECT_EQ((Pairs{{"HOME", "/Users/jdoe"}, {"OPTIONS", "a=1 b=2"}, {"EMPTY", ""}}),
+            parsed("HOME=/Users/jdoe\nOPTIONS=a=1 b=2\nEMPTY=\n"));
+}
+
+TEST(ParseEnvironment, ReadsALastLineWithoutItsEnd) { EXPECT_EQ((Pairs{{"A", "1"}}), parsed("A=1")); }
+
+TEST(ParseEnvironment, EndsAtTheFirstEmptyLine) {
+  EXPECT_EQ((Pairs{{"A", "1"}}), parsed("A=1\n\nB=2\n"));
+  EXPECT_EQ(Pairs(), parsed("\nA=1\n"));
+  EXPECT_EQ(Pairs(), parsed(""));
+}
+
+TEST(ParseEnvironment, IgnoresLinesWithoutEqualsSign) {
+  EXPECT_EQ((Pairs{{"f", "() {"}, {"B", "2"}}), parsed("f=() {\n echo\n}\nB=2\n"));
+}
+
+TEST(ParseEnvironment, AcceptsAnEmptyName) { EXPECT_EQ((Pairs{{"", "x"}}), parsed("=x\n")); }
+
+std::string environment_of(const char* output) {
+  InventoryTree snapshot = empty_snapshot();
+  write_environment(snapshot, parse_environment(output));
+  return tree_text(snapshot);
+}
+
+TEST(Environment, WritesEachVariableAsACompoundField) {
+  EXPECT_EQ(
+      "+Snapshot=\n+Environment=\nenv-var:HOME=\n~complex=\nenv-var:A=\n~complex=\n"
+      "*env-var:HOME=HOME\nvalue=/Users/jdoe\n*env-var:A=A\nvalue=1=2\n-\n-\n",
+      environment_of("HOME=/Users/jdoe\nA=1=2\n"));
+}
+
+TEST(Environment, MarksOnlyPathAsSplit) {
+  EXPECT_EQ(
+      "+Snapshot=\n+Environment=\nenv-var:PATH=\n~complex=\nenv-var:MANPATH=\n~complex=\n"
+      "*env-var:PATH=PATH\nvalue=/bin:/usr/bin\n~split=:\n*env-var:MANPATH=MANPATH\nvalue=/a:/b\n-\n-\n",
+      environment_of("PATH=/bin:/usr/bin\nMANPATH=/a:/b\n"));
+}
+
+TEST(Environment, DropsBlanksAroundNamesAndValues) {
+  EXPECT_EQ("+Snapshot=\n+Environment=\nenv-var: A=\n~complex=\n*env-var: A=A\nvalue=1\n-\n-\n",
+            environment_of(" A=  1 \n"));
+}
+
+TEST(Environment, KeepsTheLastOfTwoValues) {
+  EXPECT_EQ("+Snapshot=\n+Environment=\nenv-var:A=\n~complex=\n*env-var:A=A\nvalue=2\n-\n-\n",
+            environment_of("A=1\nA=2\n"));
+}
+
+TEST(Environment, TakesASlashInANameForAPath) {
+  EXPECT_EQ("+Snapshot=\n+Environment=\n+env-var:a=\nb=\n~complex=\n*b=a/b\nvalue=1\n-\n-\n-\n",
+            environment_of("a/b=1\n"));
+}
+
+TEST(Environment, SurvivesNamesThatLeadNowhere) {
+  EXPECT_EQ("*Snapshot=\n", environment_of(""));
+  for (const char* output : {"=\n", "/=1\n", "//=1\n", "a//b=1\n", "a/=1\n", "\xff\xfe=\x80\n"}) {
+    const std::string text = environment_of(output);
+    EXPECT_EQ(0u, text.find("+Snapshot=\n")) << output << text;
+  }
+}
+
+TEST(Environment, ComesFromTheScanItself) {
+  ASSERT_EQ(0, setenv("ENVIRONMENT_TEST", "some value", 1));
+  InventoryTree snapshot = empty_snapshot();
+  collect_environment(snapshot);
+  unsetenv("ENVIRONMENT_TEST");
+  const std::string text = tree_text(snapshot);
+  EXPECT_NE(std::string::npos, text.find("*env-var:ENVIRONMENT_TEST=ENVIRONMENT_TEST\nvalue=some value\n"));
+  EXPECT_NE(std::string::npos, text.find("*env-var:PATH=PATH\n"));
+}
+
+}  // namespace

@@ -1,0 +1,78 @@
+#include "collectors/post_process.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/collectors/tree_helpers.h"
+
+namespace {
+
+InventoryTree small_profiler() {
+  InventoryTree profiler = profiler_with("SPApplicationsDataType", {{{"_name", "TextEdit"}}});
+  add_item(profiler, "SPSoftwareDataType", {{"os_version", "Mac OS X 10.6.8 (10K549)"}});
+  add_item(profiler, "SPNetworkDataType", {{"_name", "Ethernet"}, {"type", "Ethernet"}});
+  add_item(profiler, "SPMemoryDataType", {{"dimm_status", "empty"}});
+  add_item(profiler, "SPHardwareDataType", {{"packages", 1}, {"number_processors", 2}});
+  profiler.set_attribute("/Processes/process:1/pid", text_value("1"));
+  return profiler;
+}
+
+std::vector<std::string> elements(const InventoryTree& tree) {
+  std::vector<std::string> names;
+  for (const auto& element : tree.top().children()) names.push_back(element->name());
+  return names;
+}
+
+TEST(PostProcess, RunsTheCollectorsInTheirOrder) {
+  InventoryTree profiler = small_profiler();
+  InventoryTree snapshot = empty_snapshot();
+  post_process(snapshot, profiler, false);
+  const std::vector<std::string> order = {"Processors", "Memory",    "Network",    "OS",
+                                          "Software",   "Processes", "Environment"};
+  std::vector<std::string> found;
+  for (const std::string& name : elements(snapshot)) {
+    if (std::find(order.begin(), order.end(), name) != order.end()) found.push_back(name);
+  }
+  EXPECT_EQ(order, found);
+}
+
+TEST(PostProcess, CopiesTheProcessesWhole) {
+  InventoryTree profiler = small_profiler();
+  InventoryTree snapshot = empty_snapshot();
+  post_process(snapshot, profiler, false);
+  EXPECT_NE(std::string::npos, tree_text(snapshot).find("+Processes=\n*process:1=\npid=1\n-\n"));
+  EXPECT_NE(nullptr, profiler.top().find_child("Processes"));
+}
+
+std::string output_of(bool verbose) {
+  InventoryTree profiler = small_profiler();
+  InventoryTree snapshot = empty_snapshot();
+  testing::internal::CaptureStdout();
+  post_process(snapshot, profiler, verbose);
+  return testing::internal::GetCapturedStdout();
+}
+
+TEST(PostProcess, TellsEveryStepWhenVerbose) {
+  EXPECT_EQ(
+      "IV. PostProcess>>>\n"
+      "1...done\n2...done\n3...done\n4...done\n5...done\n6...done\n7...done\n"
+      "8...done\n9...done\n10...done\n11...done\n12...done\n13...done\n14...done\n"
+      "IV. PostProcess End.\n",
+      output_of(true));
+}
+
+TEST(PostProcess, IsSilentOtherwise) { EXPECT_EQ("", output_of(false)); }
+
+TEST(PostProcess, NeedsNoDataTypeAtAll) {
+  InventoryTree profiler = empty_profiler();
+  InventoryTree snapshot = empty_snapshot();
+  post_process(snapshot, profiler, false);
+  EXPECT_NE(nullptr, snapshot.top().find_child("Environment"));
+  EXPECT_EQ(nullptr, snapshot.top().find_child("Processors"));
+  EXPECT_EQ(nullptr, snapshot.top().find_child("Processes"));
+}
+
+}  // namespace
