@@ -3,3 +3,7 @@ if(VELKARO_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+# The fuzzer steers by which code an input reached.
+if(VELKARO_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
