@@ -31,25 +31,37 @@ int64_t find_integer(const Tag& item, const char* key) {
   return value ? value->int64() : 0;
 }
 
+Value copied_value(const Tag& item, const char* key) {
+  const Value* value = find_value(item, key);
+  return value ? *value : Value();
+}
+
 void copy_field(Place& element, const char* name, const Tag& item, const char* key) {
   if (const Value* value = find_value(item, key)) element.set_attribute(name, *value);
 }
 
 void copy_element_value(Place& element, const Tag& item, const char* key) {
-  const Value* value = find_value(item, key);
-  element.set_value(value ? *value : Value());
+  element.set_value(copied_value(item, key));
 }
 
 Value yes_no(bool yes) { return text_value(yes ? "1" : "0"); }
 
 Text byte_count_text(int64_t bytes) { return format_string("%lld", static_cast<long long>(bytes)); }
 
-CompoundField::CompoundField(Place& element, const char* name) : members_(element, name) {
-  element.set_attribute(name, text_value(""), "complex", "");
+CompoundField::CompoundField(Place& element, const std::string& name, Place::Names names)
+    : members_(element, name, names) {
+  if (names == Place::Names::distinct) {
+    element.set_distinct_attribute(name, text_value(""), "complex", "");
+  } else {
+    element.set_attribute(name, text_value(""), "complex", "");
+  }
 }
 
-void CompoundField::set_member(const char* name, Value value) {
-  members_.set_attribute(name, std::move(value));
+void CompoundField::set_value(Value value) { members_.set_value(std::move(value)); }
+
+void CompoundField::set_member(const char* name, Value value, const char* annotation_key,
+                               const char* annotation_text) {
+  members_.set_attribute(name, std::move(value), annotation_key, annotation_text);
 }
 
 void CompoundField::finish() { members_.annotate("field-source", ""); }

@@ -2,6 +2,8 @@
 // fact into the snapshot.
 #pragma once
 
+#include <string>
+
 #include "zxml/place.h"
 #include "zxml/zXML.h"
 
@@ -31,7 +33,9 @@ struct CopiedField {
   const char* name;
 };
 
-// A copy of the value as it stands, kind included; nothing when the key is missing.
+// A copy of the value as it stands, kind included; an empty value when the key is missing.
+Value copied_value(const Tag& item, const char* key);
+// The same as an attribute; nothing when the key is missing.
 void copy_field(Place& element, const char* name, const Tag& item, const char* key);
 template <size_t count>
 void copy_fields(Place& element, const Tag& item, const CopiedField (&fields)[count]) {
@@ -48,12 +52,16 @@ Value yes_no(bool yes);
 Text byte_count_text(int64_t bytes);
 
 // A fact with members: an attribute with empty text, annotated "complex", and a child tag of the same name
-// that holds the members, annotated "field-source" once they are written. `name` is relative to the element.
+// that holds the members. `name` is relative to the element; the element must outlive this.
 class CompoundField {
  public:
-  CompoundField(Place& element, const char* name);
-  void set_member(const char* name, Value value);
-  // Marks the child tag; call it after the last member.
+  // `distinct` as in place.h: for long lists of such facts.
+  CompoundField(Place& element, const std::string& name, Place::Names names = Place::Names::may_repeat);
+  // The value of the child tag itself.
+  void set_value(Value value);
+  void set_member(const char* name, Value value, const char* annotation_key = nullptr,
+                  const char* annotation_text = nullptr);
+  // Marks the child tag with "field-source", where the console expects that; call it after the last member.
   void finish();
 
  private:

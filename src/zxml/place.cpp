@@ -45,13 +45,12 @@ void Place::set_attribute(std::string_view name, Value value, const char* annota
   if (Tag* tag = reach(true)) tag->set_own_attribute(name, std::move(value), annotation_key, annotation_text);
 }
 
-void Place::set_distinct_attribute(std::string_view name, Value value) {
+Attribute* Place::set_distinct_attribute(std::string_view name, Value value, const char* annotation_key,
+                                         const char* annotation_text) {
   Tag* tag = reach(true);
-  if (tag && made_here_) {
-    tag->append_attribute(name).value() = std::move(value);
-  } else if (tag) {
-    tag->set_own_attribute(name, std::move(value), nullptr, nullptr);
-  }
+  if (!tag) return nullptr;
+  return made_here_ ? &tag->add_own_attribute(name, std::move(value), annotation_key, annotation_text)
+                    : &tag->set_own_attribute(name, std::move(value), annotation_key, annotation_text);
 }
 
 void Place::set_value(Value value) {

@@ -26,8 +26,9 @@ class Place {
   void set_attribute(std::string_view name, Value value, const char* annotation_key = nullptr,
                      const char* annotation_text = nullptr);
   // For attributes whose names are distinct among all that are set here: no search when this Place made its
-  // tag.
-  void set_distinct_attribute(std::string_view name, Value value);
+  // tag. Returns the attribute, for further annotations, or none.
+  Attribute* set_distinct_attribute(std::string_view name, Value value, const char* annotation_key = nullptr,
+                                    const char* annotation_text = nullptr);
   // Gives the tag at this place itself a value; the tag above it does not become a branch by it.
   void set_value(Value value);
   // Append an annotation to an attribute of the tag at this place, or to that tag itself; nothing when it

@@ -116,9 +116,13 @@ Tag& Tag::append_leaf(std::string_view name) {
   return *children_.back();
 }
 
-Attribute& Tag::append_attribute(std::string_view name) {
+Attribute& Tag::add_own_attribute(std::string_view name, Value value, const char* annotation_key,
+                                  const char* annotation_text) {
   attributes_.push_back(std::make_unique<Attribute>(name));
-  return *attributes_.back();
+  Attribute& attribute = *attributes_.back();
+  if (annotation_key) attribute.annotate(annotation_key, annotation_text);
+  attribute.value() = std::move(value);
+  return attribute;
 }
 
 Tag* Tag::pass_to_child(std::string_view name) {
@@ -147,14 +151,12 @@ Tag* Tag::walk(std::string_view* path, bool make_missing) {
   }
 }
 
-void Tag::set_own_attribute(std::string_view name, Value value, const char* annotation_key,
-                            const char* annotation_text) {
+Attribute& Tag::set_own_attribute(std::string_view name, Value value, const char* annotation_key,
+                                  const char* annotation_text) {
   Attribute* attribute = find_attribute(name);
-  if (!attribute) {
-    attribute = &append_attribute(name);
-    if (annotation_key) attribute->annotate(annotation_key, annotation_text);
-  }
+  if (!attribute) return add_own_attribute(name, std::move(value), annotation_key, annotation_text);
   attribute->value() = std::move(value);
+  return *attribute;
 }
 
 void Tag::set_child_value(std::string_view name, Value value) {

@@ -97,10 +97,12 @@ class Tag {
   friend class InventoryTree;
 
   Tag& append_leaf(std::string_view name);
-  Attribute& append_attribute(std::string_view name);
+  // Appends an attribute without looking whether there is one of this name.
+  Attribute& add_own_attribute(std::string_view name, Value value, const char* annotation_key,
+                               const char* annotation_text);
   // What a write does at the tag that holds the named attribute, or child.
-  void set_own_attribute(std::string_view name, Value value, const char* annotation_key,
-                         const char* annotation_text);
+  Attribute& set_own_attribute(std::string_view name, Value value, const char* annotation_key,
+                               const char* annotation_text);
   void set_child_value(std::string_view name, Value value);
   // Passes through this tag to the named child, as a path's inner segment does; none when there is no such
   // child.

@@ -221,6 +221,22 @@ TEST(Place, SearchesForDistinctNamesInWhatItFound) {
   EXPECT_EQ(outline(tree.top()), "Top+{list+{item0*(name='new')}}");
 }
 
+TEST(Place, HandsOutADistinctAttributeForFurtherAnnotations) {
+  InventoryTree tree(1, "Top");
+  Place made(tree.root(), "/made");
+  made.set_distinct_attribute("name", Value(), "first", "1")->annotate("second", "2");
+  // As everywhere, an attribute that exists keeps the annotations it has.
+  Place found(tree.root(), "/made");
+  found.set_distinct_attribute("name", Value(), "first", "3")->annotate("third", "4");
+  const Attribute* attribute = tree.top().find_child("made")->find_attribute("name");
+  ASSERT_EQ(attribute->annotations().size(), 3u);
+  EXPECT_STREQ(attribute->find_annotation("first")->text.c_str(), "1");
+  EXPECT_STREQ(attribute->find_annotation("second")->text.c_str(), "2");
+  EXPECT_STREQ(attribute->find_annotation("third")->text.c_str(), "4");
+  Place unreachable(tree.root(), "/made//below");
+  EXPECT_EQ(unreachable.set_distinct_attribute("name", Value()), nullptr);
+}
+
 TEST(Place, WritesManyDistinctNamesInLinearTime) {
   constexpr size_t kCount = 200000;
   InventoryTree tree(1, "Top");

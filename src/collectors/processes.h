@@ -1,0 +1,26 @@
+// The programs that are running.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "platform/process_table.h"
+#include "zxml/zXML.h"
+
+struct ProcessLine {
+  Text user;
+  Text command_line;
+};
+
+// The line that ps prints for one process: the user's name, blanks, and the command line up to the line's
+// end. None when there is no blank, or nothing behind the blanks.
+std::optional<ProcessLine> parse_process_line(std::string_view output);
+
+// Writes into the profiler tree, from where the snapshot copies them: the time as
+// "/SystemProcess/_timeStamp", and "/Processes/process:N" for every process of the table that ps still knows,
+// N being its position in the table from 1 on, with its ids as integers. The kernel itself (pid 0) is left
+// out. A table that grew while it was read is read again, 4 times at most; without a table no process is
+// written.
+using ProcessTableReader = std::function<ProcessTable()>;
+void collect_processes(InventoryTree& profiler, const ProcessTableReader& read_table = read_process_table);

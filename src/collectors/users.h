@@ -1,0 +1,30 @@
+// The people who have an account on the machine.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "zxml/zXML.h"
+
+// An account as the directory holds it, without the blanks and line ends around its texts. A text that the
+// record does not tell is none.
+struct Account {
+  Text name;  // the record name; several names, each on its own line, are joined by blanks
+  Text full_name;
+  Text group;  // the number of the primary group
+  Text id;
+  Text shell;
+};
+
+// The account in the output of dscl's -read. None for an output without a home directory, as for a folder
+// that belongs to no account, or without a record name.
+std::optional<Account> parse_account(std::string_view record);
+
+// The command line that reads the record of the account whose home folder has this name. The name reaches
+// dscl as it is, whatever it is made of.
+Text account_command(const char* folder);
+
+// Writes "/User-accounts/usr-acc:NAME" for the account of every folder that `ls -1 /Users/` lists: its record
+// name, full name, group, id and shell where dscl tells them, and its home folder. An empty listing is asked
+// for again, 20 times at most.
+void collect_user_accounts(InventoryTree& snapshot);
