@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tool_helpers.h"
-#include "tree_helpers.h"
+#include "tests/collectors/tool_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tree_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "collectors/computer_system.h"
-#include "tree_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <vector>
 
-#include "tool_helpers.h"
-#include "tree_helpers.h"
+#include "tests/collectors/tool_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Fake tools that the collectors' tests share.
 #pragma once
 
-#include "fake_tools.h"
+#include "tests/fake_tools.h"
 
 // A file beside the tools, for what their scripts print.
 inline void write_file(const FakeTools& tools, const std::string& name, const std::string& bytes) {

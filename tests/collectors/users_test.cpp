@@ -5,8 +5,8 @@
 #include <cstring>
 #include <vector>
 
-#include "tool_helpers.h"
-#include "tree_helpers.h"
+#include "tests/collectors/tool_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 namespace {
 

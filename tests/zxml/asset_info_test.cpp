@@ -7,7 +7,7 @@
 #include <climits>
 #include <string>
 
-#include "collectors/tree_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 namespace {
 
