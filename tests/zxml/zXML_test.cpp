@@ -371,6 +371,31 @@ TEST(Serialize, LeavesTheTopsAnnotationsOutOfTheHeadersLength) {
   EXPECT_EQ(inflated_first(bytes, &length), kMarkLine + "+t=\n") << "cut at the computed length";
 }
 
+TEST(Serialize, HasRoomForElementsBesideTheTop) {
+  InventoryTree tree(1, "t");
+  const std::string name(1000, 'n');
+  tree.set_attribute((name + "/x").c_str(), text_value("1"));
+  const std::string text = kMarkLine + "*t=\n*" + name + "=\nx=1\n";
+  const std::string whole = as_string(tree.serialize(false, true));
+  EXPECT_EQ(inflated(whole.substr(0, whole.size() - 6)), text);
+  EXPECT_EQ(as_string(tree.serialize(false, false)), kMarkLine + "*t=\n" + zeros(2));
+  EXPECT_EQ(as_string(tree.serialize(true, false)).substr(0, text.size()), text);
+  size_t length = 0;
+  EXPECT_EQ(inflated_first(as_string(tree.serialize(true, true)), &length), kMarkLine + "*t=\n");
+  EXPECT_EQ(inflated(as_string(tree.root().compressed_text())), kMarkLine + "*t=\n");
+}
+
+TEST(Serialize, HasRoomForARootThatBecameABranch) {
+  InventoryTree tree(1, "t");
+  tree.root().add_child(std::make_unique<Tag>("u"));
+  const std::string value(1000, 'v');
+  tree.set_attribute("x", text_value(value.c_str()));
+  const std::string text = "+=\nx=" + value + "\n*t=\n*u=\n-\n";
+  const std::string whole = as_string(tree.serialize(false, true));
+  EXPECT_EQ(inflated(whole.substr(0, whole.size() - 6)), text);
+  EXPECT_EQ(as_string(tree.serialize(false, false)), text + zeros(2));
+}
+
 // --- saving ---
 
 TEST(SaveTree, WritesTheSerializedBytes) {
