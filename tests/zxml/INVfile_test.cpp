@@ -319,4 +319,17 @@ TEST(SaveDeathTest, KeepsAFileThatJustFits) {
   EXPECT_EQ(fs::file_size(directory.file("file")), 102u);
 }
 
+TEST(Save, FailsOnAFullDeviceAndLeavesItAlone) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no /dev/full";
+  const TemporaryDirectory directory;
+  // Through a link: should the device be removed after all, only the link goes.
+  const std::string link = directory.file("link");
+  fs::create_symlink("/dev/full", link);
+  INVfile file(1);
+  add_two_sections(file, kCompressed);
+  EXPECT_FALSE(file.save(link.c_str(), kCompressed));
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
 }  // namespace
