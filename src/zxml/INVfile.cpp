@@ -1,5 +1,7 @@
 #include "zxml/INVfile.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <utility>
 
@@ -18,6 +20,12 @@ const char* timestamp(const InventoryTree* tree) {
   const Attribute* attribute = tree ? tree->top().find_attribute("timestamp") : nullptr;
   const char* text = attribute ? attribute->value().text() : nullptr;
   return text ? text : "";
+}
+
+// False for a device or a pipe: those were there before, and are not to be removed.
+bool is_regular(std::FILE* file) {
+  struct stat status;
+  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace
@@ -91,12 +99,13 @@ Bytes INVfile::build(bool compress_header) {
 bool INVfile::save(const char* path, bool compress_header) {
   std::FILE* file = std::fopen(path, "w");
   if (!file) return false;
+  const bool removable = is_regular(file);
   const Bytes bytes = build(compress_header);
   const bool written = std::fwrite(bytes.data(), 1, bytes.length(), file) == bytes.length();
   const bool flushed = std::fflush(file) == 0;
   const bool closed = std::fclose(file) == 0;
   if (written && flushed && closed) return true;
   // A console must never import half a file.
-  std::remove(path);
+  if (removable) std::remove(path);
   return false;
 }

@@ -127,6 +127,26 @@ void write_element(Writer& writer, const Tag& element, bool no_close, bool witho
   }
 }
 
+// The most bytes that write_text writes: more than text_size where that leaves out the other elements of a
+// document, or the annotations of a header.
+size_t written_limit(const Tag& tag, bool without_children) {
+  const auto element_limit = [&](const Tag& element) {
+    return without_children ? own_size(element) : element.text_size();
+  };
+  if (tag.kind() != Tag::Kind::document) return element_limit(tag);
+  size_t limit = kHeaderSize;
+  for (const auto& child : tag.children()) limit += element_limit(*child);
+  return limit;
+}
+
+// The text that write_text writes, and its length. Zeros stand behind it: a text that is shorter than its
+// text_size, because a leaf hides children, is handed on in that size.
+Text written_text(const Tag& tag, bool no_close, bool without_children, size_t* length) {
+  Text text(new char[written_limit(tag, without_children) + 1]());
+  *length = tag.write_text(text.get(), 0, no_close, without_children);
+  return text;
+}
+
 }  // namespace
 
 // The size counts the children of a leaf, which are not written, and only the first child of a document; the
@@ -158,11 +178,9 @@ size_t Tag::write_text(char* buffer, size_t offset, bool no_close, bool without_
 }
 
 Bytes Tag::compressed_text() const {
-  const size_t size = text_size();
-  // Zero-filled: a leaf with children is shorter than its computed size, and the rest is compressed with it.
-  const Text text(new char[size + 1]());
-  write_text(text.get(), 0);
-  return deflate_buffer(text.get(), size, kSource);
+  size_t length = 0;
+  const Text text = written_text(*this, false, false, &length);
+  return deflate_buffer(text.get(), text_size(), kSource);
 }
 
 InventoryTree::InventoryTree(int32_t byte_order_flag, const char* top_name)
@@ -200,18 +218,9 @@ void InventoryTree::save(const char* path, bool sectioned, bool compressed) {
   std::fclose(file);
 }
 
-// The text of the whole tree, zero-filled behind it up to the computed size and a little further.
-Text InventoryTree::whole_text(bool no_close, size_t* length) const {
-  size_t capacity = kHeaderSize;
-  for (const auto& child : root_.children()) capacity += child->text_size();
-  Text text(new char[capacity + 1]());
-  *length = root_.write_text(text.get(), 0, no_close);
-  return text;
-}
-
 Bytes InventoryTree::whole_compressed() const {
   size_t length = 0;
-  const Text text = whole_text(false, &length);
+  const Text text = written_text(root_, false, false, &length);
   Bytes bytes = deflate_buffer(text.get(), length, kSource);
   bytes.append("\0\1ZXML", 6);
   return bytes;
@@ -219,7 +228,7 @@ Bytes InventoryTree::whole_compressed() const {
 
 Bytes InventoryTree::whole_plain() const {
   size_t length = 0;
-  const Text text = whole_text(false, &length);
+  const Text text = written_text(root_, false, false, &length);
   const size_t counted = root_.text_size();
   Bytes bytes(counted + 2);
   bytes.append(text.get(), std::min(length, counted));
@@ -252,7 +261,7 @@ Bytes InventoryTree::split_plain() {
   add_section_record("Root", root_.text_size(true));
   for (const auto& child : top().children()) add_section_record(child->name(), child->text_size());
   size_t length = 0;
-  const Text text = whole_text(true, &length);
+  const Text text = written_text(root_, true, false, &length);
   const std::string index = section_index();
   Bytes bytes(length + index.size() + 6);
   bytes.append(text.get(), length);
@@ -268,10 +277,9 @@ Bytes InventoryTree::split_compressed() {
     add_section_record(name, section.length());
     bytes.append(section.data(), section.length());
   };
-  const size_t header_length = root_.text_size(true);
-  const Text header(new char[header_length + annotations_size(top().annotations()) + 1]());
-  root_.write_text(header.get(), 0, true, true);
-  add_section("Root", deflate_buffer(header.get(), header_length, kSource));
+  size_t length = 0;
+  const Text header = written_text(root_, true, true, &length);
+  add_section("Root", deflate_buffer(header.get(), root_.text_size(true), kSource));
   for (const auto& child : top().children()) add_section(child->name(), child->compressed_text());
   const size_t index_offset = bytes.length();
   const std::string index = section_index();

@@ -46,7 +46,6 @@ class InventoryTree {
   void save(const char* path, bool sectioned, bool compressed);
 
  private:
-  Text whole_text(bool no_close, size_t* length) const;
   Bytes whole_plain() const;
   Bytes whole_compressed() const;
   Bytes split_plain();

@@ -2,17 +2,419 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <random>
 #include <string>
+#include <vector>
+
+#include "support/temporary_directory.h"
+#include "zxml/inflated.h"
+#include "zxml/outline.h"
 
 namespace {
 
-// The bytes that write_text writes, checked against the size that text_size foretells.
+const std::string kMarkLine = "\xEF\xBB\xBF?zxml\n";
+
+std::string zeros(size_t count) { return std::string(count, '\0'); }
+
 std::string written(const Tag& tag, bool no_close = false, bool without_children = false) {
   std::string text(tag.text_size() + 1, '\0');
   text.resize(tag.write_text(text.data(), 0, no_close, without_children));
   return text;
 }
 
-TEST(WriteText, WritesNothingForATagWithoutValue) { EXPECT_EQ(written(Tag("t")), "*t=\n"); }
+// --- lines ---
+
+TEST(WriteText, WritesATreeOfOneLeaf) {
+  const InventoryTree tree(1, "Snapshot");
+  EXPECT_EQ(written(tree.root()), kMarkLine + "*Snapshot=\n");
+}
+
+TEST(WriteText, WritesABranchWithItsClosingLine) {
+  InventoryTree tree(1, "Snapshot");
+  tree.set_attribute("/Processors/Processor:1/core-count", Value(int64_t{4}));
+  EXPECT_EQ(written(tree.root()),
+            kMarkLine + "+Snapshot=\n+Processors=\n*Processor:1=\ncore-count=4\n-\n-\n");
+}
+
+TEST(WriteText, OrdersTheLinesOfATag) {
+  Tag tag("t");
+  tag.add_child(std::make_unique<Tag>("child"));
+  tag.set_attribute("x", text_value("1"), "type", "bool");
+  tag.annotate_attribute("x", "units", "GB");
+  tag.set_attribute("y", text_value("2"));
+  testing::internal::CaptureStderr();
+  tag.annotate("complex", "");
+  EXPECT_EQ(written(tag), "+t=\n~complex=\nx=1\n~type=bool\n~units=GB\ny=2\n*child=\n-\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tag >>t<< :\n");
+}
+
+TEST(WriteText, TracesOnlyAnnotatedBranches) {
+  Tag leaf("leaf");
+  leaf.annotate("k", "t");
+  Tag branch("branch");
+  branch.add_child(std::make_unique<Tag>("child"));
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(written(leaf), "*leaf=\n~k=t\n");
+  EXPECT_EQ(written(branch), "+branch=\n*child=\n-\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(WriteText, HidesTheChildrenOfALeaf) {
+  InventoryTree tree(1, "Top");
+  tree.set_tag_value("/Environment/env-var:PATH", text_value("PATH"));
+  EXPECT_EQ(written(tree.root()), kMarkLine + "+Top=\n*Environment=\n-\n");
+}
+
+TEST(WriteText, WritesRawBytes) {
+  Tag tag("a=b~");
+  Value value;
+  value.set_string("x=y\r~*+-\xC3\xA4\xFF ");
+  tag.set_attribute("*k", value, "~k", "=t");
+  tag.set_attribute("tilde", text_value("~starts"));
+  EXPECT_EQ(written(tag), "*a=b~=\n*k=x=y\r~*+-\xC3\xA4\xFF \n~~k==t\ntilde=~starts\n");
+}
+
+TEST(WriteText, WritesAtTheOffsetAndNowhereElse) {
+  const Tag tag("t");
+  std::string text = "0123456789";
+  EXPECT_EQ(tag.write_text(text.data(), 3), 4u);
+  EXPECT_EQ(text, "012*t=\n789");
+}
+
+Value boolean(bool flag) {
+  Value value;
+  value.set_bool(flag);
+  return value;
+}
+
+TEST(WriteText, WritesEveryKindOfValue) {
+  const struct {
+    Value value;
+    std::string text;
+  } cases[] = {
+      {Value(), ""},
+      {boolean(true), "true"},
+      {boolean(false), "false"},
+      {Value(int64_t{0}), "0"},
+      {Value(int64_t{-5}), "-5"},
+      {Value(std::numeric_limits<int64_t>::max()), "9223372036854775807"},
+      {Value(std::numeric_limits<int64_t>::min()), "-9223372036854775808"},
+      {Value(3.14159), "3.14"},
+      {Value(2.0), "2.00"},
+      {Value(-0.125), "-0.12"},
+      {Value(99.999), "100.00"},
+      {Value(std::ldexp(1.0, 70)), "1180591620717411303424.00"},
+      {text_value(""), ""},
+      {text_value("text"), "text"},
+  };
+  for (const auto& example : cases) {
+    Tag tag("t");
+    tag.set_attribute("x", example.value);
+    EXPECT_EQ(written(tag), "*t=\nx=" + example.text + "\n");
+    EXPECT_EQ(tag.text_size(), 7 + example.text.size());
+    InventoryTree tree(1, "t");
+    tree.set_tag_value("t", example.value);
+    EXPECT_EQ(written(tree.root()), kMarkLine + "*t=" + example.text + "\n");
+  }
+}
+
+TEST(WriteText, WritesTheLargestNumbersWhole) {
+  Tag tag("t");
+  tag.set_attribute("x", Value(-std::numeric_limits<double>::max()));
+  tag.set_attribute("y", Value(std::numeric_limits<double>::infinity()));
+  const std::string text = written(tag);
+  EXPECT_EQ(text.size(), tag.text_size());
+  EXPECT_EQ(text.size(), std::string("*t=\nx=\ny=inf\n").size() + 1 + 309 + 3);
+  EXPECT_EQ(text.substr(0, 12), "*t=\nx=-17976");
+}
+
+// --- flags and sizes ---
+
+struct FlagCase {
+  bool no_close;
+  bool without_children;
+  const char* text;
+};
+
+TEST(WriteText, AppliesItsFlagsToTheElementAndNotBelow) {
+  constexpr FlagCase kCases[] = {
+      {false, false, "+Top=\nx=1\n+a=\n*b=\ny=2\n-\n-\n"},
+      {true, false, "+Top=\nx=1\n+a=\n*b=\ny=2\n-\n"},
+      {false, true, "+Top=\nx=1\n-\n"},
+      {true, true, "+Top=\nx=1\n"},
+  };
+  InventoryTree tree(1, "Top");
+  tree.set_attribute("/x", Value(int64_t{1}));
+  tree.set_attribute("/a/b/y", Value(int64_t{2}));
+  for (const FlagCase& example : kCases) {
+    EXPECT_EQ(written(tree.top(), example.no_close, example.without_children), example.text);
+    EXPECT_EQ(written(tree.root(), example.no_close, example.without_children), kMarkLine + example.text);
+  }
+}
+
+TEST(WriteText, WritesALeafAlikeWithAnyFlags) {
+  Tag leaf("t");
+  leaf.set_attribute("x", text_value("1"));
+  for (const bool no_close : {false, true}) {
+    for (const bool without_children : {false, true}) {
+      EXPECT_EQ(written(leaf, no_close, without_children), "*t=\nx=1\n");
+    }
+  }
+}
+
+TEST(TextSize, LeavesOutAnnotationsAndClosingLineWithTheChildren) {
+  Tag tag("name");
+  tag.add_child(std::make_unique<Tag>("child"));
+  tag.set_attribute("x", text_value("1"), "k", "t");
+  tag.annotate("key", "text");
+  // The tag's line 7, the attribute 4 and its annotation 5; then the annotation 10, the child 8, the end 2.
+  EXPECT_EQ(tag.text_size(true), 16u);
+  EXPECT_EQ(tag.text_size(false), 36u);
+}
+
+TEST(TextSize, CountsTheChildrenThatALeafHides) {
+  Tag tag("t");
+  tag.set_tag_value("hidden", text_value("value"));
+  EXPECT_EQ(written(tag), "*t=\n");
+  EXPECT_EQ(tag.text_size(), 4u + 14u);
+}
+
+TEST(TextSize, CountsOnlyTheFirstElementOfADocument) {
+  InventoryTree tree(1, "Top");
+  tree.set_attribute("second/x", text_value("1"));
+  EXPECT_EQ(tree.root().text_size(), (kMarkLine + "*Top=\n").size());
+  EXPECT_EQ(Tag("", Tag::Kind::document).text_size(), kMarkLine.size());
+}
+
+// A tree without leaves that hide children: those alone are measured longer than they are written.
+void grow(Tag& tag, std::mt19937& random, int levels) {
+  const auto pick = [&](size_t count) { return random() % count; };
+  for (size_t i = pick(4); i > 0; --i) {
+    const Value values[] = {Value(), boolean(pick(2) == 0),
+                            Value(static_cast<int64_t>(random()) - 1000000000),
+                            Value(static_cast<double>(random()) / 7), text_value("some text")};
+    const std::string name = "attribute" + std::to_string(i);
+    tag.set_attribute(name.c_str(), values[pick(5)], pick(2) ? "key" : nullptr, "text");
+    if (pick(3) == 0) tag.annotate_attribute(name.c_str(), "more", "");
+  }
+  if (pick(3) == 0) tag.annotate("own", "annotation");
+  if (levels == 0) return;
+  for (size_t i = pick(4); i > 0; --i) {
+    tag.add_child(std::make_unique<Tag>("child" + std::to_string(i)));
+    grow(*tag.children().back(), random, levels - 1);
+  }
+}
+
+TEST(TextSize, IsWhatIsWrittenForAnyTree) {
+  testing::internal::CaptureStderr();
+  for (unsigned seed = 0; seed < 500; ++seed) {
+    std::mt19937 random(seed);
+    InventoryTree tree(1, "Top");
+    grow(tree.top(), random, 4);
+    EXPECT_EQ(written(tree.root()).size(), tree.root().text_size()) << "seed " << seed;
+    EXPECT_EQ(inflated(as_string(tree.top().compressed_text())), written(tree.top())) << "seed " << seed;
+  }
+  testing::internal::GetCapturedStderr();
+}
+
+TEST(CompressedText, CompressesZerosForWhatALeafHides) {
+  Tag tag("t");
+  tag.set_tag_value("hidden", text_value("value"));
+  EXPECT_EQ(inflated(as_string(tag.compressed_text())), "*t=\n" + zeros(14));
+}
+
+// --- the four forms ---
+
+const std::string kRoot = kMarkLine +              // 9 bytes
+                          "+Snapshot=\n"           // 11
+                          "timestamp=20240607\n";  // 19
+const std::string kStorage =
+    "+Storage=\n"         // 10
+    "*Disk:1=Big disk\n"  // 17
+    "size=500.11\n"       // 12
+    "~units=GB\n"         // 10
+    "-\n";                // 2
+const std::string kUsb =
+    "*USB=\n"     // 6
+    "count=2\n";  // 8
+const std::string kPlainIndex =
+    "[Root]\noffset=0\nlength=39\n"
+    "[Storage]\noffset=39\nlength=51\n"
+    "[USB]\noffset=90\nlength=14\n";
+
+InventoryTree small_tree(int32_t byte_order_flag) {
+  InventoryTree tree(byte_order_flag, "Snapshot");
+  tree.set_attribute("/timestamp", text_value("20240607"));
+  tree.set_attribute("/Storage/Disk:1/size", Value(500.107), "units", "GB");
+  tree.set_tag_value("/Storage/Disk:1", text_value("Big disk"));
+  tree.set_attribute("/USB/count", Value(int64_t{2}));
+  return tree;
+}
+
+TEST(Serialize, WholeAndPlainIsTheTextAndTwoZeros) {
+  EXPECT_EQ(as_string(small_tree(1).serialize(false, false)),
+            kRoot + kStorage + kUsb + "-\n" + zeros(1) +  // not sectioned
+                zeros(1));                                // not compressed
+}
+
+TEST(Serialize, WholeAndCompressedIsOneStreamAndTheMarker) {
+  const std::string bytes = as_string(small_tree(1).serialize(false, true));
+  ASSERT_GT(bytes.size(), 6u);
+  const size_t end = bytes.size() - 6;
+  EXPECT_EQ(inflated(bytes.substr(0, end)), kRoot + kStorage + kUsb + "-\n");
+  EXPECT_EQ(bytes.substr(end), zeros(1) +  // not sectioned
+                                   "\x01"  // compressed
+                                   "ZXML");
+}
+
+TEST(Serialize, SplitAndPlainIsTheTextWithoutItsLastLineAndTheIndex) {
+  EXPECT_EQ(as_string(small_tree(1).serialize(true, false)),
+            kRoot + kStorage + kUsb + kPlainIndex + zeros(3) + "\x68" +  // the index begins at 104
+                "\x01" +                                                 // sectioned
+                zeros(1));                                               // not compressed
+}
+
+TEST(Serialize, SplitFormsWriteTheIndexOffsetInTheTreesByteOrder) {
+  const std::string big = as_string(small_tree(1).serialize(true, false));
+  const std::string little = as_string(small_tree(0).serialize(true, false));
+  EXPECT_EQ(big.substr(big.size() - 6), zeros(3) + "\x68\x01" + zeros(1));
+  EXPECT_EQ(little.substr(little.size() - 6), "\x68" + zeros(3) + "\x01" + zeros(1));
+  EXPECT_EQ(big.substr(0, big.size() - 6), little.substr(0, little.size() - 6));
+}
+
+// The record that an index should hold for a section of this length, following the others.
+std::string index_record(const char* name, size_t* offset, size_t length) {
+  const std::string record = std::string("[") + name + "]\noffset=" + std::to_string(*offset) +
+                             "\nlength=" + std::to_string(length) + "\n";
+  *offset += length;
+  return record;
+}
+
+TEST(Serialize, SplitAndCompressedIsAStreamForEachSectionAndTheIndex) {
+  for (const int32_t byte_order_flag : {1, 0}) {
+    InventoryTree tree = small_tree(byte_order_flag);
+    const std::string bytes = as_string(tree.serialize(true, true));
+    const struct {
+      const char* name;
+      std::string text;
+    } sections[] = {{"Root", kRoot}, {"Storage", kStorage}, {"USB", kUsb}};
+    size_t offset = 0;
+    std::string index;
+    for (const auto& section : sections) {
+      size_t length = 0;
+      EXPECT_EQ(inflated_first(bytes.substr(offset), &length), section.text);
+      index += index_record(section.name, &offset, length);
+    }
+    ASSERT_LT(offset, 256u);
+    size_t index_length = 0;
+    EXPECT_EQ(inflated_first(bytes.substr(offset), &index_length), index);
+    const std::string low_byte(1, static_cast<char>(offset));
+    EXPECT_EQ(bytes.substr(offset + index_length),
+              (byte_order_flag ? zeros(3) + low_byte : low_byte + zeros(3)) +  // the index offset
+                  "\x01"                                                       // sectioned
+                  "\x01");                                                     // compressed
+  }
+}
+
+TEST(Serialize, KeepsTheRecordsOfTheLastSplitFormOnly) {
+  InventoryTree tree = small_tree(1);
+  tree.serialize(false, true);
+  EXPECT_TRUE(tree.sections().empty());
+  tree.serialize(true, true);
+  tree.serialize(true, false);
+  ASSERT_EQ(tree.sections().size(), 3u);
+  EXPECT_EQ(tree.sections()[0].name, "Root");
+  EXPECT_EQ(tree.sections()[2].name, "USB");
+  EXPECT_EQ(tree.sections()[2].offset, 90u);
+  EXPECT_EQ(tree.sections()[2].length, 14u);
+  EXPECT_TRUE(InventoryTree(tree).sections().empty());
+}
+
+TEST(Serialize, DoesNotChangeTheTree) {
+  InventoryTree tree = small_tree(1);
+  const std::string before = outline(tree.root());
+  const std::string first = as_string(tree.serialize(true, true));
+  tree.serialize(true, false);
+  tree.serialize(false, false);
+  EXPECT_EQ(as_string(tree.serialize(true, true)), first);
+  EXPECT_EQ(outline(tree.root()), before);
+}
+
+TEST(Serialize, SplitsATreeOfOneLeafIntoItsHeader) {
+  InventoryTree tree(1, "Top");
+  EXPECT_EQ(as_string(tree.serialize(true, false)),
+            kMarkLine + "*Top=\n[Root]\noffset=0\nlength=15\n" + zeros(3) + "\x0F\x01" + zeros(1));
+}
+
+TEST(Serialize, FillsUpWithZerosForWhatALeafHides) {
+  InventoryTree tree(1, "t");
+  tree.set_tag_value("/hidden", text_value("value"));
+  EXPECT_EQ(as_string(tree.serialize(false, false)), kMarkLine + "*t=\n" + zeros(14 + 2));
+  const std::string compressed = as_string(tree.serialize(false, true));
+  EXPECT_EQ(inflated(compressed.substr(0, compressed.size() - 6)), kMarkLine + "*t=\n");
+}
+
+TEST(Serialize, LeavesTheTopsAnnotationsOutOfTheHeadersLength) {
+  InventoryTree tree(1, "t");
+  tree.set_attribute("/a/x", text_value("1"));
+  tree.top().annotate("k", "t");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(as_string(tree.serialize(true, false)),
+            kMarkLine + "+t=\n~k=t\n*a=\nx=1\n" +
+                "[Root]\noffset=0\nlength=13\n[a]\noffset=13\nlength=8\n" +  // 5 short of the text
+                zeros(3) + "\x1A\x01" + zeros(1));
+  const std::string bytes = as_string(tree.serialize(true, true));
+  testing::internal::GetCapturedStderr();
+  size_t length = 0;
+  EXPECT_EQ(inflated_first(bytes, &length), kMarkLine + "+t=\n") << "cut at the computed length";
+}
+
+TEST(Serialize, HasRoomForElementsBesideTheTop) {
+  InventoryTree tree(1, "t");
+  const std::string name(1000, 'n');
+  tree.set_attribute((name + "/x").c_str(), text_value("1"));
+  const std::string text = kMarkLine + "*t=\n*" + name + "=\nx=1\n";
+  const std::string whole = as_string(tree.serialize(false, true));
+  EXPECT_EQ(inflated(whole.substr(0, whole.size() - 6)), text);
+  EXPECT_EQ(as_string(tree.serialize(false, false)), kMarkLine + "*t=\n" + zeros(2));
+  EXPECT_EQ(as_string(tree.serialize(true, false)).substr(0, text.size()), text);
+  size_t length = 0;
+  EXPECT_EQ(inflated_first(as_string(tree.serialize(true, true)), &length), kMarkLine + "*t=\n");
+  EXPECT_EQ(inflated(as_string(tree.root().compressed_text())), kMarkLine + "*t=\n");
+}
+
+TEST(Serialize, HasRoomForARootThatBecameABranch) {
+  InventoryTree tree(1, "t");
+  tree.root().add_child(std::make_unique<Tag>("u"));
+  const std::string value(1000, 'v');
+  tree.set_attribute("x", text_value(value.c_str()));
+  const std::string text = "+=\nx=" + value + "\n*t=\n*u=\n-\n";
+  const std::string whole = as_string(tree.serialize(false, true));
+  EXPECT_EQ(inflated(whole.substr(0, whole.size() - 6)), text);
+  EXPECT_EQ(as_string(tree.serialize(false, false)), text + zeros(2));
+}
+
+// --- saving ---
+
+TEST(SaveTree, WritesTheSerializedBytes) {
+  const TemporaryDirectory directory;
+  const std::string path = directory.file("tree");
+  InventoryTree tree = small_tree(1);
+  for (const bool sectioned : {false, true}) {
+    for (const bool compressed : {false, true}) {
+      tree.save(path.c_str(), sectioned, compressed);
+      EXPECT_EQ(file_bytes(path), as_string(tree.serialize(sectioned, compressed)));
+    }
+  }
+}
+
+TEST(SaveTree, DoesNothingWhenTheFileCannotBeOpened) {
+  const TemporaryDirectory directory;
+  const std::string path = directory.file("missing/tree");
+  small_tree(1).save(path.c_str(), false, true);
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
 
 }  // namespace

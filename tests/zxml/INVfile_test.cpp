@@ -1,0 +1,335 @@
+#include "zxml/INVfile.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "support/temporary_directory.h"
+#include "zxml/inflated.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr bool kPlain = false;
+constexpr bool kCompressed = true;
+
+std::unique_ptr<InventoryTree> tree(const char* top_name) {
+  return std::make_unique<InventoryTree>(1, top_name);
+}
+
+std::unique_ptr<InventoryTree> snapshot() {
+  auto made = tree("Snapshot");
+  made->set_attribute("/timestamp", text_value("20240607120000.000000+120"));
+  return made;
+}
+
+unsigned char* block(const std::string& bytes) {
+  unsigned char* data = new unsigned char[bytes.size()];
+  std::memcpy(data, bytes.data(), bytes.size());
+  return data;
+}
+
+// The parts of a file's end.
+struct Trailer {
+  explicit Trailer(const std::string& file) : bytes(file.substr(file.size() - 14)) {}
+  size_t header_offset() const {
+    size_t offset = 0;
+    for (int i = 0; i < 8; ++i)
+      offset = offset << 8 | static_cast<unsigned char>(bytes[static_cast<size_t>(i)]);
+    return offset;
+  }
+  std::string bytes;
+};
+
+std::string header(const std::string& file) {
+  const size_t offset = Trailer(file).header_offset();
+  return file.substr(offset, file.size() - 14 - offset);
+}
+
+std::string plain_header(INVfile& file) { return header(as_string(file.build(kPlain))); }
+
+// --- layout ---
+
+const std::string kSnapshotData = std::string("\xEF\xBB\xBF?zxml\n") +               // 9 bytes
+                                  "*Snapshot=\n"                                     // 11
+                                  "timestamp=20240607120000.000000+120\n" +          // 36
+                                  std::string("\0\0", 2);                            // whole, plain
+const std::string kAssetData = std::string("\xEF\xBB\xBF?zxml\n") + "*AssetInfo=\n"  // 9 and 12
+                               + std::string("\0\0", 2);                             // whole, plain
+const std::string kTwoSectionHeader =
+    "[H]\n"
+    "count=2\n"
+    "snapshotcount=1\n"
+    "[0]\n"
+    "offset=0\n"
+    "length=58\n"
+    "type=snapshot\n"
+    "timestamp=20240607120000.000000+120\n"
+    "snaptype=mac:1\n"
+    "[1]\n"
+    "offset=58\n"
+    "length=23\n"
+    "type=assetinfo\n";
+
+void add_two_sections(INVfile& file, bool compressed) {
+  file.add_section(snapshot(), INVfile::kSnapshot, false, compressed);
+  file.add_section(tree("AssetInfo"), INVfile::kAssetInfo, false, compressed);
+}
+
+TEST(Container, IsLaidOutFieldByFieldMostSignificantByteFirst) {
+  INVfile file(1);
+  add_two_sections(file, kPlain);
+  EXPECT_EQ(as_string(file.build(kPlain)), kSnapshotData + kAssetData + kTwoSectionHeader +
+                                               std::string("\0\0\0\0\0\0\0\x51", 8) +  // the header is at 81
+                                               "\x03" + std::string("\0", 1) +         // and plain
+                                               "INV!");
+}
+
+TEST(Container, IsLaidOutFieldByFieldLeastSignificantByteFirst) {
+  INVfile file(0);
+  add_two_sections(file, kPlain);
+  EXPECT_EQ(as_string(file.build(kPlain)), kSnapshotData + kAssetData + kTwoSectionHeader +
+                                               std::string("\x51\0\0\0\0\0\0\0", 8) +  // the header is at 81
+                                               "\x03" + std::string("\0", 1) +         // and plain
+                                               "INV!");
+}
+
+TEST(Container, CompressesItsHeader) {
+  INVfile file(1);
+  add_two_sections(file, kPlain);
+  const std::string bytes = as_string(file.build(kCompressed));
+  EXPECT_EQ(bytes.substr(0, 81), kSnapshotData + kAssetData);
+  EXPECT_EQ(inflated(header(bytes)), kTwoSectionHeader);
+  EXPECT_EQ(Trailer(bytes).bytes, std::string("\0\0\0\0\0\0\0\x51\x03\x01INV!", 14));
+}
+
+TEST(Container, StoresSectionsAsTheirTreesEncodeThem) {
+  INVfile file(1);
+  add_two_sections(file, kCompressed);
+  const std::string bytes = as_string(file.build(kCompressed));
+  const std::string first = as_string(snapshot()->serialize(false, true));
+  const std::string second = as_string(tree("AssetInfo")->serialize(false, true));
+  EXPECT_EQ(bytes.substr(0, first.size() + second.size()), first + second);
+  EXPECT_EQ(bytes.size(), first.size() + second.size() + header(bytes).size() + 14);
+  EXPECT_EQ(Trailer(bytes).header_offset(), first.size() + second.size());
+  EXPECT_EQ(inflated(header(bytes)),
+            "[H]\ncount=2\nsnapshotcount=1\n"
+            "[0]\noffset=0\nlength=" +
+                std::to_string(first.size()) +
+                "\ntype=snapshot\ntimestamp=20240607120000.000000+120\nsnaptype=mac:1\n"
+                "[1]\noffset=" +
+                std::to_string(first.size()) + "\nlength=" + std::to_string(second.size()) +
+                "\ntype=assetinfo\n");
+}
+
+TEST(Container, StoresAnyFormOfATree) {
+  for (const bool sectioned : {false, true}) {
+    for (const bool compressed : {false, true}) {
+      INVfile file(1);
+      file.add_section(snapshot(), INVfile::kSnapshot, sectioned, compressed);
+      const std::string bytes = as_string(file.build(kPlain));
+      EXPECT_EQ(bytes.substr(0, Trailer(bytes).header_offset()),
+                as_string(snapshot()->serialize(sectioned, compressed)));
+    }
+  }
+}
+
+TEST(Container, MayBeEmpty) {
+  INVfile file(1);
+  EXPECT_EQ(as_string(file.build(kPlain)),
+            "[H]\ncount=0\nsnapshotcount=0\n" + std::string("\0\0\0\0\0\0\0\0\x03\0INV!", 14));
+}
+
+TEST(Container, WritesALargeHeaderOffset) {
+  INVfile file(1);
+  file.frees_borrowed_data = true;
+  file.add_raw_section(block(std::string(1000, 'x')), 1000);
+  EXPECT_EQ(Trailer(as_string(file.build(kPlain))).bytes.substr(0, 8),
+            std::string("\0\0\0\0\0\0\x03\xE8", 8));
+}
+
+TEST(Container, GivesAnUnknownKindItsPlaceAndItsNumberButNoEntry) {
+  INVfile file(1);
+  file.add_section(tree("Other"), 7, false, kPlain);  // 19 bytes
+  file.add_section(tree("AssetInfo"), INVfile::kAssetInfo, false, kPlain);
+  file.add_section(tree("Other"), -1, false, kPlain);
+  EXPECT_EQ(plain_header(file), "[H]\ncount=3\nsnapshotcount=0\n[1]\noffset=19\nlength=23\ntype=assetinfo\n");
+  EXPECT_EQ(as_string(file.build(kPlain)).substr(19, 23), kAssetData);
+}
+
+TEST(Container, CountsSnapshotsByTheirTreesAndNotByTheirKind) {
+  INVfile file(1);
+  file.add_section(tree("Snapshot"), 7, false, kPlain);
+  file.add_section(tree("Snapshot"), INVfile::kAssetInfo, false, kPlain);
+  file.add_section(tree("Shot"), INVfile::kSnapshot, false, kPlain);
+  EXPECT_EQ(plain_header(file).substr(0, 28), "[H]\ncount=3\nsnapshotcount=2\n");
+}
+
+TEST(Container, LeavesTheTimestampEmptyWhenTheTreeHasNoneInTextForm) {
+  const auto numbered = [] {
+    auto made = tree("Snapshot");
+    made->set_attribute("/timestamp", Value(int64_t{20240607}));
+    return made;
+  };
+  INVfile file(1);
+  file.add_section(tree("Snapshot"), INVfile::kSnapshot, false, kPlain);  // 22 bytes
+  file.add_section(numbered(), INVfile::kSnapshot, false, kPlain);        // 41 bytes
+  EXPECT_EQ(plain_header(file),
+            "[H]\ncount=2\nsnapshotcount=2\n"
+            "[0]\noffset=0\nlength=22\ntype=snapshot\ntimestamp=\nsnaptype=mac:1\n"
+            "[1]\noffset=22\nlength=41\ntype=snapshot\ntimestamp=\nsnaptype=mac:1\n");
+}
+
+TEST(Container, HoldsTheTreeAsItWasWhenAdded) {
+  INVfile file(1);
+  auto later_changed = tree("AssetInfo");
+  InventoryTree* held = later_changed.get();
+  file.add_section(std::move(later_changed), INVfile::kAssetInfo, false, kPlain);
+  held->set_attribute("/x", text_value("late"));
+  EXPECT_EQ(as_string(file.build(kPlain)).substr(0, kAssetData.size()), kAssetData);
+}
+
+TEST(Container, GivesTheSameBytesEachTime) {
+  INVfile file(1);
+  add_two_sections(file, kCompressed);
+  const std::string first = as_string(file.build(kCompressed));
+  EXPECT_EQ(as_string(file.build(kCompressed)), first);
+}
+
+// --- raw data ---
+
+TEST(RawSection, IsStoredAsItIs) {
+  const std::string raw("\x78\xDA\0raw", 6);
+  INVfile file(1);
+  file.frees_borrowed_data = true;
+  file.add_section(tree("AssetInfo"), INVfile::kAssetInfo, false, kPlain);
+  file.add_raw_section(block(raw), raw.size());
+  EXPECT_EQ(as_string(file.build(kPlain)).substr(0, 29), kAssetData + raw);
+  EXPECT_EQ(plain_header(file),
+            "[H]\ncount=2\nsnapshotcount=0\n"
+            "[0]\noffset=0\nlength=23\ntype=assetinfo\n"
+            "[1]\noffset=23\nlength=6\ntype=customdata\nID=rawdata\n");
+}
+
+TEST(RawSection, MayBeEmpty) {
+  INVfile file(1);
+  file.add_raw_section(nullptr, 0);
+  EXPECT_EQ(plain_header(file),
+            "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=0\ntype=customdata\nID=rawdata\n");
+}
+
+TEST(RawSection, IsOnlyBorrowedUnlessSaidOtherwise) {
+  const std::unique_ptr<unsigned char[]> mine(block("raw"));
+  {
+    INVfile file(1);
+    file.add_raw_section(mine.get(), 3);
+  }
+  EXPECT_EQ(mine[2], 'w');  // under AddressSanitizer: neither freed before nor twice
+}
+
+TEST(RawSection, IsFreedWhenSaidSoAfterAddingIt) {
+  INVfile file(1);
+  file.add_raw_section(block("raw"), 3);
+  file.frees_borrowed_data = true;  // under LeakSanitizer: or else the block is left
+}
+
+// --- saving ---
+
+TEST(Save, WritesTheFile) {
+  const TemporaryDirectory directory;
+  const std::string path = directory.file("MAC_0017F2000000.inv");
+  INVfile file(1);
+  add_two_sections(file, kCompressed);
+  for (const bool compress_header : {false, true}) {
+    EXPECT_TRUE(file.save(path.c_str(), compress_header));
+    EXPECT_EQ(file_bytes(path), as_string(file.build(compress_header)));
+  }
+}
+
+TEST(Save, ReplacesALongerFile) {
+  const TemporaryDirectory directory;
+  const std::string path = directory.file("file");
+  std::ofstream(path) << std::string(10000, 'x');
+  INVfile file(1);
+  EXPECT_TRUE(file.save(path.c_str(), kPlain));
+  EXPECT_EQ(file_bytes(path), as_string(file.build(kPlain)));
+}
+
+TEST(Save, FailsInAMissingDirectoryAndCreatesNothing) {
+  const TemporaryDirectory directory;
+  EXPECT_FALSE(INVfile(1).save(directory.file("missing/file").c_str(), kCompressed));
+  EXPECT_TRUE(fs::is_empty(directory.file("")));
+}
+
+TEST(Save, FailsAtADirectoryAndLeavesIt) {
+  const TemporaryDirectory directory;
+  EXPECT_FALSE(INVfile(1).save(directory.file("").c_str(), kCompressed));
+  EXPECT_TRUE(fs::is_directory(directory.file("")));
+}
+
+// Run in a child of the test: there the user may give up being root, to whom every directory is writable.
+[[noreturn]] void save_as_ordinary_user(const std::string& path) {
+  if (geteuid() == 0 && setuid(65534) != 0) std::_Exit(2);
+  std::_Exit(INVfile(1).save(path.c_str(), kCompressed) ? 1 : 0);
+}
+
+TEST(SaveDeathTest, FailsInADirectoryThatMayNotBeWritten) {
+  const TemporaryDirectory directory;
+  fs::permissions(directory.file(""), fs::perms(0555));
+  EXPECT_EXIT(save_as_ordinary_user(directory.file("file")), testing::ExitedWithCode(0), "");
+  fs::permissions(directory.file(""), fs::perms(0755));
+  EXPECT_TRUE(fs::is_empty(directory.file("")));
+}
+
+// Run in a child of the test: files may not grow beyond `limit` there, as on a disk that gets full.
+[[noreturn]] void save_with_little_space(const std::string& path, rlim_t limit, size_t data_length) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit space = {limit, limit};
+  if (setrlimit(RLIMIT_FSIZE, &space) != 0) std::_Exit(2);
+  INVfile file(1);
+  file.add_raw_section(block(std::string(data_length, 'x')), data_length);
+  std::_Exit(file.save(path.c_str(), kPlain) ? 1 : 0);
+}
+
+TEST(SaveDeathTest, RemovesAFileThatCouldNotBeWrittenWhole) {
+  const TemporaryDirectory directory;
+  EXPECT_EXIT(save_with_little_space(directory.file("file"), 100000, 1000000), testing::ExitedWithCode(0),
+              "");
+  EXPECT_TRUE(fs::is_empty(directory.file("")));
+}
+
+TEST(SaveDeathTest, RemovesAFileThatCouldNotBeFlushed) {
+  const TemporaryDirectory directory;
+  EXPECT_EXIT(save_with_little_space(directory.file("file"), 101, 10), testing::ExitedWithCode(0), "");
+  EXPECT_TRUE(fs::is_empty(directory.file("")));
+}
+
+TEST(SaveDeathTest, KeepsAFileThatJustFits) {
+  const TemporaryDirectory directory;
+  // 10 bytes of data, 78 of header, 14 of trailer.
+  EXPECT_EXIT(save_with_little_space(directory.file("file"), 102, 10), testing::ExitedWithCode(1), "");
+  EXPECT_EQ(fs::file_size(directory.file("file")), 102u);
+}
+
+TEST(Save, FailsOnAFullDeviceAndLeavesItAlone) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no /dev/full";
+  const TemporaryDirectory directory;
+  // Through a link: should the device be removed after all, only the link goes.
+  const std::string link = directory.file("link");
+  fs::create_symlink("/dev/full", link);
+  INVfile file(1);
+  add_two_sections(file, kCompressed);
+  EXPECT_FALSE(file.save(link.c_str(), kCompressed));
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+}  // namespace
