@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include "contract/environment.h"
+#include "contract/outcome.h"
+#include "platform/cf_ref.h"
+
+namespace {
+
+constexpr CFAbsoluteTime july = 300925845;     // 2010-07-15 22:30:45 UTC
+constexpr CFAbsoluteTime january = 285287445;  // 2010-01-15 22:30:45 UTC
+
+const char* const cim = "yyyyMMddHHmmss.000000 ZZ";
+
+CFRef<CFStringRef> string(const char* text) {
+  return CFRef<CFStringRef>(CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8));
+}
+
+std::string format(const char* locale, const char* zone, const char* pattern, CFAbsoluteTime time) {
+  const EnvironmentVariable time_zone("TZ", zone);
+  const CFRef<CFLocaleRef> formatter_locale(CFLocaleCreate(nullptr, string(locale).get()));
+  const CFRef<CFDateFormatterRef> formatter(CFDateFormatterCreate(
+      nullptr, formatter_locale.get(), kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
+  CFDateFormatterSetFormat(formatter.get(), string(pattern).get());
+  const CFRef<CFDateRef> date(CFDateCreate(nullptr, time));
+  const CFRef<CFStringRef> text(CFDateFormatterCreateStringWithDate(nullptr, formatter.get(), date.get()));
+  return bytes_of_string(text.get());
+}
+
+}  // namespace
+
+TEST(DateFormatter, WritesCimDatesInTheZoneAndCalendarOfTheLocale) {
+  struct Row {
+    const char *locale, *zone, *in_july, *in_january;
+  };
+  const Row rows[] = {
+      {"en_US", "Europe/Berlin", "20100716003045.000000 +0200", "20100115233045.000000 +0100"},
+      {"en_US", "America/New_York", "20100715183045.000000 -0400", "20100115173045.000000 -0500"},
+      {"en_US", "Asia/Kolkata", "20100716040045.000000 +0530", "20100116040045.000000 +0530"},
+      {"en_US", "UTC", "20100715223045.000000 +0000", "20100115223045.000000 +0000"},
+      {"en_US_POSIX", "Europe/Berlin", "20100716003045.000000 +0200", "20100115233045.000000 +0100"},
+      {"de_DE", "America/New_York", "20100715183045.000000 -0400", "20100115173045.000000 -0500"},
+      {"th_TH", "Asia/Kolkata", "25530716040045.000000 +0530", "25530116040045.000000 +0530"},
+      {"ar_EG", "UTC", "٢٠١٠٠٧١٥٢٢٣٠٤٥.000000 +0000", "٢٠١٠٠١١٥٢٢٣٠٤٥.000000 +0000"},
+      {"fa_IR", "Europe/Berlin", "۱۳۸۹۰۴۲۵۰۰۳۰۴۵.000000 +0200", "۱۳۸۸۱۰۲۵۲۳۳۰۴۵.000000 +0100"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(format(row.locale, row.zone, cim, july), row.in_july) << row.locale << ' ' << row.zone;
+    EXPECT_EQ(format(row.locale, row.zone, cim, january), row.in_january) << row.locale << ' ' << row.zone;
+  }
+}
+
+TEST(DateFormatter, WritesShortDates) {
+  EXPECT_EQ(format("en_US", "Europe/Berlin", "yyyy-MM-dd", july), "2010-07-16");
+  EXPECT_EQ(format("th_TH", "UTC", "yyyy-MM-dd", july), "2553-07-15");
+}
+
+TEST(DateFormatter, NamesTheZoneAsTheLocaleDoes) {
+  EXPECT_EQ(format("en_US", "UTC", "yyyy-MM-dd HH:mm:ss z", july), "2010-07-15 22:30:45 UTC");
+  EXPECT_EQ(format("en_US", "America/New_York", "yyyy-MM-dd HH:mm:ss z", july), "2010-07-15 18:30:45 EDT");
+  EXPECT_EQ(format("de_DE", "Europe/Berlin", "yyyy-MM-dd HH:mm:ss z", january), "2010-01-15 23:30:45 MEZ");
+}
+
+TEST(DateFormatter, TakesUnknownZonesForGreenwich) {
+  EXPECT_EQ(format("en_US", "Nowhere/Land", cim, july), "20100715223045.000000 +0000");
+  EXPECT_EQ(format("en_US", "CET-1CEST", cim, july), "20100715223045.000000 +0000");
+}
+
+TEST(DateFormatter, CutsFractionsOfASecond) {
+  EXPECT_EQ(format("en_US", "UTC", "ss", july + 0.999), "45");
+  EXPECT_EQ(format("en_US", "UTC", "yyyy", -0.5), "2000");
+}
+
+TEST(DateFormatter, WritesNothingForAnEmptyPattern) { EXPECT_EQ(format("en_US", "UTC", "", july), ""); }
+
+TEST(DateFormatter, WritesTextsOfAnyLength) {
+  const std::string literal = "'" + std::string(500, 'x') + "'";
+  EXPECT_EQ(format("en_US", "UTC", literal.c_str(), july), std::string(500, 'x'));
+}
+
+TEST(DateFormatter, TakesTheCurrentLocaleForNone) {
+  const CFRef<CFDateFormatterRef> formatter(
+      CFDateFormatterCreate(nullptr, nullptr, kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
+  EXPECT_TRUE(formatter);
+}
+
+TEST(Dates, CountFromTheYear2001) {
+  const CFRef<CFDateRef> date(CFDateCreate(nullptr, july));
+  EXPECT_EQ(CFDateGetAbsoluteTime(date.get()), july);
+  EXPECT_GT(CFAbsoluteTimeGetCurrent(), july);
+  EXPECT_LT(CFAbsoluteTimeGetCurrent(), 1e10);
+}
