@@ -32,6 +32,15 @@ CFDictionaryRef dictionary_at(CFArrayRef array, CFIndex index) {
   return as<CFDictionaryRef>(CFArrayGetValueAtIndex(array, index), CFDictionaryGetTypeID());
 }
 
+std::vector<CFDictionaryRef> dictionaries_in(CFArrayRef array) {
+  std::vector<CFDictionaryRef> dictionaries;
+  const CFIndex count = array ? CFArrayGetCount(array) : 0;
+  for (CFIndex i = 0; i < count; ++i) {
+    if (const CFDictionaryRef dictionary = dictionary_at(array, i)) dictionaries.push_back(dictionary);
+  }
+  return dictionaries;
+}
+
 CFStringRef find_string(CFDictionaryRef dictionary, CFStringRef key) {
   return find<CFStringRef>(dictionary, key, CFStringGetTypeID());
 }

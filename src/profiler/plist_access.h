@@ -6,6 +6,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <cstdint>
+#include <vector>
 
 #include "driver/text.h"
 
@@ -13,6 +14,8 @@
 Text cfstring_to_text(CFStringRef string, CFIndex* length = nullptr);
 
 CFDictionaryRef dictionary_at(CFArrayRef array, CFIndex index);
+// The dictionaries among the elements, in their order.
+std::vector<CFDictionaryRef> dictionaries_in(CFArrayRef array);
 CFStringRef find_string(CFDictionaryRef dictionary, CFStringRef key);
 CFDictionaryRef find_dictionary(CFDictionaryRef dictionary, CFStringRef key);
 CFArrayRef find_array(CFDictionaryRef dictionary, CFStringRef key);

@@ -1,0 +1,100 @@
+#include "collectors/network_identity.h"
+
+#include <utility>
+
+#include "collectors/network_adapters.h"
+#include "profiler/plist_access.h"
+
+namespace {
+
+bool is_text_list(CFArrayRef array) {
+  const CFIndex count = array ? CFArrayGetCount(array) : 0;
+  for (CFIndex i = 0; i < count; ++i) {
+    if (CFGetTypeID(CFArrayGetValueAtIndex(array, i)) != CFStringGetTypeID()) return false;
+  }
+  return count > 0;
+}
+
+// The first of an adapter's addresses, or none.
+Text first_address(CFDictionaryRef adapter) {
+  const CFArrayRef addresses = find_array(adapter, CFSTR("ip_address"));
+  if (!is_text_list(addresses)) return nullptr;
+  return cfstring_to_text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(addresses, 0)));
+}
+
+CFDictionaryRef find_adapter_by_address(CFArrayRef adapters, const char* address) {
+  for (const CFDictionaryRef adapter : dictionaries_in(adapters)) {
+    if (equal_text(first_address(adapter).get(), address)) return adapter;
+  }
+  return nullptr;
+}
+
+// en0 when it has an address. Only an en0 without one makes way for an en1 that comes after it, and so on.
+CFDictionaryRef find_primary_adapter(CFArrayRef adapters) {
+  int number = 0;
+  Text wanted = format_string("en%d", number);
+  for (const CFDictionaryRef adapter : dictionaries_in(adapters)) {
+    if (!equal_text(find_plist_text(adapter, CFSTR("interface")).get(), wanted.get())) continue;
+    if (first_address(adapter)) return adapter;
+    wanted = format_string("en%d", ++number);
+  }
+  return nullptr;
+}
+
+bool is_manual(CFDictionaryRef adapter) {
+  const CFDictionaryRef ipv4 = find_dictionary(adapter, CFSTR("IPv4"));
+  return equal_text(find_plist_text(ipv4, CFSTR("ConfigMethod")).get(), "Manual");
+}
+
+// The adapter's address in the profiler's form; empty without an adapter or an address.
+Text profiler_address(CFDictionaryRef adapter) {
+  const CFDictionaryRef ethernet = find_dictionary(adapter, CFSTR("Ethernet"));
+  Text address = find_plist_text(ethernet, CFSTR("MAC Address"));
+  return address ? std::move(address) : copy_text("");
+}
+
+CFDictionaryRef find_active_location(CFArrayRef locations) {
+  for (const CFDictionaryRef location : dictionaries_in(locations)) {
+    const Text active = find_plist_text(location, CFSTR("spnetworklocation_isActive"));
+    if (equal_text(active.get(), "yes")) return location;
+  }
+  return nullptr;
+}
+
+CFDictionaryRef find_service(CFDictionaryRef location, const char* hardware_address) {
+  for (const CFDictionaryRef service :
+       dictionaries_in(find_array(location, CFSTR("spnetworklocation_services")))) {
+    const Text address = find_plist_text(service, CFSTR("hardware_address"));
+    if (equal_text(address.get(), hardware_address)) return service;
+  }
+  return nullptr;
+}
+
+// The names under which the machine is known to other systems on the network.
+void read_names(NetworkIdentity& identity, CFDictionaryRef service) {
+  const CFDictionaryRef smb = find_dictionary(service, CFSTR("SMB"));
+  identity.workgroup = find_plist_text(smb, CFSTR("Workgroup"));
+  if (!identity.workgroup) return;
+  upper_case_ascii(identity.workgroup.get());
+  identity.netbios_name = find_plist_text(smb, CFSTR("NetBIOSName"));
+}
+
+}  // namespace
+
+NetworkIdentity query_network_identity(CFArrayRef list, const char* given_ip) {
+  const CFArrayRef adapters = find_data_type_items(list, CFSTR("SPNetworkDataType"));
+  const CFDictionaryRef adapter =
+      given_ip ? find_adapter_by_address(adapters, given_ip) : find_primary_adapter(adapters);
+  NetworkIdentity identity;
+  identity.ip_address = given_ip ? copy_text(given_ip) : first_address(adapter);
+  identity.manual = is_manual(adapter);
+
+  const Text address = profiler_address(adapter);
+  const CFDictionaryRef location =
+      find_active_location(find_data_type_items(list, CFSTR("SPNetworkLocationDataType")));
+  if (const CFDictionaryRef service = find_service(location, address.get())) {
+    identity.hardware_address = hardware_address_text(address.get());
+    read_names(identity, service);
+  }
+  return identity;
+}
