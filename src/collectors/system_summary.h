@@ -35,3 +35,5 @@ struct SystemSummary {
 // The summary from the profiler's parsed list, which holds a dictionary per data type (none counts as an
 // empty list), and from ioreg.
 SystemSummary query_system_summary(CFArrayRef list);
+// The same with what ioreg printed; none counts as nothing.
+SystemSummary summarize_system(CFArrayRef list, Text platform_uuid);

@@ -74,6 +74,7 @@ double speed_to_mhz(const char* speed) { return static_cast<float>(std::atof(spe
 int64_t truncate_to_int64(double number) { return truncate<int64_t>(number); }
 int32_t truncate_to_int32(double number) { return truncate<int32_t>(number); }
 uint32_t truncate_to_uint32(double number) { return truncate<uint32_t>(number); }
+uint64_t truncate_to_uint64(double number) { return truncate<uint64_t>(number); }
 
 Text copy_line(const char* text) {
   const size_t length = std::strcspn(text, "\n");

@@ -33,6 +33,7 @@ double speed_to_mhz(const char* speed);
 int64_t truncate_to_int64(double number);
 int32_t truncate_to_int32(double number);
 uint32_t truncate_to_uint32(double number);
+uint64_t truncate_to_uint64(double number);
 
 // The text up to the first line feed or its end; none when that is empty.
 Text copy_line(const char* text);

@@ -179,6 +179,7 @@ TEST(Truncation, DropsTheFraction) {
   EXPECT_EQ(-2, truncate_to_int64(-2.99));
   EXPECT_EQ(2, truncate_to_int32(2.99));
   EXPECT_EQ(2u, truncate_to_uint32(2.99));
+  EXPECT_EQ(2u, truncate_to_uint64(2.99));
 }
 
 TEST(Truncation, KeepsTheLargestNumbersThatFit) {
@@ -187,20 +188,25 @@ TEST(Truncation, KeepsTheLargestNumbersThatFit) {
   EXPECT_EQ(-2147483648, truncate_to_int32(-2147483648.0));
   EXPECT_EQ(2147483648u, truncate_to_uint32(2147483648.0));
   EXPECT_EQ(4294967295u, truncate_to_uint32(4294967295.0));
+  EXPECT_EQ(18446744073709549568u, truncate_to_uint64(18446744073709549568.0));
 }
 
 TEST(Truncation, EndsAtTheTargetsRange) {
-  for (const double huge : {1e300, HUGE_VAL, 9223372036854775808.0}) {
+  for (const double huge : {1e300, HUGE_VAL, 18446744073709551616.0}) {
     EXPECT_EQ(std::numeric_limits<int64_t>::max(), truncate_to_int64(huge));
     EXPECT_EQ(std::numeric_limits<int32_t>::max(), truncate_to_int32(huge));
     EXPECT_EQ(std::numeric_limits<uint32_t>::max(), truncate_to_uint32(huge));
     EXPECT_EQ(std::numeric_limits<int64_t>::min(), truncate_to_int64(-huge));
     EXPECT_EQ(std::numeric_limits<int32_t>::min(), truncate_to_int32(-huge));
     EXPECT_EQ(0u, truncate_to_uint32(-huge));
+    EXPECT_EQ(std::numeric_limits<uint64_t>::max(), truncate_to_uint64(huge));
+    EXPECT_EQ(0u, truncate_to_uint64(-huge));
   }
   EXPECT_EQ(0, truncate_to_int64(NAN));
   EXPECT_EQ(0, truncate_to_int32(NAN));
   EXPECT_EQ(0u, truncate_to_uint32(NAN));
+  EXPECT_EQ(0u, truncate_to_uint64(NAN));
+  EXPECT_EQ(std::numeric_limits<int64_t>::max(), truncate_to_int64(9223372036854775808.0));
 }
 
 TEST(CopyLine, EndsAtTheFirstLineFeed) {
