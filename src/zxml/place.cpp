@@ -33,7 +33,7 @@ Tag* Place::reach_from_start(bool make_missing) {
 
 Tag* Place::find_or_make(Tag& parent, bool make_missing) {
   if (tag_) return tag_;
-  const bool surely_new = names_ == Names::distinct && parent_->made_here_;
+  const bool surely_new = names_ == Names::unused || (names_ == Names::distinct && parent_->made_here_);
   Tag* tag = surely_new ? nullptr : parent.find_child(name_);
   if (tag || !make_missing) return tag;
   made_here_ = true;

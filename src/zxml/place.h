@@ -11,8 +11,9 @@
 class Place {
  public:
   // Whether the parent may hold a child of this name already. `distinct` promises that whoever writes to the
-  // parent names no two children alike; a parent made by its own Place then needs no search.
-  enum class Names { may_repeat, distinct };
+  // parent names no two children alike; a parent made by its own Place then needs no search. `unused`
+  // promises that the parent has no child of this name yet, and so never needs one.
+  enum class Names { may_repeat, distinct, unused };
 
   // The tag that a path from `start` names; `start` must outlive the Place.
   Place(Tag& start, std::string path) : start_(&start), name_(std::move(path)) {}

@@ -17,7 +17,7 @@ class PlaceAndPath {
   explicit PlaceAndPath(unsigned seed) : random_(seed) {}
 
   void step() {
-    switch (pick(12)) {
+    switch (pick(13)) {
       case 0:
         return open_from_root();
       case 1:
@@ -25,8 +25,10 @@ class PlaceAndPath {
       case 2:
         return open_below(Place::Names::distinct);
       case 3:
-        return add_twin();
+        return open_below(Place::Names::unused);
       case 4:
+        return add_twin();
+      case 5:
         return write_by_path();
       default:
         return write_through_a_place();
@@ -70,9 +72,9 @@ class PlaceAndPath {
   void open_below(Place::Names names) {
     if (opened_.empty()) return;
     Opened& parent = opened_[pick(opened_.size())];
-    // Only a fresh name keeps the promise that names are distinct.
+    // Only a fresh name keeps the promise that names are distinct, or unused.
     const std::string child =
-        names == Place::Names::distinct ? "n" + std::to_string(opened_.size()) : std::string(name());
+        names == Place::Names::may_repeat ? std::string(name()) : "n" + std::to_string(opened_.size());
     opened_.push_back({Place(parent.place, child, names), parent.path + "/" + child});
     note(std::to_string(opened_.size() - 1) + " = place below: " + opened_.back().path);
   }

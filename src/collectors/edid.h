@@ -1,0 +1,62 @@
+// The 128 bytes with which a monitor introduces itself (EDID), decoded from the text that the profiler
+// prints. No tree and no command: text in, record out.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "driver/text.h"
+
+// The base block; extension blocks are not read. Header and checksum are not looked at: a monitor with a
+// wrong checksum still stands on somebody's desk.
+using EdidRaw = std::array<uint8_t, 128>;
+
+// A mode of the standard timings, in pixels and Hz.
+struct VideoMode {
+  const char* aspect;  // "4:3"; static
+  uint32_t height;
+  uint32_t width;
+  uint32_t refresh;
+};
+
+struct EdidInfo {
+  Text manufacturer;    // three letters
+  Text product_id;      // hexadecimal, padded with blanks to four characters
+  Text version;         // "1.3"
+  Text v_range_text;    // "56 - 75"; none without a range descriptor
+  Text h_range_text;    // likewise
+  Text max_resolution;  // see edid_max_resolution
+  // Of the last descriptor of their kind, none without one. They run up to the first zero byte or the end of
+  // the block, so the line feed and the padding of the descriptor are part of them.
+  Text monitor_name;
+  Text serial_text;
+  std::vector<VideoMode> modes;  // see edid_video_modes
+  // The number's bytes as they are printed, the first one most significant: the console knows monitors by it.
+  uint32_t serial = 0;
+  uint16_t week = 0;
+  uint16_t year = 0;
+  uint16_t width_cm = 0;
+  uint16_t height_cm = 0;
+  uint8_t image_width = 0;  // the same two sizes as the bytes they are
+  uint8_t image_height = 0;
+  uint8_t video_input = 0;
+  uint8_t features = 0;
+  uint8_t v_min = 0;  // Hz; the ranges are 0 without a range descriptor
+  uint8_t v_max = 0;
+  uint8_t h_min = 0;  // kHz
+  uint8_t h_max = 0;
+  double gamma = 0;
+};
+
+// Decodes "0x00ffffffffffff00...": two characters, whatever they are, and two hexadecimal digits for each
+// byte. What is not there, or not hexadecimal, leaves its byte zero; of a pair whose second character is no
+// digit the first one counts alone. No text reads as an empty one.
+EdidInfo decode_edid(const char* text);
+
+// The largest of the established and standard timings, "1680 x 1050"; the later one of two equally large. The
+// empty text when there is none.
+Text edid_max_resolution(const EdidRaw& raw);
+
+// All modes of the standard timings, first those of the block's own list, then those of its descriptors.
+std::vector<VideoMode> edid_video_modes(const EdidRaw& raw);
