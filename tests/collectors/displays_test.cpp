@@ -4,9 +4,9 @@
 
 #include <limits>
 
-#include "collectors/edid_block.h"
 #include "collectors/fields.h"
-#include "collectors/item_lists.h"
+#include "tests/collectors/edid_block.h"
+#include "tests/collectors/item_lists.h"
 
 namespace {
 
@@ -181,7 +181,7 @@ TEST(CollectDisplays, KeepsTheLinesBehindAPlainDisplaysName) {
 }
 
 TEST(CollectDisplays, EndsAConnectedDisplaysNameWithItsFirstLine) {
-  const OneMonitor monitor(connector_with(EdidBlock().describe(3, 0xFC, "\tCinema \n      \x01x")));
+  const OneMonitor monitor(connector_with(EdidBlock().describe(3, 0xFC, "\tCinema \n    \x01x")));
   EXPECT_EQ(monitor.text("model"), "Cinema");
   EXPECT_EQ(monitor.text("name"), "?@@@   0|Cinema");
 }

@@ -19,11 +19,12 @@ class EdidBlock {
     return *this;
   }
 
-  // Makes descriptor 0 to 3 a display descriptor. The payload may run over its end.
+  // Makes descriptor 0 to 3 a display descriptor. The payload may run over the descriptor's end, not the
+  // block's.
   EdidBlock& describe(size_t descriptor, uint8_t tag, const std::string& payload) {
     const size_t at = 54 + 18 * descriptor;
     set(at, {0, 0, 0, tag, 0});
-    std::copy(payload.begin(), payload.end(), raw_.begin() + static_cast<std::ptrdiff_t>(at) + 5);
+    for (size_t i = 0; i < payload.size(); ++i) raw_.at(at + 5 + i) = static_cast<uint8_t>(payload[i]);
     return *this;
   }
 

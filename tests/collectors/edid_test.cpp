@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "collectors/edid_block.h"
+#include "tests/collectors/edid_block.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Profiler items that hold lists of further items: hubs, controllers, disks, graphics adapters.
 #pragma once
 
-#include "collectors/tree_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 // An item with the given keys and a child list ("_items", "volumes").
 inline Item holding(const std::string& list, std::initializer_list<Item> items, Item keys = {}) {

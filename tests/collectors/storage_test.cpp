@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "collectors/fields.h"
-#include "collectors/item_lists.h"
+#include "tests/collectors/item_lists.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "collectors/tree_helpers.h"
+#include "tests/collectors/tree_helpers.h"
 
 namespace {
 
