@@ -1,0 +1,223 @@
+#include "collectors/usb.h"
+
+#include <cstring>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "collectors/volumes.h"
+#include "driver/command.h"
+#include "profiler/units.h"
+
+namespace {
+
+constexpr uint32_t kDiskutilChunk = 200;
+
+constexpr CopiedField kDiskFields[] = {
+    {"bcd_device", "bcd-device"},         {"serial_num", "serial"},   {"manufacturer", "manufacturer"},
+    {"bus_power_used", "bus-power-used"}, {"bus_power", "bus-power"},
+};
+
+constexpr CopiedField kDeviceFields[] = {
+    {"product_id", "product-id"},         {"vendor_id", "vendor-id"}, {"bcd_device", "bcd-device"},
+    {"serial_num", "serial-number"},      {"manufacturer", "manuf"},  {"bus_power", "bus-power"},
+    {"bus_power_used", "bus-power-used"},
+};
+
+constexpr CopiedField kVolumeFields[] = {
+    {"file_system", "file-sys"}, {"bsd_name", "bsd-name"}, {"mount_point", "mount-point"}};
+
+// The console has one code for the speed of a disk and another for that of any other device.
+const char* disk_speed(const char* speed) {
+  if (equal_text(speed, "full_speed")) return "1";
+  return equal_text(speed, "low_speed") ? "0" : "2";
+}
+
+// None for a speed without code.
+const char* device_speed(const char* speed) {
+  if (equal_text(speed, "full_speed")) return "1";
+  if (equal_text(speed, "low_speed")) return "1.5";
+  return equal_text(speed, "high_speed") ? "480" : nullptr;
+}
+
+// Mac OS X 10.5 sorts the keys of an entry by a letter in front: "a_product_id", "b_vendor_id".
+std::string_view without_prefix(std::string_view key) {
+  return key.size() > 1 && key[1] == '_' ? key.substr(2) : key;
+}
+
+// Copies the attribute when the table has its key.
+template <size_t count>
+void copy_if_listed(Place& element, std::string_view key, const Value& value,
+                    const CopiedField (&fields)[count]) {
+  for (const CopiedField& field : fields) {
+    if (key == field.key) element.set_attribute(field.name, value);
+  }
+}
+
+// A name that the shell passes on as it is.
+bool is_plain_name(const char* name) {
+  constexpr char kPlain[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._/-";
+  return *name != '\0' && name[std::strspn(name, kPlain)] == '\0';
+}
+
+// None when the disk utility is not asked or does not know.
+Text media_name(const char* bsd_name) {
+  if (!bsd_name || !is_plain_name(bsd_name)) return nullptr;
+  uint32_t length = 0;
+  const Text output =
+      run_command(format_string("diskutil info /dev/%s", bsd_name).get(), &length, kDiskutilChunk);
+  return output ? parse_media_name(output.get()) : nullptr;
+}
+
+// The numbers that no element of a list has yet, in ascending order. The names are looked through once, not
+// once for each number.
+class FreeNumbers {
+ public:
+  // No list means that no number is taken.
+  FreeNumbers(const Tag* list, const char* prefix) : prefix_(prefix) {
+    if (!list) return;
+    for (const auto& element : list->children()) taken_.insert(element->name());
+  }
+
+  // The name of the element with the next free number.
+  std::string next_name() {
+    for (;;) {
+      std::string name = prefix_ + std::to_string(++number_);
+      if (taken_.count(name) == 0) return name;
+    }
+  }
+
+ private:
+  std::string prefix_;
+  std::unordered_set<std::string> taken_;
+  int number_ = 0;
+};
+
+const Tag* find_storage_list(InventoryTree& snapshot, const char* name) {
+  const Tag* storage = snapshot.top().find_child("Storage");
+  return storage ? storage->find_child(name) : nullptr;
+}
+
+class UsbWriter {
+ public:
+  UsbWriter(InventoryTree& snapshot, int& counter)
+      : devices_(snapshot.root(), "/Peripherals/USB"),
+        disks_(snapshot.root(), "/Storage/Physical-disks"),
+        partitions_(snapshot.root(), "/Storage/Logical-disks"),
+        disk_numbers_(find_storage_list(snapshot, "Physical-disks"), "Removable:"),
+        partition_numbers_(find_storage_list(snapshot, "Logical-disks"), "partition:"),
+        counter_(counter) {}
+
+  // Hubs stand in hubs as deep as the machine says, so the entries still to come are kept in a list, the next
+  // one last.
+  void add_entry(const Tag& entry) {
+    std::vector<const Tag*> pending = {&entry};
+    while (!pending.empty()) {
+      const Tag& next = *pending.back();
+      pending.pop_back();
+      if (text_is(next, "removable_media", "yes"))
+        add_removable_disk(next);
+      else if (const Tag* items = find_items(next))
+        for (auto item = items->children().rbegin(); item != items->children().rend(); ++item)
+          pending.push_back(item->get());
+      else
+        add_device(next);
+    }
+  }
+
+ private:
+  void add_device(const Tag& entry) {
+    Place device(devices_, "Device:" + std::to_string(++counter_), Place::Names::distinct);
+    copy_element_value(device, entry, "_name");
+    for (const auto& attribute : entry.attributes()) {
+      const std::string_view key = without_prefix(attribute->name());
+      copy_if_listed(device, key, attribute->value(), kDeviceFields);
+      const char* speed = key == "device_speed" ? device_speed(attribute->value().text()) : nullptr;
+      if (speed) device.set_attribute("device-speed", text_value(speed));
+    }
+  }
+
+  void add_removable_disk(const Tag& entry) {
+    Place disk(disks_, disk_numbers_.next_name(), Place::Names::unused);
+    copy_element_value(disk, entry, "_name");
+    disk.set_attribute("media-type", text_value("2"));
+    for (const auto& attribute : entry.attributes()) {
+      const std::string_view key = without_prefix(attribute->name());
+      copy_if_listed(disk, key, attribute->value(), kDiskFields);
+      write_disk_fact(disk, entry, key, attribute->value().text());
+    }
+    disk.set_attribute("interface", text_value("USB"));
+    if (const Tag* volumes = entry.find_child("volumes"))
+      disk.set_attribute("partitions", Value(add_partitions(*volumes)));
+  }
+
+  // Those facts of a removable disk that are no mere copies.
+  static void write_disk_fact(Place& disk, const Tag& entry, std::string_view key, char* text) {
+    if (key == "device_speed") {
+      disk.set_attribute("device-speed", text_value(disk_speed(text)));
+    } else if (key == "bsd_name") {
+      const Text model = media_name(text);
+      if (model) disk.set_attribute("model", text_value(model.get()));
+    } else if (key == "size") {
+      disk.set_attribute("size", Value(truncate_to_int64(size_to_decimal_gb(text, true))));
+      if (find_value(entry, "size_in_bytes"))
+        disk.annotate_attribute("size", "base-value",
+                                byte_count_text(find_integer(entry, "size_in_bytes")).get());
+    }
+  }
+
+  // The number of partitions added. A volume that is not mounted has no free space and is none.
+  int64_t add_partitions(const Tag& volumes) {
+    int64_t count = 0;
+    for (const auto& volume : volumes.children()) {
+      if (!find_value(*volume, "_name") || !find_value(*volume, "free_space")) continue;
+      add_partition(*volume);
+      ++count;
+    }
+    return count;
+  }
+
+  void add_partition(const Tag& volume) {
+    Place partition(partitions_, partition_numbers_.next_name(), Place::Names::unused);
+    copy_element_value(partition, volume, "_name");
+    copy_fields(partition, volume, kVolumeFields);
+    const VolumeSpace space = write_volume_space(partition, volume);
+    if (space.size != 0) write_used_share(partition, space);
+  }
+
+  Place devices_;
+  Place disks_;
+  Place partitions_;
+  FreeNumbers disk_numbers_;
+  FreeNumbers partition_numbers_;
+  int& counter_;
+};
+
+}  // namespace
+
+void collect_usb(InventoryTree& snapshot, InventoryTree& profiler) {
+  const Tag* buses = find_items(profiler, "SPUSBDataType");
+  if (!buses) return;
+  int counter = 0;
+  UsbWriter writer(snapshot, counter);
+  for (const auto& bus : buses->children()) {
+    const Tag* entries = find_items(*bus);
+    if (!entries) continue;
+    for (const auto& entry : entries->children()) writer.add_entry(*entry);
+  }
+}
+
+void collect_usb_device(InventoryTree& snapshot, const Tag& entry, int& counter) {
+  UsbWriter(snapshot, counter).add_entry(entry);
+}
+
+Text parse_media_name(const char* diskutil_output) {
+  constexpr char kLabel[] = "Device / Media Name:";
+  const char* label = std::strstr(diskutil_output, kLabel);
+  if (!label) return nullptr;
+  const char* name = label + std::strlen(kLabel);
+  const char* end = std::strstr(name, " Media\n");
+  if (!end) return nullptr;
+  while (name < end && *name == ' ') ++name;
+  return copy_range(name, end);
+}
