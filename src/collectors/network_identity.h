@@ -11,8 +11,8 @@ struct NetworkIdentity {
   Text netbios_name;  // of the same service; none when it has none
   // "00-1E-C2-0A-11-2B"; none unless a service of the active location has the chosen adapter's address.
   Text hardware_address;
-  Text ip_address;  // the given one, else the chosen adapter's first; none without such an adapter
-  bool manual = false;      // the chosen adapter's IPv4 address was entered by hand
+  Text ip_address;      // the given one, else the chosen adapter's first; none without such an adapter
+  bool manual = false;  // the chosen adapter's IPv4 address was entered by hand
 };
 
 // The identity from the profiler's parsed list (none counts as an empty list). given_ip chooses the adapter

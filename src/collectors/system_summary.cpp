@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr double kBytesPerGb = 1073741824.0;
 constexpr uint64_t kBytesPerDecimalGb = 1000000000;
 
 // Where the text of an EDID ("0x00ff...", two digits per byte) has bytes 21 and 22: the size of the image in

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr double kBytesPerGb = 1073741824.0;
-
 struct Unit {
   char name[3];
   float factor;

@@ -11,6 +11,8 @@
 // its product with the unit are single precision, as the console's other figures are. No text, an unknown
 // unit or an unreadable number gives 0.
 
+constexpr double kBytesPerGb = 1073741824.0;
+
 // In GB of 1024^3 bytes, but a TB counts as 1000 of them.
 double size_to_gb(char* size);
 // In GB of 1024^3 bytes, a TB as 1024 of them: for the system summary.

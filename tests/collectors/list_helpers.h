@@ -1,24 +1,24 @@
-// The profiler's parsed list for the tests of those who read it directly: a property list put together in a
-// few words.
+// The profiler's parsed list for the tests of those who read it directly, put together in a few words.
 #pragma once
 
 #include <initializer_list>
 #include <string>
 #include <utility>
 
-#include "driver/text.h"
-#include "profiler/property_list.h"
+#include "tests/profiler/plist_helpers.h"
 
 using Xml = std::string;
 
 inline Xml text(const std::string& value) { return "<string>" + value + "</string>"; }
 inline Xml integer(long long value) { return "<integer>" + std::to_string(value) + "</integer>"; }
 
-inline Xml array(std::initializer_list<Xml> elements) {
-  Xml xml = "<array>";
+inline Xml joined(std::initializer_list<Xml> elements) {
+  Xml xml;
   for (const Xml& element : elements) xml += element;
-  return xml + "</array>";
+  return xml;
 }
+
+inline Xml array(std::initializer_list<Xml> elements) { return "<array>" + joined(elements) + "</array>"; }
 
 inline Xml dict(std::initializer_list<std::pair<const char*, Xml>> entries) {
   Xml xml = "<dict>";
@@ -31,10 +31,5 @@ inline Xml data_type(const std::string& name, std::initializer_list<Xml> items) 
 }
 
 inline CFRef<CFArrayRef> list_of(std::initializer_list<Xml> data_types) {
-  const Xml xml =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + array(data_types) + "</plist>";
-  ProfilerOutput output;
-  output.text = copy_text(xml.c_str());
-  output.length = static_cast<uint32_t>(xml.size());
-  return parse_profiler_output(output);
+  return parse_elements(joined(data_types));
 }

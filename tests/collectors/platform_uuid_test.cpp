@@ -2,18 +2,30 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/collectors/replayed_tools.h"
+#include "tests/collectors/tool_helpers.h"
 
 namespace {
 
 TEST(PlatformUuid, IsTheFourthPieceBetweenQuotes) {
-  const ReplayedTools tools("imac-10.6");
+  const FakeTools tools;
+  write_file(tools, "registry",
+             "+-o iMac11,1  <class IOPlatformExpertDevice, id 0x100000110, registered>\n"
+             "    {\n"
+             "      \"IOPlatformSerialNumber\" = \"SERIAL\"\n"
+             "      \"IOPlatformUUID\" = \"51A7C0DE-0106-5A8B-9C3D-2F0000001068\"\n"
+             "      \"manufacturer\" = <\"Apple Inc.\">\n"
+             "    }\n");
+  tools.write("ioreg", keeping_arguments(tools) + "cat '" + tools.file("registry") + "'");
   EXPECT_STREQ("51A7C0DE-0106-5A8B-9C3D-2F0000001068", query_platform_uuid().get());
+  EXPECT_EQ("<-rd1><-c><IOPlatformExpertDevice>", tools.read("arguments"));
 }
 
-TEST(PlatformUuid, IsEmptyWithoutTheTool) {
-  const ScopedVariable path("PATH", "/nowhere");
-  EXPECT_STREQ("", query_platform_uuid().get());
+TEST(PlatformUuid, IsEmptyWhenNoneIsTold) {
+  const FakeTools tools;
+  for (const char* script : {"exit 1", "kill -9 $$", "echo '    \"IOPlatformSerialNumber\" = \"SERIAL\"'"}) {
+    tools.write("ioreg", script);
+    EXPECT_STREQ("", query_platform_uuid().get()) << script;
+  }
 }
 
 }  // namespace
