@@ -1,39 +1,38 @@
 #include "collectors/post_process.h"
 
 #include "collectors/applications.h"
+#include "collectors/computer_system.h"
+#include "collectors/displays.h"
 #include "collectors/environment.h"
+#include "collectors/firewall.h"
 #include "collectors/memory.h"
 #include "collectors/network_adapters.h"
 #include "collectors/operating_system.h"
+#include "collectors/printers.h"
 #include "collectors/processors.h"
+#include "collectors/storage.h"
+#include "collectors/usb.h"
+#include "collectors/users.h"
 #include "driver/console.h"
 
 namespace {
 
 using Collector = void (*)(InventoryTree& snapshot, InventoryTree& profiler);
 
-void collect_nothing(InventoryTree&, InventoryTree&) {}
 void copy_process_list(InventoryTree& snapshot, InventoryTree& profiler) {
   copy_processes(snapshot, profiler);
 }
+void collect_accounts(InventoryTree& snapshot, InventoryTree&) { collect_user_accounts(snapshot); }
 void collect_own_environment(InventoryTree& snapshot, InventoryTree&) { collect_environment(snapshot); }
 
-// A collector's place in this table is the number that is told of it.
+// The order is part of what the console gets: later steps may overwrite earlier values. A step's place is the
+// number that is told of it.
 constexpr Collector kSteps[] = {
-    collect_nothing,           // computer system
-    collect_processors,        //
-    collect_memory,            //
-    collect_nothing,           // displays
-    collect_nothing,           // storage
-    collect_network_adapters,  //
-    collect_nothing,           // printers
-    collect_nothing,           // USB devices
-    collect_os,                //
-    collect_nothing,           // user accounts
-    collect_applications,      //
-    copy_process_list,         //
-    collect_own_environment,   //
-    collect_nothing,           // firewall
+    collect_system,          collect_processors,   collect_memory,
+    collect_displays,        collect_storage,      collect_network_adapters,
+    collect_printers,        collect_usb,          collect_os,
+    collect_accounts,        collect_applications, copy_process_list,
+    collect_own_environment, collect_firewall,
 };
 
 }  // namespace

@@ -1,0 +1,178 @@
+#include "driver/scan_driver.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <SystemConfiguration/SystemConfiguration.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <utility>
+
+#include "collectors/network_identity.h"
+#include "collectors/post_process.h"
+#include "collectors/processes.h"
+#include "collectors/system_summary.h"
+#include "driver/console.h"
+#include "driver/dates.h"
+#include "platform/cf_ref.h"
+#include "profiler/acquisition.h"
+#include "profiler/plist_access.h"
+#include "profiler/plist_dump.h"
+#include "profiler/property_list.h"
+#include "zxml/INVfile.h"
+#include "zxml/asset_info.h"
+
+namespace {
+
+constexpr char kClientVersion[] = "12.01.18.0";
+
+// The run's log, on standard output where the operator asked for it.
+class Log {
+ public:
+  explicit Log(bool enabled) : enabled_(enabled) {}
+  void operator()(const char* text) const {
+    if (enabled_) print_now("%s", text);
+  }
+
+ private:
+  bool enabled_;
+};
+
+Text computer_name() {
+  const CFRef<CFStringRef> name(SCDynamicStoreCopyComputerName(nullptr, nullptr));
+  return name ? cfstring_to_text(name.get()) : copy_text("");
+}
+
+// A file that cannot be read is there all the same and must not be overwritten.
+bool file_exists(const char* path) {
+  struct stat status;
+  return lstat(path, &status) == 0;
+}
+
+struct OutputFile {
+  Text name;
+  Text path;
+};
+
+// The path of a file in the working directory; the name alone when that directory cannot be told.
+OutputFile in_working_directory(Text name) {
+  const std::unique_ptr<char, decltype(&std::free)> directory(getcwd(nullptr, 0), &std::free);
+  Text path = directory ? format_string("%s/%s", directory.get(), name.get()) : copy_text(name.get());
+  return {std::move(name), std::move(path)};
+}
+
+// The first free name for this machine: "OFFICE-MAC_001B63AA10FE.inv", then with "(1)", "(2)", ...
+OutputFile name_output_file(const char* machine_name, const char* hardware_address) {
+  const Text stem = copy_text(machine_name);
+  upper_case_ascii(stem.get());
+  const Text address = strip_dashes(hardware_address ? hardware_address : "");
+  OutputFile file = in_working_directory(format_string("%s_%s.inv", stem.get(), address.get()));
+  for (unsigned n = 1; file_exists(file.path.get()); ++n) {
+    file = in_working_directory(format_string("%s_%s(%u).inv", stem.get(), address.get(), n));
+  }
+  return file;
+}
+
+void save_and_report(INVfile& container, const OutputFile& file, bool silent) {
+  if (!container.save(file.path.get(), true)) {
+    std::fprintf(stderr, "Cannot create file :%s\n", file.path.get());
+  } else if (silent) {
+    print_now(">>>%s\n", file.name.get());
+  } else {
+    print_now("\nScan finished. Results saved to file \"%s\"\n", file.path.get());
+  }
+}
+
+void set_snapshot_attributes(InventoryTree& snapshot, const char* timestamp, int64_t scan_seconds,
+                             const NetworkIdentity& identity, const SystemSummary& summary) {
+  snapshot.set_attribute("/timestamp", text_value(timestamp));
+  snapshot.set_attribute("/scan-time", Value(scan_seconds * 1000));
+  snapshot.set_attribute("/client-version", text_value(kClientVersion));
+  snapshot.set_attribute("/scan-subtype", text_value("sstService"));
+  snapshot.set_attribute("/snaptype", text_value("mac:1"));
+  snapshot.set_attribute("/hostname", text_value(identity.netbios_name.get()));
+  snapshot.set_attribute("/domain", text_value(identity.workgroup.get()));
+  snapshot.set_attribute("/user-name", text_value(summary.user_name.get()));
+  snapshot.set_attribute("/ip-address", text_value(identity.ip_address.get()));
+}
+
+// The name that the file goes by: the one in the Windows network, where the machine has one.
+const char* machine_name(const NetworkIdentity& identity, const Text& computer) {
+  return identity.netbios_name ? identity.netbios_name.get() : computer.get();
+}
+
+void run_scan(const ScanContext& context, bool silent, const char* ip, const char* login) {
+  const Log log(context.log_enabled != 0);
+  const std::time_t start = std::time(nullptr);
+  log("------Start Log------\n");
+  log("I. Collecting Data....");
+  ProfilerDocument document = collect_profiler_document(silent);
+  log("done\n");
+
+  const CFRef<CFArrayRef> list = parse_profiler_document(document);
+  const SystemSummary summary = query_system_summary(list.get());
+  auto raw = std::make_unique<InventoryTree>(context.byte_order_flag, "Macintosh");
+  log("II. Parsing Data....");
+  dump_profiler(list.get(), *raw);
+  document = ProfilerDocument();
+  log("done\n");
+
+  log("III. Get Data For AssetInfo....");
+  const NetworkIdentity identity = query_network_identity(list.get(), ip);
+  log("33% ");
+  const Text serial_number = find_hardware_serial(list.get());
+  log("66% ");
+  collect_processes(*raw);
+  log("100% done\n");
+
+  auto snapshot = std::make_unique<InventoryTree>(context.byte_order_flag, "Snapshot");
+  post_process(*snapshot, *raw, context.log_enabled != 0);
+  const std::time_t end = std::time(nullptr);
+  const Text computer = computer_name();
+  const Text timestamp = format_now(DateForm::kCim);
+  set_snapshot_attributes(*snapshot, timestamp.get(), end - start, identity, summary);
+
+  log("V. Creating AssetInfo Section....");
+  auto asset_info = build_asset_info({context.byte_order_flag, *snapshot, timestamp.get(), summary, identity,
+                                      computer.get(), serial_number.get(), login});
+  log("done\n");
+
+  INVfile container(context.byte_order_flag);
+  container.add_section(std::move(snapshot), INVfile::kSnapshot, false, true);
+  container.add_section(std::move(asset_info), INVfile::kAssetInfo, false, true);
+  raw.reset();
+
+  log("VI. Generating File name....");
+  const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());
+  log("done\n");
+  log("VII. Saving to file....");
+  save_and_report(container, file, silent);
+  log("done\n");
+  log("------End Log------\n");
+}
+
+// What support needs of a machine that scans wrongly: the profiler's own bytes.
+void run_debug_scan(const ScanContext& context, bool silent, const char* ip) {
+  const ProfilerOutput output = run_full_profiler();
+  const NetworkIdentity identity = query_network_identity(parse_profiler_output(output).get(), ip);
+  INVfile container(context.byte_order_flag);
+  const Text computer = computer_name();
+  build_debug_asset_info(container, machine_name(identity, computer), identity, output.text.get(),
+                         output.length);
+  const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());
+  save_and_report(container, file, silent);
+}
+
+}  // namespace
+
+void ScanDriver(const ScanContext& context, bool silent, bool debug, const char* ip, const char* login) {
+  if (context.suspended != 0) return;
+  if (debug) {
+    run_debug_scan(context, silent, ip);
+  } else {
+    run_scan(context, silent, ip, login);
+  }
+}

@@ -1,0 +1,64 @@
+// The question at the prompt, and one scan.
+#include <cstdio>
+#include <cstring>
+
+#include "driver/console.h"
+#include "driver/options.h"
+#include "driver/scan_driver.h"
+
+namespace {
+
+void send_to_null(std::FILE* stream, const char* mode) {
+  // Without such a device the stream is closed, and as silent.
+  [[maybe_unused]] const std::FILE* reopened = std::freopen("/dev/null", mode, stream);
+}
+
+// Standard output stays: the calling program reads the result there.
+void silence_console() {
+  send_to_null(stdin, "r");
+  send_to_null(stderr, "w");
+}
+
+enum class Answer { kYes, kNo, kIncorrect };
+
+Answer ask() {
+  print_now("Velkaro scanner for MacOS X\nDo you want to start the scan of local computer?(y/n)\n");
+  char word[128];
+  if (std::scanf("%127s", word) != 1) return Answer::kIncorrect;
+  if (std::strcmp(word, "y") == 0) return Answer::kYes;
+  return std::strcmp(word, "n") == 0 ? Answer::kNo : Answer::kIncorrect;
+}
+
+// True when the operator wants the scan; otherwise `status` is the program's.
+bool confirm(int& status) {
+  switch (ask()) {
+    case Answer::kYes:
+      print_now("Scan started...\n");
+      return true;
+    case Answer::kNo:
+      print_now("Scan canceled.\n");
+      status = 0;
+      return false;
+    case Answer::kIncorrect:
+      break;
+  }
+  print_now("Incorrect input. Application terminated.\n");
+  status = 1;
+  return false;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const Options options = parse_options(count, arguments);
+  int status = 0;
+  if (options.silent) {
+    silence_console();
+  } else if (!confirm(status)) {
+    return status;
+  }
+  ScanContext context;
+  context.log_enabled = options.log ? 1 : 0;
+  ScanDriver(context, options.silent, options.debug, options.ip.get(), options.login.get());
+  return 0;
+}
