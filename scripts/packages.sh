@@ -1,0 +1,42 @@
+# Sourced by ./scan and ./check: makes sure that what the build needs is installed.
+
+# What building and running the programs takes, and what the tests take beyond that (Debian's package names).
+build_packages="cmake g++ make zlib1g-dev libicu-dev libcli11-dev nlohmann-json3-dev libsqlite3-dev procps python3"
+test_packages="git clang libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 valgrind"
+
+# install_packages NAME...: installs those that are missing, and says nothing when there are none.
+install_packages() {
+  if [ "$(uname)" = Darwin ]; then
+    require_mac_tools
+    return
+  fi
+  local missing=() package
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  local as_root=()
+  [ "$(id -u)" = 0 ] || as_root=(sudo)
+  echo "Installing ${missing[*]}" >&2
+  "${as_root[@]}" apt-get update -q >&2
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
+}
+
+require_mac_tools() {
+  local advice=""
+  xcode-select -p >/dev/null 2>&1 || advice="the command line tools (xcode-select --install)"
+  command -v cmake >/dev/null || advice="${advice:+$advice and }cmake (https://cmake.org or your package manager)"
+  [ -z "$advice" ] || { echo "Please install $advice" >&2; exit 1; }
+}
+
+# build_preset PRESET: configures and builds; what the tools say is shown only when they fail.
+build_preset() {
+  local log=$root/build/$1.log jobs
+  jobs=$(getconf _NPROCESSORS_ONLN)
+  mkdir -p "$root/build"
+  (
+    cd "$root"
+    [ -f "build/$1/CMakeCache.txt" ] || cmake --preset "$1"
+    cmake --build --preset "$1" -j "$jobs"
+  ) >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+}
