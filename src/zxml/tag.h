@@ -1,9 +1,9 @@
-// The inventory tree's node and what hangs on it. Tags are addressed by slash paths relative to a tag:
-//   "/a/b/name"  a leading "/", or an empty segment between two slashes, steps into the first child of the
-//   tag reached; "a/b/name"   every other segment but the last names a child tag, the last one an attribute
-//   or, for some operations, a tag.
-// A repeated element carries its index in its name ("Processor:2"); lookup is by exact name, first match in
-// insertion order. A path that would step into the first child of a tag that has none is ignored.
+// The inventory tree's node and what hangs on it. Tags are addressed by slash paths relative to a tag: in
+// "a/b/name" every segment but the last names a child tag, the last one an attribute or, for some operations,
+// a tag. A leading "/", or an empty segment between two slashes, steps into the first child of the tag
+// reached. A repeated element carries its index in its name ("Processor:2"); lookup is by exact name, first
+// match in insertion order. A path that would step into the first child of a tag that has none makes and sets
+// nothing; as with any walk, tags that it passed through on its way to something deeper are branches then.
 #pragma once
 
 #include <memory>

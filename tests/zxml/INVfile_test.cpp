@@ -84,22 +84,18 @@ void add_two_sections(INVfile& file, bool compressed) {
   file.add_section(tree("AssetInfo"), INVfile::kAssetInfo, false, compressed);
 }
 
-TEST(Container, IsLaidOutFieldByFieldMostSignificantByteFirst) {
-  INVfile file(1);
-  add_two_sections(file, kPlain);
-  EXPECT_EQ(as_string(file.build(kPlain)), kSnapshotData + kAssetData + kTwoSectionHeader +
-                                               std::string("\0\0\0\0\0\0\0\x51", 8) +  // the header is at 81
-                                               "\x03" + std::string("\0", 1) +         // and plain
-                                               "INV!");
-}
-
-TEST(Container, IsLaidOutFieldByFieldLeastSignificantByteFirst) {
-  INVfile file(0);
-  add_two_sections(file, kPlain);
-  EXPECT_EQ(as_string(file.build(kPlain)), kSnapshotData + kAssetData + kTwoSectionHeader +
-                                               std::string("\x51\0\0\0\0\0\0\0", 8) +  // the header is at 81
-                                               "\x03" + std::string("\0", 1) +         // and plain
-                                               "INV!");
+TEST(Container, IsLaidOutFieldByFieldInBothByteOrders) {
+  const std::string header_offsets[] = {std::string("\x51\0\0\0\0\0\0\0", 8),   // 81, least significant first
+                                        std::string("\0\0\0\0\0\0\0\x51", 8)};  // and most significant first
+  for (const int32_t byte_order_flag : {0, 1}) {
+    INVfile file(byte_order_flag);
+    add_two_sections(file, kPlain);
+    EXPECT_EQ(as_string(file.build(kPlain)), kSnapshotData + kAssetData + kTwoSectionHeader +
+                                                 header_offsets[byte_order_flag] +
+                                                 "\x03" +                // the layout's version
+                                                 std::string("\0", 1) +  // the header is plain
+                                                 "INV!");
+  }
 }
 
 TEST(Container, CompressesItsHeader) {

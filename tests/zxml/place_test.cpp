@@ -104,7 +104,7 @@ class PlaceAndPath {
     const std::string attribute = name();
     const std::string path = opened.path + "/" + attribute;
     const Value written = value();
-    switch (pick(5)) {
+    switch (pick(6)) {
       case 0:
       case 1: {
         const char* annotation = key();
@@ -120,11 +120,23 @@ class PlaceAndPath {
         note("annotate_attribute " + path);
         opened.place.annotate_attribute(attribute, "ka", "t");
         return by_path_.annotate_attribute(path.c_str(), "ka", "t");
+      case 4:
+        return write_distinct(opened);
       default:
         note("annotate " + opened.path);
         opened.place.annotate("kt", "t");
         return by_path_.root().annotate_tag(opened.path.c_str(), "kt", "t");
     }
+  }
+
+  // Only a fresh name keeps the promise that names are distinct.
+  void write_distinct(Opened& opened) {
+    const std::string name = "d" + std::to_string(log_.size());
+    const Value written = value();
+    const char* annotation = key();
+    note("set_distinct_attribute " + opened.path + "/" + name);
+    opened.place.set_distinct_attribute(name, written, annotation, "t");
+    by_path_.set_attribute((opened.path + "/" + name).c_str(), written, annotation, "t");
   }
 
   std::mt19937 random_;
@@ -237,6 +249,25 @@ TEST(Place, HandsOutADistinctAttributeForFurtherAnnotations) {
   EXPECT_STREQ(attribute->find_annotation("third")->text.c_str(), "4");
   Place unreachable(tree.root(), "/made//below");
   EXPECT_EQ(unreachable.set_distinct_attribute("name", Value()), nullptr);
+}
+
+TEST(Place, ReturnsADistinctAttributeForMoreAnnotations) {
+  InventoryTree tree(1, "Top");
+  Place place(tree.root(), "/a");
+  Attribute* attribute = place.set_distinct_attribute("x", text_value("1"), "type", "bool");
+  ASSERT_NE(attribute, nullptr);
+  attribute->annotate("units", "GB");
+  EXPECT_EQ(outline(tree.top()), "Top+{a*(x='1'~type:bool~units:GB)}");
+  Place again(tree.root(), "/a");
+  EXPECT_EQ(again.set_distinct_attribute("x", text_value("2"), "type", "ignored"), attribute);
+  EXPECT_EQ(outline(tree.top()), "Top+{a*(x='2'~type:bool~units:GB)}");
+}
+
+TEST(Place, ReturnsNoAttributeWhereNoneCanBe) {
+  InventoryTree tree(1, "Top");
+  Place place(tree.root(), "/a//b");
+  EXPECT_EQ(place.set_distinct_attribute("x", text_value("1")), nullptr);
+  EXPECT_EQ(outline(tree.top()), "Top+");
 }
 
 TEST(Place, WritesManyDistinctNamesInLinearTime) {

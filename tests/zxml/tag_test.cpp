@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "zxml/outline.h"
 #include "zxml/zXML.h"
@@ -31,21 +32,40 @@ struct PathCase {
   const char* in_furnished_tree;
 };
 
-std::string case_name(const testing::TestParamInfo<PathCase>& test) { return test.param.name; }
+void set_attribute(InventoryTree& tree, const char* path) { tree.set_attribute(path, kOne); }
+void set_tag_value(InventoryTree& tree, const char* path) { tree.set_tag_value(path, kOne); }
+void annotate_attribute(InventoryTree& tree, const char* path) { tree.annotate_attribute(path, "k", "t"); }
+void annotate_tag(InventoryTree& tree, const char* path) { tree.root().annotate_tag(path, "k", "t"); }
 
-class SetAttributePath : public testing::TestWithParam<PathCase> {};
+using Write = void (*)(InventoryTree& tree, const char* path);
 
-TEST_P(SetAttributePath, InAFreshTree) {
-  InventoryTree tree(1, "Top");
-  tree.set_attribute(GetParam().path, kOne);
-  EXPECT_EQ(outline(tree.root()), GetParam().in_fresh_tree);
+struct PathTest {
+  Write write;
+  PathCase path;
+};
+
+template <size_t count>
+std::vector<PathTest> table_for(Write write, const PathCase (&cases)[count]) {
+  std::vector<PathTest> tests;
+  for (const PathCase& path : cases) tests.push_back({write, path});
+  return tests;
 }
 
-TEST_P(SetAttributePath, InAFurnishedTree) {
-  InventoryTree tree = furnished();
-  tree.set_attribute(GetParam().path, kOne);
-  EXPECT_EQ(outline(tree.root()), GetParam().in_furnished_tree);
+class PathWrite : public testing::TestWithParam<PathTest> {
+ protected:
+  static std::string written(InventoryTree tree) {
+    GetParam().write(tree, GetParam().path.path);
+    return outline(tree.root());
+  }
+};
+
+TEST_P(PathWrite, InAFreshTree) {
+  EXPECT_EQ(written(InventoryTree(1, "Top")), GetParam().path.in_fresh_tree);
 }
+
+TEST_P(PathWrite, InAFurnishedTree) { EXPECT_EQ(written(furnished()), GetParam().path.in_furnished_tree); }
+
+std::string case_name(const testing::TestParamInfo<PathTest>& test) { return test.param.path.name; }
 
 constexpr PathCase kAttributePaths[] = {
     {"OfTheTop", "/x", ".{Top*(x=1)}", ".{Top+(x=1){a+{b*(old=0)} c*(old=0) a*}}"},
@@ -74,21 +94,8 @@ constexpr PathCase kAttributePaths[] = {
     {"DoubledTrailingSlash", "/a//", ".{Top+}", ".{Top+{a+{b*(old=0, =1)} c*(old=0) a*}}"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Paths, SetAttributePath, testing::ValuesIn(kAttributePaths), case_name);
-
-class SetTagValuePath : public testing::TestWithParam<PathCase> {};
-
-TEST_P(SetTagValuePath, InAFreshTree) {
-  InventoryTree tree(1, "Top");
-  tree.set_tag_value(GetParam().path, kOne);
-  EXPECT_EQ(outline(tree.root()), GetParam().in_fresh_tree);
-}
-
-TEST_P(SetTagValuePath, InAFurnishedTree) {
-  InventoryTree tree = furnished();
-  tree.set_tag_value(GetParam().path, kOne);
-  EXPECT_EQ(outline(tree.root()), GetParam().in_furnished_tree);
-}
+INSTANTIATE_TEST_SUITE_P(SetAttribute, PathWrite,
+                         testing::ValuesIn(table_for(set_attribute, kAttributePaths)), case_name);
 
 constexpr PathCase kTagPaths[] = {
     {"ChildOfTheTopLeavesItALeaf", "/t", ".{Top*{t*=1}}", ".{Top+{a+{b*(old=0)} c*(old=0) a* t*=1}}"},
@@ -105,21 +112,8 @@ constexpr PathCase kTagPaths[] = {
     {"FirstChildOfALeaf", "/c//t", ".{Top+}", ".{Top+{a+{b*(old=0)} c*(old=0) a*}}"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Paths, SetTagValuePath, testing::ValuesIn(kTagPaths), case_name);
-
-class AnnotateAttributePath : public testing::TestWithParam<PathCase> {};
-
-TEST_P(AnnotateAttributePath, InAFreshTree) {
-  InventoryTree tree(1, "Top");
-  tree.annotate_attribute(GetParam().path, "k", "t");
-  EXPECT_EQ(outline(tree.root()), GetParam().in_fresh_tree);
-}
-
-TEST_P(AnnotateAttributePath, InAFurnishedTree) {
-  InventoryTree tree = furnished();
-  tree.annotate_attribute(GetParam().path, "k", "t");
-  EXPECT_EQ(outline(tree.root()), GetParam().in_furnished_tree);
-}
+INSTANTIATE_TEST_SUITE_P(SetTagValue, PathWrite, testing::ValuesIn(table_for(set_tag_value, kTagPaths)),
+                         case_name);
 
 constexpr PathCase kAnnotatedAttributePaths[] = {
     {"Existing", "/a/b/old", ".{Top+}", ".{Top+{a+{b*(old=0~k:t)} c*(old=0) a*}}"},
@@ -131,22 +125,9 @@ constexpr PathCase kAnnotatedAttributePaths[] = {
     {"FirstChildOfALeaf", "/c//old", ".{Top+}", ".{Top+{a+{b*(old=0)} c*(old=0) a*}}"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Paths, AnnotateAttributePath, testing::ValuesIn(kAnnotatedAttributePaths),
+INSTANTIATE_TEST_SUITE_P(AnnotateAttribute, PathWrite,
+                         testing::ValuesIn(table_for(annotate_attribute, kAnnotatedAttributePaths)),
                          case_name);
-
-class AnnotateTagPath : public testing::TestWithParam<PathCase> {};
-
-TEST_P(AnnotateTagPath, InAFreshTree) {
-  InventoryTree tree(1, "Top");
-  tree.root().annotate_tag(GetParam().path, "k", "t");
-  EXPECT_EQ(outline(tree.root()), GetParam().in_fresh_tree);
-}
-
-TEST_P(AnnotateTagPath, InAFurnishedTree) {
-  InventoryTree tree = furnished();
-  tree.root().annotate_tag(GetParam().path, "k", "t");
-  EXPECT_EQ(outline(tree.root()), GetParam().in_furnished_tree);
-}
 
 constexpr PathCase kAnnotatedTagPaths[] = {
     {"Existing", "/a/b", ".{Top+}", ".{Top+{a+{b*~k:t(old=0)} c*(old=0) a*}}"},
@@ -157,7 +138,8 @@ constexpr PathCase kAnnotatedTagPaths[] = {
     {"MissingTagMakesThePassedOneABranch", "/c/d/e", ".{Top+}", ".{Top+{a+{b*(old=0)} c+(old=0) a*}}"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Paths, AnnotateTagPath, testing::ValuesIn(kAnnotatedTagPaths), case_name);
+INSTANTIATE_TEST_SUITE_P(AnnotateTag, PathWrite,
+                         testing::ValuesIn(table_for(annotate_tag, kAnnotatedTagPaths)), case_name);
 
 TEST(SetAttribute, ReplacesTheValueWithoutASecondAttribute) {
   InventoryTree tree(1, "Top");
