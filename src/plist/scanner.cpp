@@ -26,11 +26,6 @@ Element element_of(Frame frame) {
   return frame == Frame::empty_list || frame == Frame::full_list ? Element::plist : Element::dictionary;
 }
 
-struct Tag {
-  Element element;
-  bool empty;  // <name/>
-};
-
 class Scanner {
  public:
   Scanner(std::string_view list, const Events& events) : cursor_(list), events_(events) {}
@@ -165,7 +160,7 @@ bool Scanner::end_container() {
 
 bool Scanner::read_key(bool empty) {
   Characters key;
-  if (!read_characters({Element::key, empty}, key)) return false;
+  if (!read_characters({Element::key, false, empty}, key)) return false;
   events_.key(events_.listener, key);
   frames_.back() = Frame::dictionary_value;
   return true;

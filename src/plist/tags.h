@@ -21,6 +21,12 @@ enum class Element {
   unknown
 };
 
+struct Tag {
+  Element element;
+  bool closes;  // </name>
+  bool empty;   // <name/>
+};
+
 // Names are as they are written: upper case letters make another name.
 Element element_named(std::string_view name);
 

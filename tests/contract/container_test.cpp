@@ -2,14 +2,10 @@
 
 #include <cstdlib>
 
+#include "contract/objects.h"
 #include "contract/outcome.h"
-#include "platform/cf_ref.h"
 
 namespace {
-
-CFRef<CFStringRef> string(const std::string& text) {
-  return CFRef<CFStringRef>(CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
-}
 
 CFRef<CFArrayRef> array_of(CFTypeRef element) {
   return CFRef<CFArrayRef>(CFArrayCreate(nullptr, &element, 1, &kCFTypeArrayCallBacks));
@@ -20,7 +16,7 @@ CFRef<CFDictionaryRef> dictionary_of(size_t count) {
   std::vector<CFRef<CFStringRef>> strings;
   std::vector<const void*> keys;
   for (size_t i = 0; i < count; ++i) {
-    strings.push_back(string("key " + std::to_string(i)));
+    strings.push_back(string_of("key " + std::to_string(i)));
     keys.push_back(strings.back().get());
   }
   return CFRef<CFDictionaryRef>(
@@ -37,7 +33,7 @@ TEST(Arrays, HoldTheirElementsInOrder) {
 }
 
 TEST(Arrays, RetainTheirElements) {
-  const CFRef<CFStringRef> element = string("an element of its own");
+  const CFRef<CFStringRef> element = string_of("an element of its own");
   {
     const CFRef<CFArrayRef> array = array_of(element.get());
     EXPECT_EQ(CFGetRetainCount(element.get()), 2);
@@ -56,7 +52,7 @@ TEST(Dictionaries, FindEveryKeyAndNoOther) {
     const CFRef<CFDictionaryRef> dictionary = dictionary_of(count);
     EXPECT_EQ(CFDictionaryGetCount(dictionary.get()), static_cast<CFIndex>(count));
     for (size_t i = 0; i < count; ++i) {
-      const CFRef<CFStringRef> key = string("key " + std::to_string(i));
+      const CFRef<CFStringRef> key = string_of("key " + std::to_string(i));
       const void* value = CFDictionaryGetValue(dictionary.get(), key.get());
       ASSERT_NE(value, nullptr) << i;
       EXPECT_TRUE(CFEqual(value, key.get())) << i;
@@ -86,7 +82,7 @@ TEST(Dictionaries, OfFewKeysRepeatedOftenStaySmall) {
 }
 
 TEST(Dictionaries, RetainTheirKeysAndValues) {
-  const CFRef<CFStringRef> key = string("a key of its own"), value = string("a value of its own");
+  const CFRef<CFStringRef> key = string_of("a key of its own"), value = string_of("a value of its own");
   {
     const void *keys[] = {key.get()}, *values[] = {value.get()};
     const CFRef<CFDictionaryRef> dictionary(CFDictionaryCreate(
@@ -102,7 +98,7 @@ TEST(Equality, LooksIntoContainers) {
   const CFRef<CFDictionaryRef> dictionary = dictionary_of(20);
   EXPECT_TRUE(CFEqual(dictionary.get(), dictionary_of(20).get()));
   EXPECT_FALSE(CFEqual(dictionary.get(), dictionary_of(21).get()));
-  EXPECT_TRUE(CFEqual(array_of(CFSTR("a")).get(), array_of(string("a").get()).get()));
+  EXPECT_TRUE(CFEqual(array_of(CFSTR("a")).get(), array_of(string_of("a").get()).get()));
   EXPECT_FALSE(CFEqual(array_of(CFSTR("a")).get(), array_of(CFSTR("b")).get()));
   EXPECT_FALSE(CFEqual(array_of(CFSTR("a")).get(), CFSTR("a")));
 }

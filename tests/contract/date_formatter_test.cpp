@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "contract/environment.h"
-#include "contract/outcome.h"
-#include "platform/cf_ref.h"
+#include "contract/objects.h"
 
 namespace {
 
@@ -11,16 +10,12 @@ constexpr CFAbsoluteTime january = 285287445;  // 2010-01-15 22:30:45 UTC
 
 const char* const cim = "yyyyMMddHHmmss.000000 ZZ";
 
-CFRef<CFStringRef> string(const char* text) {
-  return CFRef<CFStringRef>(CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8));
-}
-
 std::string format(const char* locale, const char* zone, const char* pattern, CFAbsoluteTime time) {
   const EnvironmentVariable time_zone("TZ", zone);
-  const CFRef<CFLocaleRef> formatter_locale(CFLocaleCreate(nullptr, string(locale).get()));
+  const CFRef<CFLocaleRef> formatter_locale(CFLocaleCreate(nullptr, string_of(locale).get()));
   const CFRef<CFDateFormatterRef> formatter(CFDateFormatterCreate(
       nullptr, formatter_locale.get(), kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
-  CFDateFormatterSetFormat(formatter.get(), string(pattern).get());
+  CFDateFormatterSetFormat(formatter.get(), string_of(pattern).get());
   const CFRef<CFDateRef> date(CFDateCreate(nullptr, time));
   const CFRef<CFStringRef> text(CFDateFormatterCreateStringWithDate(nullptr, formatter.get(), date.get()));
   return bytes_of_string(text.get());

@@ -2,8 +2,7 @@
 
 #include <cstdint>
 
-#include "contract/outcome.h"
-#include "platform/cf_ref.h"
+#include "contract/objects.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <map>
 
-#include "platform/cf_ref.h"
+#include "contract/objects.h"
 
 namespace {
 
@@ -61,16 +61,6 @@ std::string describe_dictionary(CFDictionaryRef dictionary) {
 
 }  // namespace
 
-std::string bytes_of_string(CFStringRef string) {
-  const CFRange all = CFRangeMake(0, CFStringGetLength(string));
-  CFIndex size = 0;
-  CFStringGetBytes(string, all, kCFStringEncodingUTF8, 0, false, nullptr, 0, &size);
-  std::string bytes(static_cast<size_t>(size), '\0');
-  CFStringGetBytes(string, all, kCFStringEncodingUTF8, 0, false, reinterpret_cast<UInt8*>(bytes.data()), size,
-                   &size);
-  return bytes;
-}
-
 std::string description_of_tree(CFTypeRef object) {
   const CFTypeID type = CFGetTypeID(object);
   if (type == CFStringGetTypeID()) return "string " + quoted(static_cast<CFStringRef>(object));
@@ -86,15 +76,8 @@ std::string description_of_tree(CFTypeRef object) {
 }
 
 std::string outcome_of(std::string_view list) {
-  // In a buffer of just the size, so that the address sanitizer sees a byte too much being read.
-  const std::vector<char> bytes(list.begin(), list.end());
-  const CFRef<CFDataRef> data(
-      CFDataCreateWithBytesNoCopy(nullptr, reinterpret_cast<const UInt8*>(bytes.data()),
-                                  static_cast<CFIndex>(bytes.size()), kCFAllocatorNull));
-  CFStringRef error = nullptr;
-  const CFRef<CFPropertyListRef> tree(
-      CFPropertyListCreateFromXMLData(nullptr, data.get(), kCFPropertyListImmutable, &error));
-  const CFRef<CFStringRef> owned_error(error);
+  CFRef<CFStringRef> error;
+  const CFRef<CFPropertyListRef> tree = parse_list(list, &error);
   if (tree) return description_of_tree(tree.get());
   return error ? "NULL" : "NULL without an error";
 }

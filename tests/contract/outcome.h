@@ -15,8 +15,6 @@ std::string outcome_of(std::string_view list);
 
 std::string description_of_tree(CFTypeRef object);
 
-std::string bytes_of_string(CFStringRef string);
-
 struct Expectation {
   std::string_view list;
   std::string_view outcome;

@@ -4,19 +4,12 @@
 #include <limits>
 #include <optional>
 
+#include "contract/objects.h"
 #include "contract/outcome.h"
-#include "platform/cf_ref.h"
 
 namespace {
 
-CFRef<CFPropertyListRef> parse(const std::string& list) {
-  const CFRef<CFDataRef> data(
-      CFDataCreate(nullptr, reinterpret_cast<const UInt8*>(list.data()), static_cast<CFIndex>(list.size())));
-  return CFRef<CFPropertyListRef>(
-      CFPropertyListCreateFromXMLData(nullptr, data.get(), kCFPropertyListImmutable, nullptr));
-}
-
-CFRef<CFPropertyListRef> parse_number(const std::string& element) { return parse(document(element)); }
+CFRef<CFPropertyListRef> parse_number(const std::string& element) { return parse_list(document(element)); }
 
 std::optional<long long> integer_of(const std::string& text) {
   const CFRef<CFPropertyListRef> list = parse_number("<integer>" + text + "</integer>");

@@ -2,20 +2,15 @@
 
 #include <cstring>
 
-#include "contract/outcome.h"
-#include "platform/cf_ref.h"
+#include "contract/objects.h"
 
 namespace {
 
 // One byte, two bytes, three bytes and a pair of surrogates.
 const char* const mixed = "a\xC3\xA4\xE2\x80\x99\xF0\x9F\x98\x80z";
 
-CFRef<CFStringRef> string(const char* text) {
-  return CFRef<CFStringRef>(CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8));
-}
-
 CFRef<CFMutableStringRef> mutable_string(const char* text) {
-  return CFRef<CFMutableStringRef>(CFStringCreateMutableCopy(nullptr, 0, string(text).get()));
+  return CFRef<CFMutableStringRef>(CFStringCreateMutableCopy(nullptr, 0, string_of(text).get()));
 }
 
 CFRange whole(CFStringRef text) { return CFRangeMake(0, CFStringGetLength(text)); }
@@ -37,13 +32,13 @@ Converted convert(CFStringRef text, CFRange range, CFIndex capacity,
 }  // namespace
 
 TEST(Strings, CountUtf16Units) {
-  EXPECT_EQ(CFStringGetLength(string("abc").get()), 3);
-  EXPECT_EQ(CFStringGetLength(string(mixed).get()), 6);
+  EXPECT_EQ(CFStringGetLength(string_of("abc").get()), 3);
+  EXPECT_EQ(CFStringGetLength(string_of(mixed).get()), 6);
   EXPECT_EQ(CFStringGetLength(CFSTR("")), 0);
 }
 
 TEST(Strings, GiveUtf16Units) {
-  const CFRef<CFStringRef> text = string(mixed);
+  const CFRef<CFStringRef> text = string_of(mixed);
   const UniChar units[] = {'a', 0xE4, 0x2019, 0xD83D, 0xDE00, 'z'};
   for (CFIndex i = 0; i < 6; ++i) EXPECT_EQ(CFStringGetCharacterAtIndex(text.get(), i), units[i]) << i;
   const CFRef<CFStringRef> same(CFStringCreateWithCharacters(nullptr, units, 6));
@@ -62,7 +57,7 @@ TEST(Strings, MayHoldNuls) {
 }
 
 TEST(Strings, AreMeasuredWithoutABuffer) {
-  const CFRef<CFStringRef> text = string(mixed);
+  const CFRef<CFStringRef> text = string_of(mixed);
   CFIndex used = 0;
   EXPECT_EQ(
       CFStringGetBytes(text.get(), whole(text.get()), kCFStringEncodingUTF8, 0, false, nullptr, 0, &used), 6);
@@ -70,7 +65,7 @@ TEST(Strings, AreMeasuredWithoutABuffer) {
 }
 
 TEST(Strings, FillABufferWithWholeCharactersOnly) {
-  const CFRef<CFStringRef> text = string(mixed);
+  const CFRef<CFStringRef> text = string_of(mixed);
   const std::pair<CFIndex, CFIndex> written_units[] = {{0, 0}, {1, 1}, {2, 1},  {3, 2},  {5, 2},
                                                        {6, 3}, {9, 3}, {10, 5}, {11, 6}, {100, 6}};
   for (const auto& [capacity, units] : written_units) {
@@ -81,14 +76,14 @@ TEST(Strings, FillABufferWithWholeCharactersOnly) {
 }
 
 TEST(Strings, ConvertARangeOfThemselves) {
-  const CFRef<CFStringRef> text = string(mixed);
+  const CFRef<CFStringRef> text = string_of(mixed);
   EXPECT_EQ(convert(text.get(), CFRangeMake(1, 2), 20).bytes, "\xC3\xA4\xE2\x80\x99");
   EXPECT_EQ(convert(text.get(), CFRangeMake(3, 2), 20).bytes, "\xF0\x9F\x98\x80");
   EXPECT_EQ(convert(text.get(), CFRangeMake(6, 0), 20).bytes, "");
 }
 
 TEST(Strings, ReplaceOrStopAtWhatAnEncodingLacks) {
-  const CFRef<CFStringRef> text = string(mixed);
+  const CFRef<CFStringRef> text = string_of(mixed);
   const Converted replaced = convert(text.get(), whole(text.get()), 20, kCFStringEncodingASCII, '?');
   EXPECT_EQ(replaced.bytes.substr(0, 3), "a??");
   EXPECT_EQ(replaced.units, 6);
@@ -98,7 +93,7 @@ TEST(Strings, ReplaceOrStopAtWhatAnEncodingLacks) {
 }
 
 TEST(Strings, BecomeCStringsWhereTheyFit) {
-  const CFRef<CFStringRef> text = string(mixed);
+  const CFRef<CFStringRef> text = string_of(mixed);
   char buffer[12];
   EXPECT_TRUE(CFStringGetCString(text.get(), buffer, 12, kCFStringEncodingUTF8));
   EXPECT_STREQ(buffer, mixed);
@@ -119,7 +114,7 @@ TEST(Strings, CompareByUtf16Units) {
 }
 
 TEST(Strings, FindTexts) {
-  const CFRef<CFStringRef> text = string(mixed);
+  const CFRef<CFStringRef> text = string_of(mixed);
   EXPECT_TRUE(CFStringHasPrefix(text.get(), CFSTR("a")));
   EXPECT_FALSE(CFStringHasPrefix(CFSTR("a"), text.get()));
   EXPECT_TRUE(CFStringHasSuffix(text.get(), CFSTR("z")));
@@ -132,8 +127,8 @@ TEST(Strings, FindTexts) {
 
 TEST(Strings, FindCharactersOfASet) {
   const CFRef<CFCharacterSetRef> set(
-      CFCharacterSetCreateWithCharactersInString(nullptr, string("\xE2\x80\x99 /\xF0\x9F\x98\x80").get()));
-  const CFRef<CFStringRef> text = string(mixed);
+      CFCharacterSetCreateWithCharactersInString(nullptr, string_of("\xE2\x80\x99 /\xF0\x9F\x98\x80").get()));
+  const CFRef<CFStringRef> text = string_of(mixed);
   CFRange found;
   ASSERT_TRUE(CFStringFindCharacterFromSet(text.get(), set.get(), whole(text.get()), 0, &found));
   EXPECT_EQ(found.location, 2);
@@ -187,7 +182,7 @@ TEST(FormattedStrings, KeepWhatIsNoConversion) {
 }
 
 TEST(ReferenceCounts, FollowRetainAndRelease) {
-  const CFRef<CFStringRef> text = string("a text that no system holds as a constant");
+  const CFRef<CFStringRef> text = string_of("a text that no system holds as a constant");
   EXPECT_EQ(CFGetRetainCount(text.get()), 1);
   CFRetain(text.get());
   EXPECT_EQ(CFGetRetainCount(text.get()), 2);

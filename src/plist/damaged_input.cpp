@@ -1,0 +1,80 @@
+#include "plist/damaged_input.h"
+
+#include <algorithm>
+
+#include "plist/damaged_tags.h"
+#include "plist/entities.h"
+#include "plist/utf8.h"
+
+namespace plist {
+
+DamagedInput::DamagedInput(std::string_view list) : cursor_(list) {
+  const size_t start = std::min(list.find("<?xml"), list.find("<plist"));
+  if (start != list.npos) cursor_.at += start;
+}
+
+std::optional<Tag> DamagedInput::next_tag() {
+  for (cursor_.skip_white(); !cursor_.at_end(); cursor_.skip_white()) {
+    if (cursor_.sees("<!--")) {
+      if (!cursor_.skip_past("-->")) return std::nullopt;
+    } else if (cursor_.sees("<![CDATA[")) {
+      if (!cursor_.skip_past("]]>")) return std::nullopt;
+    } else if (const std::optional<FoundTag> found = find_tag_at_start(cursor_.rest())) {
+      cursor_.at += found->length;
+      if (found->tag.element != Element::plist) return found->tag;
+    } else {
+      skip_word();
+    }
+  }
+  return std::nullopt;
+}
+
+void DamagedInput::skip_word() {
+  do {
+    ++cursor_.at;
+  } while (!cursor_.at_end() && *cursor_.at != '<' && !is_white(*cursor_.at));
+}
+
+bool DamagedInput::read_text(Element element, std::string& text) {
+  if (!gather_text(element, Entities::resolve, text)) return false;
+  if (classify_utf8(text) == Utf8::invalid) text = repair_utf8(text);
+  return true;
+}
+
+bool DamagedInput::read_raw_text(Element element, std::string& text) {
+  return gather_text(element, Entities::keep, text);
+}
+
+// A "<" that begins no tag is text.
+bool DamagedInput::gather_text(Element element, Entities entities, std::string& text) {
+  text.clear();
+  for (;;) {
+    const std::string_view run = cursor_.take(cursor_.find('<'));
+    if (entities == Entities::resolve) {
+      append_resolved(text, run);
+    } else {
+      text += run;
+    }
+    if (cursor_.at_end()) return false;
+    if (cursor_.skip("<![CDATA[")) {
+      const char* const section = cursor_.at;
+      if (!cursor_.skip_past("]]>")) return false;
+      text.append(section, cursor_.at - 3);
+    } else if (cursor_.skip("<!--")) {
+      if (!cursor_.skip_past("-->")) return false;
+    } else if (const std::optional<FoundTag> found = find_tag_at_start(cursor_.rest())) {
+      if (found->tag.closes && found->tag.element == element) {
+        cursor_.at += found->length;
+        return true;
+      }
+      std::string_view before_close = text;
+      if (!remove_damaged_close_tag(before_close, element)) return false;
+      text.resize(before_close.size());
+      return true;
+    } else {
+      text += *cursor_.at++;
+    }
+  }
+}
+
+}  // namespace plist

@@ -1,0 +1,144 @@
+// What belongs to the stand-in alone: the order of dictionaries, and what it takes from a Linux machine.
+#include <SystemConfiguration/SystemConfiguration.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "contract/environment.h"
+#include "contract/objects.h"
+
+namespace {
+
+// A folder that stands alone on PATH, with a tool of the computer name's in it.
+class ToolFolder {
+ public:
+  explicit ToolFolder(const std::string& script)
+      : path_(std::filesystem::temp_directory_path() / ("stand_in_test." + std::to_string(getpid()))),
+        path_variable_("PATH", path_.c_str()) {
+    std::filesystem::create_directory(path_);
+    if (script.empty()) return;
+    const std::string tool = path_ / "scutil";
+    std::ofstream(tool) << "#!/bin/sh\n" << script;
+    chmod(tool.c_str(), 0755);
+  }
+  ~ToolFolder() { std::filesystem::remove_all(path_); }
+
+ private:
+  const std::filesystem::path path_;
+  const EnvironmentVariable path_variable_;
+};
+
+std::string computer_name() {
+  CFStringEncoding encoding = 0;
+  const CFRef<CFStringRef> name(SCDynamicStoreCopyComputerName(nullptr, &encoding));
+  EXPECT_EQ(encoding, kCFStringEncodingUTF8);
+  return bytes_of_string(name.get());
+}
+
+std::string host_name() {
+  char name[256] = "";
+  gethostname(name, sizeof name - 1);
+  return name;
+}
+
+std::string current_locale() {
+  const CFRef<CFLocaleRef> locale(CFLocaleCopyCurrent());
+  return bytes_of_string(CFLocaleGetIdentifier(locale.get()));
+}
+
+std::vector<std::string> keys_of(const std::string& list) {
+  const CFRef<CFPropertyListRef> tree = parse_list(list);
+  const CFDictionaryRef dictionary = static_cast<CFDictionaryRef>(tree.get());
+  std::vector<const void*> keys(static_cast<size_t>(CFDictionaryGetCount(dictionary)));
+  CFDictionaryGetKeysAndValues(dictionary, keys.data(), nullptr);
+  std::vector<std::string> texts;
+  for (const void* key : keys) texts.push_back(bytes_of_string(static_cast<CFStringRef>(key)));
+  return texts;
+}
+
+size_t open_descriptors() {
+  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+  return static_cast<size_t>(std::distance(begin(descriptors), end(descriptors)));
+}
+
+}  // namespace
+
+TEST(ComputerName, IsWhatTheToolPrints) {
+  const ToolFolder tool("[ \"$*\" = '--get ComputerName' ] && echo \"Anna's iMac\"\n");
+  EXPECT_EQ(computer_name(), "Anna's iMac");
+}
+
+TEST(ComputerName, IsTheHostNameWithoutTheTool) {
+  const ToolFolder no_tool("");
+  EXPECT_EQ(computer_name(), host_name());
+}
+
+TEST(ComputerName, IsTheHostNameWhenTheToolPrintsNothing) {
+  const ToolFolder tool("exit 1\n");
+  EXPECT_EQ(computer_name(), host_name());
+}
+
+TEST(ComputerName, IsOneLineOfUtf8) {
+  const ToolFolder tool("printf 'B\\374ro\\nsecond line\\n'\n");
+  EXPECT_EQ(computer_name(), "B\xEF\xBF\xBDro");
+}
+
+TEST(ComputerName, IsCutWhereTheToolPrintsForEver) {
+  const ToolFolder tool(
+      "while echo endless-; do :; done | { while read -r line; do printf %s \"$line\"; done; }\n");
+  EXPECT_EQ(computer_name().substr(0, 8), "endless-");
+}
+
+TEST(ComputerName, LeavesNoDescriptorOpen) {
+  const ToolFolder tool("echo name\n");
+  const size_t before = open_descriptors();
+  computer_name();
+  EXPECT_EQ(open_descriptors(), before);
+}
+
+TEST(CurrentLocale, IsThatOfTheEnvironment) {
+  const EnvironmentVariable all("LC_ALL", nullptr), time("LC_TIME", "th_TH.UTF-8"),
+      language("LANG", "de_DE.UTF-8");
+  EXPECT_EQ(current_locale(), "th_TH");
+  {
+    const EnvironmentVariable stronger("LC_ALL", "fa_IR@some");
+    EXPECT_EQ(current_locale(), "fa_IR");
+  }
+  const EnvironmentVariable no_time("LC_TIME", "");
+  EXPECT_EQ(current_locale(), "de_DE");
+}
+
+TEST(CurrentLocale, IsPlainWithoutOne) {
+  const EnvironmentVariable all("LC_ALL", nullptr), time("LC_TIME", nullptr), language("LANG", nullptr);
+  EXPECT_EQ(current_locale(), "en_US_POSIX");
+  for (const char* plain : {"C", "POSIX", "C.UTF-8"}) {
+    const EnvironmentVariable stronger("LC_ALL", plain);
+    EXPECT_EQ(current_locale(), "en_US_POSIX") << plain;
+  }
+}
+
+TEST(DictionaryOrder, IsThatOfTheDocument) {
+  EXPECT_EQ(keys_of("<dict><key>z</key><true/><key>a</key><true/><key>m</key><true/></dict>"),
+            (std::vector<std::string>{"z", "a", "m"}));
+}
+
+TEST(DictionaryOrder, HasRepeatedKeysAtTheirFirstPlace) {
+  std::string pairs;
+  std::vector<std::string> expected;
+  for (int i = 40; i > 0; --i) {
+    expected.push_back("key " + std::to_string(i));
+    pairs += "<key>" + expected.back() + "</key><true/>";
+  }
+  EXPECT_EQ(keys_of("<dict>" + pairs + pairs + "</dict>"), expected);
+  EXPECT_EQ(keys_of("<dict><key>b</key><true/><key>a</key><true/><key>b</key><true/></dict>"),
+            (std::vector<std::string>{"b", "a"}));
+}
+
+TEST(PropertyListErrors, NameTheLine) {
+  CFRef<CFStringRef> message;
+  EXPECT_FALSE(parse_list("<array>\n<true/>\n<foo/>\n</array>", &message));
+  EXPECT_EQ(bytes_of_string(message.get()), "unknown element on line 3");
+}
