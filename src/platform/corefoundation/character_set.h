@@ -1,3 +1,4 @@
+// Sets of characters to search strings for.
 #pragma once
 
 #include <CoreFoundation/CFCharacterSet.h>

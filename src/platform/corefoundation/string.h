@@ -1,3 +1,4 @@
+// Strings: how they are kept, and what other parts of the stand-in need of them.
 #pragma once
 
 #include <CoreFoundation/CFString.h>
