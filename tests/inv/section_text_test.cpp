@@ -31,10 +31,10 @@ TEST(SectionText, GivesTheSameTextInAllFourLayoutsAndBothByteOrders) {
                            {false, false, Layout::whole_plain},
                            {true, true, Layout::split_compressed},
                            {true, false, Layout::split_plain}};
+  const auto source = maker::snapshot();
   for (const int byte_order : {0, 1}) {
     InventoryTree tree(byte_order, "Snapshot");
-    for (const auto& child : maker::snapshot()->top().children())
-      tree.top().add_child(std::make_unique<Tag>(*child));
+    for (const auto& child : source->top().children()) tree.top().add_child(std::make_unique<Tag>(*child));
     for (const Row& row : kRows) {
       const std::string data = maker::bytes_of(tree.serialize(row.sectioned, row.compressed));
       for (const bool container_order : {false, true}) {
