@@ -23,10 +23,8 @@ class Shower {
   }
 
   void show_attribute(const Attribute& attribute, const std::string& name, size_t indent, size_t name_width) {
-    result.append(indent, ' ')
-        .append(pad_right(name, name_width))
-        .append("  ")
-        .append(printable(attribute.value));
+    result.append(indent, ' ').append(pad_right(name, name_width));
+    if (!attribute.value.empty()) result.append("  ").append(printable(attribute.value));
     end_line(attribute.annotations);
   }
 

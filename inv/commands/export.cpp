@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <map>
 
 #include "inv/commands/command.h"
 #include "inv/output_file.h"
