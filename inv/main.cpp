@@ -11,8 +11,10 @@ constexpr char kExamples[] =
     "  inv verify *.inv                            can a console import these?\n"
     "  inv export --format csv *.inv -o facts.csv  everything, as a table\n\n";
 
-constexpr void (*kCommands[])(CLI::App&, int&) = {inv::add_summary, inv::add_show,   inv::add_get,
-                                                  inv::add_list,    inv::add_verify, inv::add_export};
+constexpr void (*kCommands[])(CLI::App&, int&) = {
+    inv::add_summary, inv::add_show,   inv::add_get,  inv::add_list,
+    inv::add_verify,  inv::add_export, inv::add_diff,
+};
 
 }  // namespace
 

@@ -41,5 +41,6 @@ void add_get(CLI::App& app, int& status);
 void add_list(CLI::App& app, int& status);
 void add_verify(CLI::App& app, int& status);
 void add_export(CLI::App& app, int& status);
+void add_diff(CLI::App& app, int& status);
 
 }  // namespace inv
