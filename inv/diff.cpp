@@ -85,12 +85,14 @@ class Differ {
     return named;
   }
 
-  // Attributes, or annotations, of two elements that are the same thing.
+  // Attributes, or annotations, of two elements that are the same thing. What repeats a name is not looked
+  // at.
   template <typename Item>
   void compare_names(const Pair& pair, const Range<Item>& old_items, const Range<Item>& new_items) {
     const ByName<Item> old_named = by_name(old_items);
     const ByName<Item> new_named = by_name(new_items);
     for (const Item& item : old_items) {
+      if (old_named.at(name_of(item)) != &item) continue;
       const auto counterpart = new_named.find(name_of(item));
       if (counterpart == new_named.end()) {
         report(pair, change_name(item), value_of(item), {}, Change::Kind::removed);

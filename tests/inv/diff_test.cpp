@@ -79,6 +79,12 @@ TEST(Diff, ElementsOfEqualIdentityPairInOrder) {
   EXPECT_EQ(changes(snapshot(one), snapshot(two)), "+ /Peripherals/USB/Device:2  Hub (1)\n");
 }
 
+TEST(Diff, ARepeatedNameCountsOnce) {
+  const std::string file = snapshot("a=1\na=2\n");
+  EXPECT_EQ(changes(file, file), "");
+  EXPECT_EQ(changes(file, snapshot("a=3\n")), "~ /a  1 -> 3\n");
+}
+
 TEST(Diff, AMissingTreeIsOneChange) {
   EXPECT_EQ(changes(maker::file(), maker::debug_file("<plist/>")), "- /  Snapshot\n");
 }
