@@ -42,5 +42,6 @@ void add_list(CLI::App& app, int& status);
 void add_verify(CLI::App& app, int& status);
 void add_export(CLI::App& app, int& status);
 void add_diff(CLI::App& app, int& status);
+void add_unpack(CLI::App& app, int& status);
 
 }  // namespace inv
