@@ -178,6 +178,15 @@ class Differ {
   Facts facts_;
 };
 
+}  // namespace
+
+std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts) {
+  Differ differ(facts);
+  differ.compare_trees(old_inventory.snapshot_top(), new_inventory.snapshot_top());
+  differ.compare_trees(old_inventory.asset_top(), new_inventory.asset_top());
+  return std::move(differ.changes);
+}
+
 const char* kind_text(Change::Kind kind) {
   switch (kind) {
     case Change::Kind::added:
@@ -188,15 +197,6 @@ const char* kind_text(Change::Kind kind) {
       return "changed";
   }
   return "";
-}
-
-}  // namespace
-
-std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts) {
-  Differ differ(facts);
-  differ.compare_trees(old_inventory.snapshot_top(), new_inventory.snapshot_top());
-  differ.compare_trees(old_inventory.asset_top(), new_inventory.asset_top());
-  return std::move(differ.changes);
 }
 
 std::string describe(const Change& change, const Terminal& terminal) {

@@ -32,6 +32,9 @@ enum class Facts {
 // by identity_of(); those of equal identity one after the other.
 std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts);
 
+// "added", "removed" or "changed".
+const char* kind_text(Change::Kind kind);
+
 // For people: a line a change.
 std::string describe(const Change& change, const Terminal& terminal);
 // As an array of objects.

@@ -12,8 +12,8 @@ constexpr char kExamples[] =
     "  inv export --format csv *.inv -o facts.csv  everything, as a table\n\n";
 
 constexpr void (*kCommands[])(CLI::App&, int&) = {
-    inv::add_summary, inv::add_show,   inv::add_get,  inv::add_list,
-    inv::add_verify,  inv::add_export, inv::add_diff, inv::add_unpack,
+    inv::add_summary, inv::add_show, inv::add_get,    inv::add_list,   inv::add_verify,
+    inv::add_export,  inv::add_diff, inv::add_unpack, inv::add_report,
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "inv/output_file.h"
 #include "inv/terminal.h"
 
 namespace inv {
@@ -43,6 +44,15 @@ std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t ma
 int print_result(const std::string& text) {
   if (print(text)) return kDone;
   complain("standard output", std::strerror(errno));
+  return kUnusable;
+}
+
+int write_result(const std::string& path, const std::string& content) {
+  OutputFile output(path);
+  const bool written =
+      output.stream() && std::fwrite(content.data(), 1, content.size(), output.stream()) == content.size();
+  if (written && output.commit()) return kDone;
+  complain(path, std::strerror(errno));
   return kUnusable;
 }
 

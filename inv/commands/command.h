@@ -34,6 +34,8 @@ inline int worse(int one, int other) { return one > other ? one : other; }
 
 // kDone, or kUnusable after a complaint, according to whether standard output could be written.
 int print_result(const std::string& text);
+// The same for a file that appears whole or not at all; "-" is standard output.
+int write_result(const std::string& path, const std::string& content);
 
 void add_summary(CLI::App& app, int& status);
 void add_show(CLI::App& app, int& status);
@@ -43,5 +45,6 @@ void add_verify(CLI::App& app, int& status);
 void add_export(CLI::App& app, int& status);
 void add_diff(CLI::App& app, int& status);
 void add_unpack(CLI::App& app, int& status);
+void add_report(CLI::App& app, int& status);
 
 }  // namespace inv

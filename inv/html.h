@@ -1,0 +1,17 @@
+// Pieces of HTML. Whatever comes from a file goes through escaped() on its way in.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace inv {
+
+// Text for element content and for attribute values in double quotes. Bytes that are not UTF-8 and control
+// characters become U+FFFD; a carriage return, which stands for a line end, becomes one.
+std::string escaped(std::string_view text);
+
+// A value in a page of another language: escaped, and kept from turning the direction of what stands around
+// it.
+std::string isolated(std::string_view text);
+
+}  // namespace inv

@@ -1,0 +1,19 @@
+// SHA-256 (FIPS 180-4) and HMAC (FIPS 198-1): what names the page's own script to a browser, and what makes
+// pseudonyms.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace inv {
+
+using Digest = std::array<unsigned char, 32>;
+
+Digest sha256(std::string_view bytes);
+Digest hmac_sha256(std::string_view key, std::string_view message);
+
+std::string base64(const Digest& digest);
+
+}  // namespace inv
