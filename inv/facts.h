@@ -11,6 +11,8 @@ namespace inv {
 
 struct Fact {
   std::string_view path;  // see paths.h; valid during the visit
+  std::string_view
+      element;            // the path of its tag: the same path for a tag's own value; valid during the visit
   std::string_view name;  // its last segment
   std::string_view value;
   std::string_view unit;        // of the value; empty for texts and plain numbers
@@ -31,22 +33,18 @@ inline bool is_fact(const Attribute& attribute) {
 // Calls visit(const Fact&) for every fact of a tree, in the order of the text.
 template <typename Visit>
 void each_fact(const Document& document, Visit visit) {
-  std::string path;
   for (const Record& record : document.top().subtree()) {
-    const Element element(&record);
-    path = path_of(element);
-    const size_t length = path.size();
-    if (is_fact(element)) visit(Fact{path, element.name(), element.value(), {}, {}});
-    if (path != "/") path += '/';
-    const size_t base = path.size();
-    for (const Attribute& attribute : element.attributes()) {
+    const Element tag(&record);
+    const std::string element = path_of(tag);
+    if (is_fact(tag)) visit(Fact{element, element, tag.name(), tag.value(), {}, {}});
+    std::string path = element == "/" ? element : element + "/";
+    const size_t start = path.size();
+    for (const Attribute& attribute : tag.attributes()) {
       if (!is_fact(attribute)) continue;
-      path.resize(base);
-      path += attribute.name;
-      visit(Fact{path, attribute.name, attribute.value, unit_of(element, attribute),
+      path.replace(start, std::string::npos, attribute.name);
+      visit(Fact{path, element, attribute.name, attribute.value, unit_of(tag, attribute),
                  attribute.annotation("base-value")});
     }
-    path.resize(length);
   }
 }
 

@@ -13,7 +13,7 @@ constexpr char kExamples[] =
 
 constexpr void (*kCommands[])(CLI::App&, int&) = {
     inv::add_summary, inv::add_show, inv::add_get,    inv::add_list,   inv::add_verify,
-    inv::add_export,  inv::add_diff, inv::add_unpack, inv::add_report,
+    inv::add_export,  inv::add_diff, inv::add_unpack, inv::add_report, inv::add_load,
 };
 
 }  // namespace

@@ -2,10 +2,10 @@
 
 #include <map>
 
+#include "inv/assets.h"
 #include "inv/diff.h"
 #include "inv/html.h"
 #include "inv/overview.h"
-#include "inv/report_assets.h"
 #include "inv/report_pictures.h"
 #include "inv/report_tables.h"
 #include "inv/sha256.h"

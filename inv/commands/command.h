@@ -46,5 +46,6 @@ void add_export(CLI::App& app, int& status);
 void add_diff(CLI::App& app, int& status);
 void add_unpack(CLI::App& app, int& status);
 void add_report(CLI::App& app, int& status);
+void add_load(CLI::App& app, int& status);
 
 }  // namespace inv

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "inv/assets.h"
 #include "inv/maker.h"
-#include "inv/report_assets.h"
 #include "inv/sha256.h"
 
 namespace {

@@ -1,0 +1,81 @@
+#include "inv/commands/command.h"
+#include "inv/database.h"
+#include "inv/terminal.h"
+
+namespace inv {
+namespace {
+
+// So many files are one transaction: enough that writing to the disk takes little of the time, few enough
+// that an interrupted run has kept most of what it did.
+constexpr size_t kBatch = 500;
+
+struct Options {
+  std::string database;
+  std::vector<std::string> files;
+  uint64_t max_size = kUsualMaxSize;
+};
+
+// A bar on standard error, for a person at a terminal.
+class Progress {
+ public:
+  explicit Progress(size_t total) : total_(total), terminal_(error_terminal()) {}
+  ~Progress() { draw("\r\x1B[K"); }
+
+  void show(size_t done) {
+    const size_t percent = done * 100 / total_;
+    if (percent == shown_) return;
+    shown_ = percent;
+    const size_t filled = percent * kCells / 100;
+    draw("\r[" + std::string(filled, '#') + std::string(kCells - filled, '.') + "] " + std::to_string(done) +
+         " of " + std::to_string(total_));
+  }
+
+ private:
+  static constexpr size_t kCells = 40;
+
+  void draw(const std::string& text) const {
+    if (terminal_.interactive) std::fwrite(text.data(), 1, text.size(), stderr);
+  }
+
+  size_t total_;
+  size_t shown_ = 0;
+  Terminal terminal_;
+};
+
+bool load(const Options& options, Database& database, int& status) {
+  Progress progress(options.files.size());
+  for (size_t i = 0; i < options.files.size(); ++i) {
+    if (i % kBatch == 0 && i > 0 && !database.commit()) return false;
+    if (i % kBatch == 0 && !database.begin()) return false;
+    const std::unique_ptr<Inventory> inventory = open_for_command(options.files[i], options.max_size, status);
+    if (inventory && !database.add(*inventory)) return false;
+    progress.show(i + 1);
+  }
+  return database.commit();
+}
+
+int run(const Options& options) {
+  int status = kDone;
+  Database database;
+  if (database.open(options.database) && load(options, database, status)) return status;
+  complain(options.database, database.error());
+  return kUnusable;
+}
+
+constexpr char kExamples[] =
+    "  inv load macs.db *.inv\n"
+    "  sqlite3 macs.db \"SELECT machine_name, version FROM software WHERE name = 'Safari'\"\n"
+    "  sqlite3 macs.db \"SELECT * FROM volumes WHERE used_percent > 90\"\n";
+
+}  // namespace
+
+void add_load(CLI::App& app, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App& command = add_command(app, "load", "Load files into an SQLite database", kExamples);
+  command.add_option("DATABASE", options->database, "The database; made if missing")->required();
+  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_max_size(command, options->max_size);
+  command.callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace inv
