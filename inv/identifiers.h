@@ -1,0 +1,39 @@
+// Where an inventory says whose machine it is: the places that hold names, serial numbers, addresses, UUIDs,
+// accounts, command lines and environment values.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace inv {
+
+enum class IdentifierKind {
+  text,          // a name, a UUID, a command line: the whole value is one
+  serial,        // a serial number
+  number,        // a serial number as an integer; 0 is none
+  account,       // names of accounts, blanks between them; the system's own belong to nobody
+  account_id,    // of a user or a group; those that every Mac counts from 0 on belong to nobody
+  addresses,     // IP addresses, or host names, with commas between them
+  uri,           // what follows the scheme
+  network_name,  // of a network service; those that the system gives belong to nobody
+};
+
+// The kind of identifier that an attribute of a tag holds, or the tag's own value when the attribute is
+// empty; none for everything that could be any machine's. Both names count up to their colon ("disk:2" is a
+// disk).
+std::optional<IdentifierKind> identifier_kind(std::string_view tag, std::string_view attribute);
+
+// The identifiers in a value of this kind, in order, as views into it. Line ends and other control characters
+// separate, and blanks around an identifier do not belong to it.
+std::vector<std::string_view> identifiers_in(IdentifierKind kind, std::string_view value);
+
+// The names of accounts and volumes that any text gives away as parts of paths: "jane" in
+// "/Users/jane/Applications", "Backup" in "/Volumes/Backup".
+std::vector<std::string_view> identifiers_in_paths(std::string_view text);
+
+// Whether a text as a whole is one of the scanner's own words ("mac:1", "Apple Inc.") or a time of a scan,
+// and so is no identifier even when somebody is called so.
+bool is_scanner_word(std::string_view text);
+
+}  // namespace inv
