@@ -9,11 +9,12 @@ constexpr char kExamples[] =
     "  inv summary MAC.inv                         what machine is this?\n"
     "  inv get MAC.inv /System/Chassis/serial      one value\n"
     "  inv verify *.inv                            can a console import these?\n"
-    "  inv export --format csv *.inv -o facts.csv  everything, as a table\n\n";
+    "  inv export --format csv *.inv -o facts.csv  everything, as a table\n"
+    "  inv redact MAC.inv -o shared.inv            a file to give away\n\n";
 
 constexpr void (*kCommands[])(CLI::App&, int&) = {
-    inv::add_summary, inv::add_show, inv::add_get,    inv::add_list,   inv::add_verify,
-    inv::add_export,  inv::add_diff, inv::add_unpack, inv::add_report, inv::add_load,
+    inv::add_summary, inv::add_show,   inv::add_get,    inv::add_list, inv::add_verify, inv::add_export,
+    inv::add_diff,    inv::add_unpack, inv::add_report, inv::add_load, inv::add_redact,
 };
 
 }  // namespace

@@ -47,5 +47,6 @@ void add_diff(CLI::App& app, int& status);
 void add_unpack(CLI::App& app, int& status);
 void add_report(CLI::App& app, int& status);
 void add_load(CLI::App& app, int& status);
+void add_redact(CLI::App& app, int& status);
 
 }  // namespace inv

@@ -1,0 +1,86 @@
+#include "inv/redact.h"
+
+#include <sys/random.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "inv/commands/command.h"
+#include "inv/output_file.h"
+#include "inv/terminal.h"
+
+namespace inv {
+namespace {
+
+struct Options {
+  std::string file;
+  std::string output;
+  RedactOptions redact;
+  uint64_t max_size = kUsualMaxSize;
+};
+
+std::string random_key() {
+  std::string key(32, '\0');
+  return getentropy(&key[0], key.size()) == 0 ? key : std::string();
+}
+
+bool write_file(const std::string& path, const std::string& bytes) {
+  OutputFile output(path);
+  return output.stream() && std::fwrite(bytes.data(), 1, bytes.size(), output.stream()) == bytes.size() &&
+         output.commit();
+}
+
+void warn_of_name(const Redaction& redaction, const std::string& path) {
+  if (redaction.pseudonyms.stands_in(path.substr(path.rfind('/') + 1))) {
+    complain(path, "the file's own name tells whose machine it is");
+  }
+}
+
+int run(Options& options) {
+  if (options.redact.key.empty()) options.redact.key = random_key();
+  if (options.redact.key.empty()) {
+    complain("random key", std::strerror(errno));
+    return kUnusable;
+  }
+  int status = kDone;
+  const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
+  if (!inventory) return status;
+  const Redaction redaction = redact(*inventory, options.redact);
+  if (!redaction.refusal.empty()) {
+    complain(inventory->file_name, "not redacted: " + redaction.refusal);
+    return kNo;
+  }
+  if (!write_file(options.output, redaction.bytes)) {
+    complain(options.output, std::strerror(errno));
+    return kUnusable;
+  }
+  if (options.output == "-") return kDone;
+  warn_of_name(redaction, options.output);
+  return print_result(options.output + ": " + std::to_string(redaction.pseudonyms.count()) +
+                      " names, numbers and addresses replaced; none of them is left\n");
+}
+
+constexpr char kExamples[] =
+    "  inv redact MAC.inv -o shared.inv                    other names in every run\n"
+    "  inv redact MAC.inv -o shared.inv --key \"$SECRET\"    the same ones in every file\n"
+    "  inv redact DEBUG.inv -o shared.inv --drop-opaque    without the profiler's output\n";
+
+}  // namespace
+
+void add_redact(CLI::App& app, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App& command = add_command(app, "redact", "Replace what tells whose machine it is", kExamples);
+  command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
+  command.add_option("-o,--output", options->output, "The file to write; - is standard output")
+      ->required()
+      ->type_name("FILE");
+  command.add_option("--key", options->redact.key, "What the pseudonyms depend on (a random key)")
+      ->type_name("TEXT")
+      ->check([](const std::string& key) { return key.empty() ? "a key cannot be empty" : ""; });
+  command.add_flag("--drop-opaque", options->redact.drop_opaque, "Leave out sections that are no trees");
+  add_max_size(command, options->max_size);
+  command.callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace inv
