@@ -6,8 +6,9 @@ namespace plist {
 
 namespace {
 
-bool starts_with(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
+// Most tags differ in the first letter already.
+inline bool starts_with(std::string_view text, std::string_view start) {
+  return !text.empty() && text.front() == start.front() && text.substr(0, start.size()) == start;
 }
 
 // Where to go on behind a "<": past a comment or CDATA section, whose text is not markup.
