@@ -25,6 +25,7 @@
 #include "collectors/usb.h"
 #include "collectors/users.h"
 #include "driver/dates.h"
+#include "platform/heap.h"
 #include "profiler/acquisition.h"
 #include "profiler/plist_access.h"
 #include "profiler/plist_dump.h"
@@ -110,13 +111,13 @@ void scan() {
   }
   stages.mark("(splice alone)");
   CFRef<CFArrayRef> list = parse_profiler_document(document);
+  document = ProfilerDocument();
   stages.mark("parse");
   const SystemSummary summary = query_system_summary(list.get());
   stages.mark("summary");
   auto raw = std::make_unique<InventoryTree>(1, "Macintosh");
   dump_profiler(list.get(), *raw);
   stages.mark("dump");
-  document = ProfilerDocument();
   const NetworkIdentity identity = query_network_identity(list.get(), nullptr);
   const Text serial_number = find_hardware_serial(list.get());
   list = CFRef<CFArrayRef>();
@@ -149,6 +150,7 @@ void scan() {
 }  // namespace
 
 int main() {
+  keep_freed_memory();
   scan();
   return 0;
 }
