@@ -19,6 +19,13 @@ std::vector<EnvironmentVariable> parse_environment(const char* output) {
 
 namespace {
 
+// A slash in a name makes a path of it, whose end names an attribute. An attribute's line begins with its
+// name, and must not look like the line of a tag or an annotation.
+bool is_writable(const char* name) {
+  const char* slash = std::strrchr(name, '/');
+  return !slash || slash[1] == '\0' || !std::strchr("+*~", slash[1]);
+}
+
 void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable) {
   const char* name = variable.name.get();
   const Text path = format_string("/Environment/env-var:%s", name);
@@ -32,7 +39,9 @@ void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable
 }  // namespace
 
 void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables) {
-  for (const EnvironmentVariable& variable : variables) write_variable(snapshot, variable);
+  for (const EnvironmentVariable& variable : variables) {
+    if (is_writable(variable.name.get())) write_variable(snapshot, variable);
+  }
 }
 
 void collect_environment(InventoryTree& snapshot) {

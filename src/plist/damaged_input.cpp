@@ -16,9 +16,9 @@ DamagedInput::DamagedInput(std::string_view list) : cursor_(list) {
 std::optional<Tag> DamagedInput::next_tag() {
   for (cursor_.skip_white(); !cursor_.at_end(); cursor_.skip_white()) {
     if (cursor_.sees("<!--")) {
-      if (!cursor_.skip_past("-->")) return std::nullopt;
+      skip_section("-->");
     } else if (cursor_.sees("<![CDATA[")) {
-      if (!cursor_.skip_past("]]>")) return std::nullopt;
+      skip_section("]]>");
     } else if (const std::optional<FoundTag> found = find_tag_at_start(cursor_.rest())) {
       cursor_.at += found->length;
       if (found->tag.element != Element::plist) return found->tag;
@@ -27,6 +27,13 @@ std::optional<Tag> DamagedInput::next_tag() {
     }
   }
   return std::nullopt;
+}
+
+// A comment or CDATA section that is not closed reaches to the end of the input; false then.
+bool DamagedInput::skip_section(std::string_view end) {
+  if (cursor_.skip_past(end)) return true;
+  cursor_.at = cursor_.end;
+  return false;
 }
 
 void DamagedInput::skip_word() {
@@ -58,10 +65,10 @@ bool DamagedInput::gather_text(Element element, Entities entities, std::string& 
     if (cursor_.at_end()) return false;
     if (cursor_.skip("<![CDATA[")) {
       const char* const section = cursor_.at;
-      if (!cursor_.skip_past("]]>")) return false;
+      if (!skip_section("]]>")) return false;
       text.append(section, cursor_.at - 3);
     } else if (cursor_.skip("<!--")) {
-      if (!cursor_.skip_past("-->")) return false;
+      if (!skip_section("-->")) return false;
     } else if (const std::optional<FoundTag> found = find_tag_at_start(cursor_.rest())) {
       if (found->tag.closes && found->tag.element == element) {
         cursor_.at += found->length;

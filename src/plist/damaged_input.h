@@ -30,6 +30,7 @@ class DamagedInput {
   enum class Entities { resolve, keep };
   bool gather_text(Element element, Entities entities, std::string& text);
   void skip_word();
+  bool skip_section(std::string_view end);
 
   Cursor cursor_;
 };

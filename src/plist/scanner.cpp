@@ -63,7 +63,6 @@ class Scanner {
   bool read_raw_text(std::string_view& text);
   bool read_characters(const Tag& tag, Characters& characters);
   bool resolve_text();
-  bool resolve_entity();
   bool read_string(const Tag& tag);
   bool read_integer();
   bool read_real(const Tag& tag);

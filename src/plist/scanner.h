@@ -24,16 +24,17 @@ ScanResult scan(std::string_view list, const Events& events);
 
 // Makes the best of a damaged list, and of a whole one the same as `scan`. It never fails, and its events are
 // always balanced:
-// - what stands before the XML declaration or <plist is skipped, as is text between elements;
+// - what stands before the XML declaration or <plist is skipped;
+// - text between elements is skipped, and so are the tags of unknown elements;
+// - a tag that one damaged byte keeps from being one is put right;
 // - invalid UTF-8 becomes U+FFFD; an entity that is not known stays as its text;
-// - a number, date or data element that cannot be read, a text that is not closed, an unknown element and a
-// container nested deeper than
-//   `depth_limit` are dropped, in a dictionary together with their key; so are a key without a value and a
-//   value without a key;
+// - a value that cannot be read or is not closed is dropped, and its key with it;
+// - so are a container nested deeper than `depth_limit`, a key without a value, a value without a key;
 // - a container that is not closed ends with the one around it, or with the input;
-// - </plist> ends nothing: what follows goes on where it stands. Several values may thus stand side by side
-// at the top. Of a key that stands where a value should, `scan` makes a string; here it takes the place of
-// the key before it.
+// - </plist> ends nothing, so that several values may stand side by side at the top.
+//
+// Of a key that stands where a value should, `scan` makes a string; here it takes the place of the key before
+// it.
 void scan_leniently(std::string_view list, const Events& events, size_t depth_limit = maximum_depth);
 
 }  // namespace plist

@@ -22,8 +22,6 @@ class Bytes {
   // Appends all bytes of an unsigned number, most significant first or last.
   template <typename Unsigned>
   void append_number(Unsigned number, bool big_endian);
-  // Counts bytes as appended that the caller has written behind the last one, within the reserved capacity.
-  void extend(size_t count) { length_ += count; }
   // Hands the block over; the caller releases it with the array delete. These bytes are empty afterwards.
   unsigned char* release();
 

@@ -82,6 +82,14 @@ TEST(Environment, SurvivesNamesThatLeadNowhere) {
   }
 }
 
+TEST(Environment, LeavesOutWhatWouldReadAsAnotherKindOfLine) {
+  for (const char* name : {"a/+b", "a/*b", "a/~b", "/+", "a/b/+"}) {
+    EXPECT_EQ("*Snapshot=\n", environment_of((std::string(name) + "=1\n").c_str())) << name;
+  }
+  EXPECT_NE("*Snapshot=\n", environment_of("+a=1\n"));
+  EXPECT_NE("*Snapshot=\n", environment_of("a/b+=1\n"));
+}
+
 TEST(Environment, ComesFromTheScanItself) {
   ASSERT_EQ(0, setenv("ENVIRONMENT_TEST", "some value", 1));
   InventoryTree snapshot = empty_snapshot();

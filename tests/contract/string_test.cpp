@@ -9,10 +9,6 @@ namespace {
 // One byte, two bytes, three bytes and a pair of surrogates.
 const char* const mixed = "a\xC3\xA4\xE2\x80\x99\xF0\x9F\x98\x80z";
 
-CFRef<CFMutableStringRef> mutable_string(const char* text) {
-  return CFRef<CFMutableStringRef>(CFStringCreateMutableCopy(nullptr, 0, string_of(text).get()));
-}
-
 CFRange whole(CFStringRef text) { return CFRangeMake(0, CFStringGetLength(text)); }
 
 struct Converted {
@@ -35,14 +31,6 @@ TEST(Strings, CountUtf16Units) {
   EXPECT_EQ(CFStringGetLength(string_of("abc").get()), 3);
   EXPECT_EQ(CFStringGetLength(string_of(mixed).get()), 6);
   EXPECT_EQ(CFStringGetLength(CFSTR("")), 0);
-}
-
-TEST(Strings, GiveUtf16Units) {
-  const CFRef<CFStringRef> text = string_of(mixed);
-  const UniChar units[] = {'a', 0xE4, 0x2019, 0xD83D, 0xDE00, 'z'};
-  for (CFIndex i = 0; i < 6; ++i) EXPECT_EQ(CFStringGetCharacterAtIndex(text.get(), i), units[i]) << i;
-  const CFRef<CFStringRef> same(CFStringCreateWithCharacters(nullptr, units, 6));
-  EXPECT_EQ(bytes_of_string(same.get()), mixed);
 }
 
 TEST(Strings, AreNotMadeOfInvalidBytes) {
@@ -99,7 +87,6 @@ TEST(Strings, BecomeCStringsWhereTheyFit) {
   EXPECT_STREQ(buffer, mixed);
   EXPECT_FALSE(CFStringGetCString(text.get(), buffer, 11, kCFStringEncodingUTF8));
   EXPECT_FALSE(CFStringGetCString(text.get(), buffer, 0, kCFStringEncodingUTF8));
-  EXPECT_GE(CFStringGetMaximumSizeForEncoding(CFStringGetLength(text.get()), kCFStringEncodingUTF8), 11);
   const char* const direct = CFStringGetCStringPtr(text.get(), kCFStringEncodingUTF8);
   EXPECT_TRUE(!direct || std::strcmp(direct, mixed) == 0);
 }
@@ -111,74 +98,6 @@ TEST(Strings, CompareByUtf16Units) {
   EXPECT_EQ(CFStringCompare(CFSTR("A"), CFSTR("a"), 0), kCFCompareLessThan);
   // U+1F600 is D83D DE00 in UTF-16, and so stands before U+FFFD.
   EXPECT_EQ(CFStringCompare(CFSTR("\xF0\x9F\x98\x80"), CFSTR("\xEF\xBF\xBD"), 0), kCFCompareLessThan);
-}
-
-TEST(Strings, FindTexts) {
-  const CFRef<CFStringRef> text = string_of(mixed);
-  EXPECT_TRUE(CFStringHasPrefix(text.get(), CFSTR("a")));
-  EXPECT_FALSE(CFStringHasPrefix(CFSTR("a"), text.get()));
-  EXPECT_TRUE(CFStringHasSuffix(text.get(), CFSTR("z")));
-  EXPECT_FALSE(CFStringHasSuffix(CFSTR("z"), text.get()));
-  const CFRange found = CFStringFind(text.get(), CFSTR("z"), 0);
-  EXPECT_EQ(found.location, 5);
-  EXPECT_EQ(found.length, 1);
-  EXPECT_EQ(CFStringFind(text.get(), CFSTR("b"), 0).location, kCFNotFound);
-}
-
-TEST(Strings, FindCharactersOfASet) {
-  const CFRef<CFCharacterSetRef> set(
-      CFCharacterSetCreateWithCharactersInString(nullptr, string_of("\xE2\x80\x99 /\xF0\x9F\x98\x80").get()));
-  const CFRef<CFStringRef> text = string_of(mixed);
-  CFRange found;
-  ASSERT_TRUE(CFStringFindCharacterFromSet(text.get(), set.get(), whole(text.get()), 0, &found));
-  EXPECT_EQ(found.location, 2);
-  ASSERT_TRUE(CFStringFindCharacterFromSet(text.get(), set.get(), CFRangeMake(3, 3), 0, &found));
-  EXPECT_EQ(found.location, 3);
-  EXPECT_FALSE(CFStringFindCharacterFromSet(text.get(), set.get(), CFRangeMake(0, 2), 0, &found));
-}
-
-TEST(MutableStrings, ReplaceRanges) {
-  const CFRef<CFMutableStringRef> text = mutable_string(mixed);
-  CFStringReplace(text.get(), CFRangeMake(2, 3), CFSTR("_"));
-  EXPECT_EQ(bytes_of_string(text.get()), "a\xC3\xA4_z");
-  EXPECT_EQ(CFStringGetLength(text.get()), 4);
-}
-
-TEST(MutableStrings, ReplaceEveryOccurrenceInARange) {
-  const CFRef<CFMutableStringRef> text = mutable_string("a.b.c.");
-  EXPECT_EQ(CFStringFindAndReplace(text.get(), CFSTR("."), CFSTR(".."), CFRangeMake(0, 4), 0), 2);
-  EXPECT_EQ(bytes_of_string(text.get()), "a..b..c.");
-  EXPECT_EQ(CFStringFindAndReplace(text.get(), CFSTR("x"), CFSTR("y"), whole(text.get()), 0), 0);
-}
-
-TEST(MutableStrings, GrowByAppending) {
-  const CFRef<CFMutableStringRef> text(CFStringCreateMutable(nullptr, 0));
-  CFStringAppend(text.get(), CFSTR("a"));
-  CFStringAppendCString(text.get(), "b", kCFStringEncodingUTF8);
-  CFStringAppendFormat(text.get(), nullptr, CFSTR("%d"), 3);
-  CFStringAppend(text.get(), text.get());
-  EXPECT_EQ(bytes_of_string(text.get()), "ab3ab3");
-}
-
-TEST(MutableStrings, AreCopiedAsTheyAre) {
-  const CFRef<CFMutableStringRef> text = mutable_string("before");
-  const CFRef<CFStringRef> copy(CFStringCreateCopy(nullptr, text.get()));
-  CFStringReplace(text.get(), whole(text.get()), CFSTR("after"));
-  EXPECT_EQ(bytes_of_string(copy.get()), "before");
-}
-
-TEST(FormattedStrings, TakeObjectsAndPrintfsConversions) {
-  const int number = -3;
-  const CFRef<CFNumberRef> object(CFNumberCreate(nullptr, kCFNumberIntType, &number));
-  const CFRef<CFStringRef> text(
-      CFStringCreateWithFormat(nullptr, nullptr, CFSTR("%@/%@ %d %ld %lld %u %05x %s %c %C %.1f %%"),
-                               CFSTR("a"), object.get(), -1, -2L, -3LL, 4u, 255u, "text", 'c', 0x2019, 2.25));
-  EXPECT_EQ(bytes_of_string(text.get()), "a/-3 -1 -2 -3 4 000ff text c \xE2\x80\x99 2.2 %");
-}
-
-TEST(FormattedStrings, KeepWhatIsNoConversion) {
-  const CFRef<CFStringRef> text(CFStringCreateWithFormat(nullptr, nullptr, CFSTR("plain \xC3\xA4")));
-  EXPECT_EQ(bytes_of_string(text.get()), "plain \xC3\xA4");
 }
 
 TEST(ReferenceCounts, FollowRetainAndRelease) {

@@ -1,34 +1,23 @@
 // What belongs to the stand-in alone: the order of dictionaries, and what it takes from a Linux machine.
 #include <SystemConfiguration/SystemConfiguration.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "contract/environment.h"
 #include "contract/objects.h"
+#include "fake_tools.h"
 
 namespace {
 
-// A folder that stands alone on PATH, with a tool of the computer name's in it.
-class ToolFolder {
+// The tool of the computer name, as a shell script.
+class NameTool {
  public:
-  explicit ToolFolder(const std::string& script)
-      : path_(std::filesystem::temp_directory_path() / ("stand_in_test." + std::to_string(getpid()))),
-        path_variable_("PATH", path_.c_str()) {
-    std::filesystem::create_directory(path_);
-    if (script.empty()) return;
-    const std::string tool = path_ / "scutil";
-    std::ofstream(tool) << "#!/bin/sh\n" << script;
-    chmod(tool.c_str(), 0755);
-  }
-  ~ToolFolder() { std::filesystem::remove_all(path_); }
+  explicit NameTool(const std::string& script) { tools_.write("scutil", script); }
 
  private:
-  const std::filesystem::path path_;
-  const EnvironmentVariable path_variable_;
+  const FakeTools tools_;
 };
 
 std::string computer_name() {
@@ -67,33 +56,33 @@ size_t open_descriptors() {
 }  // namespace
 
 TEST(ComputerName, IsWhatTheToolPrints) {
-  const ToolFolder tool("[ \"$*\" = '--get ComputerName' ] && echo \"Anna's iMac\"\n");
+  const NameTool tool("[ \"$*\" = '--get ComputerName' ] && echo \"Anna's iMac\"\n");
   EXPECT_EQ(computer_name(), "Anna's iMac");
 }
 
 TEST(ComputerName, IsTheHostNameWithoutTheTool) {
-  const ToolFolder no_tool("");
+  const EnvironmentVariable no_tools("PATH", "/nowhere");
   EXPECT_EQ(computer_name(), host_name());
 }
 
 TEST(ComputerName, IsTheHostNameWhenTheToolPrintsNothing) {
-  const ToolFolder tool("exit 1\n");
+  const NameTool tool("exit 1\n");
   EXPECT_EQ(computer_name(), host_name());
 }
 
 TEST(ComputerName, IsOneLineOfUtf8) {
-  const ToolFolder tool("printf 'B\\374ro\\nsecond line\\n'\n");
+  const NameTool tool("printf 'B\\374ro\\nsecond line\\n'\n");
   EXPECT_EQ(computer_name(), "B\xEF\xBF\xBDro");
 }
 
 TEST(ComputerName, IsCutWhereTheToolPrintsForEver) {
-  const ToolFolder tool(
+  const NameTool tool(
       "while echo endless-; do :; done | { while read -r line; do printf %s \"$line\"; done; }\n");
   EXPECT_EQ(computer_name().substr(0, 8), "endless-");
 }
 
 TEST(ComputerName, LeavesNoDescriptorOpen) {
-  const ToolFolder tool("echo name\n");
+  const NameTool tool("echo name\n");
   const size_t before = open_descriptors();
   computer_name();
   EXPECT_EQ(open_descriptors(), before);

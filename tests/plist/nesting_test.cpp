@@ -32,6 +32,17 @@ TEST(NestedTooDeeply, PassesOverCommentsAndCdata) {
   EXPECT_FALSE(plist::nested_too_deeply("<!--" + repeat("<array>", 1000)));
 }
 
+TEST(NestedTooDeeply, PassesOverAttributesAndInstructions) {
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<string a='<array'>x</string>", 1000)));
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<?x <array> ?>", 1000)));
+}
+
+TEST(NestedTooDeeply, TakesTimeInProportion) {
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<array</array", 300000)));
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<array</array", 300000) + ">"));
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<!--", 300000)));
+}
+
 TEST(NestedTooDeeply, EndsAtAnyByte) {
   const std::string list = "<array><!-- c --><dict/><![CDATA[x]]></array>";
   for (size_t size = 0; size <= list.size(); ++size) {

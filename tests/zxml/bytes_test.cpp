@@ -44,14 +44,6 @@ TEST(Bytes, KeepWhatIsThereWhenReserving) {
   EXPECT_EQ(as_string(bytes), "abc");
 }
 
-TEST(Bytes, CountWhatTheCallerWroteIntoTheReservedRoom) {
-  Bytes bytes(4);
-  bytes.append("ab", 2);
-  bytes.data()[2] = 'c';
-  bytes.extend(1);
-  EXPECT_EQ(as_string(bytes), "abc");
-}
-
 TEST(Bytes, WriteNumbersInBothByteOrders) {
   Bytes bytes;
   bytes.append_number(uint32_t{0x01020304}, true);

@@ -1,3 +1,4 @@
+// Arrays and dictionaries: how they are kept, and how the parser makes them.
 #pragma once
 
 #include <CoreFoundation/CFArray.h>

@@ -30,8 +30,8 @@ CFLocaleRef CFLocaleCopyCurrent() {
   return cf::create<CFLocaleObject>(cf::create_repaired_string(is_plain ? "en_US_POSIX" : name));
 }
 
-CFLocaleRef CFLocaleCreate(CFAllocatorRef allocator, CFLocaleIdentifier identifier) {
-  return cf::create<CFLocaleObject>(CFStringCreateCopy(allocator, identifier));
+CFLocaleRef CFLocaleCreate(CFAllocatorRef, CFLocaleIdentifier identifier) {
+  return cf::create<CFLocaleObject>(static_cast<CFStringRef>(CFRetain(identifier)));
 }
 
 CFLocaleIdentifier CFLocaleGetIdentifier(CFLocaleRef locale) { return locale->identifier; }

@@ -1,3 +1,4 @@
+// Locales and the date formatters made for them.
 #pragma once
 
 #include <CoreFoundation/CFDateFormatter.h>

@@ -2,7 +2,6 @@
 #include <cstring>
 #include <limits>
 
-#include "driver/text.h"
 #include "platform/corefoundation/value.h"
 
 namespace cf {
@@ -91,16 +90,6 @@ bool equal_numbers(const CFNumberObject& left, const CFNumberObject& right) {
   if (left.is_real()) return equal_numbers(right, left);
   if (right.is_real()) return to_double(left) == right.real && equals(left, right.real);
   return left.integer == right.integer && left.above_int64 == right.above_int64;
-}
-
-std::string describe_number(const CFNumberObject& number) {
-  if (!number.is_real()) {
-    const long long integer = number.integer;
-    return format_string(number.above_int64 ? "%llu" : "%lld", integer).get();
-  }
-  if (number.real == 0) return "0.0";
-  if (std::isinf(number.real)) return number.real > 0 ? "+infinity" : "-infinity";
-  return std::isnan(number.real) ? "nan" : format_string("%.17g", number.real).get();
 }
 
 }  // namespace cf

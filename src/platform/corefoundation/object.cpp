@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "platform/corefoundation/character_set.h"
 #include "platform/corefoundation/container.h"
 #include "platform/corefoundation/locale.h"
 #include "platform/corefoundation/string.h"
@@ -28,8 +27,7 @@ void free_as(const Object* dead) {
 void free_object(const Object* dead) {
   switch (dead->kind) {
     case Kind::string:
-      return static_cast<CFStringRef>(dead)->is_mutable ? free_as<MutableString>(dead)
-                                                        : free_as<CFStringObject>(dead);
+      return free_as<CFStringObject>(dead);
     case Kind::boolean:
       return;
     case Kind::number:
@@ -46,8 +44,6 @@ void free_object(const Object* dead) {
       return free_as<CFLocaleObject>(dead);
     case Kind::date_formatter:
       return free_as<CFDateFormatterObject>(dead);
-    case Kind::character_set:
-      return free_as<CFCharacterSetObject>(dead);
   }
 }
 

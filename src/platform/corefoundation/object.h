@@ -19,8 +19,7 @@ enum class Kind : uint8_t {
   array,
   dictionary,
   locale,
-  date_formatter,
-  character_set
+  date_formatter
 };
 
 constexpr uint32_t immortal = 0;  // the reference count of what lives as long as the program

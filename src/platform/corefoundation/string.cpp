@@ -5,8 +5,6 @@
 #include <vector>
 
 #include "platform/cf_ref.h"
-#include "platform/corefoundation/utf16.h"
-#include "platform/corefoundation/value.h"
 #include "plist/utf8.h"
 
 namespace cf {
@@ -123,14 +121,6 @@ Position position_at(CFStringRef string, CFIndex units) {
   return position;
 }
 
-std::string description_of(CFTypeRef reference) {
-  if (!reference) return "(null)";
-  if (object(reference)->kind == Kind::string)
-    return std::string(text_of(static_cast<CFStringRef>(reference)));
-  if (object(reference)->kind == Kind::number) return describe_number(*static_cast<CFNumberRef>(reference));
-  return "(object)";
-}
-
 }  // namespace cf
 
 CFTypeID CFStringGetTypeID() { return static_cast<CFTypeID>(cf::Kind::string); }
@@ -154,27 +144,10 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
   return readable ? cf::create_string(text, ascii) : nullptr;
 }
 
-CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* characters, CFIndex length) {
-  return cf::create_repaired_string(cf::to_utf8(std::u16string(characters, characters + length)));
-}
-
-CFStringRef CFStringCreateCopy(CFAllocatorRef, CFStringRef string) {
-  if (!string->is_mutable) return static_cast<CFStringRef>(CFRetain(string));
-  return cf::create_repaired_string(cf::text_of(string));
-}
-
 CFIndex CFStringGetLength(CFStringRef string) {
   if (string->length == unknown_length)
     string->length = static_cast<uint32_t>(cf::count_units(cf::text_of(string)));
   return static_cast<CFIndex>(string->length);
-}
-
-UniChar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index) {
-  const cf::Position position = cf::position_at(string, index);
-  const uint32_t code_point = plist::first_sequence(cf::text_of(string).substr(position.offset)).code_point;
-  if (code_point < 0x10000) return static_cast<UniChar>(code_point);
-  const uint32_t offset = code_point - 0x10000;
-  return static_cast<UniChar>(position.units == index ? 0xD800 + (offset >> 10) : 0xDC00 + (offset & 0x3FF));
 }
 
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, UInt8 loss_byte,
@@ -204,27 +177,6 @@ const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding)
   return encoding == kCFStringEncodingUTF8 ? cf::text_of(string).data() : nullptr;
 }
 
-CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {
-  return encoding == kCFStringEncodingUTF8 ? 3 * length : length;
-}
-
 CFComparisonResult CFStringCompare(CFStringRef left, CFStringRef right, CFStringCompareFlags) {
   return static_cast<CFComparisonResult>(cf::compare(cf::text_of(left), cf::text_of(right)));
-}
-
-Boolean CFStringHasPrefix(CFStringRef string, CFStringRef prefix) {
-  const std::string_view start = cf::text_of(prefix);
-  return cf::text_of(string).substr(0, start.size()) == start;
-}
-
-Boolean CFStringHasSuffix(CFStringRef string, CFStringRef suffix) {
-  const std::string_view text = cf::text_of(string), end = cf::text_of(suffix);
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
-CFRange CFStringFind(CFStringRef string, CFStringRef wanted, CFStringCompareFlags) {
-  const std::string_view text = cf::text_of(string);
-  const size_t offset = text.find(cf::text_of(wanted));
-  if (offset == text.npos || CFStringGetLength(wanted) == 0) return CFRangeMake(kCFNotFound, 0);
-  return CFRangeMake(cf::count_units(text.substr(0, offset)), CFStringGetLength(wanted));
 }

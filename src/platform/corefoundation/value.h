@@ -6,7 +6,6 @@
 #include <CoreFoundation/CFNumber.h>
 
 #include <cstdlib>
-#include <string>
 #include <string_view>
 
 #include "platform/corefoundation/object.h"
@@ -64,7 +63,6 @@ inline std::string_view bytes_of(CFDataRef data) {
 }
 
 bool equal_numbers(const CFNumberObject& left, const CFNumberObject& right);
-std::string describe_number(const CFNumberObject& number);
 
 // A new data object of so many bytes behind it, for the caller to fill (and, before anyone else sees it, to
 // shorten).

@@ -23,7 +23,6 @@ typedef signed long CFIndex;
 typedef const void* CFTypeRef;
 typedef const struct CFAllocatorObject* CFAllocatorRef;
 typedef const struct CFStringObject* CFStringRef;
-typedef struct CFStringObject* CFMutableStringRef;
 typedef const struct CFArrayObject* CFArrayRef;
 typedef const struct CFDictionaryObject* CFDictionaryRef;
 typedef CFTypeRef CFPropertyListRef;

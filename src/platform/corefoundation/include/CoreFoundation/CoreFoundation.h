@@ -3,7 +3,6 @@
 
 #include <CoreFoundation/CFArray.h>
 #include <CoreFoundation/CFBase.h>
-#include <CoreFoundation/CFCharacterSet.h>
 #include <CoreFoundation/CFData.h>
 #include <CoreFoundation/CFDate.h>
 #include <CoreFoundation/CFDateFormatter.h>

@@ -1,0 +1,13 @@
+// A tree's text: what the reader takes, it can write again to the byte.
+#include <cstdlib>
+
+#include "inv/zxml_parser.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
+  // The mark is given, so that the search starts behind it.
+  const std::string text = std::string(inv::kTextMark).append(reinterpret_cast<const char*>(bytes), size);
+  inv::Fault fault;
+  const std::optional<inv::Document> document = inv::parse_text(text, &fault);
+  if (document ? inv::write_text(*document) != text : fault.line == 0) std::abort();
+  return 0;
+}

@@ -1,0 +1,47 @@
+// What the commands have in common. Each registers itself with its options; parsing the command line then
+// runs the one that was asked for.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "inv/inventory.h"
+
+namespace inv {
+
+// The program's exit statuses.
+enum ExitStatus : int {
+  kDone = 0,      // done, yes, valid, the same
+  kNo = 1,        // absent, different, invalid, or a part of a file is damaged
+  kUnusable = 2,  // arguments or files that nothing can be done with
+};
+
+// A command whose help begins with examples. `run` is called when the command line asks for it; its status is
+// the program's.
+CLI::App& add_command(CLI::App& app, const char* name, const char* summary, const char* examples);
+
+// The option --max-size, for every command that opens files.
+void add_max_size(CLI::App& command, uint64_t& max_size);
+
+// Opens a file and complains of what is wrong with it. None, and status kUnusable, when it cannot be read as
+// an inventory at all; status kNo, unless it is worse already, when a part is damaged.
+std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t max_size, int& status);
+
+// The worse of two statuses.
+inline int worse(int one, int other) { return one > other ? one : other; }
+
+// kDone, or kUnusable after a complaint, according to whether standard output could be written.
+int print_result(const std::string& text);
+
+void add_summary(CLI::App& app, int& status);
+void add_show(CLI::App& app, int& status);
+void add_get(CLI::App& app, int& status);
+void add_list(CLI::App& app, int& status);
+void add_verify(CLI::App& app, int& status);
+void add_export(CLI::App& app, int& status);
+void add_diff(CLI::App& app, int& status);
+void add_unpack(CLI::App& app, int& status);
+
+}  // namespace inv

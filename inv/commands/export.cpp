@@ -1,0 +1,67 @@
+#include "inv/export.h"
+
+#include <cerrno>
+#include <cstring>
+#include <map>
+
+#include "inv/commands/command.h"
+#include "inv/output_file.h"
+#include "inv/terminal.h"
+
+namespace inv {
+namespace {
+
+struct Options {
+  std::vector<std::string> files;
+  std::string output = "-";
+  ExportFormat format = ExportFormat::json;
+  uint64_t max_size = kUsualMaxSize;
+};
+
+int run(const Options& options) {
+  OutputFile output(options.output);
+  if (!output.stream()) {
+    complain(options.output, std::strerror(errno));
+    return kUnusable;
+  }
+  int status = kDone;
+  Exporter exporter(options.format, output.stream());
+  exporter.begin();
+  for (const std::string& file : options.files) {
+    const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
+    if (inventory) exporter.add(*inventory);
+  }
+  exporter.end();
+  if (exporter.good() && output.commit()) return status;
+  complain(options.output, std::strerror(errno));
+  return kUnusable;
+}
+
+const std::map<std::string, ExportFormat> kFormats = {{"json", ExportFormat::json},
+                                                      {"ndjson", ExportFormat::ndjson},
+                                                      {"csv", ExportFormat::csv},
+                                                      {"zxml", ExportFormat::zxml}};
+
+constexpr char kExamples[] =
+    "  inv export --format json MAC.inv | jq '.[].name'\n"
+    "  inv export --format csv -o facts.csv *.inv\n"
+    "  inv export --format ndjson *.inv | clickhouse-local --input-format JSONEachRow ...\n"
+    "  inv export --format zxml MAC.inv            the texts as they are in the file\n";
+
+}  // namespace
+
+void add_export(CLI::App& app, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App& command = add_command(app, "export", "Write files as JSON, NDJSON, CSV or plain text", kExamples);
+  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  command.add_option("-f,--format", options->format, "json, ndjson, csv or zxml")
+      ->required()
+      ->type_name("NAME")
+      ->transform(CLI::CheckedTransformer(kFormats).description(""));
+  command.add_option("-o,--output", options->output, "Where to write instead of standard output")
+      ->type_name("FILE");
+  add_max_size(command, options->max_size);
+  command.callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace inv

@@ -1,0 +1,78 @@
+#include "inv/commands/command.h"
+#include "inv/table.h"
+#include "inv/terminal.h"
+#include "inv/utf8.h"
+
+namespace inv {
+namespace {
+
+struct Options {
+  std::string file;
+  uint64_t max_size = kUsualMaxSize;
+};
+
+std::string section_table(const Inventory& inventory) {
+  Table table({{"Section", true},
+               {"Kind"},
+               {"Offset", true},
+               {"Length", true},
+               {"Inflated", true},
+               {"Layout"},
+               {"Top element"},
+               {"Timestamp"}});
+  for (size_t i = 0; i < inventory.contents.size(); ++i) {
+    const Section& section = inventory.container->sections[i];
+    const Content& content = inventory.contents[i];
+    const std::string kind = kind_name(section.kind);
+    table.add({std::to_string(section.number),
+               section.type.empty() ? kind : kind + " (" + printable(section.type) + ")",
+               std::to_string(section.offset), std::to_string(section.length),
+               content.size ? std::to_string(*content.size) : "-",
+               content.layout ? layout_name(*content.layout) : "-",
+               content.document ? printable(content.document->top().name()) : "-",
+               section.timestamp.empty() ? "-" : printable(section.timestamp)});
+  }
+  return table.text();
+}
+
+std::string header_lines(std::string_view text) {
+  std::string lines;
+  while (!text.empty()) {
+    const size_t end = text.find('\n');
+    lines += "  " + printable(text.substr(0, end)) + "\n";
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
+  return lines;
+}
+
+int run(const Options& options) {
+  int status = kDone;
+  const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
+  if (!inventory) return status;
+  const Container& container = *inventory->container;
+  std::string text = printable(inventory->file_name) + ": " + std::to_string(inventory->bytes.size()) +
+                     " bytes, " + (container.big_endian ? "most" : "least") + " significant byte first\n\n";
+  text += section_table(*inventory);
+  text += "\nHeader at " + std::to_string(container.header_offset) + ", " +
+          std::to_string(container.header_size) + " bytes, " +
+          (container.header_compressed ? "compressed" : "plain") + ":\n" +
+          header_lines(container.header_text);
+  return worse(status, print_result(text));
+}
+
+constexpr char kExamples[] =
+    "  inv list MAC.inv          sections, where they lie, and the header's text\n"
+    "  inv list - < MAC.inv\n";
+
+}  // namespace
+
+void add_list(CLI::App& app, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App& command =
+      add_command(app, "list", "Show the container: sections, offsets, sizes, header", kExamples);
+  command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
+  add_max_size(command, options->max_size);
+  command.callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace inv

@@ -1,0 +1,41 @@
+#include "inv/summary.h"
+
+#include "inv/commands/command.h"
+
+namespace inv {
+namespace {
+
+struct Options {
+  std::vector<std::string> files;
+  uint64_t max_size = kUsualMaxSize;
+};
+
+int run(const Options& options) {
+  int status = kDone;
+  std::vector<Overview> overviews;
+  for (const std::string& file : options.files) {
+    const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
+    if (inventory) overviews.push_back(overview_of(*inventory));
+  }
+  if (overviews.empty()) return status;
+  const bool single = options.files.size() == 1;
+  return worse(status, print_result(single ? summary_screen(overviews.front(), output_terminal())
+                                           : summary_table(overviews)));
+}
+
+constexpr char kExamples[] =
+    "  inv summary MAC_0017F2000000.inv      one screen about a machine\n"
+    "  inv summary *.inv                     a line about each of several\n";
+
+}  // namespace
+
+void add_summary(CLI::App& app, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App& command =
+      add_command(app, "summary", "Say what a machine is: one screen, or a line each", kExamples);
+  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_max_size(command, options->max_size);
+  command.callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace inv

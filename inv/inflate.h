@@ -1,0 +1,20 @@
+// Decompression of streams that strangers made.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace inv {
+
+struct Inflated {
+  std::string bytes;
+  size_t consumed = 0;  // of the input: where the stream ended, or was found damaged
+  std::string error;    // a clause; empty when the stream is whole
+};
+
+// Inflates one zlib stream, which may end before the input does. Nothing beyond `limit` bytes of output is
+// kept or computed: a longer stream is an error.
+Inflated inflate_stream(std::string_view input, uint64_t limit);
+
+}  // namespace inv

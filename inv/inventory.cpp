@@ -1,0 +1,145 @@
+#include "inv/inventory.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "inv/inflate.h"
+#include "inv/zxml_parser.h"
+
+namespace inv {
+namespace {
+
+void read_tree(const Section& section, bool big_endian, uint64_t max_size, Content& content, Faults& faults) {
+  Fault fault;
+  std::optional<SectionText> text = read_section_text(section.data, big_endian, max_size, &fault);
+  if (text) {
+    const bool plain = text->plain();
+    content.layout = text->layout;
+    content.size = text->text.size();
+    content.document = parse_text(std::move(text->text), &fault);
+    if (content.document) return;
+    if (plain) fault.offset = fault.text_offset;
+  }
+  fault.offset += section.offset;
+  fault.message = std::string(kind_name(section.kind)) + " section: " + fault.message;
+  faults.push_back(std::move(fault));
+}
+
+void read_raw(const Section& section, uint64_t max_size, Content& content, Faults& faults) {
+  Inflated inflated = inflate_stream(section.data, max_size);
+  if (inflated.error.empty() && inflated.consumed < section.data.size()) {
+    inflated.error = "bytes follow the zlib stream";
+  }
+  if (!inflated.error.empty()) {
+    faults.push_back({"raw data section: " + inflated.error, section.offset + inflated.consumed});
+    return;
+  }
+  content.size = inflated.bytes.size();
+  content.raw = std::move(inflated.bytes);
+}
+
+Content read_content(const Section& section, bool big_endian, uint64_t max_size, Faults& faults) {
+  Content content;
+  // Its entry does not fit the file, which is a fault already.
+  if (section.data.size() != section.length) return content;
+  switch (section.kind) {
+    case Section::Kind::snapshot:
+    case Section::Kind::asset_info:
+      read_tree(section, big_endian, max_size, content, faults);
+      break;
+    case Section::Kind::raw_data:
+      read_raw(section, max_size, content, faults);
+      break;
+    case Section::Kind::other:
+    case Section::Kind::unlisted:
+      break;
+  }
+  return content;
+}
+
+bool read_stream(std::FILE* stream, std::string& bytes) {
+  constexpr size_t kPiece = 1 << 16;
+  size_t length = 0;
+  for (;;) {
+    bytes.resize(length < kPiece ? kPiece : length * 2);
+    length += std::fread(&bytes[length], 1, bytes.size() - length, stream);
+    if (length < bytes.size()) break;
+  }
+  bytes.resize(length);
+  return std::ferror(stream) == 0;
+}
+
+}  // namespace
+
+const Document* Inventory::first_tree(Section::Kind kind) const {
+  for (size_t i = 0; i < contents.size(); ++i) {
+    if (container->sections[i].kind == kind && contents[i].document) return &*contents[i].document;
+  }
+  return nullptr;
+}
+
+const std::string* Inventory::raw_data() const {
+  for (const Content& content : contents) {
+    if (content.raw) return &*content.raw;
+  }
+  return nullptr;
+}
+
+std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string bytes, uint64_t max_size) {
+  auto inventory = std::make_unique<Inventory>();
+  inventory->file_name = std::move(file_name);
+  inventory->bytes = std::move(bytes);
+  inventory->container = read_container(inventory->bytes, max_size, inventory->faults);
+  if (!inventory->container) return inventory;
+  for (const Section& section : inventory->container->sections) {
+    inventory->contents.push_back(
+        read_content(section, inventory->container->big_endian, max_size, inventory->faults));
+  }
+  return inventory;
+}
+
+std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error) {
+  const bool is_input = path == "-";
+  std::FILE* stream = is_input ? stdin : std::fopen(path.c_str(), "rb");
+  std::string bytes;
+  const bool read = stream && read_stream(stream, bytes);
+  if (!read) *error = std::string("cannot be read: ") + std::strerror(errno);
+  if (stream && !is_input) std::fclose(stream);
+  if (!read) return nullptr;
+  return open_inventory(is_input ? "standard input" : path, std::move(bytes), max_size);
+}
+
+namespace {
+
+std::string first_of(std::initializer_list<std::string_view> texts) {
+  for (const std::string_view text : texts) {
+    if (!text.empty()) return std::string(text);
+  }
+  return std::string();
+}
+
+}  // namespace
+
+std::string machine_identity(const Inventory& inventory) {
+  const Element asset = inventory.asset_top();
+  const Element system = inventory.snapshot_top().child("System");
+  return first_of({system.child("Chassis").text("serial"), asset.text("serial-number"),
+                   system.child("Computer-system").text("uuid"), asset.text("uuid"),
+                   asset.text("mac-address"), inventory.snapshot_top().text("hostname"),
+                   asset.text("hostname"), asset.text("int-name"), inventory.file_name});
+}
+
+std::string machine_name(const Inventory& inventory) {
+  return first_of({inventory.asset_top().text("int-name"), inventory.asset_top().text("hostname"),
+                   inventory.snapshot_top().text("hostname"), machine_identity(inventory)});
+}
+
+std::string scan_timestamp(const Inventory& inventory) {
+  const Element asset = inventory.asset_top();
+  return first_of(
+      {inventory.snapshot_top().text("timestamp"), asset.text("last-scan"), asset.text("scan-attempt")});
+}
+
+}  // namespace inv

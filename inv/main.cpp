@@ -1,0 +1,37 @@
+// `inv`: opens, checks, compares and shares inventory files.
+#include "inv/commands/command.h"
+#include "inv/terminal.h"
+
+namespace {
+
+constexpr char kExamples[] =
+    "Examples:\n"
+    "  inv summary MAC.inv                         what machine is this?\n"
+    "  inv get MAC.inv /System/Chassis/serial      one value\n"
+    "  inv verify *.inv                            can a console import these?\n"
+    "  inv export --format csv *.inv -o facts.csv  everything, as a table\n\n";
+
+constexpr void (*kCommands[])(CLI::App&, int&) = {
+    inv::add_summary, inv::add_show,   inv::add_get,  inv::add_list,
+    inv::add_verify,  inv::add_export, inv::add_diff, inv::add_unpack,
+};
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  CLI::App app("Opens inventory files of the Velkaro scanner.", "inv");
+  app.formatter_fn([](const CLI::App* shown, std::string name, CLI::AppFormatMode mode) {
+    return kExamples + CLI::Formatter().make_help(shown, name, mode);
+  });
+  app.set_version_flag("--version", "inv " INV_VERSION);
+  app.require_subcommand(1);
+  int status = inv::kDone;
+  for (const auto add : kCommands) add(app, status);
+  // The library tells of help, of the version and of unusable arguments by throwing.
+  try {
+    app.parse(argument_count, arguments);
+  } catch (const CLI::ParseError& outcome) {
+    return app.exit(outcome) == 0 ? inv::kDone : inv::kUnusable;
+  }
+  return status;
+}

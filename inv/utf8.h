@@ -1,0 +1,32 @@
+// Text from files, made fit for where it is shown.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace inv {
+
+// What stands for bytes that are not UTF-8.
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+bool is_utf8(std::string_view text);
+
+// The same text with every byte that belongs to no character replaced by U+FFFD.
+std::string to_utf8(std::string_view text);
+
+// For a terminal: valid UTF-8 without anything that would move the cursor, change colours or turn the writing
+// direction. Such characters become U+FFFD; a carriage return, which stands for a line end, becomes U+21B5.
+std::string printable(std::string_view text);
+
+// How many columns of a terminal a valid text takes: none for a combining accent, two for wide East Asian
+// characters and pictures.
+size_t columns(std::string_view text);
+
+// The text shortened to so many columns, an ellipsis at its end when something is missing.
+std::string shorten(std::string_view text, size_t most_columns);
+
+// The text followed, or preceded, by blanks up to so many columns.
+std::string pad_right(std::string text, size_t width);
+std::string pad_left(std::string text, size_t width);
+
+}  // namespace inv

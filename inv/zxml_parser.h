@@ -1,0 +1,26 @@
+// From "?zxml" text to a document. docs/inv-format.md tells the text line by line.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "inv/document.h"
+#include "inv/fault.h"
+
+namespace inv {
+
+// What every text begins with: a byte-order mark and the format's name.
+constexpr std::string_view kTextMark = "\xEF\xBB\xBF?zxml\n";
+
+// No collector writes deeper than six levels; what comes deeper than this is not an inventory.
+constexpr uint32_t kDeepestElement = 512;
+// A line costs up to a hundred bytes of memory, however short it is. The largest real inventories have half a
+// million.
+constexpr size_t kMostLines = 10'000'000;
+
+// None when the text breaks the grammar; then the fault has the line, the byte and the reason, and an offset
+// of 0.
+std::optional<Document> parse_text(std::string text, Fault* fault);
+
+}  // namespace inv

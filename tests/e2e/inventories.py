@@ -1,0 +1,77 @@
+"""Files of the simulated Macs and the reader `inv`, for the tests that bring the two together."""
+
+import functools
+import os
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+import inv_decoder
+
+ROOT = Path(__file__).resolve().parents[2]
+SIMULATOR = ROOT / "simulator"
+MACHINES = sorted(folder for folder in (SIMULATOR / "machines").iterdir() if folder.is_dir())
+SCANNER = os.environ["VELKARO_SCANNER"]
+INV = Path(os.environ["VELKARO_BUILD"]) / "inv"
+
+_folder = tempfile.TemporaryDirectory()
+FOLDER = Path(_folder.name)
+
+
+def scan(machine, *arguments):
+    """The path of the file that a silent scan of a machine's folder saves, in a folder of its own."""
+    out = Path(tempfile.mkdtemp(dir=FOLDER))
+    command = [SIMULATOR / "run", machine, SCANNER, "/silent", *arguments]
+    subprocess.run(command, cwd=out, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=300)
+    (path,) = out.iterdir()
+    return path
+
+
+@functools.lru_cache(maxsize=None)
+def scanned(name):
+    """The same for one of the simulator's machines, scanned once for all tests."""
+    return scan(SIMULATOR / "machines" / name)
+
+
+@functools.lru_cache(maxsize=None)
+def debug_scanned(name):
+    return scan(SIMULATOR / "machines" / name, "/debug")
+
+
+def inv(*arguments, **options):
+    """The finished process of one command, its output as bytes."""
+    return subprocess.run([INV, *arguments], capture_output=True, timeout=300, **options)
+
+
+def facts(path):
+    """What the independent decoder finds in a file, as (path, name, value, stated unit, base value), in order."""
+    found = []
+
+    def walk(tag, path):
+        if tag.value:
+            found.append((path or "/", tag.name, tag.value, "", ""))
+        for attribute in tag.attributes:
+            if attribute.annotation("complex") is not None and not attribute.value:
+                continue
+            unit = attribute.annotation("units") or ""
+            base_value = attribute.annotation("base-value") or ""
+            found.append((f"{path}/{attribute.name}", attribute.name, attribute.value, unit, base_value))
+        for child in tag.children:
+            walk(child, f"{path}/{child.name}")
+
+    for section in inv_decoder.read_file(path).sections:
+        if section.tree:
+            top = section.tree.top
+            walk(top, "" if top.name == "Snapshot" else top.name)
+    return found
+
+
+@unittest.skipUnless(INV.is_file(), "inv is not built here: its libraries are missing")
+class InventoryTestCase(unittest.TestCase):
+    def check(self, status, *arguments, **options):
+        """The output of a command that ends with this status, as text; its messages are in self.messages."""
+        result = inv(*arguments, **options)
+        self.messages = result.stderr.decode()
+        self.assertEqual(result.returncode, status, (arguments, self.messages))
+        return result.stdout.decode()

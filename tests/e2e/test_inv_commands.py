@@ -1,0 +1,154 @@
+"""How the commands of `inv` behave as processes: exit statuses, messages, standard input, colours, help."""
+
+import os
+import pty
+import subprocess
+import unittest
+from pathlib import Path
+
+from inventories import FOLDER, INV, InventoryTestCase, debug_scanned, inv, scanned
+
+COMMANDS = ["summary", "show", "get", "list", "verify", "export"]
+IMAC = "imac-10.6"
+
+
+def on_terminal(*arguments, **changes):
+    """What a command writes when its output is a terminal."""
+    master, slave = pty.openpty()
+    environment = {**os.environ, "TERM": "xterm", **changes}
+    with subprocess.Popen([INV, *arguments], stdout=slave, stderr=slave, env=environment) as process:
+        os.close(slave)
+        output = b""
+        while True:
+            try:
+                piece = os.read(master, 65536)
+            except OSError:  # Linux's way to say that the other end is closed
+                break
+            if not piece:
+                break
+            output += piece
+    os.close(master)
+    return output
+
+
+def damaged_snapshot(name):
+    """A file whose snapshot does not inflate any more; its asset section is whole."""
+    data = bytearray(scanned(IMAC).read_bytes())
+    data[100] ^= 0xFF
+    path = FOLDER / name
+    path.write_bytes(data)
+    return path
+
+
+class Commands(InventoryTestCase):
+    def setUp(self):
+        self.file = scanned(IMAC)
+
+    def test_help_begins_with_examples(self):
+        for command in COMMANDS:
+            with self.subTest(command=command):
+                self.assertTrue(self.check(0, command, "--help").startswith(f"Examples:\n  inv {command} "))
+        help_text = self.check(0, "--help")
+        self.assertTrue(help_text.startswith("Examples:\n"))
+        for command in COMMANDS:
+            self.assertRegex(help_text, rf"(?m)^  {command} +\S")
+
+    def test_unusable_arguments_end_with_2(self):
+        for arguments in ([], ["frobnicate"], ["summary"], ["get", self.file], ["export", self.file],
+                          ["export", "-f", "xml", self.file], ["show", self.file, "--section", "x"],
+                          ["list", self.file, "--max-size", "0"], ["list", self.file, "--wrong"]):
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.check(2, *arguments), "")
+                self.assertNotEqual(self.messages, "")
+
+    def test_files_that_cannot_be_read_end_with_2(self):
+        not_an_inventory = FOLDER / "not-an-inventory"
+        not_an_inventory.write_bytes(b"hello, hello, hello")
+        for command in (["summary"], ["show"], ["list"], ["get"], ["export", "-f", "csv"]):
+            more = ["/hostname"] if command == ["get"] else []
+            with self.subTest(command=command):
+                self.check(2, *command, FOLDER / "missing.inv", *more)
+                self.assertEqual(self.messages, f"inv: {FOLDER}/missing.inv: cannot be read: No such file or directory\n")
+                self.check(2, *command, not_an_inventory, *more)
+                self.assertEqual(self.messages, f'inv: {not_an_inventory}: at byte 15: the magic "INV!" is missing\n')
+        self.check(2, "verify", FOLDER / "missing.inv")
+        self.assertIn("at byte 15", self.check(1, "verify", not_an_inventory))
+
+    def test_a_damaged_section_leaves_the_other(self):
+        path = damaged_snapshot("damaged.inv")
+        for command in (["summary"], ["show"], ["list"], ["export", "-f", "ndjson"]):
+            with self.subTest(command=command):
+                self.assertIn("Studio iMac" if command != ["list"] else "AssetInfo", self.check(1, *command, path))
+                self.assertIn("snapshot section: the zlib stream is damaged", self.messages)
+        self.assertEqual(self.check(1, "get", path, "AssetInfo/int-name"), "Studio iMac\n")
+        self.assertRegex(self.check(1, "verify", path), r"^.*/damaged\.inv: invalid at byte \d+: snapshot section: .*\n$")
+
+    def test_good_files_are_handled_beside_bad_ones(self):
+        table = self.check(2, "summary", self.file, FOLDER / "missing.inv", damaged_snapshot("beside.inv"))
+        self.assertEqual(len(table.splitlines()), 3)
+
+    def test_standard_input_is_a_file_too(self):
+        with self.file.open("rb") as stream:
+            self.assertEqual(self.check(0, "get", "-", "/System/Chassis/serial", stdin=stream), "SIM0IMAC106\n")
+        with self.file.open("rb") as stream:
+            self.assertEqual(self.check(0, "verify", "-", stdin=stream), "standard input: valid\n")
+
+    def test_get_says_no_when_a_path_names_nothing(self):
+        self.assertEqual(self.check(1, "get", self.file, "/nothing", "/System/Chassis/manuf"), "Apple Inc.\n")
+        self.assertEqual(self.check(1, "get", self.file, "/System"), "")
+        self.assertEqual(self.check(0, "get", self.file, "/Environment/env-var:PATH"), "PATH\n")
+        self.assertEqual(len(self.check(0, "get", self.file, "/Software/Soft:*/location").splitlines()), 150)
+
+    def test_verify_is_quiet_when_asked(self):
+        self.assertEqual(self.check(0, "verify", "--quiet", self.file), "")
+        self.assertEqual(self.check(1, "verify", "-q", self.file, damaged_snapshot("quiet.inv")), "")
+        self.assertEqual(self.messages, "")
+
+    def test_a_section_above_the_limit_is_refused(self):
+        self.check(1, "summary", self.file, "--max-size", "20kb")
+        self.assertIn("it inflates to more than 20480 bytes", self.messages)
+        self.check(0, "summary", self.file, "--max-size", "1mb")
+
+    def test_a_debug_file_shows_what_it_has(self):
+        path = debug_scanned(IMAC)
+        listing = self.check(0, "list", path)
+        self.assertRegex(listing, r"(?m)^ +1  raw data \(customdata rawdata\) ")
+        self.assertEqual(self.check(0, "get", path, "AssetInfo/error-message"), "Debug scan\n")
+        self.assertIn("AssetInfo", self.check(0, "show", path))
+        self.check(1, "show", path, "/OS")
+        self.assertEqual(self.check(0, "verify", path), f"{path}: valid\n")
+
+    def test_show_limits_sections_and_depth(self):
+        self.assertTrue(self.check(0, "show", self.file, "--section", "asset").startswith("AssetInfo\n"))
+        outline = self.check(0, "show", self.file, "--section", "snapshot", "--depth", "0")
+        self.assertRegex(outline.splitlines()[0], r"^/  \(\d+ below\)$")
+
+    def test_export_writes_a_file_whole_or_not_at_all(self):
+        target = FOLDER / "facts.csv"
+        self.assertEqual(self.check(0, "export", "-f", "csv", "-o", target, self.file), "")
+        self.assertTrue(target.read_bytes().startswith(b"machine,path,"))
+        self.check(2, "export", "-f", "csv", "-o", FOLDER / "no" / "facts.csv", self.file)
+        self.assertEqual(list(FOLDER.glob("*.part")), [])
+
+    def test_a_full_disk_is_reported(self):
+        with open("/dev/full", "wb") as full:
+            for arguments in (["show", self.file], ["export", "-f", "json", self.file], ["verify", self.file]):
+                with self.subTest(arguments=arguments):
+                    result = subprocess.run([INV, *arguments], stdout=full, stderr=subprocess.PIPE, timeout=60)
+                    self.assertEqual(result.returncode, 2)
+                    self.assertIn(b"No space left on device", result.stderr)
+
+    def test_colours_are_for_terminals_without_no_color(self):
+        for arguments in (["summary", self.file], ["show", self.file], ["verify", self.file]):
+            with self.subTest(arguments=arguments):
+                self.assertNotIn(b"\x1b", inv(*arguments).stdout)
+                self.assertIn(b"\x1b[", on_terminal(*arguments))
+                self.assertNotIn(b"\x1b", on_terminal(*arguments, NO_COLOR="1"))
+                self.assertNotIn(b"\x1b", on_terminal(*arguments, TERM="dumb"))
+
+    def test_version(self):
+        self.assertEqual(self.check(0, "--version"), "inv 12.1.18\n")
+
+
+if __name__ == "__main__":
+    unittest.main()
