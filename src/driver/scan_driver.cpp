@@ -131,6 +131,7 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
 
   auto snapshot = std::make_unique<InventoryTree>(context.byte_order_flag, "Snapshot");
   post_process(*snapshot, *raw, context.log_enabled != 0);
+  raw.reset();
   const std::time_t end = std::time(nullptr);
   const Text computer = computer_name();
   const Text timestamp = format_now(DateForm::kCim);
@@ -144,7 +145,6 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   INVfile container(context.byte_order_flag);
   container.add_section(std::move(snapshot), INVfile::kSnapshot, false, true);
   container.add_section(std::move(asset_info), INVfile::kAssetInfo, false, true);
-  raw.reset();
 
   log("VI. Generating File name....");
   const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());
