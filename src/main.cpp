@@ -51,7 +51,7 @@ bool confirm(int& status) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  keep_freed_memory();
+  prepare_heap();
   const Options options = parse_options(count, arguments);
   int status = 0;
   if (options.silent) {

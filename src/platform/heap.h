@@ -1,7 +1,9 @@
-// How the C library's heap treats large blocks.
+// The C library's heap, set up for a scan: documents of megabytes that grow by doubling, then a few trees
+// that are built once and freed whole.
 #pragma once
 
-// Lets it keep the large blocks that are freed during a scan for the next ones. glibc asks the system for each
-// and hands each back at once, so that every page of a growing document is made, and cleared, again and again.
-// To be called before the first allocation of that kind; macOS keeps large blocks by itself.
-void keep_freed_memory();
+// To be called before anything is allocated. glibc would ask the system for every large block and hand it
+// back at once, so that each page of a growing document is cleared again and again; it would give up freed
+// memory in the midst of freeing; and it would walk freed nodes twice before it joins them. macOS does none
+// of that.
+void prepare_heap();

@@ -1,3 +1,3 @@
 #include "platform/heap.h"
 
-void keep_freed_memory() {}
+void prepare_heap() {}
