@@ -105,11 +105,9 @@ void scan() {
   Stages stages;
   ProfilerDocument document = collect_profiler_document(false);
   stages.mark("acquire and splice");
-  {
-    uint32_t length = 0;
-    splice_outputs(document.outputs, &length);
-  }
-  stages.mark("(splice alone)");
+  uint32_t document_length = 0;
+  splice_outputs(document.outputs, &document_length);
+  stages.mark("splice alone, once more");
   CFRef<CFArrayRef> list = parse_profiler_document(document);
   document = ProfilerDocument();
   stages.mark("parse");
@@ -129,28 +127,34 @@ void scan() {
     step.collect(*snapshot, *raw);
     stages.mark(step.name);
   }
+  raw.reset();
+  stages.mark("release of the raw tree");
   const Text timestamp = format_now(DateForm::kCim);
   auto asset_info =
       build_asset_info({1, *snapshot, timestamp.get(), summary, identity, "", serial_number.get(), nullptr});
   stages.mark("asset info");
-  const Bytes text = snapshot->serialize(false, false);
+  Text text(new char[snapshot->root().text_size() + 1]);
+  const size_t length = snapshot->root().write_text(text.get(), 0);
   stages.mark("text");
-  deflate_buffer(text.data(), text.length(), "bench");
+  Bytes compressed = deflate_buffer(text.get(), length, "bench");
   stages.mark("deflate");
-  INVfile container(1);
-  container.add_section(std::move(snapshot), INVfile::kSnapshot, false, true);
-  container.add_section(std::move(asset_info), INVfile::kAssetInfo, false, true);
-  stages.mark("(text and deflate again, into the container)");
-  raw.reset();
-  stages.mark("release of the raw tree");
-  container.save("stages.inv", true);
+  {
+    INVfile container(1);
+    container.frees_borrowed_data = true;
+    const size_t compressed_length = compressed.length();
+    container.add_raw_section(compressed.release(), compressed_length);
+    container.save("stages.inv", true);
+  }
   stages.mark("save");
+  text.reset();
+  snapshot.reset();
+  stages.mark("release of the snapshot");
 }
 
 }  // namespace
 
 int main() {
-  keep_freed_memory();
+  prepare_heap();
   scan();
   return 0;
 }
