@@ -12,7 +12,7 @@ ROOT = Path(__file__).resolve().parents[2]
 SIMULATOR = ROOT / "simulator"
 MACHINES = SIMULATOR / "machines"
 IMAC = MACHINES / "imac-10.6"
-SCANNER = os.environ["VELKARO_SCANNER"]
+SCANNER = os.path.abspath(os.environ["VELKARO_SCANNER"])
 SAMPLES = ROOT.parent / "shared" / "samples" / "machines"
 
 PERCENTAGES = "".join(f"{percent}%\n" for percent in range(10, 101, 10))

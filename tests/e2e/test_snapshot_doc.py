@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+"""docs/snapshot.md names every path and annotation that the simulated Macs yield, with its kind, and no other."""
+
+import re
+import unittest
+
+from scans import MACHINES, ROOT, ScanTestCase
+
+PAGE = ROOT / "docs" / "snapshot.md"
+
+# What a value of each kind looks like in the file; of a compound, that of its element.
+VALUES = {
+    "text": r".*",
+    "integer": r"-?(0|[1-9]\d*)",
+    "decimal": r"-?\d+\.\d\d",
+    "yes/no": r"[01]",
+    "element": r"",
+    "element, text": r".*",
+    "compound": r"",
+    "compound, text": r".+",
+}
+
+
+class Row:
+    """One row of the page: what it promises to be in a tree."""
+
+    def __init__(self, path, kind, annotations):
+        self.path = path
+        self.kind = kind
+        self.keys = re.findall(r"(?:^|; )`([^`]+)`", annotations)
+
+    def facts(self):
+        """(what, path, annotation or None, kind of its value) of all that must be found."""
+        if self.kind.startswith("compound"):
+            yield from self.facts_of("attribute", "element", [key for key in self.keys if key == "complex"])
+            yield from self.facts_of("element", self.kind, [key for key in self.keys if key != "complex"])
+        else:
+            yield from self.facts_of("element" if self.kind.startswith("element") else "attribute", self.kind, self.keys)
+
+    def facts_of(self, what, kind, keys):
+        yield what, self.path, None, kind
+        yield from ((what, self.path, key, "text") for key in keys)
+
+
+def read_page():
+    """The rows of each tree's tables, by the tree's name."""
+    rows, tree = {"Snapshot": [], "AssetInfo": []}, None
+    for line in PAGE.read_text(encoding="utf-8").splitlines():
+        if line.startswith("# "):
+            tree = line[2:]
+        elif line.startswith("| `/"):
+            cells = [cell.strip() for cell in re.split(r"(?<!\\)\|", line)[1:-1]]
+            rows[tree].append(Row(cells[0].strip("`"), *cells[1:3]))
+    return rows
+
+
+def general_name(name):
+    """ "Soft:17" is "Soft:N"."""
+    if name == "os:1":
+        return name
+    for prefix in ("usr-acc:", "env-var:"):
+        if name.startswith(prefix):
+            return prefix + "NAME"
+    return re.sub(r":\d+$", ":N", name)
+
+
+def facts_in(tag, path=""):
+    """(what, path, annotation or None, value) of everything in a tree."""
+    yield "element", path or "/", None, tag.value
+    yield from (("element", path or "/", key, text) for key, text in tag.annotations)
+    for attribute in tag.attributes:
+        name = f"{path}/{general_name(attribute.name)}"
+        yield "attribute", name, None, attribute.value
+        yield from (("attribute", name, key, text) for key, text in attribute.annotations)
+    for child in tag.children:
+        yield from facts_in(child, f"{path}/{general_name(child.name)}")
+
+
+class SnapshotPage(ScanTestCase):
+    maxDiff = None
+
+    @classmethod
+    def setUpClass(cls):
+        cls.rows = read_page()
+
+    def collect(self):
+        """All values of every fact, by the tree's name."""
+        found = {"Snapshot": {}, "AssetInfo": {}}
+        machines = sorted(folder for folder in MACHINES.iterdir() if folder.is_dir())
+        for machine, *options in [*((machine,) for machine in machines), (machines[0], "/debug")]:
+            container = self.scan_silently(machine, *options)
+            for top in filter(None, (container.snapshot, container.asset_info)):
+                for *fact, value in facts_in(top):
+                    found[top.name].setdefault(tuple(fact), set()).add(value)
+        return found
+
+    def test_names_what_the_machines_yield_and_nothing_else(self):
+        found = self.collect()
+        for tree, rows in self.rows.items():
+            told = {(what, path, key): kind for row in rows for what, path, key, kind in row.facts()}
+            with self.subTest(tree=tree, problem="not on the page"):
+                self.assertEqual(sorted(map(str, set(found[tree]) - set(told))), [])
+            with self.subTest(tree=tree, problem="on the page, but made by no machine"):
+                self.assertEqual(sorted(map(str, set(told) - set(found[tree]))), [])
+            for fact in set(told) & set(found[tree]):
+                with self.subTest(tree=tree, fact=fact, kind=told[fact]):
+                    self.check_values(found[tree][fact], told[fact])
+
+    def check_values(self, values, kind):
+        self.assertEqual([value for value in values if not re.fullmatch(VALUES[kind], value, re.S)], [])
+        if kind in ("element, text", "compound, text"):
+            self.assertNotEqual(values, {""})
+
+    def test_every_row_has_a_known_kind_and_stands_once(self):
+        for tree, rows in self.rows.items():
+            self.assertGreater(len(rows), 40)
+            self.assertEqual([row.path for row in rows if row.kind not in VALUES], [])
+            paths = [row.path for row in rows]
+            self.assertEqual(sorted(paths), sorted(set(paths)), tree)
+
+
+if __name__ == "__main__":
+    unittest.main()
