@@ -14,7 +14,6 @@ Ends with status 1 when a figure is beyond its limit.
 """
 
 import argparse
-import os
 import statistics
 import subprocess
 import sys
@@ -26,10 +25,11 @@ sys.path.insert(0, str(ROOT / "tests/e2e"))
 
 import generate_machine  # noqa: E402
 import inv_decoder  # noqa: E402
+import namespaces  # noqa: E402
 
 SIZES = [50, 500, 1000, 2000, 5000, 10000, 20000]
 PROLOGUE, EPILOGUE = 172, 18  # bytes of the profiler's frame around what it found
-NAMESPACE = ["unshare", "--pid", "--fork", "--mount-proc"] + ([] if os.geteuid() == 0 else ["--user", "--map-root-user"])
+NAMESPACE = namespaces.own_processes()
 COLUMNS = "applications | document | own CPU | peak | floor | ratio | script"
 
 
