@@ -1,11 +1,11 @@
 # What differs between macOS and Linux: chosen here, by file, and nowhere else.
 if(APPLE)
-  velkaro_library(platform src/platform/process_table_darwin.cpp)
+  velkaro_library(platform src/platform/heap_darwin.cpp src/platform/process_table_darwin.cpp)
   target_link_libraries(platform PUBLIC "-framework CoreFoundation" "-framework SystemConfiguration")
 else()
   find_package(ICU REQUIRED COMPONENTS i18n uc)
   file(GLOB corefoundation_sources CONFIGURE_DEPENDS src/platform/corefoundation/*.cpp)
-  velkaro_library(platform ${corefoundation_sources} src/platform/process_table_linux.cpp)
+  velkaro_library(platform ${corefoundation_sources} src/platform/heap_linux.cpp src/platform/process_table_linux.cpp)
   target_include_directories(platform PUBLIC ${PROJECT_SOURCE_DIR}/src/platform/corefoundation/include)
   target_link_libraries(platform PUBLIC base plist PRIVATE ICU::i18n ICU::uc)
 endif()

@@ -5,6 +5,7 @@
 #include "driver/console.h"
 #include "driver/options.h"
 #include "driver/scan_driver.h"
+#include "platform/heap.h"
 
 namespace {
 
@@ -50,6 +51,7 @@ bool confirm(int& status) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  prepare_heap();
   const Options options = parse_options(count, arguments);
   int status = 0;
   if (options.silent) {

@@ -1,5 +1,6 @@
 #include "driver/dates.h"
 
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -69,8 +70,7 @@ void rewrite_zone(char* text) {
   const unsigned minutes = two_digits(digits) * 60 + two_digits(digits + 2);
   zone[0] = zone[1];
   // Four digits at most, in the place of a sign and four.
-  const Text number = format_string("%u", minutes);
-  std::strcpy(zone + 1, number.get());
+  std::snprintf(zone + 1, kZoneLength, "%u", minutes);
 }
 
 }  // namespace

@@ -112,24 +112,26 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   ProfilerDocument document = collect_profiler_document(silent);
   log("done\n");
 
-  const CFRef<CFArrayRef> list = parse_profiler_document(document);
+  CFRef<CFArrayRef> list = parse_profiler_document(document);
+  document = ProfilerDocument();
   const SystemSummary summary = query_system_summary(list.get());
   auto raw = std::make_unique<InventoryTree>(context.byte_order_flag, "Macintosh");
   log("II. Parsing Data....");
   dump_profiler(list.get(), *raw);
-  document = ProfilerDocument();
   log("done\n");
 
   log("III. Get Data For AssetInfo....");
   const NetworkIdentity identity = query_network_identity(list.get(), ip);
   log("33% ");
   const Text serial_number = find_hardware_serial(list.get());
+  list = CFRef<CFArrayRef>();
   log("66% ");
   collect_processes(*raw);
   log("100% done\n");
 
   auto snapshot = std::make_unique<InventoryTree>(context.byte_order_flag, "Snapshot");
   post_process(*snapshot, *raw, context.log_enabled != 0);
+  raw.reset();
   const std::time_t end = std::time(nullptr);
   const Text computer = computer_name();
   const Text timestamp = format_now(DateForm::kCim);
@@ -143,7 +145,6 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   INVfile container(context.byte_order_flag);
   container.add_section(std::move(snapshot), INVfile::kSnapshot, false, true);
   container.add_section(std::move(asset_info), INVfile::kAssetInfo, false, true);
-  raw.reset();
 
   log("VI. Generating File name....");
   const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());

@@ -6,16 +6,19 @@ namespace plist {
 
 namespace {
 
-bool starts_with(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
+// Most tags differ in the first letter already.
+inline bool starts_with(std::string_view text, std::string_view start) {
+  return !text.empty() && text.front() == start.front() && text.substr(0, start.size()) == start;
 }
 
-// What ends the markup behind a "<": of a comment, CDATA section or instruction, in which other tags mean
-// nothing, or of a tag.
-std::string_view end_of_markup(std::string_view markup) {
-  if (starts_with(markup, "!--")) return "-->";
-  if (starts_with(markup, "![CDATA[")) return "]]>";
-  return starts_with(markup, "?") ? "?>" : ">";
+// Where the markup behind a "<" ends: a comment, CDATA section or instruction, in which other tags mean
+// nothing, or a tag.
+size_t end_of_markup(std::string_view list, size_t at) {
+  const std::string_view markup = list.substr(at);
+  if (starts_with(markup, "!--")) return list.find("-->", at);
+  if (starts_with(markup, "![CDATA[")) return list.find("]]>", at);
+  if (starts_with(markup, "?")) return list.find("?>", at);
+  return list.find('>', at);
 }
 
 // What a tag, without its angle brackets, adds to the depth: 1 for the open tag of a container, -1 for a
@@ -34,7 +37,7 @@ bool nested_too_deeply(std::string_view list) {
   size_t depth = 0;
   for (size_t at = list.find('<'); at != list.npos; at = list.find('<', at)) {
     ++at;
-    const size_t end = list.find(end_of_markup(list.substr(at)), at);
+    const size_t end = end_of_markup(list, at);
     if (end == list.npos) return false;
     const int change = step(list.substr(at, end - at));
     if (change > 0 && ++depth > maximum_depth) return true;

@@ -27,6 +27,12 @@ Text cfstring_to_text(CFStringRef string, CFIndex* length) {
   return text;
 }
 
+CFStringText::CFStringText(CFStringRef string) : text_(CFStringGetCStringPtr(string, kCFStringEncodingUTF8)) {
+  if (text_) return;
+  copy_ = cfstring_to_text(string);
+  text_ = copy_.get();
+}
+
 CFDictionaryRef dictionary_at(CFArrayRef array, CFIndex index) {
   if (!array || index < 0 || index >= CFArrayGetCount(array)) return nullptr;
   return as<CFDictionaryRef>(CFArrayGetValueAtIndex(array, index), CFDictionaryGetTypeID());

@@ -13,6 +13,18 @@
 // The string's UTF-8 bytes in a new text, and their number.
 Text cfstring_to_text(CFStringRef string, CFIndex* length = nullptr);
 
+// The same bytes for reading only: where they stand when CoreFoundation keeps them so, else in a copy. The
+// string must outlive this.
+class CFStringText {
+ public:
+  explicit CFStringText(CFStringRef string);
+  const char* get() const { return text_; }
+
+ private:
+  Text copy_;
+  const char* text_;
+};
+
 CFDictionaryRef dictionary_at(CFArrayRef array, CFIndex index);
 // The dictionaries among the elements, in their order.
 std::vector<CFDictionaryRef> dictionaries_in(CFArrayRef array);

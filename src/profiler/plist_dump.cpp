@@ -1,6 +1,7 @@
 #include "profiler/plist_dump.h"
 
 #include <cstring>
+#include <limits>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -32,11 +33,17 @@ struct KeysAndValues {
       : keys(static_cast<size_t>(CFDictionaryGetCount(dictionary))), values(keys.size()) {
     CFDictionaryGetKeysAndValues(dictionary, keys.data(), values.data());
   }
-  Text key_text(size_t index) const { return cfstring_to_text(static_cast<CFStringRef>(keys[index])); }
+  CFStringText key_text(size_t index) const { return CFStringText(static_cast<CFStringRef>(keys[index])); }
 
   std::vector<const void*> keys;
   std::vector<const void*> values;
 };
+
+bool is_dictionary(CFTypeRef object) { return CFGetTypeID(object) == CFDictionaryGetTypeID(); }
+
+bool is_container(CFTypeRef object) {
+  return is_dictionary(object) || CFGetTypeID(object) == CFArrayGetTypeID();
+}
 
 template <typename Number>
 Number number_as(CFNumberRef number, CFNumberType type) {
@@ -55,13 +62,17 @@ class Dump {
   void dictionary(CFDictionaryRef dictionary, Place& place, int depth);
   void array(CFArrayRef array, Place& place, int depth);
   void key_value_list(CFDictionaryRef dictionary, Place& place);
-  // Containers are written below the parent under this name; false for anything else.
-  bool container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth);
+  // Writes a dictionary or array below the parent under this name.
+  void container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth);
   // The value of a string, date or number; a value of kind none for anything else.
-  Value scalar(CFTypeRef object) const;
+  Value scalar(CFTypeRef object);
+  Value date_value(CFDateRef date);
 
   InventoryTree& tree_;
   DateFormatter date_formatter_{DateForm::kCim};
+  // What is installed together has one date, and formatting is dear.
+  CFAbsoluteTime last_time_ = std::numeric_limits<CFAbsoluteTime>::quiet_NaN();
+  Value last_date_;
 };
 
 // Numbers as the console's schema has always had them. CoreFoundation reads integers of a property list as 64
@@ -103,28 +114,31 @@ bool is_wide_integer(CFTypeRef object) {
   return type == kCFNumberSInt64Type || type == kCFNumberLongLongType;
 }
 
-Value Dump::scalar(CFTypeRef object) const {
+Value Dump::date_value(CFDateRef date) {
+  const CFAbsoluteTime time = CFDateGetAbsoluteTime(date);
+  if (time != last_time_) {
+    last_date_.set_text(date_formatter_.format(date).get());
+    last_time_ = time;
+  }
+  return last_date_;
+}
+
+Value Dump::scalar(CFTypeRef object) {
   const CFTypeID type = CFGetTypeID(object);
-  if (type == CFStringGetTypeID())
-    return text_value(cfstring_to_text(static_cast<CFStringRef>(object)).get());
-  if (type == CFDateGetTypeID())
-    return text_value(date_formatter_.format(static_cast<CFDateRef>(object)).get());
+  if (type == CFStringGetTypeID()) return text_value(CFStringText(static_cast<CFStringRef>(object)).get());
+  if (type == CFDateGetTypeID()) return date_value(static_cast<CFDateRef>(object));
   if (type == CFNumberGetTypeID()) return number_value(static_cast<CFNumberRef>(object));
   return Value();
 }
 
-bool Dump::container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth) {
-  const CFTypeID type = CFGetTypeID(object);
-  const bool is_dictionary = type == CFDictionaryGetTypeID();
-  if (!is_dictionary && type != CFArrayGetTypeID()) return false;
-  if (depth > kMaximumDepth) return true;
+void Dump::container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth) {
+  if (depth > kMaximumDepth) return;
   Place place(parent, std::move(name), names);
-  if (is_dictionary) {
+  if (is_dictionary(object)) {
     dictionary(static_cast<CFDictionaryRef>(object), place, depth);
   } else {
     array(static_cast<CFArrayRef>(object), place, depth);
   }
-  return true;
 }
 
 void Dump::data_type(CFDictionaryRef dictionary) {
@@ -133,14 +147,18 @@ void Dump::data_type(CFDictionaryRef dictionary) {
   Place place(tree_.root(), std::string("/") + name.get());
   const KeysAndValues pairs(dictionary);
   for (size_t i = 0; i < pairs.keys.size(); ++i) {
-    const Text key = pairs.key_text(i);
+    const CFStringText key = pairs.key_text(i);
     if (contains(kSkippedKeys, key.get())) continue;
     std::string tag_name = sanitize_key(key.get());
-    if (container(pairs.values[i], place, tag_name, Place::Names::may_repeat, 1)) continue;
-    Value value = scalar(pairs.values[i]);
+    const CFTypeRef object = pairs.values[i];
+    if (is_container(object)) {
+      container(object, place, std::move(tag_name), Place::Names::may_repeat, 1);
+      continue;
+    }
+    Value value = scalar(object);
     if (value.kind() == Value::Kind::none) continue;
     // At this level the console reads wide integers as texts.
-    if (is_wide_integer(pairs.values[i]))
+    if (is_wide_integer(object))
       value.set_text(format_string("%lld", static_cast<long long>(value.int64())).get());
     place.set_attribute(tag_name, std::move(value));
   }
@@ -149,17 +167,17 @@ void Dump::data_type(CFDictionaryRef dictionary) {
 void Dump::dictionary(CFDictionaryRef dictionary, Place& place, int depth) {
   const KeysAndValues pairs(dictionary);
   for (size_t i = 0; i < pairs.keys.size(); ++i) {
-    const Text key = pairs.key_text(i);
+    const CFStringText key = pairs.key_text(i);
     std::string tag_name = sanitize_key(key.get());
     const CFTypeRef object = pairs.values[i];
-    if (CFGetTypeID(object) == CFDictionaryGetTypeID() && contains(kKeyValueLists, key.get())) {
+    if (is_dictionary(object) && contains(kKeyValueLists, key.get())) {
       Place list(place, std::move(tag_name));
       key_value_list(static_cast<CFDictionaryRef>(object), list);
-      continue;
+    } else if (is_container(object)) {
+      container(object, place, std::move(tag_name), Place::Names::may_repeat, depth + 1);
+    } else if (Value value = scalar(object); value.kind() != Value::Kind::none) {
+      place.set_attribute(tag_name, std::move(value));
     }
-    if (container(object, place, tag_name, Place::Names::may_repeat, depth + 1)) continue;
-    Value value = scalar(object);
-    if (value.kind() != Value::Kind::none) place.set_attribute(tag_name, std::move(value));
   }
 }
 
@@ -168,9 +186,11 @@ void Dump::array(CFArrayRef array, Place& place, int depth) {
   for (CFIndex i = 0; i < count; ++i) {
     const CFTypeRef object = CFArrayGetValueAtIndex(array, i);
     std::string name = "item" + std::to_string(i);
-    if (container(object, place, name, Place::Names::distinct, depth + 1)) continue;
-    Value value = scalar(object);
-    if (value.kind() != Value::Kind::none) place.set_distinct_attribute(name, std::move(value));
+    if (is_container(object)) {
+      container(object, place, std::move(name), Place::Names::distinct, depth + 1);
+    } else if (Value value = scalar(object); value.kind() != Value::Kind::none) {
+      place.set_distinct_attribute(name, std::move(value));
+    }
   }
 }
 
@@ -195,15 +215,16 @@ void dump_profiler(CFArrayRef list, InventoryTree& tree) {
 }
 
 std::string sanitize_key(const char* key) {
+  // The last one is the first byte of the quotes.
+  constexpr char kSought[] = "' /,\xE2";
   constexpr std::string_view kQuotes[] = {"\u2018", "\u2019", "\u201B"};
-  std::string name;
-  for (std::string_view rest = key; !rest.empty();) {
-    size_t replaced = std::strchr("' /,", rest.front()) ? 1 : 0;
+  std::string name(key);
+  for (size_t at = 0; (at += std::strcspn(&name[at], kSought)) < name.size(); ++at) {
+    size_t replaced = name[at] == '\xE2' ? 0 : 1;
     for (const std::string_view quote : kQuotes) {
-      if (rest.substr(0, quote.size()) == quote) replaced = quote.size();
+      if (name.compare(at, quote.size(), quote) == 0) replaced = quote.size();
     }
-    name += replaced > 0 ? '_' : rest.front();
-    rest.remove_prefix(replaced > 0 ? replaced : 1);
+    if (replaced > 0) name.replace(at, replaced, 1, '_');
   }
   return name;
 }

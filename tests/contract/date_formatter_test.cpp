@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <random>
+
 #include "contract/environment.h"
 #include "contract/objects.h"
 
@@ -47,6 +50,34 @@ TEST(DateFormatter, WritesCimDatesInTheZoneAndCalendarOfTheLocale) {
 TEST(DateFormatter, WritesShortDates) {
   EXPECT_EQ(format("en_US", "Europe/Berlin", "yyyy-MM-dd", july), "2010-07-16");
   EXPECT_EQ(format("th_TH", "UTC", "yyyy-MM-dd", july), "2553-07-15");
+}
+
+TEST(DateFormatter, WritesNumbersAsAnyOtherPatternDoes) {
+  // A quoted part makes a pattern that is more than numbers, with the same text.
+  const char* const quoted = "yyyyMMddHHmmss'.'000000 ZZ";
+  const char* const zones[] = {
+      "UTC", "Europe/Amsterdam", "America/St_Johns", "Asia/Kathmandu", "Africa/Monrovia", "Pacific/Apia"};
+  std::mt19937_64 random(1);
+  std::uniform_real_distribution<double> recent(-3.2e9, 3.2e9), any(-1e11, 1e12);
+  for (const char* locale : {"en_US", "en_US_POSIX", "de_DE", "ja_JP", "th_TH", "fa_IR", "ar_EG", "hi_IN"}) {
+    for (const char* zone : zones) {
+      for (int i = 0; i < 20; ++i) {
+        const double time = i % 4 ? recent(random) : any(random);
+        EXPECT_EQ(format(locale, zone, cim, time), format(locale, zone, quoted, time))
+            << locale << ' ' << zone << ' ' << time;
+      }
+    }
+  }
+}
+
+TEST(DateFormatter, WritesTimesThatNoCalendarReachesAsAnyOtherPatternDoes) {
+  for (const double time : {1e300, -1e300, std::numeric_limits<double>::quiet_NaN(), 1e18, -1e18})
+    EXPECT_EQ(format("en_US", "UTC", "yyyyMMdd.", time), format("en_US", "UTC", "yyyyMMdd'.'", time)) << time;
+}
+
+TEST(DateFormatter, WritesFieldsOfOtherWidths) {
+  EXPECT_EQ(format("en_US", "UTC", "y M d H m s", july), "2010 7 15 22 30 45");
+  EXPECT_EQ(format("en_US", "UTC", "yy MMM", july), "10 Jul");
 }
 
 TEST(DateFormatter, NamesTheZoneAsTheLocaleDoes) {

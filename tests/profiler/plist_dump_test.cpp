@@ -121,6 +121,15 @@ TEST(DumpProfiler, WritesDatesInTheCimForm) {
   EXPECT_EQ(dump_item(key("d", "<date>2012-01-18T15:30:45Z</date>")), "*item0=\nd=20120118153045.000000+0\n");
 }
 
+TEST(DumpProfiler, WritesEachDateOfARow) {
+  setenv("TZ", "UTC", 1);
+  tzset();
+  const std::string first = "<date>2012-01-18T15:30:45Z</date>", second = "<date>2012-01-18T15:30:46Z</date>";
+  EXPECT_EQ(dump_item(key("a", first) + key("b", first) + key("c", second) + key("d", first)),
+            "*item0=\na=20120118153045.000000+0\nb=20120118153045.000000+0\n"
+            "c=20120118153046.000000+0\nd=20120118153045.000000+0\n");
+}
+
 const Value* value_of_type_level_number(InventoryTree& tree, const std::string& number) {
   const CFRef<CFArrayRef> list =
       parse_elements("<dict>" + key("_dataType", "<string>D</string>") + key("n", number) +
@@ -239,6 +248,8 @@ TEST(SanitizeKey, ReplacesWhatMeansSomethingInPathsAndQueries) {
   EXPECT_EQ(sanitize_key("' /,"), "____");
   EXPECT_EQ(sanitize_key("a\u2018b\u2019c\u201Bd"), "a_b_c_d");
   EXPECT_EQ(sanitize_key("a\u201Ab\u201Cc\u00E9"), "a\u201Ab\u201Cc\u00E9");
+  EXPECT_EQ(sanitize_key("\u2019\u2019 \u00E9\u2019"), "___\u00E9_");
+  EXPECT_EQ(sanitize_key("a\xE2\x80"), "a\xE2\x80");
   EXPECT_EQ(sanitize_key(""), "");
 }
 
@@ -268,6 +279,11 @@ TEST(CfstringToText, KeepsEveryByte) {
   EXPECT_STREQ(cfstring_to_text(CFSTR("\xF0\x9F\x98\x80\xF0\x9F\x98\x80"), &length).get(),
                "\xF0\x9F\x98\x80\xF0\x9F\x98\x80");
   EXPECT_EQ(length, 8);
+}
+
+TEST(CFStringText, IsTheTextThatACopyWouldBe) {
+  for (const CFStringRef string : {CFSTR(""), CFSTR("plain"), CFSTR("caf\u00E9"), CFSTR("\xF0\x9F\x98\x80")})
+    EXPECT_STREQ(CFStringText(string).get(), cfstring_to_text(string).get());
 }
 
 }  // namespace

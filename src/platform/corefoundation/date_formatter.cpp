@@ -7,6 +7,7 @@
 
 #include "platform/cf_ref.h"
 #include "platform/corefoundation/locale.h"
+#include "platform/corefoundation/number_pattern.h"
 #include "platform/corefoundation/string.h"
 #include "platform/corefoundation/utf16.h"
 
@@ -42,7 +43,10 @@ int32_t length_of(const Utf16& text) { return static_cast<int32_t>(text.size());
 
 }  // namespace
 
-CFDateFormatterObject::~CFDateFormatterObject() { udat_close(formatter); }
+CFDateFormatterObject::~CFDateFormatterObject() {
+  ucal_close(calendar);
+  udat_close(formatter);
+}
 
 CFTypeID CFDateFormatterGetTypeID() { return static_cast<CFTypeID>(cf::Kind::date_formatter); }
 
@@ -54,17 +58,24 @@ CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale, CFD
   UErrorCode status = U_ZERO_ERROR;
   UDateFormat* const formatter = udat_open(UDAT_PATTERN, UDAT_PATTERN, identifier.c_str(), zone.data(),
                                            length_of(zone), u"", 0, &status);
-  return U_SUCCESS(status) ? cf::create<CFDateFormatterObject>(formatter) : nullptr;
+  if (U_FAILURE(status)) return nullptr;
+  return cf::create<CFDateFormatterObject>(formatter, ucal_clone(udat_getCalendar(formatter), &status));
 }
 
 void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef pattern) {
-  const Utf16 units = to_utf16(cf::text_of(pattern));
+  const std::string_view text = cf::text_of(pattern);
+  const Utf16 units = to_utf16(text);
   udat_applyPattern(formatter->formatter, false, units.data(), length_of(units));
+  formatter->number_pattern = cf::is_number_pattern(formatter->formatter, text) ? text : std::string_view();
 }
 
 CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef, CFDateFormatterRef formatter,
                                                 CFDateRef date) {
   const UDate milliseconds = (CFDateGetAbsoluteTime(date) + kCFAbsoluteTimeIntervalSince1970) * 1000;
+  if (!formatter->number_pattern.empty()) {
+    if (const auto numbers = cf::format_numbers(formatter->calendar, formatter->number_pattern, milliseconds))
+      return cf::create_string(*numbers, true);
+  }
   const Utf16 text = fill_text([&](char16_t* buffer, int32_t capacity, UErrorCode* status) {
     return udat_format(formatter->formatter, milliseconds, buffer, capacity, nullptr, status);
   });

@@ -1,0 +1,135 @@
+#!/usr/bin/env python3
+"""Prints the table of bench/scan: one row per number of applications, medians over the rounds.
+
+    bench/scan [--rounds N] [--distinct-dates] [APPLICATIONS...]
+
+own CPU    user and system time of the scanner itself, its children not counted
+peak       the most memory that it held
+floor      processor time of one expat pass over the same document and one zlib stream at level 9 of each of the two texts
+ratio      own CPU over floor, in the same round
+script     own CPU of plain_scan.py, which reads the same document with plistlib, and how many times the scan's that is
+
+Every scan runs in a process namespace of its own, so that the start of one ps per process of this machine stays out.
+Ends with status 1 when a figure is beyond its limit.
+"""
+
+import argparse
+import statistics
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[1]
+sys.path.insert(0, str(ROOT / "tests/e2e"))
+
+import generate_machine  # noqa: E402
+import inv_decoder  # noqa: E402
+import namespaces  # noqa: E402
+
+SIZES = [50, 500, 1000, 2000, 5000, 10000, 20000]
+PROLOGUE, EPILOGUE = 172, 18  # bytes of the profiler's frame around what it found
+NAMESPACE = namespaces.own_processes()
+COLUMNS = "applications | document | own CPU | peak | floor | ratio | script"
+
+
+class Bench:
+    """Runs the programs of one build in a folder of its own."""
+
+    def __init__(self, build, folder):
+        self.build = build
+        self.folder = folder
+
+    def measure(self, command, prefix=()):
+        """Milliseconds of processor time and bytes of memory that the command itself used."""
+        result = subprocess.run(
+            [*prefix, self.build / "bench/measure", *command], cwd=self.folder, capture_output=True, text=True, check=True
+        )
+        nanoseconds, kilobytes = result.stderr.splitlines()[-1].split()
+        return int(nanoseconds) / 1e6, int(kilobytes) * 1024
+
+    def scan(self, machine):
+        """The same of a scan; what it found is left in the folder, one file per text."""
+        inside = [*NAMESPACE, ROOT / "simulator/run", machine]
+        own, peak = self.measure([self.build / "velkaro-scanner", "/silent"], inside)
+        (saved,) = self.folder.glob("*.inv")
+        for section in inv_decoder.read_file(saved).sections:
+            (self.folder / section.kind).write_bytes(section.text)
+        saved.unlink()
+        return own, peak
+
+    def floor(self, document):
+        command = [self.build / "bench/floor", document, "snapshot", "assetinfo"]
+        return int(subprocess.run(command, cwd=self.folder, capture_output=True, check=True).stdout) / 1e6
+
+    def round(self, machine, document):
+        own, peak = self.scan(machine)
+        floor = self.floor(document)
+        script, _ = self.measure([sys.executable, ROOT / "bench/plain_scan.py", document])
+        return {"own": own, "peak": peak, "floor": floor, "script": script, "ratio": own / floor, "times": script / own}
+
+    def size(self, applications, rounds, same_date):
+        """The medians for one number of applications, and the document's bytes."""
+        machine = self.folder / f"machine-{applications}"
+        generate_machine.generate(machine, applications, same_date)
+        document = self.folder / "document"
+        document.write_bytes(splice(machine))
+        taken = [self.round(machine, document) for _ in range(rounds)]
+        medians = {figure: statistics.median(one[figure] for one in taken) for figure in taken[0]}
+        return {"document": document.stat().st_size, **medians}
+
+
+def splice(machine):
+    """One document of everything that the profiler says on this machine."""
+    outputs = [path.read_bytes() for path in sorted((machine / "profiler").iterdir())]
+    return outputs[0][:PROLOGUE] + b"".join(output[PROLOGUE:-EPILOGUE] for output in outputs) + outputs[0][-EPILOGUE:]
+
+
+def row(applications, result):
+    return (
+        f"| {applications} | {result['document'] / 1e6:.2f} MB | {result['own']:.1f} ms | {result['peak'] / 1e6:.1f} MB "
+        f"| {result['floor']:.1f} ms | {result['ratio']:.2f} | {result['script']:.0f} ms, {result['times']:.1f} x |"
+    )
+
+
+def limits(results):
+    """What must hold: a sentence, the figure, and whether it does."""
+    for size, result in results.items():
+        allowed = 8 * result["document"] / 1e6 + 24
+        yield f"peak at {size} at most {allowed:.0f} MB", result["peak"] / 1e6, result["peak"] / 1e6 <= allowed
+    if 50 in results:
+        yield "own CPU at 50 at most 25 ms", results[50]["own"], results[50]["own"] <= 25
+    if 5000 in results:
+        yield "ratio at 5000 at most 2.0", results[5000]["ratio"], results[5000]["ratio"] <= 2
+        yield "script at 5000 at least 3 x", results[5000]["times"], results[5000]["times"] >= 3
+    if 5000 in results and 20000 in results:
+        growth = results[20000]["own"] / results[5000]["own"]
+        yield "own CPU at 20000 over 5000 at most 6", growth, growth <= 6
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("build", type=Path)
+    parser.add_argument("applications", type=int, nargs="*", default=SIZES)
+    parser.add_argument("--rounds", type=int, default=5)
+    parser.add_argument("--distinct-dates", action="store_true")
+    options = parser.parse_intermixed_args()
+    same_date = 0 if options.distinct_dates else generate_machine.SAME_DATE
+
+    print(f"| {COLUMNS} |", "|" + "---:|" * COLUMNS.count("|") + "---:|", sep="\n")
+    results = {}
+    with tempfile.TemporaryDirectory() as folder:
+        bench = Bench(options.build.resolve(), Path(folder))
+        for applications in options.applications:
+            results[applications] = bench.size(applications, options.rounds, same_date)
+            print(row(applications, results[applications]), flush=True)
+    print()
+    held = True
+    for sentence, figure, holds in limits(results):
+        held = held and holds
+        print(f"{'holds' if holds else 'FAILS'}: {sentence}: {figure:.2f}")
+    return 0 if held else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,3 @@
+#include "platform/heap.h"
+
+void prepare_heap() {}
