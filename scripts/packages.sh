@@ -2,7 +2,7 @@
 
 # What building and running the programs takes, and what the tests take beyond that (Debian's package names).
 build_packages="cmake g++ make zlib1g-dev libicu-dev libcli11-dev nlohmann-json3-dev libsqlite3-dev procps python3"
-test_packages="git clang libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 strace valgrind"
+test_packages="git clang libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 strace valgrind zsh fish mandoc"
 bench_packages="libbenchmark-dev libexpat1-dev util-linux"
 
 # install_packages NAME...: installs those that are missing, and says nothing when there are none.
@@ -21,6 +21,18 @@ install_packages() {
   echo "Installing ${missing[*]}" >&2
   "${as_root[@]}" apt-get update -q >&2
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
+}
+
+# install_browser FOLDER: what a test in a real browser takes; FOLDER names its npm packages.
+install_browser() {
+  [ "$(uname)" != Darwin ] || return 0
+  # Node.js from elsewhere than Debian brings npm with it, so the commands count and not the packages.
+  local missing=()
+  command -v node >/dev/null || missing+=(nodejs)
+  command -v npm >/dev/null || missing+=(npm)
+  command -v chromium >/dev/null || missing+=(chromium)
+  [ ${#missing[@]} -eq 0 ] || install_packages "${missing[@]}"
+  [ -d "$1/node_modules/playwright-core" ] || (cd "$1" && npm ci --silent --no-audit --no-fund) >&2
 }
 
 require_mac_tools() {
