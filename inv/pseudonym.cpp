@@ -71,7 +71,7 @@ bool is_in_capitals(std::string_view text) {
 class Numbers {
  public:
   Numbers(std::string_view key, std::string_view canonical, unsigned attempt)
-      : key_(key), rest_(std::to_string(attempt).append(":").append(canonical)) {}
+      : seed_(hmac_sha256(key, std::to_string(attempt).append(":").append(canonical))) {}
 
   unsigned below(unsigned limit) {
     uint32_t number = 0;
@@ -85,14 +85,14 @@ class Numbers {
  private:
   uint8_t next_byte() {
     if (used_ == digest_.size()) {
-      digest_ = hmac_sha256(key_, std::to_string(block_++) + ":" + rest_);
+      digest_ =
+          hmac_sha256({reinterpret_cast<const char*>(seed_.data()), seed_.size()}, std::to_string(block_++));
       used_ = 0;
     }
     return digest_[used_++];
   }
 
-  std::string_view key_;
-  std::string rest_;  // of the message, behind the block's number
+  Digest seed_;
   unsigned block_ = 0;
   Digest digest_ = {};
   size_t used_ = digest_.size();

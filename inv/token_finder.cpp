@@ -1,6 +1,7 @@
 #include "inv/token_finder.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace inv {
 namespace {
@@ -50,17 +51,19 @@ std::optional<TokenFinder::Match> TokenFinder::match_at(std::string_view text, s
   std::optional<Match> longest;
   auto first = patterns_.begin();
   auto last = patterns_.end();
-  for (size_t depth = 0; first != last; ++depth) {
-    if (first->text.size() == depth) {
+  for (size_t depth = 0;; ++depth) {
+    if (first != last && first->text.size() == depth) {
       const bool cut = depth < kLongest && cuts_run(text, offset + depth);
       if (depth > 0 && !cut) longest = Match{offset, depth, first->id};
       ++first;
     }
-    if (offset + depth == text.size()) break;
+    if (first == last || offset + depth == text.size()) break;
     const unsigned char wanted = static_cast<unsigned char>(folded(text[offset + depth]));
     const auto byte_at_depth = [depth](const Pattern& pattern) {
       return static_cast<unsigned char>(pattern.text[depth]);
     };
+    // Mostly all of them agree, and there is nothing to search.
+    if (byte_at_depth(*first) == wanted && byte_at_depth(*std::prev(last)) == wanted) continue;
     first = std::partition_point(first, last,
                                  [&](const Pattern& pattern) { return byte_at_depth(pattern) < wanted; });
     last = std::partition_point(first, last,

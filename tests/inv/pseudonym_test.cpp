@@ -61,9 +61,10 @@ TEST(MakePseudonym, KeepsTheMakerOfAMacAddress) {
 }
 
 TEST(MakePseudonym, IsMadeOfKeyedHashes) {
-  // HMAC-SHA-256("key", "0:0:jane") begins eb bf b9 9d 46 c4 66 6c, and four bytes make a character: 29
-  // and 12 of the alphabet. The last two come from the block of "1:0:jane".
-  EXPECT_EQ(made(Shape::name, "jane"), "anonxchyxj223w");
+  // The seed is the HMAC of "0:jane" under the key. That of "0" under the seed begins
+  // 58 1c 3d e3 1d d1 fe 7e; four bytes make a character: 3, then 30 of the alphabet. The last
+  // two come from the HMAC of "1".
+  EXPECT_EQ(made(Shape::name, "jane"), "anon3yg0xfzeh3");
 }
 
 TEST(MakePseudonym, DependsOnKeyOriginalAndAttempt) {
@@ -88,6 +89,8 @@ TEST(MakePseudonym, GivesAllSpellingsTheSameDigits) {
 TEST(MakePseudonym, HasRandomCharactersForSerialNumbersOfAnyLength) {
   const std::string serial = made(Shape::serial, std::string(100, 'A'));
   EXPECT_NE(serial.substr(0, 50), serial.substr(50));
+  const std::string longest(1 << 20, 'A');
+  EXPECT_EQ(made(Shape::serial, longest).size(), longest.size());
 }
 
 TEST(Spellings, AreTheWaysToWriteAnAddress) {

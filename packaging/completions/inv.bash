@@ -1,0 +1,31 @@
+# Completion of inv for bash: source it, or install it as share/bash-completion/completions/inv.
+
+_inv() {
+    local current=${COMP_WORDS[COMP_CWORD]} words
+    COMPREPLY=()
+    case $COMP_CWORD,${COMP_WORDS[COMP_CWORD - 1]} in
+    1,*) words="summary show get list verify export diff unpack report load redact -h --help --version" ;;
+    *,-f | *,--format) words="json ndjson csv zxml" ;;
+    *,--section) words="snapshot asset" ;;
+    *,-o | *,--output | *,--depth | *,--key | *,--max-size) return ;;
+    *)
+        # Without a word here, bash offers files.
+        [[ $current == -* ]] || return
+        case ${COMP_WORDS[1]} in
+        summary | get | list | unpack | load) words="" ;;
+        show) words="--section --depth" ;;
+        verify) words="-q --quiet" ;;
+        export) words="-f --format -o --output" ;;
+        diff) words="--all --json" ;;
+        report) words="--compare -o --output" ;;
+        redact) words="-o --output --key --drop-opaque" ;;
+        *) return ;;
+        esac
+        words+=" -h --help --max-size"
+        ;;
+    esac
+    # None of the words has blanks. (The bash of a Mac has no mapfile.)
+    COMPREPLY=($(compgen -W "$words" -- "$current"))
+}
+
+complete -o default -F _inv inv

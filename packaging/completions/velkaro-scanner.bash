@@ -1,0 +1,10 @@
+# Completion of velkaro-scanner for bash: source it, or install it as
+# share/bash-completion/completions/velkaro-scanner.
+
+_velkaro_scanner() {
+    COMPREPLY=($(compgen -W "-silent -log -debug -ip: -login:" -- "${COMP_WORDS[COMP_CWORD]}"))
+    # The value follows its colon without a blank. (The bash of a Mac has no compopt.)
+    [[ ${COMPREPLY[0]-} != *: ]] || compopt -o nospace 2>/dev/null
+}
+
+complete -F _velkaro_scanner velkaro-scanner

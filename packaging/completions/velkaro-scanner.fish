@@ -1,0 +1,8 @@
+# Completion of velkaro-scanner for fish: put it into share/fish/vendor_completions.d.
+
+complete -c velkaro-scanner -f
+complete -c velkaro-scanner -a -silent -d 'Scan without a question, and print for a calling program'
+complete -c velkaro-scanner -a -log -d 'Print the stages of the scan'
+complete -c velkaro-scanner -a -debug -d 'Save what the system profiler printed'
+complete -c velkaro-scanner -a -ip: -d 'The address of the network adapter to take'
+complete -c velkaro-scanner -a -login: -d 'A text to store in the file'

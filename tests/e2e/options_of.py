@@ -1,0 +1,33 @@
+"""What the programs themselves say of their commands and options, for checking what repeats it."""
+
+import re
+import subprocess
+
+from inventories import INV, ROOT
+
+# The option of every command; the program itself has it too.
+HELP = {"-h", "--help"}
+
+
+def help_text(*arguments):
+    return subprocess.run([INV, *arguments, "--help"], capture_output=True, check=True, text=True).stdout
+
+
+def commands():
+    """The commands of `inv`, each with what its help says of it, in the help's order."""
+    listed = help_text().split("Subcommands:\n")[1]
+    return dict(re.findall(r"^  ([a-z]+) +(\S.*)$", listed, re.M))
+
+
+def options(*command):
+    """The options of `inv`, or of one of its commands."""
+    described = help_text(*command).split("Options:\n")[1].split("Subcommands:")[0]
+    names = re.findall(r"^  (-[a-z-]+(?:,-[a-z-]+)*)", described, re.M)
+    return {name for joined in names for name in joined.split(",")}
+
+
+def scanner_options():
+    """Those of the scanner, which ignores what it does not know and so cannot be asked."""
+    source = (ROOT / "src" / "driver" / "options.cpp").read_text()
+    found = re.findall(r'(is_option|option_value)\(argument, "(\w+)"\)', source)
+    return {"-" + name + (":" if kind == "option_value" else "") for kind, name in found}
