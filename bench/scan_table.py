@@ -14,6 +14,7 @@ Ends with status 1 when a figure is beyond its limit.
 """
 
 import argparse
+import platform
 import statistics
 import subprocess
 import sys
@@ -40,11 +41,12 @@ class Bench:
         self.build = build
         self.folder = folder
 
-    def measure(self, command, prefix=()):
+    def measure(self, command, prefix=(), statuses=(0,)):
         """Milliseconds of processor time and bytes of memory that the command itself used."""
-        result = subprocess.run(
-            [*prefix, self.build / "bench/measure", *command], cwd=self.folder, capture_output=True, text=True, check=True
-        )
+        command = [*prefix, self.build / "bench/measure", *command]
+        result = subprocess.run(command, cwd=self.folder, capture_output=True, text=True)
+        if result.returncode not in statuses:
+            sys.exit(f"status {result.returncode}: {command}\n{result.stderr}")
         nanoseconds, kilobytes = result.stderr.splitlines()[-1].split()
         return int(nanoseconds) / 1e6, int(kilobytes) * 1024
 
@@ -123,7 +125,7 @@ def main():
         for applications in options.applications:
             results[applications] = bench.size(applications, options.rounds, same_date)
             print(row(applications, results[applications]), flush=True)
-    print()
+    print(f"\nscript: Python {platform.python_version()} ({sys.executable})")
     held = True
     for sentence, figure, holds in limits(results):
         held = held and holds

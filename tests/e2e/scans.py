@@ -34,6 +34,8 @@ class ScanTestCase(unittest.TestCase):
     def write_tool(self, name, script):
         """Puts a tool of the test's own before the simulator's."""
         tool = self.tools / name
+        # A link to one of the machine's own tools is replaced, not written through.
+        tool.unlink(missing_ok=True)
         tool.write_text("#!/bin/sh\n" + script)
         tool.chmod(0o755)
 
