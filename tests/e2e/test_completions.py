@@ -29,7 +29,7 @@ def bash_offers(program, *words):
     return set(output_of("bash", "-c", script, "bash", FOLDER / f"{program}.bash", program, *words)) - {""}
 
 
-def zsh_specs(program, *words):
+def zsh_arguments(program, *words):
     """What the function hands to zsh's own ones."""
     script = """function _arguments { print -rl -- "$@" }
         function _describe { print -rl -- ${(P)4} }
@@ -41,7 +41,7 @@ def zsh_specs(program, *words):
 
 
 def zsh_options(program, *words):
-    found = (re.match(r"(?:\([^)]*\))?\*?(-[\w-]+(?:\\:)?)", spec) for spec in zsh_specs(program, *words))
+    found = (re.match(r"(?:\([^)]*\))?\*?(-[\w-]+(?:\\:)?)", argument) for argument in zsh_arguments(program, *words))
     return {match[1].replace("\\", "") for match in found if match}
 
 
@@ -102,20 +102,20 @@ class Bash(Completions, InventoryTestCase):
 @unittest.skipUnless(shutil.which("zsh"), "zsh is not installed")
 class Zsh(Completions, InventoryTestCase):
     def commands_offered(self):
-        specs = (spec.partition(":") for spec in zsh_specs("inv", "") if re.match("[a-z]", spec))
-        return {name: text[0].upper() + text[1:] for name, _, text in specs}
+        arguments = (argument.partition(":") for argument in zsh_arguments("inv", "") if re.match("[a-z]", argument))
+        return {name: text[0].upper() + text[1:] for name, _, text in arguments}
 
     def options_offered(self, program, *words):
         return zsh_options(program, *words, "")
 
     def choices_offered(self, command, option):
-        (spec,) = [spec for spec in zsh_specs("inv", command, "") if spec.lstrip("*").startswith(option + "[")]
-        return sorted(re.search(r":\((.*)\)$", spec)[1].split())
+        (argument,) = [argument for argument in zsh_arguments("inv", command, "") if argument.lstrip("*").startswith(option + "[")]
+        return sorted(re.search(r":\((.*)\)$", argument)[1].split())
 
-    def test_every_spec_is_one_that_zsh_can_read(self):
+    def test_every_argument_is_one_that_zsh_can_read(self):
         for command in options_of.commands():
-            for spec in zsh_specs("inv", command, "")[1:-1]:
-                self.assertRegex(spec, r"^(\([^)]*\))?\*?-[\w-]+\[[^\[\]]+\](:[a-z]+:(_files|\([a-z ]+\))?)?$")
+            for argument in zsh_arguments("inv", command, "")[1:-1]:
+                self.assertRegex(argument, r"^(\([^)]*\))?\*?-[\w-]+\[[^\[\]]+\](:[a-z]+:(_files|\([a-z ]+\))?)?$")
 
 
 @unittest.skipUnless(shutil.which("fish"), "fish is not installed")
