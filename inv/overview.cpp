@@ -126,7 +126,7 @@ void fill_from_asset(Element asset, Overview& overview) {
 unsigned Volume::used_percent() const {
   if (bytes == 0 || free_bytes >= bytes) return 0;
   const double used = static_cast<double>(bytes - free_bytes) / static_cast<double>(bytes);
-  return static_cast<unsigned>(used * 100 + 0.5);
+  return static_cast<unsigned>(used * 100);
 }
 
 Overview overview_of(const Inventory& inventory) {

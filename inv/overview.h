@@ -31,7 +31,7 @@ struct Volume {
   uint64_t free_bytes = 0;
   bool knows_free = false;
 
-  // 0 to 100.
+  // 0 to 100, cut off as the scanner does it.
   unsigned used_percent() const;
 };
 

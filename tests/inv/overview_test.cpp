@@ -89,6 +89,7 @@ TEST(Volume, UsedPercentageNeedsASizeAndLessFreeThanThat) {
   };
   EXPECT_EQ(used(1000, 250), 75u);
   EXPECT_EQ(used(1000, 0), 100u);
+  EXPECT_EQ(used(1000, 1), 99u);
   EXPECT_EQ(used(0, 0), 0u);
   EXPECT_EQ(used(1000, 2000), 0u);
 }
