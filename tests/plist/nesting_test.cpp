@@ -32,6 +32,18 @@ TEST(NestedTooDeeply, PassesOverCommentsAndCdata) {
   EXPECT_FALSE(plist::nested_too_deeply("<!--" + repeat("<array>", 1000)));
 }
 
+TEST(NestedTooDeeply, CountsNothingInATagOrAProcessingInstruction) {
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<array <array></array><string <dict></string>", 1000)));
+  EXPECT_FALSE(plist::nested_too_deeply("<!-->" + repeat("<array>", 1000) + "-->"));
+  EXPECT_FALSE(plist::nested_too_deeply("<?a>" + repeat("<array>", 1000) + "?>"));
+}
+
+// Looking for each tag's end once more would take hours.
+TEST(NestedTooDeeply, LooksForAMissingEndOnce) {
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<array</array", 4000000)));
+  EXPECT_FALSE(plist::nested_too_deeply(repeat("<!--", 10000000)));
+}
+
 TEST(NestedTooDeeply, EndsAtAnyByte) {
   const std::string list = "<array><!-- c --><dict/><![CDATA[x]]></array>";
   for (size_t size = 0; size <= list.size(); ++size) {
