@@ -45,7 +45,9 @@ void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVar
 }
 
 void collect_environment(InventoryTree& snapshot) {
+  // More than any kernel hands to a program.
+  constexpr uint32_t kLongest = 8u << 20;
   uint32_t length = 0;
-  const Text output = run_command("env", &length, 300);
+  const Text output = run_command("env", &length, 300, kLongest);
   if (output) write_environment(snapshot, parse_environment(output.get()));
 }

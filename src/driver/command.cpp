@@ -1,5 +1,6 @@
 #include "driver/command.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -62,4 +63,17 @@ Text run_command(const char* command_line, uint32_t* length, uint32_t chunk, uin
   // The tool may have failed; what it said counts all the same.
   pclose(pipe);
   return capture.finish();
+}
+
+Text CommandSeries::run(const char* command_line, uint32_t* length) {
+  *length = 0;
+  if (used_up()) {
+    if (!ended_) std::fprintf(stderr, "Not run any more: %s\n", command_line);
+    ended_ = true;
+    return nullptr;
+  }
+  --left_.runs;
+  Text output = run_command(command_line, length, chunk_, std::min(left_.one_output, left_.all_outputs));
+  left_.all_outputs -= *length;
+  return output;
 }

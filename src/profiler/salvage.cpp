@@ -33,7 +33,8 @@ class ListWriter {
   void date(double, std::string_view source) { element("date", source); }
   void data(std::string_view source) { element("data", source); }
 
-  const std::string& text() const { return text_; }
+  // The list in the profiler's frame; nothing is written after it.
+  const std::string& finish() { return text_ += kEpilogue; }
 
  private:
   void element(const char* name, std::string_view content) {
@@ -57,7 +58,7 @@ class ListWriter {
     }
   }
 
-  std::string text_;
+  std::string text_ = kPrologue;
   size_t depth_ = 0;
 };
 
@@ -66,7 +67,7 @@ class ListWriter {
 ProfilerOutput salvage_output(const ProfilerOutput& output) {
   ListWriter writer;
   plist::scan_leniently({output.text.get(), output.length}, plist::events_for(writer));
-  const std::string list = std::string(kPrologue) + writer.text() + kEpilogue;
+  const std::string& list = writer.finish();
   return {output.data_type, copy_range(list.data(), list.data() + list.size()),
           static_cast<uint32_t>(list.size())};
 }
