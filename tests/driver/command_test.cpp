@@ -127,6 +127,29 @@ TEST(RunCommand, EndsACommandThatPrintsForEver) {
   EXPECT_EQ(result.output.size(), 1000000u);
 }
 
+rlim_t work_limit() {
+  rlimit limit = {};
+  getrlimit(RLIMIT_CPU, &limit);
+  return limit.rlim_cur;
+}
+
+TEST(WorkLimit, EndsAPipelineThatWorksForEver) {
+  const rlim_t before = work_limit();
+  {
+    const WorkLimit limit(0);
+    EXPECT_LT(work_limit(), before);
+    expect_output(run("yes | awk '/never/'; echo over", 100), "over\n");
+  }
+  EXPECT_EQ(work_limit(), before);
+}
+
+TEST(WorkLimit, KeepsALowerLimit) {
+  const WorkLimit low(10);
+  const rlim_t before = work_limit();
+  const WorkLimit high(100);
+  EXPECT_EQ(work_limit(), before);
+}
+
 // A series' run, its output with the length in front; "none" when the tool is not run.
 std::string run_in(CommandSeries& series, const char* command) {
   uint32_t length = 7;
