@@ -14,7 +14,7 @@ constexpr int kListRetries = 20;
 constexpr uint32_t kChunk = 100;
 // A school's server may have some thousands of home folders; a record may hold a portrait.
 constexpr uint32_t kLongestListing = 16u << 20;
-constexpr SeriesLimits kRecordLimits = {64u << 20, 512u << 20, 5000};
+constexpr SeriesLimits kRecordLimits = {64u << 20, 512u << 20, 10000};
 
 // A key whose value ends with its line.
 struct LineField {
