@@ -1,7 +1,11 @@
 #include "collectors/environment.h"
 
 #include <cstring>
+#include <set>
+#include <string>
+#include <string_view>
 
+#include "collectors/fields.h"
 #include "driver/command.h"
 #include "profiler/units.h"
 
@@ -26,26 +30,51 @@ bool is_writable(const char* name) {
   return !slash || slash[1] == '\0' || !std::strchr("+*~", slash[1]);
 }
 
+// Only PATH is a list.
+const char* annotation_key(const char* name) { return std::strcmp(name, "PATH") == 0 ? "split" : nullptr; }
+
 void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable) {
   const char* name = variable.name.get();
   const Text path = format_string("/Environment/env-var:%s", name);
   const Text value_path = format_string("%s/value", path.get());
-  const char* annotation = std::strcmp(name, "PATH") == 0 ? "split" : nullptr;
   snapshot.set_attribute(path.get(), text_value(""), "complex", "");
   snapshot.set_tag_value(path.get(), text_value(name));
-  snapshot.set_attribute(value_path.get(), text_value(variable.value.get()), annotation, ":");
+  snapshot.set_attribute(value_path.get(), text_value(variable.value.get()), annotation_key(name), ":");
+}
+
+// As names are, so that none has to be searched for: each stands once, and none makes a path.
+bool have_plain_names(const std::vector<EnvironmentVariable>& variables) {
+  std::set<std::string_view> names;
+  for (const EnvironmentVariable& variable : variables) {
+    const std::string_view name = variable.name.get();
+    if (name.find('/') != name.npos || !names.insert(name).second) return false;
+  }
+  return true;
+}
+
+void write_plain_variables(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables) {
+  Place environment(snapshot.root(), "/Environment");
+  for (const EnvironmentVariable& variable : variables) {
+    const char* name = variable.name.get();
+    CompoundField field(environment, std::string("env-var:") + name, Place::Names::distinct);
+    field.set_value(text_value(name));
+    field.set_member("value", text_value(variable.value.get()), annotation_key(name), ":");
+  }
 }
 
 }  // namespace
 
 void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables) {
+  if (have_plain_names(variables)) return write_plain_variables(snapshot, variables);
   for (const EnvironmentVariable& variable : variables) {
     if (is_writable(variable.name.get())) write_variable(snapshot, variable);
   }
 }
 
 void collect_environment(InventoryTree& snapshot) {
+  // More than any kernel hands to a program.
+  constexpr uint32_t kLongest = 2u << 20;
   uint32_t length = 0;
-  const Text output = run_command("env", &length, 300);
+  const Text output = run_command("env", &length, 300, kLongest);
   if (output) write_environment(snapshot, parse_environment(output.get()));
 }

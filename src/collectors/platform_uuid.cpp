@@ -12,6 +12,8 @@ constexpr char kCommand[] =
 }  // namespace
 
 Text query_platform_uuid() {
+  constexpr uint32_t kLongest = 1u << 16;
+  const WorkLimit limit(5);
   uint32_t length = 0;
-  return run_command(kCommand, &length, 40);
+  return run_command(kCommand, &length, 40, kLongest);
 }

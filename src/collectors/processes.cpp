@@ -9,11 +9,14 @@ namespace {
 // A machine that starts processes faster than they can be listed is taken as it was seen last.
 constexpr int kMostReadings = 5;
 
-std::optional<ProcessLine> ask_ps(int32_t pid) {
+// No kernel hands a program more than some megabytes of arguments.
+constexpr SeriesLimits kLineLimits = {4u << 20, 256u << 20};
+
+std::optional<ProcessLine> ask_ps(CommandSeries& lines, int32_t pid) {
   // Empty headers suppress the heading line.
   const Text command = format_string("ps -p%d -o user=\"\" -o command=\"\"", static_cast<int>(pid));
   uint32_t length = 0;
-  const Text output = run_command(command.get(), &length, 500);
+  const Text output = lines.run(command.get(), &length);
   return parse_process_line({output.get(), length});
 }
 
@@ -25,13 +28,14 @@ void write_process(Place& process, const ProcessRecord& record, const ProcessLin
   process.set_attribute("cmd-line", text_value(line.command_line.get()));
 }
 
-void write_processes(InventoryTree& profiler, const std::vector<ProcessRecord>& records) {
+void write_processes(InventoryTree& profiler, CommandSeries& lines,
+                     const std::vector<ProcessRecord>& records) {
   Place processes(profiler.root(), "/Processes");
   int position = 0;
   for (const ProcessRecord& record : records) {
     ++position;
     if (record.pid == 0) continue;
-    const std::optional<ProcessLine> line = ask_ps(record.pid);
+    const std::optional<ProcessLine> line = ask_ps(lines, record.pid);
     if (!line) continue;
     Place process(processes, "process:" + std::to_string(position), Place::Names::distinct);
     write_process(process, record, *line);
@@ -51,10 +55,11 @@ std::optional<ProcessLine> parse_process_line(std::string_view output) {
 
 void collect_processes(InventoryTree& profiler, const ProcessTableReader& read_table) {
   profiler.set_attribute("/SystemProcess/_timeStamp", text_value(format_now(DateForm::kProcess).get()));
+  CommandSeries lines(500, kLineLimits);
   ProcessTableStatus status = ProcessTableStatus::grew;
   for (int reading = 0; status == ProcessTableStatus::grew && reading < kMostReadings; ++reading) {
     const ProcessTable table = read_table();
     status = table.status;
-    write_processes(profiler, table.records);
+    write_processes(profiler, lines, table.records);
   }
 }

@@ -12,6 +12,8 @@
 namespace {
 
 constexpr uint32_t kDiskutilChunk = 200;
+// One page each, for more disks than can be plugged in.
+constexpr SeriesLimits kDiskutilLimits = {1u << 20, 64u << 20, 1000};
 
 constexpr CopiedField kDiskFields[] = {
     {"bcd_device", "bcd-device"},         {"serial_num", "serial"},   {"manufacturer", "manufacturer"},
@@ -61,11 +63,10 @@ bool is_plain_name(const char* name) {
 }
 
 // None when the disk utility is not asked or does not know.
-Text media_name(const char* bsd_name) {
+Text media_name(CommandSeries& diskutil, const char* bsd_name) {
   if (!bsd_name || !is_plain_name(bsd_name)) return nullptr;
   uint32_t length = 0;
-  const Text output =
-      run_command(format_string("diskutil info /dev/%s", bsd_name).get(), &length, kDiskutilChunk);
+  const Text output = diskutil.run(format_string("diskutil info /dev/%s", bsd_name).get(), &length);
   return output ? parse_media_name(output.get()) : nullptr;
 }
 
@@ -152,11 +153,11 @@ class UsbWriter {
   }
 
   // Those facts of a removable disk that are no mere copies.
-  static void write_disk_fact(Place& disk, const Tag& entry, std::string_view key, char* text) {
+  void write_disk_fact(Place& disk, const Tag& entry, std::string_view key, char* text) {
     if (key == "device_speed") {
       disk.set_attribute("device-speed", text_value(disk_speed(text)));
     } else if (key == "bsd_name") {
-      const Text model = media_name(text);
+      const Text model = media_name(diskutil_, text);
       if (model) disk.set_attribute("model", text_value(model.get()));
     } else if (key == "size") {
       disk.set_attribute("size", Value(truncate_to_int64(size_to_decimal_gb(text, true))));
@@ -190,6 +191,7 @@ class UsbWriter {
   Place partitions_;
   FreeNumbers disk_numbers_;
   FreeNumbers partition_numbers_;
+  CommandSeries diskutil_{kDiskutilChunk, kDiskutilLimits};
   int& counter_;
 };
 

@@ -12,6 +12,9 @@ namespace {
 constexpr char kListCommand[] = "ls -1 /Users/";
 constexpr int kListRetries = 20;
 constexpr uint32_t kChunk = 100;
+// A school's server may have thousands of home folders; a record may hold a portrait.
+constexpr uint32_t kLongestListing = 16u << 20;
+constexpr SeriesLimits kRecordLimits = {64u << 20, 512u << 20, 10000};
 
 // A key whose value ends with its line.
 struct LineField {
@@ -62,9 +65,9 @@ void join_lines(char* text) {
 
 // Every Mac has a folder there, so an empty listing means that ls could not do its work.
 Text list_folders(uint32_t* length) {
-  Text listing = run_command(kListCommand, length, kChunk);
+  Text listing = run_command(kListCommand, length, kChunk, kLongestListing);
   for (int retry = 0; *length == 0 && retry < kListRetries; ++retry) {
-    listing = run_command(kListCommand, length, kChunk);
+    listing = run_command(kListCommand, length, kChunk, kLongestListing);
   }
   return listing;
 }
@@ -83,9 +86,9 @@ void write_account(InventoryTree& snapshot, const Account& account, const std::s
   element.set_attribute("is-system-user", yes_no(false));
 }
 
-void collect_account(InventoryTree& snapshot, const std::string& folder) {
+void collect_account(InventoryTree& snapshot, CommandSeries& records, const std::string& folder) {
   uint32_t length = 0;
-  const Text record = run_command(account_command(folder.c_str()).get(), &length, kChunk);
+  const Text record = records.run(account_command(folder.c_str()).get(), &length);
   const std::optional<Account> account = parse_account({record.get(), length});
   if (account) write_account(snapshot, *account, folder);
 }
@@ -122,10 +125,11 @@ Text account_command(const char* folder) {
 void collect_user_accounts(InventoryTree& snapshot) {
   uint32_t length = 0;
   const Text listing = list_folders(&length);
+  CommandSeries records(kChunk, kRecordLimits);
   std::string_view rest(listing.get(), length);
   // What stands behind the last line end is no whole name.
   for (size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
-    collect_account(snapshot, std::string(rest.substr(0, end)));
+    collect_account(snapshot, records, std::string(rest.substr(0, end)));
     rest.remove_prefix(end + 1);
   }
 }

@@ -1,5 +1,6 @@
 #include "driver/command.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -62,4 +63,31 @@ Text run_command(const char* command_line, uint32_t* length, uint32_t chunk, uin
   // The tool may have failed; what it said counts all the same.
   pclose(pipe);
   return capture.finish();
+}
+
+// The limit is this program's own as well, which new processes take over: hence what it has worked so far is
+// granted on top. It can only be set in whole seconds.
+WorkLimit::WorkLimit(unsigned seconds) {
+  getrlimit(RLIMIT_CPU, &before_);
+  rusage own;
+  getrusage(RUSAGE_SELF, &own);
+  const rlim_t used = static_cast<rlim_t>(own.ru_utime.tv_sec + own.ru_stime.tv_sec) + 2;
+  rlimit limit = before_;
+  limit.rlim_cur = std::min<rlim_t>(before_.rlim_cur, used + seconds);
+  setrlimit(RLIMIT_CPU, &limit);
+}
+
+WorkLimit::~WorkLimit() { setrlimit(RLIMIT_CPU, &before_); }
+
+Text CommandSeries::run(const char* command_line, uint32_t* length) {
+  *length = 0;
+  if (used_up()) {
+    if (!ended_) std::fprintf(stderr, "Not run any more: %s\n", command_line);
+    ended_ = true;
+    return nullptr;
+  }
+  --left_.runs;
+  Text output = run_command(command_line, length, chunk_, std::min(left_.one_output, left_.all_outputs));
+  left_.all_outputs -= *length;
+  return output;
 }

@@ -1,6 +1,8 @@
 // Running the system's own tools through the shell: the only way in for facts, but for the process table.
 #pragma once
 
+#include <sys/resource.h>
+
 #include <cstdint>
 
 #include "driver/text.h"
@@ -15,3 +17,41 @@ constexpr uint32_t kCommandOutputLimit = 512u << 20;
 // error. `chunk` is the number of bytes per read and the size of the first buffer: at least 1, at most 1 GiB.
 Text run_command(const char* command_line, uint32_t* length, uint32_t chunk,
                  uint32_t limit = kCommandOutputLimit);
+
+// While this lives, every process of a command that is started is ended when it has worked for some seconds
+// of processor time. For a command line that is a pipeline: what its first tool prints never comes to us, so
+// that an endless output cannot be cut.
+class WorkLimit {
+ public:
+  explicit WorkLimit(unsigned seconds);
+  WorkLimit(const WorkLimit&) = delete;
+  WorkLimit& operator=(const WorkLimit&) = delete;
+  ~WorkLimit();
+
+ private:
+  rlimit before_;
+};
+
+// How much may come of a tool that is run again and again, each time for something else. In bytes.
+struct SeriesLimits {
+  uint32_t one_output = kCommandOutputLimit;
+  uint32_t all_outputs = 2 * kCommandOutputLimit;
+  uint32_t runs = UINT32_MAX;
+};
+
+// Such runs. The outputs have their limits together as well; a tool that has come to them is not run any
+// more.
+class CommandSeries {
+ public:
+  CommandSeries(uint32_t chunk, const SeriesLimits& limits) : chunk_(chunk), left_(limits) {}
+
+  // As run_command; none, and length 0, when the tool is not run any more, of which the first time a line on
+  // standard error tells.
+  Text run(const char* command_line, uint32_t* length);
+  bool used_up() const { return left_.runs == 0 || left_.all_outputs == 0; }
+
+ private:
+  uint32_t chunk_;
+  SeriesLimits left_;
+  bool ended_ = false;
+};

@@ -14,6 +14,7 @@ DamagedInput::DamagedInput(std::string_view list) : cursor_(list) {
 }
 
 std::optional<Tag> DamagedInput::next_tag() {
+  behind_bracket_ = false;
   for (cursor_.skip_white(); !cursor_.at_end(); cursor_.skip_white()) {
     if (cursor_.sees("<!--")) {
       skip_section("-->");
@@ -37,9 +38,11 @@ bool DamagedInput::skip_section(std::string_view end) {
 }
 
 void DamagedInput::skip_word() {
+  const char* const word = cursor_.at;
   do {
     ++cursor_.at;
   } while (!cursor_.at_end() && *cursor_.at != '<' && !is_white(*cursor_.at));
+  behind_bracket_ = *word == '<' && cursor_.at == word + 1 && cursor_.sees('<');
 }
 
 bool DamagedInput::read_text(Element element, std::string& text) {
@@ -70,7 +73,10 @@ bool DamagedInput::gather_text(Element element, Entities entities, std::string& 
     } else if (cursor_.skip("<!--")) {
       if (!skip_section("-->")) return false;
     } else if (const std::optional<FoundTag> found = find_tag_at_start(cursor_.rest())) {
-      if (found->tag.closes && found->tag.element == element) {
+      // "</string>" may have become "<<string>".
+      const bool slash_damaged = !found->tag.closes && !text.empty() && cursor_.at[-1] == '<';
+      if (found->tag.element == element && (found->tag.closes || slash_damaged)) {
+        if (slash_damaged) text.pop_back();
         cursor_.at += found->length;
         return true;
       }

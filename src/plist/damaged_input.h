@@ -19,6 +19,9 @@ class DamagedInput {
   // skipped. None at the end.
   std::optional<Tag> next_tag();
 
+  // Whether a "<" stands right before that tag, as before a close tag whose slash was damaged.
+  bool behind_bracket() const { return behind_bracket_; }
+
   // Behind an open tag: the text up to its close tag, which is read as well. False when another tag or the
   // end comes first; the input then stays there. Entities are resolved where they are known, and invalid
   // UTF-8 is replaced.
@@ -33,6 +36,7 @@ class DamagedInput {
   bool skip_section(std::string_view end);
 
   Cursor cursor_;
+  bool behind_bracket_ = false;
 };
 
 }  // namespace plist

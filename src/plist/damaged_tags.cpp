@@ -28,16 +28,6 @@ bool differs_in_one_byte(std::string_view text, std::string_view form) {
   return differences == 1;
 }
 
-std::optional<FoundTag> find_damaged_tag(std::string_view text) {
-  // What looks like a damaged close tag is more likely a stray "<" before a whole open tag.
-  if (text.substr(0, 2) == "<<") return std::nullopt;
-  for (const TagForm& form : forms) {
-    const size_t length = form.text.size();
-    if (differs_in_one_byte(text.substr(0, length), form.text)) return FoundTag{form.tag, length};
-  }
-  return std::nullopt;
-}
-
 // What stands between the angle brackets; none when there is no ">" before the next "<".
 std::optional<std::string_view> content_of_tag(std::string_view text) {
   if (text.empty() || text.front() != '<') return std::nullopt;
@@ -47,18 +37,33 @@ std::optional<std::string_view> content_of_tag(std::string_view text) {
   return text.substr(0, end);
 }
 
-}  // namespace
-
-std::optional<FoundTag> find_tag_at_start(std::string_view text) {
+std::optional<FoundTag> find_whole_tag(std::string_view text) {
   const std::optional<std::string_view> content = content_of_tag(text);
-  if (!content) return find_damaged_tag(text);
+  if (!content) return std::nullopt;
   std::string_view name = *content;
   const bool closes = !name.empty() && name.front() == '/';
   const bool empty = !closes && !name.empty() && name.back() == '/';
   name = name.substr(closes, name.size() - closes - empty);
   const Element element = element_named(name.substr(0, name.find_first_of(" \t\r\n")));
-  if (element == Element::unknown) return find_damaged_tag(text);
+  if (element == Element::unknown) return std::nullopt;
   return FoundTag{{element, closes, empty}, content->size() + 2};
+}
+
+std::optional<FoundTag> find_damaged_tag(std::string_view text) {
+  // What looks like a damaged close tag may be a stray "<" before a whole open tag.
+  if (text.substr(0, 2) == "<<" && find_whole_tag(text.substr(1))) return std::nullopt;
+  for (const TagForm& form : forms) {
+    const size_t length = form.text.size();
+    if (differs_in_one_byte(text.substr(0, length), form.text)) return FoundTag{form.tag, length};
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<FoundTag> find_tag_at_start(std::string_view text) {
+  const std::optional<FoundTag> whole = find_whole_tag(text);
+  return whole ? whole : find_damaged_tag(text);
 }
 
 bool remove_damaged_close_tag(std::string_view& text, Element element) {

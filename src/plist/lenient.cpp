@@ -64,6 +64,7 @@ class LenientScanner {
  private:
   void handle(const Tag& tag);
   void open_container(const Tag& tag);
+  bool is_damaged_close(const Tag& tag) const;
   void close_container(Element element);
   void end_container();
   bool place_value();
@@ -102,6 +103,7 @@ void LenientScanner::handle(const Tag& tag) {
 }
 
 void LenientScanner::open_container(const Tag& tag) {
+  if (is_damaged_close(tag)) return close_container(tag.element);
   const bool placed = frames_.size() < depth_limit_ && place_value();
   has_key_ = false;
   if (!placed) {
@@ -113,6 +115,12 @@ void LenientScanner::open_container(const Tag& tag) {
   if (is_dictionary) ++open_dictionaries_;
   (is_dictionary ? events_.begin_dictionary : events_.begin_array)(events_.listener);
   if (tag.empty) end_container();
+}
+
+// "</dict>" that became "<<dict>": no value stands in a dictionary without a key, and the profiler has no
+// array right in an array.
+bool LenientScanner::is_damaged_close(const Tag& tag) const {
+  return input_.behind_bracket() && !has_key_ && !frames_.empty() && frames_.back() == tag.element;
 }
 
 // A close tag ends the innermost container of its kind and those in it that were not closed; one without such

@@ -6,23 +6,29 @@ namespace plist {
 
 namespace {
 
+// How a piece of markup begins behind its "<", and how it ends. What stands between is not looked into,
+// attributes of a tag included.
+struct Markup {
+  std::string_view start;
+  std::string_view end;
+};
+constexpr Markup kOpaque[] = {{"!--", "-->"}, {"![CDATA[", "]]>"}, {"?", "?>"}};
+constexpr Markup kTag = {"", ">"};
+
 // Most tags differ in the first letter already.
 inline bool starts_with(std::string_view text, std::string_view start) {
   return !text.empty() && text.front() == start.front() && text.substr(0, start.size()) == start;
 }
 
-// Where the markup behind a "<" ends: a comment, CDATA section or instruction, in which other tags mean
-// nothing, or a tag.
-size_t end_of_markup(std::string_view list, size_t at) {
-  const std::string_view markup = list.substr(at);
-  if (starts_with(markup, "!--")) return list.find("-->", at);
-  if (starts_with(markup, "![CDATA[")) return list.find("]]>", at);
-  if (starts_with(markup, "?")) return list.find("?>", at);
-  return list.find('>', at);
+Markup markup_at(std::string_view text) {
+  for (const Markup& markup : kOpaque) {
+    if (starts_with(text, markup.start)) return markup;
+  }
+  return kTag;
 }
 
-// What a tag, without its angle brackets, adds to the depth: 1 for the open tag of a container, -1 for a
-// close tag.
+// What a tag, given without its angle brackets, adds to the depth: 1 for the open tag of a container, -1 for
+// a close tag.
 int step(std::string_view tag) {
   const bool closes = starts_with(tag, "/");
   if (closes) tag.remove_prefix(1);
@@ -37,9 +43,10 @@ bool nested_too_deeply(std::string_view list) {
   size_t depth = 0;
   for (size_t at = list.find('<'); at != list.npos; at = list.find('<', at)) {
     ++at;
-    const size_t end = end_of_markup(list, at);
+    const Markup markup = markup_at(list.substr(at));
+    const size_t end = list.find(markup.end, at + markup.start.size());
     if (end == list.npos) return false;
-    const int change = step(list.substr(at, end - at));
+    const int change = markup.start.empty() ? step(list.substr(at, end - at)) : 0;
     if (change > 0 && ++depth > maximum_depth) return true;
     if (change < 0 && depth > 0) --depth;
     at = end;

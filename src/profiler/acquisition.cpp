@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <iterator>
 #include <thread>
 
-#include "driver/command.h"
 #include "driver/console.h"
 
 namespace {
@@ -41,13 +39,12 @@ constexpr DataType kDataTypes[] = {
 // Runs the profiler; one that stays silent once is not waited for again.
 class Profiler {
  public:
-  explicit Profiler(const ProfilerLimits& limits) : limits_(limits), left_(limits.all_outputs) {}
+  explicit Profiler(const SeriesLimits& limits) : commands_(kChunk, limits) {}
 
   ProfilerOutput run(const char* data_type);
 
  private:
-  ProfilerLimits limits_;
-  uint32_t left_;
+  CommandSeries commands_;
   int retries_ = kMaximumRetries;
 };
 
@@ -55,19 +52,17 @@ ProfilerOutput Profiler::run(const char* data_type) {
   const Text command = data_type ? format_string("system_profiler -detailLevel full -xml %s", data_type)
                                  : format_string("system_profiler -detailLevel full -xml");
   ProfilerOutput output = {data_type, nullptr, 0};
-  if (left_ == 0) return output;
   auto pause = kFirstPause;
   for (int retries_left = retries_;; --retries_left) {
-    output.text = run_command(command.get(), &output.length, kChunk, std::min(limits_.one_output, left_));
-    if (output.length > 0 || retries_left == 0) break;
+    output.text = commands_.run(command.get(), &output.length);
+    if (output.length > 0 || retries_left == 0 || commands_.used_up()) break;
     std::this_thread::sleep_for(pause);
     pause = std::min(2 * pause, kLongestPause);
   }
-  if (output.length == 0) {
+  if (output.length == 0 && !commands_.used_up()) {
     std::fprintf(stderr, "No output: %s\n", command.get());
     retries_ = 0;
   }
-  left_ -= output.length;
   return output;
 }
 
@@ -87,7 +82,7 @@ std::string_view cut_output(const char* output, uint32_t length, Cut cut) {
   return piece.substr(0, piece.find('\0'));
 }
 
-Text splice_outputs(const std::vector<ProfilerOutput>& outputs, uint32_t* length) {
+Text splice_outputs(const std::vector<ProfilerOutput>& outputs, size_t* length) {
   std::vector<std::string_view> pieces;
   size_t total = 0;
   for (size_t i = 0; i < outputs.size(); ++i) {
@@ -102,11 +97,11 @@ Text splice_outputs(const std::vector<ProfilerOutput>& outputs, uint32_t* length
   char* end = document.get();
   for (const std::string_view piece : pieces) end = std::copy(piece.begin(), piece.end(), end);
   *end = '\0';
-  *length = static_cast<uint32_t>(total);
+  *length = total;
   return document;
 }
 
-ProfilerDocument collect_profiler_document(bool progress, const ProfilerLimits& limits) {
+ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits) {
   ProfilerDocument document;
   Profiler profiler(limits);
   for (const DataType& data_type : kDataTypes) {
@@ -117,4 +112,4 @@ ProfilerDocument collect_profiler_document(bool progress, const ProfilerLimits& 
   return document;
 }
 
-ProfilerOutput run_full_profiler(const ProfilerLimits& limits) { return Profiler(limits).run(nullptr); }
+ProfilerOutput run_full_profiler(const SeriesLimits& limits) { return Profiler(limits).run(nullptr); }

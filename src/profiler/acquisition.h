@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "driver/command.h"
 #include "driver/text.h"
 
 // What one run of the profiler prints stands, as a rule, in this frame: an array of one dictionary. Trimming
@@ -29,7 +30,7 @@ struct ProfilerOutput {
 
 struct ProfilerDocument {
   Text text;
-  uint32_t length;
+  size_t length;
   // The untouched outputs, one per data type in their order, for the case that the document cannot be parsed.
   std::vector<ProfilerOutput> outputs;
 };
@@ -37,23 +38,17 @@ struct ProfilerDocument {
 // Where in the document an output stands: the first one brings the prologue, the last one the closing tags.
 enum class Cut { kMiddle = 0, kFirst = 1, kLast = 2 };
 
-// Outputs are cut off beyond these; tests lower them. In bytes.
-struct ProfilerLimits {
-  uint32_t one_output = 512u << 20;
-  uint32_t all_outputs = 1024u << 20;
-};
-
-// Runs the profiler over all its data types. With `progress` it prints "10%" to "100%" on the way, for a
-// program that waits for the scan. A data type without output is tried again, 20 times at most and with
-// growing pauses; when it stays empty a line on standard error names its command, and the data types after it
-// get a single attempt.
-ProfilerDocument collect_profiler_document(bool progress, const ProfilerLimits& limits = ProfilerLimits());
+// Runs the profiler over all its data types, within limits that tests lower. With `progress` it prints "10%"
+// to "100%" on the way, for a program that waits for the scan. A data type without output is tried again, 20
+// times at most and with growing pauses; when it stays empty a line on standard error names its command, and
+// the data types after it get a single attempt.
+ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits = SeriesLimits());
 
 // The profiler's output over its own choice of data types, uncut; tried again in the same way.
-ProfilerOutput run_full_profiler(const ProfilerLimits& limits = ProfilerLimits());
+ProfilerOutput run_full_profiler(const SeriesLimits& limits = SeriesLimits());
 
 // The document of such outputs, given in the order of the data types.
-Text splice_outputs(const std::vector<ProfilerOutput>& outputs, uint32_t* length);
+Text splice_outputs(const std::vector<ProfilerOutput>& outputs, size_t* length);
 
 // The part of an output that belongs into the document; empty when the output is too short, and cut short at
 // its first NUL.

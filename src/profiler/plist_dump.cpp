@@ -1,5 +1,6 @@
 #include "profiler/plist_dump.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <string_view>
@@ -28,21 +29,43 @@ bool contains(const char* const (&names)[count], const char* name) {
   return false;
 }
 
+// A dictionary's keys are distinct, but may give the same name.
+bool all_differ(std::vector<std::string> names) {
+  std::sort(names.begin(), names.end());
+  return std::adjacent_find(names.begin(), names.end()) == names.end();
+}
+
 struct KeysAndValues {
   explicit KeysAndValues(CFDictionaryRef dictionary)
       : keys(static_cast<size_t>(CFDictionaryGetCount(dictionary))), values(keys.size()) {
     CFDictionaryGetKeysAndValues(dictionary, keys.data(), values.data());
+    tag_names.reserve(keys.size());
+    for (size_t i = 0; i < keys.size(); ++i) tag_names.push_back(sanitize_key(key_text(i).get()));
+    // Few names are sooner searched than sorted.
+    constexpr size_t kMany = 32;
+    if (keys.size() > kMany && all_differ(tag_names)) names = Place::Names::distinct;
   }
   CFStringText key_text(size_t index) const { return CFStringText(static_cast<CFStringRef>(keys[index])); }
 
   std::vector<const void*> keys;
   std::vector<const void*> values;
+  std::vector<std::string> tag_names;  // of the keys, in their order
+  Place::Names names = Place::Names::may_repeat;
 };
 
 bool is_dictionary(CFTypeRef object) { return CFGetTypeID(object) == CFDictionaryGetTypeID(); }
 
 bool is_container(CFTypeRef object) {
   return is_dictionary(object) || CFGetTypeID(object) == CFArrayGetTypeID();
+}
+
+void set_attribute(Place& place, const KeysAndValues& pairs, size_t index, Value value) {
+  const std::string& name = pairs.tag_names[index];
+  if (pairs.names == Place::Names::distinct) {
+    place.set_distinct_attribute(name, std::move(value));
+  } else {
+    place.set_attribute(name, std::move(value));
+  }
 }
 
 template <typename Number>
@@ -149,10 +172,9 @@ void Dump::data_type(CFDictionaryRef dictionary) {
   for (size_t i = 0; i < pairs.keys.size(); ++i) {
     const CFStringText key = pairs.key_text(i);
     if (contains(kSkippedKeys, key.get())) continue;
-    std::string tag_name = sanitize_key(key.get());
     const CFTypeRef object = pairs.values[i];
     if (is_container(object)) {
-      container(object, place, std::move(tag_name), Place::Names::may_repeat, 1);
+      container(object, place, pairs.tag_names[i], pairs.names, 1);
       continue;
     }
     Value value = scalar(object);
@@ -160,23 +182,21 @@ void Dump::data_type(CFDictionaryRef dictionary) {
     // At this level the console reads wide integers as texts.
     if (is_wide_integer(object))
       value.set_text(format_string("%lld", static_cast<long long>(value.int64())).get());
-    place.set_attribute(tag_name, std::move(value));
+    set_attribute(place, pairs, i, std::move(value));
   }
 }
 
 void Dump::dictionary(CFDictionaryRef dictionary, Place& place, int depth) {
   const KeysAndValues pairs(dictionary);
   for (size_t i = 0; i < pairs.keys.size(); ++i) {
-    const CFStringText key = pairs.key_text(i);
-    std::string tag_name = sanitize_key(key.get());
     const CFTypeRef object = pairs.values[i];
-    if (is_dictionary(object) && contains(kKeyValueLists, key.get())) {
-      Place list(place, std::move(tag_name));
+    if (is_dictionary(object) && contains(kKeyValueLists, pairs.key_text(i).get())) {
+      Place list(place, pairs.tag_names[i]);
       key_value_list(static_cast<CFDictionaryRef>(object), list);
     } else if (is_container(object)) {
-      container(object, place, std::move(tag_name), Place::Names::may_repeat, depth + 1);
+      container(object, place, pairs.tag_names[i], pairs.names, depth + 1);
     } else if (Value value = scalar(object); value.kind() != Value::Kind::none) {
-      place.set_attribute(tag_name, std::move(value));
+      set_attribute(place, pairs, i, std::move(value));
     }
   }
 }

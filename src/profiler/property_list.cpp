@@ -16,7 +16,7 @@ bool ends_once(std::string_view list) {
   return end != list.npos && list.find_first_not_of("> \t\r\n", end + 7) == list.npos;
 }
 
-CFRef<CFArrayRef> parse(const char* text, uint32_t length) {
+CFRef<CFArrayRef> parse(const char* text, size_t length) {
   const std::string_view list(text, length);
   // Some versions of CoreFoundation recurse into whatever they are given, until the stack ends.
   if (list.empty() || !ends_once(list) || plist::nested_too_deeply(list)) return CFRef<CFArrayRef>();
@@ -34,7 +34,7 @@ CFRef<CFArrayRef> parse(const char* text, uint32_t length) {
 CFRef<CFArrayRef> parse(const ProfilerOutput& output) { return parse(output.text.get(), output.length); }
 
 CFRef<CFArrayRef> parse_spliced(const std::vector<ProfilerOutput>& outputs) {
-  uint32_t length = 0;
+  size_t length = 0;
   const Text document = splice_outputs(outputs, &length);
   return parse(document.get(), length);
 }

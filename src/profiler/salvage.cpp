@@ -1,5 +1,7 @@
 #include "profiler/salvage.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -7,10 +9,28 @@
 
 namespace {
 
+// On these names hangs whatever stands below them, often all there is of a data type.
+constexpr std::string_view kListNames[] = {"_items", "_dataType", "volumes", "spdisplays_ndrvs",
+                                           "spnetworklocation_services"};
+
+// A name in which one byte was damaged in a way that a list shows: not UTF-8 any more, a NUL, or markup.
+bool is_damaged(std::string_view text, std::string_view name) {
+  const size_t start = static_cast<size_t>(
+      std::mismatch(text.begin(), text.end(), name.begin(), name.end()).first - text.begin());
+  if (start == name.size()) return false;
+  const std::string_view rest = name.substr(start + 1);
+  if (text.size() < start + rest.size() || text.substr(text.size() - rest.size()) != rest) return false;
+  const std::string_view byte = text.substr(start, text.size() - rest.size() - start);
+  return byte == "\uFFFD" || byte == "<" || byte == "&" || byte == std::string_view("\0", 1);
+}
+
 // Writes the elements of a list as text again. The arrays at the top, one per list of the input, are left
 // out: their elements share the frame.
 class ListWriter {
  public:
+  // The data type that the profiler was asked for; empty when that was none in particular.
+  explicit ListWriter(std::string_view data_type) : data_type_(data_type) {}
+
   void begin_array() {
     if (depth_++ > 0) text_ += "<array>";
   }
@@ -25,15 +45,24 @@ class ListWriter {
     --depth_;
     text_ += "</dict>";
   }
-  void key(plist::Characters text) { element("key", text.bytes); }
-  void string(plist::Characters text) { element("string", text.bytes); }
+  void key(plist::Characters text) {
+    const auto name = std::find_if(std::begin(kListNames), std::end(kListNames),
+                                   [&](std::string_view known) { return is_damaged(text.bytes, known); });
+    key_ = name == std::end(kListNames) ? text.bytes : *name;
+    element("key", key_);
+  }
+  void string(plist::Characters text) {
+    const bool renamed = key_ == "_dataType" && is_damaged(text.bytes, data_type_);
+    element("string", renamed ? data_type_ : text.bytes);
+  }
   void integer(plist::Integer, std::string_view source) { element("integer", source); }
   void real(double, std::string_view source) { element("real", source); }
   void boolean(bool value) { text_ += value ? "<true/>" : "<false/>"; }
   void date(double, std::string_view source) { element("date", source); }
   void data(std::string_view source) { element("data", source); }
 
-  const std::string& text() const { return text_; }
+  // The list in the profiler's frame; nothing is written after it.
+  const std::string& finish() { return text_ += kEpilogue; }
 
  private:
   void element(const char* name, std::string_view content) {
@@ -57,16 +86,18 @@ class ListWriter {
     }
   }
 
-  std::string text_;
+  std::string_view data_type_;
+  std::string key_;  // the last one
+  std::string text_ = kPrologue;
   size_t depth_ = 0;
 };
 
 }  // namespace
 
 ProfilerOutput salvage_output(const ProfilerOutput& output) {
-  ListWriter writer;
+  ListWriter writer(output.data_type ? output.data_type : "");
   plist::scan_leniently({output.text.get(), output.length}, plist::events_for(writer));
-  const std::string list = std::string(kPrologue) + writer.text() + kEpilogue;
+  const std::string& list = writer.finish();
   return {output.data_type, copy_range(list.data(), list.data() + list.size()),
           static_cast<uint32_t>(list.size())};
 }

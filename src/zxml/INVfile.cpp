@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <csignal>
 #include <cstdio>
 #include <utility>
 
@@ -27,6 +28,19 @@ bool is_regular(std::FILE* file) {
   struct stat status;
   return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
 }
+
+// While this lives, a file that reaches the size that the user may write makes the write fail; otherwise the
+// signal that the system sends then would end the program, with half a file left behind.
+class FileSizeSignalIgnored {
+ public:
+  FileSizeSignalIgnored() : before_(std::signal(SIGXFSZ, SIG_IGN)) {}
+  FileSizeSignalIgnored(const FileSizeSignalIgnored&) = delete;
+  FileSizeSignalIgnored& operator=(const FileSizeSignalIgnored&) = delete;
+  ~FileSizeSignalIgnored() { std::signal(SIGXFSZ, before_); }
+
+ private:
+  void (*before_)(int);
+};
 
 }  // namespace
 
@@ -100,6 +114,7 @@ bool INVfile::save(const char* path, bool compress_header) {
   std::FILE* file = std::fopen(path, "w");
   if (!file) return false;
   const bool removable = is_regular(file);
+  const FileSizeSignalIgnored ignored;
   const Bytes bytes = build(compress_header);
   const bool written = std::fwrite(bytes.data(), 1, bytes.length(), file) == bytes.length();
   const bool flushed = std::fflush(file) == 0;

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/collectors/tool_helpers.h"
 #include "tests/collectors/tree_helpers.h"
 
 namespace {
@@ -98,6 +99,16 @@ TEST(Environment, ComesFromTheScanItself) {
   const std::string text = tree_text(snapshot);
   EXPECT_NE(std::string::npos, text.find("*env-var:ENVIRONMENT_TEST=ENVIRONMENT_TEST\nvalue=some value\n"));
   EXPECT_NE(std::string::npos, text.find("*env-var:PATH=PATH\n"));
+}
+
+TEST(Environment, EndsWhenEnvPrintsForEver) {
+  const FakeTools tools;
+  InventoryTree snapshot = empty_snapshot();
+  testing::internal::CaptureStderr();
+  tools.write("env", "exec seq -f V%.0f=1 1000000000");
+  collect_environment(snapshot);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 2097152 bytes: env\n");
+  EXPECT_GT(snapshot.top().find_child("Environment")->children().size(), 150000u);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "tests/collectors/tool_helpers.h"
 
 namespace {
@@ -26,6 +28,14 @@ TEST(PlatformUuid, IsEmptyWhenNoneIsTold) {
     tools.write("ioreg", script);
     EXPECT_STREQ("", query_platform_uuid().get()) << script;
   }
+}
+
+TEST(PlatformUuid, EndsWhenTheRegistryDoesNot) {
+  const FakeTools tools;
+  tools.write("ioreg", "exec yes '\"IOPlatformUUID\" = \"00000000\"'");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(65536u, std::strlen(query_platform_uuid().get()));
+  testing::internal::GetCapturedStderr();
 }
 
 }  // namespace

@@ -127,6 +127,62 @@ TEST(RunCommand, EndsACommandThatPrintsForEver) {
   EXPECT_EQ(result.output.size(), 1000000u);
 }
 
+rlim_t work_limit() {
+  rlimit limit = {};
+  getrlimit(RLIMIT_CPU, &limit);
+  return limit.rlim_cur;
+}
+
+TEST(WorkLimit, EndsAPipelineThatWorksForEver) {
+  const rlim_t before = work_limit();
+  {
+    const WorkLimit limit(0);
+    EXPECT_LT(work_limit(), before);
+    expect_output(run("yes | awk '/never/'; echo over", 100), "over\n");
+  }
+  EXPECT_EQ(work_limit(), before);
+}
+
+TEST(WorkLimit, KeepsALowerLimit) {
+  const WorkLimit low(10);
+  const rlim_t before = work_limit();
+  const WorkLimit high(100);
+  EXPECT_EQ(work_limit(), before);
+}
+
+// A series' run, its output with the length in front; "none" when the tool is not run.
+std::string run_in(CommandSeries& series, const char* command) {
+  uint32_t length = 7;
+  const Text text = series.run(command, &length);
+  return text ? std::to_string(length) + " " + text.get() : length == 0 ? "none" : "none, but a length";
+}
+
+TEST(CommandSeries, LimitsEachOutputAndAllTogether) {
+  testing::internal::CaptureStderr();
+  CommandSeries series(4, {6, 10});
+  EXPECT_EQ(run_in(series, "printf 12345678"), "6 123456");
+  EXPECT_FALSE(series.used_up());
+  EXPECT_EQ(run_in(series, "printf abcdefgh"), "4 abcd");
+  EXPECT_TRUE(series.used_up());
+  EXPECT_EQ(run_in(series, "printf more"), "none");
+  EXPECT_EQ(run_in(series, "printf more"), "none");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Output cut after 6 bytes: printf 12345678\n"
+            "Output cut after 4 bytes: printf abcdefgh\n"
+            "Not run any more: printf more\n");
+}
+
+TEST(CommandSeries, LimitsTheRuns) {
+  testing::internal::CaptureStderr();
+  CommandSeries series(100, {100, 100, 2});
+  EXPECT_EQ(run_in(series, "true"), "0 ");
+  EXPECT_EQ(run_in(series, "echo x"), "2 x\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(run_in(series, "echo y"), "none");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Not run any more: echo y\n");
+}
+
 // Without a free descriptor there is no pipe. Run in a child of the test, which ends with the verdict.
 [[noreturn]] void run_without_descriptors() {
   const rlimit none = {0, 0};

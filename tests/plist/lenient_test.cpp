@@ -153,7 +153,7 @@ TEST(LenientScanner, PutsOneDamagedByteOfATagRight) {
   for (const std::string_view tag :
        {"<dict>", "</dict>", "<key>", "</key>", "<string>", "</string>", "<integer>", "</integer>"}) {
     for (size_t place = 0; place < tag.size(); ++place) {
-      for (const char byte : {'?', '&', '\0', '\xFF'}) {
+      for (const char byte : {'?', '&', '\0', '\xFF', '<'}) {
         std::string list = whole;
         list[list.find(tag) + place] = byte;
         EXPECT_EQ(salvaged(list), expected) << list;
@@ -164,6 +164,9 @@ TEST(LenientScanner, PutsOneDamagedByteOfATagRight) {
 
 TEST(LenientScanner, SkipsALessThanBeforeATag) {
   EXPECT_EQ(salvaged("<array><<dict><key>a</key><<true/></dict><</array>"), "[{a:true}]");
+  EXPECT_EQ(salvaged("<dict><key>a</key><<dict></dict></dict>"), "{a:{}}");
+  EXPECT_EQ(salvaged("<array><< <array></array></array>"), "[[]]");
+  EXPECT_EQ(salvaged("<array><string<<string>a</string></array>"), "[\"a\"]");
 }
 
 TEST(LenientScanner, EndsUnclosedContainersWithTheOneAround) {

@@ -70,7 +70,7 @@ std::vector<ProfilerOutput> outputs(const std::vector<std::string>& texts) {
 }
 
 std::string splice(const std::vector<std::string>& texts) {
-  uint32_t length = 0;
+  size_t length = 0;
   const Text document = splice_outputs(outputs(texts), &length);
   EXPECT_EQ(std::string(document.get()).size(), length);
   return document.get();
@@ -109,7 +109,7 @@ const char* const kNamingProfiler =
 class CollectProfilerDocument : public testing::Test {
  protected:
   // The document's text; what the run prints is left in `printed` and `complaints`.
-  std::string collect(bool progress, const ProfilerLimits& limits = ProfilerLimits()) {
+  std::string collect(bool progress, const SeriesLimits& limits = SeriesLimits()) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     document = collect_profiler_document(progress, limits);
@@ -173,7 +173,7 @@ TEST_F(CollectProfilerDocument, GivesUpAfterTwentyRetriesAndThenAsksOnlyOnce) {
 
 TEST_F(CollectProfilerDocument, CutsATypeThatWritesForEver) {
   tools.write("system_profiler", "[ \"$4\" = SPAudioDataType ] && exec yes; " + std::string(kNamingProfiler));
-  ProfilerLimits limits;
+  SeriesLimits limits;
   limits.one_output = 100000;
   EXPECT_THAT(collect(false, limits), EndsWith("SPPowerDataType</string>\n</array>\n</plist>"));
   EXPECT_EQ(document.outputs[4].length, 100000u);
@@ -183,7 +183,7 @@ TEST_F(CollectProfilerDocument, CutsATypeThatWritesForEver) {
 
 TEST_F(CollectProfilerDocument, CutsAllOutputsTogether) {
   tools.write("system_profiler", "head -c 1000 /dev/zero");
-  ProfilerLimits limits;
+  SeriesLimits limits;
   limits.all_outputs = 2500;
   collect(false, limits);
   EXPECT_EQ(document.outputs[1].length, 1000u);
@@ -191,7 +191,8 @@ TEST_F(CollectProfilerDocument, CutsAllOutputsTogether) {
   EXPECT_EQ(document.outputs[3].length, 0u);
   EXPECT_THAT(
       complaints,
-      HasSubstr("Output cut after 500 bytes: system_profiler -detailLevel full -xml SPSoftwareDataType\n"));
+      EndsWith("Output cut after 500 bytes: system_profiler -detailLevel full -xml SPSoftwareDataType\n"
+               "Not run any more: system_profiler -detailLevel full -xml SPParallelATADataType\n"));
 }
 
 TEST(RunFullProfiler, NamesNoDataTypeAndCutsNothing) {

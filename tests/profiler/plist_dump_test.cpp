@@ -242,6 +242,33 @@ TEST(DumpProfiler, StopsAtTheDepthOfAPropertyList) {
   EXPECT_EQ(strings, 512u);
 }
 
+TEST(DumpProfiler, MergesNamesThatBecomeOneAmongMany) {
+  std::string keys, expected;
+  for (int i = 0; i < 100; ++i) {
+    keys += key("k " + std::to_string(i), "<string>first</string>") +
+            key("k_" + std::to_string(i), "<string>later</string>");
+    expected += "k_" + std::to_string(i) + "=later\n";
+  }
+  EXPECT_EQ(dump_item(keys), "*item0=\n" + expected);
+  EXPECT_EQ(dump_type(keys), "+Macintosh=\n*D=\n" + expected + "-\n");
+}
+
+// With every name compared with all before it, this would take more than ten minutes.
+TEST(DumpProfiler, WritesManyKeysInLinearTime) {
+  constexpr int kCount = 400000;
+  std::string keys;
+  for (int i = 0; i < kCount; ++i) {
+    keys += key("k" + std::to_string(i), "<string>v</string>") +
+            key("d" + std::to_string(i), "<dict><key>k</key><string>v</string></dict>");
+  }
+  const CFRef<CFArrayRef> list =
+      parse_elements("<dict>" + key("_dataType", "<string>D</string>") + keys + "</dict>");
+  InventoryTree tree(1, "Macintosh");
+  dump_profiler(list.get(), tree);
+  EXPECT_EQ(tree.top().child_at(0)->attributes().size(), size_t{kCount});
+  EXPECT_EQ(tree.top().child_at(0)->children().size(), size_t{kCount});
+}
+
 TEST(SanitizeKey, ReplacesWhatMeansSomethingInPathsAndQueries) {
   EXPECT_EQ(sanitize_key("Model Name, rev/2"), "Model_Name__rev_2");
   EXPECT_EQ(sanitize_key("plain-key_1"), "plain-key_1");

@@ -64,6 +64,31 @@ TEST(SalvageOutput, DropsUnreadableValuesWithTheirKeys) {
             kDictionary);
 }
 
+TEST(SalvageOutput, PutsDamagedNamesOfListsRight) {
+  const std::string whole =
+      "<dict><key>_dataType</key><string>SPTestDataType</string><key>_items</key><array></array></dict>";
+  for (const std::string name : {"_dataType", "SPTestDataType", "_items"}) {
+    for (size_t i = 0; i < name.size(); ++i) {
+      for (const char damage : {'\0', '\x80', '\xFF', '<', '&'}) {
+        // "<dataType" looks more like the element "data".
+        if (damage == '<' && i == 0 && name == "_dataType") continue;
+        std::string damaged = whole;
+        damaged[whole.find(">" + name) + 1 + i] = damage;
+        EXPECT_EQ(salvage(framed(damaged)), whole) << damaged;
+      }
+    }
+  }
+}
+
+TEST(SalvageOutput, KeepsNamesThatOnlyResembleThoseOfLists) {
+  for (const std::string name : {"_item", "_itemss", "_item1", "items", "_it�em�", "_items�", ""}) {
+    const std::string dictionary = "<dict><key>" + name + "</key><string>SPTest�DataType</string></dict>";
+    EXPECT_EQ(salvage(framed(dictionary)), dictionary);
+  }
+  const std::string value = "<dict><key>_name</key><string>SPTes�DataType</string></dict>";
+  EXPECT_EQ(salvage(framed(value)), value);
+}
+
 TEST(SalvageOutput, ClosesWhatATruncatedOutputLeftOpen) {
   EXPECT_EQ(
       salvage(kPrologue + std::string("<dict><key>k</key><string>v</string><key>l</key><string>cut of")),

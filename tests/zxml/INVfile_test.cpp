@@ -286,8 +286,9 @@ TEST(SaveDeathTest, FailsInADirectoryThatMayNotBeWritten) {
 }
 
 // Run in a child of the test: files may not grow beyond `limit` there, as on a disk that gets full.
-[[noreturn]] void save_with_little_space(const std::string& path, rlim_t limit, size_t data_length) {
-  std::signal(SIGXFSZ, SIG_IGN);
+[[noreturn]] void save_with_little_space(const std::string& path, rlim_t limit, size_t data_length,
+                                         void (*signal_handler)(int) = SIG_IGN) {
+  std::signal(SIGXFSZ, signal_handler);
   const rlimit space = {limit, limit};
   if (setrlimit(RLIMIT_FSIZE, &space) != 0) std::_Exit(2);
   INVfile file(1);
@@ -300,6 +301,20 @@ TEST(SaveDeathTest, RemovesAFileThatCouldNotBeWrittenWhole) {
   EXPECT_EXIT(save_with_little_space(directory.file("file"), 100000, 1000000), testing::ExitedWithCode(0),
               "");
   EXPECT_TRUE(fs::is_empty(directory.file("")));
+}
+
+TEST(SaveDeathTest, SurvivesTheSignalOfALimitOnFiles) {
+  const TemporaryDirectory directory;
+  EXPECT_EXIT(save_with_little_space(directory.file("file"), 100000, 1000000, SIG_DFL),
+              testing::ExitedWithCode(0), "");
+  EXPECT_TRUE(fs::is_empty(directory.file("")));
+}
+
+TEST(Save, LeavesTheSignalOfALimitOnFilesAsItWas) {
+  const TemporaryDirectory directory;
+  const auto before = std::signal(SIGXFSZ, SIG_DFL);
+  EXPECT_TRUE(INVfile(1).save(directory.file("file").c_str(), kPlain));
+  EXPECT_EQ(std::signal(SIGXFSZ, before), SIG_DFL);
 }
 
 TEST(SaveDeathTest, RemovesAFileThatCouldNotBeFlushed) {
