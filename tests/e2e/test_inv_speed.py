@@ -1,0 +1,44 @@
+"""Opening a large inventory costs next to nothing."""
+
+import os
+import struct
+import subprocess
+import unittest
+import zlib
+
+from inventories import FOLDER, INV, InventoryTestCase
+
+APPLICATIONS = 5000
+MOST_SECONDS = 0.050  # of CPU
+
+
+def large_file():
+    lines = ["\ufeff?zxml", "+Snapshot=", "timestamp=20120118153045.000000+120", "+Software="]
+    for i in range(APPLICATIONS):
+        lines += [f"*Soft:{i + 1}=Application {i}", f"version={i % 9}.{i % 7}", "inst-date=20110102", "runtime-environment=universal",
+                  f"info={i % 9}.{i % 7}, Copyright 2011 Maker {i % 50}", "64bit-app=1", f"location=/Applications/Folder {i % 40}/Application {i}.app"]
+    section = zlib.compress("\n".join([*lines, "-", "-", ""]).encode(), 9) + b"\0\1ZXML"
+    header = f"[H]\ncount=1\nsnapshotcount=1\n[0]\noffset=0\nlength={len(section)}\ntype=snapshot\n".encode()
+    path = FOLDER / "large.inv"
+    path.write_bytes(section + header + struct.pack(">Q", len(section)) + b"\3\0INV!")
+    return path
+
+
+def cpu_seconds(*arguments):
+    process = subprocess.Popen([INV, *arguments], stdout=subprocess.DEVNULL)
+    _, status, usage = os.wait4(process.pid, 0)
+    process.returncode = os.waitstatus_to_exitcode(status)
+    return usage.ru_utime + usage.ru_stime
+
+
+@unittest.skipIf(INV.parent.name == "sanitize", "the sanitizers take their time")
+class Speed(InventoryTestCase):
+    def test_summing_up_5000_applications_takes_less_than_50_ms(self):
+        path = large_file()
+        self.assertIn("5000 applications", self.check(0, "summary", path))
+        # The best of a few, since other tests run beside this one.
+        self.assertLess(min(cpu_seconds("summary", path) for _ in range(5)), MOST_SECONDS)
+
+
+if __name__ == "__main__":
+    unittest.main()
