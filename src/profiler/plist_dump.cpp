@@ -29,28 +29,29 @@ bool contains(const char* const (&names)[count], const char* name) {
   return false;
 }
 
-// A dictionary's keys are distinct, but may give the same name.
-bool all_differ(std::vector<std::string> names) {
-  std::sort(names.begin(), names.end());
-  return std::adjacent_find(names.begin(), names.end()) == names.end();
-}
-
 struct KeysAndValues {
   explicit KeysAndValues(CFDictionaryRef dictionary)
       : keys(static_cast<size_t>(CFDictionaryGetCount(dictionary))), values(keys.size()) {
     CFDictionaryGetKeysAndValues(dictionary, keys.data(), values.data());
-    tag_names.reserve(keys.size());
-    for (size_t i = 0; i < keys.size(); ++i) tag_names.push_back(sanitize_key(key_text(i).get()));
     // Few names are sooner searched than sorted.
     constexpr size_t kMany = 32;
-    if (keys.size() > kMany && all_differ(tag_names)) names = Place::Names::distinct;
+    if (keys.size() > kMany && tag_names_differ()) names = Place::Names::distinct;
   }
   CFStringText key_text(size_t index) const { return CFStringText(static_cast<CFStringRef>(keys[index])); }
+  std::string tag_name(size_t index) const { return sanitize_key(key_text(index).get()); }
 
   std::vector<const void*> keys;
   std::vector<const void*> values;
-  std::vector<std::string> tag_names;  // of the keys, in their order
-  Place::Names names = Place::Names::may_repeat;
+  Place::Names names = Place::Names::may_repeat;  // of the tags that the keys become
+
+ private:
+  // The keys themselves are distinct, but may give the same name.
+  bool tag_names_differ() const {
+    std::vector<std::string> tag_names;
+    for (size_t i = 0; i < keys.size(); ++i) tag_names.push_back(tag_name(i));
+    std::sort(tag_names.begin(), tag_names.end());
+    return std::adjacent_find(tag_names.begin(), tag_names.end()) == tag_names.end();
+  }
 };
 
 bool is_dictionary(CFTypeRef object) { return CFGetTypeID(object) == CFDictionaryGetTypeID(); }
@@ -59,9 +60,8 @@ bool is_container(CFTypeRef object) {
   return is_dictionary(object) || CFGetTypeID(object) == CFArrayGetTypeID();
 }
 
-void set_attribute(Place& place, const KeysAndValues& pairs, size_t index, Value value) {
-  const std::string& name = pairs.tag_names[index];
-  if (pairs.names == Place::Names::distinct) {
+void set_attribute(Place& place, const std::string& name, Place::Names names, Value value) {
+  if (names == Place::Names::distinct) {
     place.set_distinct_attribute(name, std::move(value));
   } else {
     place.set_attribute(name, std::move(value));
@@ -174,7 +174,7 @@ void Dump::data_type(CFDictionaryRef dictionary) {
     if (contains(kSkippedKeys, key.get())) continue;
     const CFTypeRef object = pairs.values[i];
     if (is_container(object)) {
-      container(object, place, pairs.tag_names[i], pairs.names, 1);
+      container(object, place, pairs.tag_name(i), pairs.names, 1);
       continue;
     }
     Value value = scalar(object);
@@ -182,7 +182,7 @@ void Dump::data_type(CFDictionaryRef dictionary) {
     // At this level the console reads wide integers as texts.
     if (is_wide_integer(object))
       value.set_text(format_string("%lld", static_cast<long long>(value.int64())).get());
-    set_attribute(place, pairs, i, std::move(value));
+    set_attribute(place, pairs.tag_name(i), pairs.names, std::move(value));
   }
 }
 
@@ -191,12 +191,12 @@ void Dump::dictionary(CFDictionaryRef dictionary, Place& place, int depth) {
   for (size_t i = 0; i < pairs.keys.size(); ++i) {
     const CFTypeRef object = pairs.values[i];
     if (is_dictionary(object) && contains(kKeyValueLists, pairs.key_text(i).get())) {
-      Place list(place, pairs.tag_names[i]);
+      Place list(place, pairs.tag_name(i));
       key_value_list(static_cast<CFDictionaryRef>(object), list);
     } else if (is_container(object)) {
-      container(object, place, pairs.tag_names[i], pairs.names, depth + 1);
+      container(object, place, pairs.tag_name(i), pairs.names, depth + 1);
     } else if (Value value = scalar(object); value.kind() != Value::Kind::none) {
-      set_attribute(place, pairs, i, std::move(value));
+      set_attribute(place, pairs.tag_name(i), pairs.names, std::move(value));
     }
   }
 }
