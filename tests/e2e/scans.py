@@ -11,8 +11,9 @@ import inv_decoder
 ROOT = Path(__file__).resolve().parents[2]
 SIMULATOR = ROOT / "simulator"
 MACHINES = SIMULATOR / "machines"
+ALL_MACHINES = sorted(folder for folder in MACHINES.iterdir() if folder.is_dir())
 IMAC = MACHINES / "imac-10.6"
-SCANNER = os.environ["VELKARO_SCANNER"]
+SCANNER = str(Path(os.environ["VELKARO_SCANNER"]).resolve())
 SAMPLES = ROOT.parent / "shared" / "samples" / "machines"
 
 PERCENTAGES = "".join(f"{percent}%\n" for percent in range(10, 101, 10))
@@ -34,6 +35,8 @@ class ScanTestCase(unittest.TestCase):
     def write_tool(self, name, script):
         """Puts a tool of the test's own before the simulator's."""
         tool = self.tools / name
+        # Never written through: a link would lead to the system's own tool.
+        tool.unlink(missing_ok=True)
         tool.write_text("#!/bin/sh\n" + script)
         tool.chmod(0o755)
 
