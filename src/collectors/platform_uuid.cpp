@@ -13,7 +13,7 @@ constexpr char kCommand[] =
 
 Text query_platform_uuid() {
   constexpr uint32_t kLongest = 1u << 16;
-  const WorkLimit limit(5);
+  const WorkLimit limit(2);
   uint32_t length = 0;
   return run_command(kCommand, &length, 40, kLongest);
 }

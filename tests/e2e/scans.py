@@ -11,6 +11,7 @@ import inv_decoder
 ROOT = Path(__file__).resolve().parents[2]
 SIMULATOR = ROOT / "simulator"
 MACHINES = SIMULATOR / "machines"
+ALL_MACHINES = sorted(folder for folder in MACHINES.iterdir() if folder.is_dir())
 IMAC = MACHINES / "imac-10.6"
 SCANNER = os.path.abspath(os.environ["VELKARO_SCANNER"])
 SAMPLES = ROOT.parent / "shared" / "samples" / "machines"
