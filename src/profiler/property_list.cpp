@@ -24,8 +24,12 @@ CFRef<CFArrayRef> parse(const char* text, size_t length) {
   const CFRef<CFDataRef> data(CFDataCreateWithBytesNoCopy(nullptr, reinterpret_cast<const UInt8*>(text),
                                                           static_cast<CFIndex>(length), kCFAllocatorNull));
   CFStringRef error_text = nullptr;
+  // Later systems would have it called by another name, which Mac OS X 10.5 does not know.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
   const CFRef<CFPropertyListRef> property_list(
       CFPropertyListCreateFromXMLData(nullptr, data.get(), kCFPropertyListImmutable, &error_text));
+#pragma GCC diagnostic pop
   const CFRef<CFStringRef> error(error_text);
   if (!property_list || CFGetTypeID(property_list.get()) != CFArrayGetTypeID()) return CFRef<CFArrayRef>();
   return CFRef<CFArrayRef>(static_cast<CFArrayRef>(CFRetain(property_list.get())));
