@@ -24,7 +24,7 @@ CFRef<CFArrayRef> parse(const char* text, size_t length) {
   const CFRef<CFDataRef> data(CFDataCreateWithBytesNoCopy(nullptr, reinterpret_cast<const UInt8*>(text),
                                                           static_cast<CFIndex>(length), kCFAllocatorNull));
   CFStringRef error_text = nullptr;
-  // Later systems would have it called by another name, which Mac OS X 10.5 does not know.
+  // Deprecated, and kept: what it accepts and refuses is measured on systems of many years.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
   const CFRef<CFPropertyListRef> property_list(
