@@ -19,10 +19,10 @@ _folder = tempfile.TemporaryDirectory()
 FOLDER = Path(_folder.name)
 
 
-def scan(machine, *arguments):
+def scan(machine, *arguments, prefix=()):
     """The path of the file that a silent scan of a machine's folder saves, in a folder of its own."""
     out = Path(tempfile.mkdtemp(dir=FOLDER))
-    command = [SIMULATOR / "run", machine, SCANNER, "/silent", *arguments]
+    command = [*prefix, SIMULATOR / "run", machine, SCANNER, "/silent", *arguments]
     subprocess.run(command, cwd=out, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=300)
     (path,) = out.iterdir()
     return path
