@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -47,7 +48,8 @@ class DatabaseTest : public testing::Test {
     return rows;
   }
 
-  const std::string path = fs::path(testing::TempDir()) / "database_test.db";
+  const std::string path =
+      fs::path(testing::TempDir()) / ("database_test." + std::to_string(getpid()) + ".db");
 };
 
 TEST_F(DatabaseTest, HoldsMachinesAndTheirFacts) {

@@ -1,6 +1,7 @@
 #include "inv/output_file.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -27,7 +28,7 @@ class OutputFileTest : public testing::Test {
     return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
   }
 
-  const fs::path folder = fs::path(testing::TempDir()) / "output_file_test";
+  const fs::path folder = fs::path(testing::TempDir()) / ("output_file_test." + std::to_string(getpid()));
   const fs::path path = folder / "file";
 };
 

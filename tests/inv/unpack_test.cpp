@@ -1,6 +1,7 @@
 #include "inv/unpack.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -47,7 +48,7 @@ TEST(Unpack, KeepsTheBytesOfWhatCannotBeRead) {
 class WriteFolderTest : public testing::Test {
  protected:
   ~WriteFolderTest() override { fs::remove_all(folder); }
-  const fs::path folder = fs::path(testing::TempDir()) / "write_folder_test";
+  const fs::path folder = fs::path(testing::TempDir()) / ("write_folder_test." + std::to_string(getpid()));
   std::string error;
 };
 
