@@ -167,6 +167,8 @@ class FailingTools(FaultTestCase):
         probe = (
             "scanner=$PPID\n"
             '[ "$(cat /proc/$scanner/comm)" = velkaro-scanner ] || read _ _ _ scanner _ </proc/$scanner/stat\n'
+            # Until it waits for the answer, its end of the tool's pipe may still be open.
+            'while state=; read _ _ state _ </proc/$scanner/stat; [ "$state" = R ] || [ "$state" = D ]; do :; done\n'
             'read children </proc/$scanner/task/$scanner/children\n'
             f'set -- "$@" -- /proc/$scanner/fd/*; while [ "$1" != -- ]; do shift; done\n'
             f'echo "$# $children" >>"{self.folder}/seen"\n'
