@@ -1,4 +1,4 @@
-// SHA-256 (FIPS 180-4) and HMAC (FIPS 198-1): what names the page's own script to a browser, and what makes
+// SHA-256 and its HMAC, as libsodium computes them: what names the page's own script to a browser, and what makes
 // pseudonyms.
 #pragma once
 

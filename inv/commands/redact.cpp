@@ -1,7 +1,6 @@
 #include "inv/redact.h"
 
-#include <sys/random.h>
-#include <unistd.h>
+#include <sodium.h>
 
 #include <cerrno>
 #include <cstring>
@@ -22,7 +21,8 @@ struct Options {
 
 std::string random_key() {
   std::string key(32, '\0');
-  return getentropy(&key[0], key.size()) == 0 ? key : std::string();
+  randombytes_buf(key.data(), key.size());
+  return key;
 }
 
 bool write_file(const std::string& path, const std::string& bytes) {
@@ -39,10 +39,6 @@ void warn_of_name(const Redaction& redaction, const std::string& path) {
 
 int run(Options& options) {
   if (options.redact.key.empty()) options.redact.key = random_key();
-  if (options.redact.key.empty()) {
-    complain("random key", std::strerror(errno));
-    return kUnusable;
-  }
   int status = kDone;
   const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
   if (!inventory) return status;
