@@ -41,19 +41,15 @@ std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t ma
   return inventory;
 }
 
-int print_result(const std::string& text) {
-  if (print(text)) return kDone;
-  complain("standard output", std::strerror(errno));
+int complain_of_output(const std::string& path) {
+  complain(path == "-" ? "standard output" : path, std::strerror(errno));
   return kUnusable;
 }
 
+int print_result(const std::string& text) { return print(text) ? kDone : complain_of_output("-"); }
+
 int write_result(const std::string& path, const std::string& content) {
-  OutputFile output(path);
-  const bool written =
-      output.stream() && std::fwrite(content.data(), 1, content.size(), output.stream()) == content.size();
-  if (written && output.commit()) return kDone;
-  complain(path, std::strerror(errno));
-  return kUnusable;
+  return write_file(path, content) ? kDone : complain_of_output(path);
 }
 
 }  // namespace inv

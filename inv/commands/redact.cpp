@@ -7,7 +7,6 @@
 #include <cstring>
 
 #include "inv/commands/command.h"
-#include "inv/output_file.h"
 #include "inv/terminal.h"
 
 namespace inv {
@@ -23,12 +22,6 @@ struct Options {
 std::string random_key() {
   std::string key(32, '\0');
   return getentropy(&key[0], key.size()) == 0 ? key : std::string();
-}
-
-bool write_file(const std::string& path, const std::string& bytes) {
-  OutputFile output(path);
-  return output.stream() && std::fwrite(bytes.data(), 1, bytes.size(), output.stream()) == bytes.size() &&
-         output.commit();
 }
 
 void warn_of_name(const Redaction& redaction, const std::string& path) {
@@ -51,11 +44,8 @@ int run(Options& options) {
     complain(inventory->file_name, "not redacted: " + redaction.refusal);
     return kNo;
   }
-  if (!write_file(options.output, redaction.bytes)) {
-    complain(options.output, std::strerror(errno));
-    return kUnusable;
-  }
-  if (options.output == "-") return kDone;
+  const int written = write_result(options.output, redaction.bytes);
+  if (written != kDone || options.output == "-") return written;
   warn_of_name(redaction, options.output);
   return print_result(options.output + ": " + std::to_string(redaction.pseudonyms.count()) +
                       " names, numbers and addresses replaced; none of them is left\n");

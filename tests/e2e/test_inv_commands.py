@@ -128,15 +128,37 @@ class Commands(InventoryTestCase):
         self.assertEqual(self.check(0, "export", "-f", "csv", "-o", target, self.file), "")
         self.assertTrue(target.read_bytes().startswith(b"machine,path,"))
         self.check(2, "export", "-f", "csv", "-o", FOLDER / "no" / "facts.csv", self.file)
+        self.check(2, "report", "-o", "", self.file)
+        self.assertEqual(self.messages, "inv: : No such file or directory\n")
         self.assertEqual(list(FOLDER.glob("*.part")), [])
+
+    def test_an_output_may_be_a_pipe(self):
+        pipe = FOLDER / "pipe"
+        os.mkfifo(pipe)
+        with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE) as reader:
+            self.check(0, "export", "-f", "csv", "-o", pipe, self.file)
+            self.assertEqual(reader.stdout.read(), inv("export", "-f", "csv", self.file).stdout)
+
+    def test_no_part_of_an_output_stays_when_the_disk_is_full(self):
+        folder = FOLDER / "full"
+        folder.mkdir()
+        # A limit on the size of files does what a full disk does, with another message.
+        limited = ["sh", "-c", 'trap "" XFSZ; ulimit -f 4; exec "$@"', "sh", INV]
+        for arguments in (["export", "-f", "json"], ["report"], ["redact"]):
+            with self.subTest(arguments=arguments):
+                result = subprocess.run([*limited, *arguments, self.file, "-o", folder / "out"], capture_output=True, timeout=60)
+                self.assertEqual(result.returncode, 2)
+                self.assertIn(b"/out: File too large\n", result.stderr)
+                self.assertEqual(list(folder.iterdir()), [])
 
     def test_a_full_disk_is_reported(self):
         with open("/dev/full", "wb") as full:
-            for arguments in (["show", self.file], ["export", "-f", "json", self.file], ["verify", self.file]):
+            for arguments in (["show", self.file], ["export", "-f", "json", self.file], ["verify", self.file],
+                              ["report", self.file], ["redact", self.file, "-o", "-"]):
                 with self.subTest(arguments=arguments):
                     result = subprocess.run([INV, *arguments], stdout=full, stderr=subprocess.PIPE, timeout=60)
                     self.assertEqual(result.returncode, 2)
-                    self.assertIn(b"No space left on device", result.stderr)
+                    self.assertEqual(result.stderr, b"inv: standard output: No space left on device\n")
 
     def test_colours_are_for_terminals_without_no_color(self):
         for arguments in (["summary", self.file], ["show", self.file], ["verify", self.file]):
