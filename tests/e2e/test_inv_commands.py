@@ -122,6 +122,13 @@ class Commands(InventoryTestCase):
         self.assertTrue(self.check(0, "show", self.file, "--section", "asset").startswith("AssetInfo\n"))
         outline = self.check(0, "show", self.file, "--section", "snapshot", "--depth", "0")
         self.assertRegex(outline.splitlines()[0], r"^/  \(\d+ below\)$")
+        both = self.check(0, "show", self.file, "--section", "asset,snapshot", "--depth", "0")
+        self.assertEqual([line.split()[0] for line in both.splitlines() if "below" in line], ["/", "AssetInfo"])
+
+    def test_a_path_may_follow_the_section(self):
+        self.assertEqual(self.check(0, "show", self.file, "--section", "asset", "AssetInfo/int-name"),
+                         "AssetInfo/int-name  Studio iMac\n")
+        self.assertEqual(self.check(1, "show", self.file, "--section", "asset", "/hostname"), "")
 
     def test_export_writes_a_file_whole_or_not_at_all(self):
         target = FOLDER / "facts.csv"
