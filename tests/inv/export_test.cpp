@@ -53,6 +53,18 @@ TEST(Export, JsonTellsTheTreesInOrder) {
   EXPECT_EQ(machines[1]["trees"][1]["name"], "AssetInfo");
 }
 
+TEST(Export, JsonOfADeepTreeIsNotMuchLargerThanItsText) {
+  std::string lines = "\xEF\xBB\xBF?zxml\n";
+  for (int i = 0; i < 500; ++i) lines += "+a=\n";
+  for (int i = 0; i < 500; ++i) lines += "*b=\n";
+  for (int i = 0; i < 500; ++i) lines += "-\n";
+  const std::string text = exported(ExportFormat::json, {maker::file_of_text(lines)});
+  EXPECT_LT(text.size(), lines.size() * 20);
+  json element = json::parse(text)[0]["trees"][0];
+  for (int i = 0; i < 499; ++i) element = json(element["children"][0]);
+  EXPECT_EQ(element["children"].size(), 500u);
+}
+
 TEST(Export, NoFilesAreAnEmptyJsonArray) {
   EXPECT_EQ(json::parse(exported(ExportFormat::json, {})), json::array());
 }
