@@ -175,6 +175,14 @@ class Commands(InventoryTestCase):
                 self.assertNotIn(b"\x1b", on_terminal(*arguments, NO_COLOR="1"))
                 self.assertNotIn(b"\x1b", on_terminal(*arguments, TERM="dumb"))
 
+    @unittest.skipIf(INV.parent.name == "sanitize", "the sanitizers take their memory beforehand")
+    def test_too_little_memory_is_reported(self):
+        large = FOLDER / "large.inv"
+        with large.open("wb") as file:
+            file.truncate(200 << 20)
+        limited = subprocess.run(["sh", "-c", 'ulimit -v 100000; exec "$@"', "sh", INV, "verify", large], capture_output=True, timeout=60)
+        self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: memory: there is not enough of it\n"))
+
     def test_version(self):
         self.assertEqual(self.check(0, "--version"), "inv 12.1.18\n")
 
