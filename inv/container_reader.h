@@ -12,8 +12,8 @@
 
 namespace inv {
 
-// What a single inflated section, or a section as stored, may measure unless the caller says otherwise: 1
-// GiB.
+// What a section as stored, or all inflated sections of a file, may measure unless the caller says otherwise:
+// 1 GiB.
 constexpr uint64_t kUsualMaxSize = 1ull << 30;
 
 struct Section {

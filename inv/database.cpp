@@ -17,6 +17,10 @@ constexpr int kPatience = 10'000;
 // The index over all paths is written to all over: 64 MiB of it stay in memory.
 constexpr char kCache[] = "PRAGMA cache_size = -65536";
 
+// Of some names SQLite makes no file: of none, of ":memory:" and of such as begin with "file:". What is
+// loaded there would be lost.
+std::string file_name(const std::string& path) { return path.substr(0, 1) == "/" ? path : "./" + path; }
+
 void bind_text(sqlite3_stmt* statement, int place, std::string_view text) {
   const std::string valid = to_utf8(text);
   sqlite3_bind_text(statement, place, valid.data(), static_cast<int>(valid.size()), SQLITE_TRANSIENT);
@@ -35,7 +39,7 @@ Database::~Database() {
 }
 
 bool Database::open(const std::string& path) {
-  if (sqlite3_open(path.c_str(), &handle_) != SQLITE_OK) return fail();
+  if (sqlite3_open(file_name(path).c_str(), &handle_) != SQLITE_OK) return fail();
   sqlite3_busy_timeout(handle_, kPatience);
   return check_version() && run("PRAGMA foreign_keys = ON") && run(kCache) &&
          run(std::string(kDatabaseSchema).c_str()) &&

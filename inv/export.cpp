@@ -25,23 +25,18 @@ Json json_attribute(Element element, const Attribute& attribute) {
   return object;
 }
 
-// What a tag says of itself; its children are added by the caller.
+// What a tag says of itself, without its attributes and children.
 Json json_element(Element element) {
   Json object = {{"name", json_text(element.name())}, {"value", json_text(element.value())}};
   if (!element.annotations().empty()) object["annotations"] = json_annotations(element.annotations());
-  Json attributes = Json::array();
-  for (const Attribute& attribute : element.attributes())
-    attributes.push_back(json_attribute(element, attribute));
-  object["attributes"] = std::move(attributes);
-  object["children"] = Json::array();
   return object;
 }
 
-// Depth is limited by the parser of the text, so the library's own recursion is too.
-Json json_tree(Element element) {
-  Json object = json_element(element);
-  for (const Element child : element.children()) object["children"].push_back(json_tree(child));
-  return object;
+// An object left open behind one more member, a list that is left open too.
+std::string with_open_list(const Json& object, const std::string& name) {
+  std::string text = object.dump();
+  text.pop_back();
+  return text + ",\"" + name + "\":[";
 }
 
 std::string csv_field(std::string_view text) {
@@ -95,13 +90,42 @@ void Exporter::add_json(const Inventory& inventory) {
                   {"machine", json_text(machine_identity(inventory))},
                   {"name", json_text(machine_name(inventory))},
                   {"timestamp", json_text(scan_timestamp(inventory))}};
-  Json trees = Json::array();
-  for (const Content& content : inventory.contents) {
-    if (content.document) trees.push_back(json_tree(content.document->top()));
-  }
-  machine["trees"] = std::move(trees);
   write(added_ == 0 ? "\n" : ",\n");
-  write(machine.dump(1));
+  write(with_open_list(machine, "trees"));
+  bool first = true;
+  for (const Content& content : inventory.contents) {
+    if (!content.document) continue;
+    if (!first) write(",");
+    first = false;
+    add_json_tree(content.document->top());
+  }
+  write("]}");
+}
+
+// Piece by piece, so that no tree of objects has to fit into memory beside the document.
+void Exporter::add_json_tree(Element top) {
+  uint32_t open = 0;  // elements whose list of children is not ended
+  const auto close_to = [&](uint32_t depth) {
+    for (; open > depth; --open) write("]}");
+  };
+  for (const Record& record : top.subtree()) {
+    const bool follows_sibling = open > record.depth;
+    close_to(record.depth);
+    write(follows_sibling ? ",\n" : "\n");
+    add_json_element(Element(&record));
+    ++open;
+  }
+  close_to(0);
+}
+
+void Exporter::add_json_element(Element element) {
+  write(with_open_list(json_element(element), "attributes"));
+  const char* separator = "";
+  for (const Attribute& attribute : element.attributes()) {
+    write(separator + json_attribute(element, attribute).dump());
+    separator = ",";
+  }
+  write("],\"children\":[");
 }
 
 void Exporter::add_ndjson(const Inventory& inventory) {

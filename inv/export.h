@@ -11,9 +11,9 @@ namespace inv {
 
 enum class ExportFormat { json, ndjson, csv, zxml };
 
-// Writes file after file to a stream: JSON as one array with an object for each file; NDJSON and CSV with a
-// line for each fact; zxml as the texts of the trees, one behind the other. Bytes that are not UTF-8 become
-// U+FFFD, but in zxml, which is the text itself.
+// Writes file after file to a stream: JSON as one array with an object for each file, an element a line;
+// NDJSON and CSV with a line for each fact; zxml as the texts of the trees, one behind the other. Bytes that
+// are not UTF-8 become U+FFFD, but in zxml, which is the text itself.
 class Exporter {
  public:
   Exporter(ExportFormat format, std::FILE* stream) : format_(format), stream_(stream) {}
@@ -26,6 +26,9 @@ class Exporter {
 
  private:
   void add_json(const Inventory& inventory);
+  void add_json_tree(Element top);
+  // Its list of children is left open.
+  void add_json_element(Element element);
   void add_ndjson(const Inventory& inventory);
   void add_csv(const Inventory& inventory);
   void add_zxml(const Inventory& inventory);

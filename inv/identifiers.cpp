@@ -79,12 +79,18 @@ constexpr std::string_view kUsualNetworkNames[] = {"AirPort",
                                                    "Wi-Fi"};
 
 // Folders whose entries are named by people, and what ends such a name beside control characters: short names
-// of accounts have no blanks, names of volumes do.
+// of accounts have no blanks and no typography, names of volumes do.
 struct FolderRow {
   std::string_view path;
   std::string_view ends;
+  bool holds_typography;
 };
-constexpr FolderRow kFolders[] = {{"/users/", "/ \"':;,()<>|&"}, {"/volumes/", "/\""}};
+constexpr FolderRow kFolders[] = {{"/users/", "/ \"':;,()<>|&", false}, {"/volumes/", "/\"", true}};
+// How the quotation marks, dashes and blanks of printed text begin in UTF-8: U+0080 to U+00BF, U+2000 to
+// U+203F and U+3000 to U+303F.
+constexpr std::string_view kTypography[] = {"\xC2", "\xE2\x80", "\xE3\x80"};
+// What neither kind of name holds; a slash among them tells that what stands before it is the whole name.
+constexpr std::string_view kEndsOfAnyName = "/\":;<>|";
 constexpr std::string_view kSharedFolder = "Shared";
 
 // Constant texts that the scanner writes, and names of systems that it makes up from a digit.
@@ -190,8 +196,30 @@ std::string_view identifier_of(Kind kind, std::string_view part) {
   return text.empty() || is_nobodys(kind, text) ? std::string_view() : text;
 }
 
-bool ends_name(const FolderRow& folder, char character) {
-  return is_control(character) || folder.ends.find(character) != std::string_view::npos;
+bool begins_with_typography(std::string_view text) {
+  return std::any_of(std::begin(kTypography), std::end(kTypography), [text](std::string_view beginning) {
+    return text.substr(0, beginning.size()) == beginning;
+  });
+}
+
+// The beginning of a text up to a control character or one of the others.
+std::string_view up_to(std::string_view ends, bool holds_typography, std::string_view text) {
+  size_t end = 0;
+  while (end < text.size() && !is_control(text[end]) && ends.find(text[end]) == std::string_view::npos &&
+         (holds_typography || !begins_with_typography(text.substr(end)))) {
+    ++end;
+  }
+  return text.substr(0, end);
+}
+
+// The names that the folder's entry may have whose path goes on so: first the whole one up to a slash, if it
+// is longer than the usual one.
+std::vector<std::string_view> names_of_entry(const FolderRow& folder, std::string_view text) {
+  const std::string_view whole = up_to(kEndsOfAnyName, true, text);
+  const std::string_view usual = up_to(folder.ends, folder.holds_typography, text);
+  const bool ends_in_slash = whole.size() < text.size() && text[whole.size()] == '/';
+  if (ends_in_slash && trimmed(whole).size() > trimmed(usual).size()) return {trimmed(whole), trimmed(usual)};
+  return {trimmed(usual)};
 }
 
 bool begins_with(std::string_view text, std::string_view small_beginning) {
@@ -243,11 +271,9 @@ std::vector<std::string_view> identifiers_in_paths(std::string_view text) {
   for (size_t slash = text.find('/'); slash != std::string_view::npos; slash = text.find('/', slash + 1)) {
     for (const FolderRow& folder : kFolders) {
       if (!begins_with(text.substr(slash), folder.path)) continue;
-      const std::string_view rest = text.substr(slash + folder.path.size());
-      const auto end = std::find_if(rest.begin(), rest.end(),
-                                    [&](char character) { return ends_name(folder, character); });
-      const std::string_view name = trimmed(rest.substr(0, static_cast<size_t>(end - rest.begin())));
-      if (!name.empty() && name != kSharedFolder) found.push_back(name);
+      for (const std::string_view name : names_of_entry(folder, text.substr(slash + folder.path.size()))) {
+        if (!name.empty() && name != kSharedFolder) found.push_back(name);
+      }
     }
   }
   return found;

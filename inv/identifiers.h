@@ -29,7 +29,8 @@ std::optional<IdentifierKind> identifier_kind(std::string_view tag, std::string_
 std::vector<std::string_view> identifiers_in(IdentifierKind kind, std::string_view value);
 
 // The names of accounts and volumes that any text gives away as parts of paths: "jane" in
-// "/Users/jane/Applications", "Backup" in "/Volumes/Backup".
+// "/Users/jane/Applications", "Backup" in "/Volumes/Backup". A folder's name may go on behind a blank:
+// "/Users/Jane Doe/x" gives "Jane Doe" and then "Jane".
 std::vector<std::string_view> identifiers_in_paths(std::string_view text);
 
 // Whether a text as a whole is one of the scanner's own words ("mac:1", "Apple Inc.") or a time of a scan,

@@ -1,5 +1,6 @@
 #include "inv/inventory.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -59,14 +60,14 @@ Content read_content(const Section& section, bool big_endian, uint64_t max_size,
   return content;
 }
 
-bool read_stream(std::FILE* stream, std::string& bytes) {
+// All of a stream, or a byte more than the limit of one that is longer.
+bool read_stream(std::FILE* stream, uint64_t limit, std::string& bytes) {
   constexpr size_t kPiece = 1 << 16;
   size_t length = 0;
-  for (;;) {
-    bytes.resize(length < kPiece ? kPiece : length * 2);
+  do {
+    bytes.resize(std::min<uint64_t>(length < kPiece ? kPiece : length * 2, limit + 1));
     length += std::fread(&bytes[length], 1, bytes.size() - length, stream);
-    if (length < bytes.size()) break;
-  }
+  } while (length == bytes.size() && length <= limit);
   bytes.resize(length);
   return std::ferror(stream) == 0;
 }
@@ -93,9 +94,11 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
   inventory->bytes = std::move(bytes);
   inventory->container = read_container(inventory->bytes, max_size, inventory->faults);
   if (!inventory->container) return inventory;
+  uint64_t left = max_size;
   for (const Section& section : inventory->container->sections) {
-    inventory->contents.push_back(
-        read_content(section, inventory->container->big_endian, max_size, inventory->faults));
+    Content content = read_content(section, inventory->container->big_endian, left, inventory->faults);
+    left -= std::min(left, content.size.value_or(0));
+    inventory->contents.push_back(std::move(content));
   }
   return inventory;
 }
@@ -103,11 +106,17 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
 std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error) {
   const bool is_input = path == "-";
   std::FILE* stream = is_input ? stdin : std::fopen(path.c_str(), "rb");
+  // A small limit is for texts, and compressed ones may well be larger than the smallest of them.
+  const uint64_t limit = std::max(max_size, kUsualMaxSize);
   std::string bytes;
-  const bool read = stream && read_stream(stream, bytes);
+  const bool read = stream && read_stream(stream, limit, bytes);
   if (!read) *error = std::string("cannot be read: ") + std::strerror(errno);
   if (stream && !is_input) std::fclose(stream);
   if (!read) return nullptr;
+  if (bytes.size() > limit) {
+    *error = "is larger than " + std::to_string(limit) + " bytes";
+    return nullptr;
+  }
   return open_inventory(is_input ? "standard input" : path, std::move(bytes), max_size);
 }
 

@@ -39,12 +39,13 @@ struct Inventory {
   static Element top_of(const Document* document) { return document ? document->top() : Element(); }
 };
 
-// Opens the bytes of a file: what is undamaged is there, and each thing that is not is a fault. It is handed
-// out by pointer because its parts point into it.
+// Opens the bytes of a file: what is undamaged is there, and each thing that is not is a fault. What its
+// sections inflate to is at most `max_size` bytes for all of them together; a file whose sections overlap
+// could be many times its size. It is handed out by pointer because its parts point into it.
 std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string bytes, uint64_t max_size);
 
 // The same for a file of this path; "-" is standard input. None, and the reason as a clause, when it cannot
-// be read.
+// be read or is itself larger than `max_size` and the usual limit.
 std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error);
 
 // What tells one machine from another, the same in every scan of it: the first of serial number, platform

@@ -1,4 +1,6 @@
 // `inv`: opens, checks, compares and shares inventory files.
+#include <new>
+
 #include "inv/commands/command.h"
 #include "inv/terminal.h"
 
@@ -33,6 +35,9 @@ int main(int argument_count, char** arguments) {
     app.parse(argument_count, arguments);
   } catch (const CLI::ParseError& outcome) {
     return app.exit(outcome) == 0 ? inv::kDone : inv::kUnusable;
+  } catch (const std::bad_alloc&) {
+    inv::complain("memory", "there is not enough of it");
+    return inv::kUnusable;
   }
   return status;
 }

@@ -3,11 +3,13 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace inv {
 
-// Writes beside its target and takes its place at the end; what is not committed is removed. "-" and the
-// empty path are standard output.
+// Writes beside its target and takes its place at the end; what is not committed is removed. A link stays and
+// the file that it leads to is replaced. "-" is standard output. What is no file, such as a device or a pipe,
+// is written to as it is.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path);
@@ -15,7 +17,7 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
   ~OutputFile();
 
-  // None when it cannot be made.
+  // None, with the reason in errno, when it cannot be made.
   std::FILE* stream() { return stream_; }
   // Closes the file and puts it in place. False, with the reason in errno, when anything of it could not be
   // written.
@@ -23,8 +25,11 @@ class OutputFile {
 
  private:
   std::string path_;
-  std::string temporary_path_;
+  std::string temporary_path_;  // empty when the target itself is written to
   std::FILE* stream_;
 };
+
+// Writes a whole file so. False, with the reason in errno, when it could not be written.
+[[nodiscard]] bool write_file(const std::string& path, std::string_view content);
 
 }  // namespace inv

@@ -132,6 +132,7 @@ unsigned Volume::used_percent() const {
 Overview overview_of(const Inventory& inventory) {
   Overview overview;
   const Element top = inventory.snapshot_top();
+  overview.has_snapshot = static_cast<bool>(top);
   overview.name = machine_name(inventory);
   overview.identity = machine_identity(inventory);
   overview.timestamp = scan_timestamp(inventory);

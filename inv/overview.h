@@ -27,10 +27,11 @@ struct Volume {
   std::string name;
   std::string file_system;
   std::string mount_point;
-  uint64_t bytes = 0;
+  uint64_t bytes = 0;  // 0: not known
   uint64_t free_bytes = 0;
   bool knows_free = false;
 
+  bool knows_used() const { return knows_free && bytes > 0; }
   // 0 to 100, cut off as the scanner does it.
   unsigned used_percent() const;
 };
@@ -72,6 +73,7 @@ struct Overview {
   std::vector<Display> displays;
   std::vector<std::string> graphics;
   std::vector<Adapter> adapters;
+  bool has_snapshot = false;  // without it nothing has been counted
   size_t applications = 0;
   size_t accounts = 0;
   size_t processes = 0;

@@ -61,6 +61,9 @@ std::string redacted(const OwnText& own, const Pseudonyms& pseudonyms) {
   };
   for (const std::string_view identifier : whole_identifiers(own)) {
     const size_t start = static_cast<size_t>(identifier.data() - own.text.data());
+    // What a path names may be the beginning of something longer, which is found as a token.
+    const bool is_found_later = !own.kind && pseudonyms.stands_in(identifier);
+    if (is_found_later || start < end) continue;
     append_up_to(start);
     text += pseudonyms.replace(identifier);
     end = start + identifier.size();

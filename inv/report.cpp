@@ -67,6 +67,12 @@ std::string heading(const Overview& overview) {
   return "<header><h1>" + isolated(overview.name) + "</h1><p>" + line + "</p></header>\n";
 }
 
+std::string contents_card(const Overview& overview) {
+  return card("Contents",
+              {plural(overview.applications, "application"), plural(overview.accounts, "account"),
+               std::to_string(overview.processes) + (overview.processes == 1 ? " process" : " processes")});
+}
+
 std::string cards(const Overview& overview) {
   uint64_t disk_bytes = 0;
   for (const Disk& disk : overview.disks) disk_bytes += disk.bytes;
@@ -82,11 +88,7 @@ std::string cards(const Overview& overview) {
          card("Storage", {disk_bytes > 0 ? readable_size(disk_bytes) : "",
                           overview.disks.empty() ? "" : plural(overview.disks.size(), "drive"),
                           overview.volumes.empty() ? "" : plural(overview.volumes.size(), "volume")}) +
-         card("Displays", {displays}) +
-         card("Contents",
-              {plural(overview.applications, "application"), plural(overview.accounts, "account"),
-               std::to_string(overview.processes) + (overview.processes == 1 ? " process" : " processes")}) +
-         "</div>\n";
+         card("Displays", {displays}) + (overview.has_snapshot ? contents_card(overview) : "") + "</div>\n";
 }
 
 std::string memory_section(const Overview& overview) {
@@ -99,7 +101,7 @@ std::string memory_section(const Overview& overview) {
 std::string volume_section(const Overview& overview) {
   std::string bars;
   for (const Volume& volume : overview.volumes) {
-    if (!volume.knows_free) continue;
+    if (!volume.knows_used()) continue;
     bars += "<div class=\"volume\"><span>" + isolated(volume.name) + "</span>" + volume_bar(volume) +
             "<span>" + std::to_string(volume.used_percent()) + " % of " + readable_size(volume.bytes) + ", " +
             readable_size(volume.free_bytes) + " free</span></div>\n";

@@ -44,7 +44,7 @@ class SectionReader {
     }
     if (ends_with(data_, kWholePlainEnd)) {
       result.layout = Layout::whole_plain;
-      result.text = data_.substr(0, data_.size() - kWholePlainEnd.size());
+      if (!take_plain(data_.size() - kWholePlainEnd.size())) return false;
       drop_padding(result.text);
       return true;
     }
@@ -72,16 +72,21 @@ class SectionReader {
 
   bool read_split(bool compressed) {
     if (!find_index(compressed)) return false;
-    if (!compressed) {
-      result.text = data_.substr(0, index_offset_);
-      return true;
-    }
+    if (!compressed) return take_plain(index_offset_);
     std::vector<Part> parts;
     if (!read_parts(parts)) return false;
     for (const Part& part : parts) {
       if (!read_stream(part.offset, part.length)) return false;
       drop_padding(result.text);
     }
+    return true;
+  }
+
+  bool take_plain(size_t length) {
+    if (length > max_size_) {
+      return fail("the text has more than " + std::to_string(max_size_) + " bytes", 0);
+    }
+    result.text = data_.substr(0, length);
     return true;
   }
 

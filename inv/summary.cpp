@@ -94,16 +94,24 @@ std::string disk_text(const Disk& disk) {
                disk.interface, disk.kind == "HDD" ? "" : disk.kind});
 }
 
-std::string volume_text(const Volume& volume, const Terminal& terminal, size_t name_width) {
+// What is known of a volume's space; empty for nothing.
+std::string space_text(const Volume& volume, const Terminal& terminal) {
+  if (!volume.knows_used()) {
+    if (volume.knows_free) return readable_size(volume.free_bytes) + " free";
+    return volume.bytes > 0 ? readable_size(volume.bytes) : "";
+  }
   const unsigned used = volume.used_percent();
   const size_t cells = (used * kBarCells + 50) / 100;
   const std::string bar = repeat(kFull, cells);
-  std::string text = pad_right(shorten(printable(volume.name), name_width), name_width) + "  ";
-  if (!volume.knows_free) return text + readable_size(volume.bytes);
-  text += used >= kAlmostFull ? terminal.red(bar) : terminal.green(bar);
-  text += terminal.dim(repeat(kEmpty, kBarCells - cells));
-  return text + " " + pad_left(std::to_string(used), 3) + " % of " + readable_size(volume.bytes) + ", " +
-         readable_size(volume.free_bytes) + " free";
+  return (used >= kAlmostFull ? terminal.red(bar) : terminal.green(bar)) +
+         terminal.dim(repeat(kEmpty, kBarCells - cells)) + " " + pad_left(std::to_string(used), 3) +
+         " % of " + readable_size(volume.bytes) + ", " + readable_size(volume.free_bytes) + " free";
+}
+
+std::string volume_text(const Volume& volume, const Terminal& terminal, size_t name_width) {
+  const std::string name = shorten(printable(volume.name), name_width);
+  const std::string space = space_text(volume, terminal);
+  return space.empty() ? name : pad_right(name, name_width) + "  " + space;
 }
 
 void add_volumes(Screen& screen, const std::vector<Volume>& volumes, const Terminal& terminal) {
@@ -128,6 +136,13 @@ std::string adapter_text(const Adapter& adapter) {
   return join({adapter.name, adapter.device, adapter.ip_address, adapter.mac_address});
 }
 
+std::string contents_text(const Overview& overview) {
+  if (!overview.has_snapshot) return "";
+  return join({plural(overview.applications, "application"), plural(overview.accounts, "account"),
+               std::to_string(overview.processes) + (overview.processes == 1 ? " process" : " processes"),
+               plural(overview.printers, "printer"), plural(overview.usb_devices, "USB device")});
+}
+
 }  // namespace
 
 std::string summary_screen(const Overview& overview, const Terminal& terminal) {
@@ -146,11 +161,7 @@ std::string summary_screen(const Overview& overview, const Terminal& terminal) {
   screen.lines("Displays", overview.displays, display_text);
   screen.lines("Graphics", overview.graphics, [](const std::string& name) { return printable(name); });
   screen.lines("Network", overview.adapters, adapter_text);
-  screen.line("Contents",
-              plural(overview.applications, "application") + ", " + plural(overview.accounts, "account") +
-                  ", " + std::to_string(overview.processes) +
-                  (overview.processes == 1 ? " process" : " processes") + ", " +
-                  plural(overview.printers, "printer") + ", " + plural(overview.usb_devices, "USB device"));
+  screen.line("Contents", contents_text(overview));
   return screen.result;
 }
 
@@ -167,8 +178,11 @@ std::string summary_table(const std::vector<Overview>& overviews) {
     uint64_t bytes = 0;
     for (const Disk& disk : overview.disks) bytes += disk.bytes;
     table.add({printable(overview.name), printable(overview.model), printable(overview.serial),
-               printable(overview.os), readable_memory(overview.memory_megabytes), readable_size(bytes),
-               std::to_string(overview.applications), printable(readable_time(overview.timestamp))});
+               printable(overview.os),
+               overview.memory_megabytes > 0 ? readable_memory(overview.memory_megabytes) : "",
+               bytes > 0 ? readable_size(bytes) : "",
+               overview.has_snapshot ? std::to_string(overview.applications) : "",
+               printable(readable_time(overview.timestamp))});
   }
   return table.text();
 }

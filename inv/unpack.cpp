@@ -37,12 +37,6 @@ bool is_empty_folder(const std::string& path) {
   return empty;
 }
 
-bool write_file(const std::string& path, const std::string& content) {
-  OutputFile output(path);
-  if (!output.stream()) return false;
-  return std::fwrite(content.data(), 1, content.size(), output.stream()) == content.size() && output.commit();
-}
-
 }  // namespace
 
 std::vector<UnpackedFile> unpack(const Inventory& inventory) {

@@ -107,16 +107,18 @@ class TextParser {
       return fail("elements are nested more than " + std::to_string(kDeepestElement) + " deep");
     }
     const size_t index = records.size();
+    path_size_ = (open_.empty() ? 0 : open_.back().path_size) + 1 + name.size();
+    if (!add_path(path_size_)) return false;
     Record record;
     record.name = name;
     record.value = value;
     record.branch = branch;
     record.depth = static_cast<uint32_t>(open_.size());
-    if (!open_.empty()) record.parent_distance = static_cast<uint32_t>(index - open_.back());
+    if (!open_.empty()) record.parent_distance = static_cast<uint32_t>(index - open_.back().index);
     record.attributes = next_items(document_.attributes_);
     record.annotations = next_items(document_.annotations_);
     records.push_back(record);
-    if (branch) open_.push_back(index);
+    if (branch) open_.push_back({index, path_size_});
     annotated_ = &records.back().annotations;
     inside_tag_ = true;
     return true;
@@ -124,6 +126,7 @@ class TextParser {
 
   bool add_attribute(std::string_view name, std::string_view value) {
     if (!inside_tag_) return fail("an attribute stands outside a tag");
+    if (!add_path(path_size_ + 1 + name.size())) return false;
     document_.attributes_.push_back({name, value, next_items(document_.annotations_)});
     ++document_.records_.back().attributes.last;
     annotated_ = &document_.attributes_.back().annotations;
@@ -139,11 +142,17 @@ class TextParser {
 
   bool close_branch() {
     if (open_.empty()) return fail("a closing line has no element to close");
-    Record& branch = document_.records_[open_.back()];
-    branch.subtree_size = static_cast<uint32_t>(document_.records_.size() - open_.back());
+    const size_t index = open_.back().index;
+    document_.records_[index].subtree_size = static_cast<uint32_t>(document_.records_.size() - index);
     open_.pop_back();
     inside_tag_ = false;
     return true;
+  }
+
+  bool add_path(uint64_t size) {
+    path_bytes_ += size;
+    return path_bytes_ <= kMostPathBytes ||
+           fail("its paths take more than " + std::to_string(kMostPathBytes) + " bytes");
   }
 
   template <typename Item>
@@ -156,8 +165,15 @@ class TextParser {
     return false;
   }
 
+  struct OpenBranch {
+    size_t index;
+    uint64_t path_size;
+  };
+
   Document document_;
-  std::vector<size_t> open_;
+  std::vector<OpenBranch> open_;
+  uint64_t path_size_ = 0;                  // of the tag that was read last
+  uint64_t path_bytes_ = 0;                 // of all tags and attributes
   Range<Annotation>* annotated_ = nullptr;  // of the tag or attribute that was read last
   bool inside_tag_ = false;                 // no closing line since the last tag
   std::string error_;

@@ -18,6 +18,9 @@ constexpr uint32_t kDeepestElement = 512;
 // A line costs up to a hundred bytes of memory, however short it is. The largest real inventories have half a
 // million.
 constexpr size_t kMostLines = 10'000'000;
+// Of the paths of all elements and attributes together, in bytes: who writes them all out, as most commands
+// do, writes no more. The largest real inventories have thirty million.
+constexpr uint64_t kMostPathBytes = 1ull << 30;
 
 // None when the text breaks the grammar; then the fault has the line, the byte and the reason, and an offset
 // of 0.

@@ -18,10 +18,11 @@ CLI::App& add_command(CLI::App& app, const char* name, const char* summary, cons
 
 void add_max_size(CLI::App& command, uint64_t& max_size) {
   command
-      .add_option("--max-size", max_size, "Refuse a section that is, or inflates to, more than this (1GB)")
-      ->transform(CLI::AsSizeValue(false))
+      .add_option("--max-size", max_size,
+                  "Refuse sections that together are more than this, inflated; such as 100mb (1gb)")
+      ->transform(CLI::AsSizeValue(false).description(""))
       ->type_name("SIZE")
-      ->check(CLI::Range(uint64_t{1}, uint64_t{1} << 40));
+      ->check(CLI::Range(uint64_t{1}, uint64_t{1} << 40).description(""));
 }
 
 std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t max_size, int& status) {
@@ -41,19 +42,15 @@ std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t ma
   return inventory;
 }
 
-int print_result(const std::string& text) {
-  if (print(text)) return kDone;
-  complain("standard output", std::strerror(errno));
+int complain_of_output(const std::string& path) {
+  complain(path == "-" ? "standard output" : path, std::strerror(errno));
   return kUnusable;
 }
 
+int print_result(const std::string& text) { return print(text) ? kDone : complain_of_output("-"); }
+
 int write_result(const std::string& path, const std::string& content) {
-  OutputFile output(path);
-  const bool written =
-      output.stream() && std::fwrite(content.data(), 1, content.size(), output.stream()) == content.size();
-  if (written && output.commit()) return kDone;
-  complain(path, std::strerror(errno));
-  return kUnusable;
+  return write_file(path, content) ? kDone : complain_of_output(path);
 }
 
 }  // namespace inv

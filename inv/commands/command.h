@@ -32,6 +32,9 @@ std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t ma
 // The worse of two statuses.
 inline int worse(int one, int other) { return one > other ? one : other; }
 
+// A complaint that an output could not be written, "-" for standard output, with the reason in errno.
+// kUnusable.
+int complain_of_output(const std::string& path);
 // kDone, or kUnusable after a complaint, according to whether standard output could be written.
 int print_result(const std::string& text);
 // The same for a file that appears whole or not at all; "-" is standard output.

@@ -1,12 +1,9 @@
 #include "inv/export.h"
 
-#include <cerrno>
-#include <cstring>
 #include <map>
 
 #include "inv/commands/command.h"
 #include "inv/output_file.h"
-#include "inv/terminal.h"
 
 namespace inv {
 namespace {
@@ -20,10 +17,7 @@ struct Options {
 
 int run(const Options& options) {
   OutputFile output(options.output);
-  if (!output.stream()) {
-    complain(options.output, std::strerror(errno));
-    return kUnusable;
-  }
+  if (!output.stream()) return complain_of_output(options.output);
   int status = kDone;
   Exporter exporter(options.format, output.stream());
   exporter.begin();
@@ -32,9 +26,7 @@ int run(const Options& options) {
     if (inventory) exporter.add(*inventory);
   }
   exporter.end();
-  if (exporter.good() && output.commit()) return status;
-  complain(options.output, std::strerror(errno));
-  return kUnusable;
+  return exporter.good() && output.commit() ? status : complain_of_output(options.output);
 }
 
 const std::map<std::string, ExportFormat> kFormats = {{"json", ExportFormat::json},

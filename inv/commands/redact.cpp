@@ -6,7 +6,6 @@
 #include <cstring>
 
 #include "inv/commands/command.h"
-#include "inv/output_file.h"
 #include "inv/terminal.h"
 
 namespace inv {
@@ -25,12 +24,6 @@ std::string random_key() {
   return key;
 }
 
-bool write_file(const std::string& path, const std::string& bytes) {
-  OutputFile output(path);
-  return output.stream() && std::fwrite(bytes.data(), 1, bytes.size(), output.stream()) == bytes.size() &&
-         output.commit();
-}
-
 void warn_of_name(const Redaction& redaction, const std::string& path) {
   if (redaction.pseudonyms.stands_in(path.substr(path.rfind('/') + 1))) {
     complain(path, "the file's own name tells whose machine it is");
@@ -47,11 +40,8 @@ int run(Options& options) {
     complain(inventory->file_name, "not redacted: " + redaction.refusal);
     return kNo;
   }
-  if (!write_file(options.output, redaction.bytes)) {
-    complain(options.output, std::strerror(errno));
-    return kUnusable;
-  }
-  if (options.output == "-") return kDone;
+  const int written = write_result(options.output, redaction.bytes);
+  if (written != kDone || options.output == "-") return written;
   warn_of_name(redaction, options.output);
   return print_result(options.output + ": " + std::to_string(redaction.pseudonyms.count()) +
                       " names, numbers and addresses replaced; none of them is left\n");

@@ -1,5 +1,7 @@
 #include "inv/show.h"
 
+#include <algorithm>
+
 #include "inv/commands/command.h"
 
 namespace inv {
@@ -7,18 +9,33 @@ namespace {
 
 struct Options {
   std::string file;
-  std::vector<std::string> paths;
+  std::vector<std::string> paths = {""};
   std::vector<std::string> sections = {"snapshot", "asset"};
   uint32_t depth = kAnyDepth;
   uint64_t max_size = kUsualMaxSize;
 };
 
-// Without paths, the whole trees of the sections asked for.
-std::vector<std::string> wanted_paths(const Options& options) {
-  if (!options.paths.empty()) return options.paths;
-  std::vector<std::string> paths;
-  for (const std::string& section : options.sections) paths.push_back(section == "asset" ? "AssetInfo" : "/");
-  return paths;
+// The readable trees of the sections asked for.
+std::vector<const Document*> wanted_trees(const Inventory& inventory, const Options& options) {
+  std::vector<const Document*> trees;
+  for (size_t i = 0; i < inventory.contents.size(); ++i) {
+    const std::string kind = kind_name(inventory.container->sections[i].kind);
+    const bool wanted =
+        std::find(options.sections.begin(), options.sections.end(), kind) != options.sections.end();
+    if (wanted && inventory.contents[i].document) trees.push_back(&*inventory.contents[i].document);
+  }
+  return trees;
+}
+
+// The empty path names every tree as a whole.
+std::vector<Match> matches_in(const std::vector<const Document*>& trees, const std::string& path) {
+  std::vector<Match> all;
+  for (const Document* tree : trees) {
+    const std::vector<Match> found =
+        path.empty() ? std::vector<Match>{{tree->top(), nullptr}} : find_matches(*tree, path);
+    all.insert(all.end(), found.begin(), found.end());
+  }
+  return all;
 }
 
 int run(const Options& options) {
@@ -26,22 +43,14 @@ int run(const Options& options) {
   const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
   if (!inventory) return status;
   const Terminal terminal = output_terminal();
+  const std::vector<const Document*> trees = wanted_trees(*inventory, options);
   std::string shown;
-  bool all_found = true;
-  for (const std::string& path : wanted_paths(options)) {
-    bool found = false;
-    for (const Content& content : inventory->contents) {
-      if (!content.document) continue;
-      for (const Match& match : find_matches(*content.document, path)) {
-        shown += show_match(match, options.depth, terminal);
-        found = true;
-      }
-    }
-    all_found = all_found && found;
+  for (const std::string& path : options.paths) {
+    const std::vector<Match> matches = matches_in(trees, path);
+    if (matches.empty()) status = worse(status, kNo);
+    for (const Match& match : matches) shown += show_match(match, options.depth, terminal);
   }
-  // A debug file has no snapshot: whoever names no path is shown what there is.
-  const bool missing = options.paths.empty() ? shown.empty() : !all_found;
-  return worse(worse(status, missing ? kNo : kDone), print_result(shown));
+  return worse(status, print_result(shown));
 }
 
 constexpr char kExamples[] =
@@ -60,6 +69,7 @@ void add_show(CLI::App& app, int& status) {
   command.add_option("PATH", options->paths, "What to show; * stands for any text within a segment");
   command.add_option("--section", options->sections, "Which trees to show: snapshot, asset (both)")
       ->delimiter(',')
+      ->allow_extra_args(false)  // what follows is a path
       ->type_name("NAME")
       ->check(CLI::IsMember({"snapshot", "asset"}));
   command.add_option("--depth", options->depth, "Show so many levels of tags")->type_name("N");

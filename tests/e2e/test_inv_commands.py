@@ -3,12 +3,13 @@
 import os
 import pty
 import subprocess
+import tempfile
 import unittest
 from pathlib import Path
 
+import options_of
 from inventories import FOLDER, INV, InventoryTestCase, debug_scanned, inv, scanned
 
-COMMANDS = ["summary", "show", "get", "list", "verify", "export"]
 IMAC = "imac-10.6"
 
 
@@ -45,18 +46,19 @@ class Commands(InventoryTestCase):
         self.file = scanned(IMAC)
 
     def test_help_begins_with_examples(self):
-        for command in COMMANDS:
+        self.assertTrue(self.check(0, "--help").startswith("Examples:\n  inv "))
+        self.assertEqual(len(options_of.commands()), 11)
+        for command in options_of.commands():
             with self.subTest(command=command):
                 self.assertTrue(self.check(0, command, "--help").startswith(f"Examples:\n  inv {command} "))
-        help_text = self.check(0, "--help")
-        self.assertTrue(help_text.startswith("Examples:\n"))
-        for command in COMMANDS:
-            self.assertRegex(help_text, rf"(?m)^  {command} +\S")
 
     def test_unusable_arguments_end_with_2(self):
         for arguments in ([], ["frobnicate"], ["summary"], ["get", self.file], ["export", self.file],
                           ["export", "-f", "xml", self.file], ["show", self.file, "--section", "x"],
-                          ["list", self.file, "--max-size", "0"], ["list", self.file, "--wrong"]):
+                          ["list", self.file, "--max-size", "0"], ["list", self.file, "--max-size", "many"],
+                          ["list", self.file, "--max-size", "2000gb"], ["list", self.file, "--wrong"],
+                          ["list", self.file, self.file], ["diff", self.file], ["unpack", self.file], ["load", "x.db"],
+                          ["report", self.file, self.file], ["report", "--compare", self.file], ["redact", self.file]):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.check(2, *arguments), "")
                 self.assertNotEqual(self.messages, "")
@@ -64,15 +66,26 @@ class Commands(InventoryTestCase):
     def test_files_that_cannot_be_read_end_with_2(self):
         not_an_inventory = FOLDER / "not-an-inventory"
         not_an_inventory.write_bytes(b"hello, hello, hello")
-        for command in (["summary"], ["show"], ["list"], ["get"], ["export", "-f", "csv"]):
-            more = ["/hostname"] if command == ["get"] else []
-            with self.subTest(command=command):
-                self.check(2, *command, FOLDER / "missing.inv", *more)
-                self.assertEqual(self.messages, f"inv: {FOLDER}/missing.inv: cannot be read: No such file or directory\n")
-                self.check(2, *command, not_an_inventory, *more)
-                self.assertEqual(self.messages, f'inv: {not_an_inventory}: at byte 15: the magic "INV!" is missing\n')
-        self.check(2, "verify", FOLDER / "missing.inv")
-        self.assertIn("at byte 15", self.check(1, "verify", not_an_inventory))
+        for file, reason in ((FOLDER / "missing.inv", "cannot be read: No such file or directory"),
+                             (not_an_inventory, 'at byte 15: the magic "INV!" is missing')):
+            for arguments in self.uses_of(file):
+                # Such a file is what this command is there to tell of.
+                told_as_data = arguments[0] == "verify" and file == not_an_inventory
+                with self.subTest(arguments=arguments):
+                    output = self.check(1 if told_as_data else 2, *arguments)
+                    self.assertIn(f"{file}: invalid {reason}\n" if told_as_data else f"inv: {file}: {reason}\n",
+                                  output if told_as_data else self.messages)
+
+    def uses_of(self, file):
+        """Every command with this file in every place that a file can have."""
+        uses = [["summary", file], ["summary", file, self.file], ["show", file], ["get", file, "/hostname"], ["list", file],
+                ["verify", file], ["verify", self.file, file], ["export", "-f", "csv", file], ["export", "-f", "json", self.file, file],
+                ["diff", file, self.file], ["diff", self.file, file], ["unpack", file, tempfile.mkdtemp(dir=FOLDER)],
+                ["report", file], ["report", "--compare", file, self.file], ["report", "--compare", self.file, file],
+                ["load", f"{FOLDER}/{self.id()}.db", file], ["load", f"{FOLDER}/{self.id()}.db", self.file, file],
+                ["redact", file, "-o", "-"]]
+        self.assertEqual({use[0] for use in uses}, set(options_of.commands()))
+        return uses
 
     def test_a_damaged_section_leaves_the_other(self):
         path = damaged_snapshot("damaged.inv")
@@ -88,10 +101,15 @@ class Commands(InventoryTestCase):
         self.assertEqual(len(table.splitlines()), 3)
 
     def test_standard_input_is_a_file_too(self):
-        with self.file.open("rb") as stream:
-            self.assertEqual(self.check(0, "get", "-", "/System/Chassis/serial", stdin=stream), "SIM0IMAC106\n")
-        with self.file.open("rb") as stream:
-            self.assertEqual(self.check(0, "verify", "-", stdin=stream), "standard input: valid\n")
+        data = self.file.read_bytes()
+        self.assertEqual(self.check(0, "get", "-", "/System/Chassis/serial", input=data), "SIM0IMAC106\n")
+        self.assertEqual(self.check(0, "verify", "-", input=data), "standard input: valid\n")
+        for arguments in self.uses_of("-"):
+            with self.subTest(arguments=arguments):
+                result = inv(*arguments, input=data)
+                self.assertEqual((result.returncode, result.stderr), (0, b""))
+        # There is nothing behind its end.
+        self.assertIn("\nstandard input: invalid at byte 0: ", self.check(1, "verify", "-", "-", input=data))
 
     def test_get_says_no_when_a_path_names_nothing(self):
         self.assertEqual(self.check(1, "get", self.file, "/nothing", "/System/Chassis/manuf"), "Apple Inc.\n")
@@ -122,21 +140,50 @@ class Commands(InventoryTestCase):
         self.assertTrue(self.check(0, "show", self.file, "--section", "asset").startswith("AssetInfo\n"))
         outline = self.check(0, "show", self.file, "--section", "snapshot", "--depth", "0")
         self.assertRegex(outline.splitlines()[0], r"^/  \(\d+ below\)$")
+        both = self.check(0, "show", self.file, "--section", "asset,snapshot", "--depth", "0")
+        self.assertEqual([line.split()[0] for line in both.splitlines() if "below" in line], ["/", "AssetInfo"])
+
+    def test_a_path_may_follow_the_section(self):
+        self.assertEqual(self.check(0, "show", self.file, "--section", "asset", "AssetInfo/int-name"),
+                         "AssetInfo/int-name  Studio iMac\n")
+        self.assertEqual(self.check(1, "show", self.file, "--section", "asset", "/hostname"), "")
 
     def test_export_writes_a_file_whole_or_not_at_all(self):
         target = FOLDER / "facts.csv"
         self.assertEqual(self.check(0, "export", "-f", "csv", "-o", target, self.file), "")
         self.assertTrue(target.read_bytes().startswith(b"machine,path,"))
         self.check(2, "export", "-f", "csv", "-o", FOLDER / "no" / "facts.csv", self.file)
+        self.check(2, "report", "-o", "", self.file)
+        self.assertEqual(self.messages, "inv: : No such file or directory\n")
         self.assertEqual(list(FOLDER.glob("*.part")), [])
+
+    def test_an_output_may_be_a_pipe(self):
+        pipe = FOLDER / "pipe"
+        os.mkfifo(pipe)
+        with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE) as reader:
+            self.check(0, "export", "-f", "csv", "-o", pipe, self.file)
+            self.assertEqual(reader.stdout.read(), inv("export", "-f", "csv", self.file).stdout)
+
+    def test_no_part_of_an_output_stays_when_the_disk_is_full(self):
+        folder = FOLDER / "full"
+        folder.mkdir()
+        # A limit on the size of files does what a full disk does, with another message.
+        limited = ["sh", "-c", 'trap "" XFSZ; ulimit -f 4; exec "$@"', "sh", INV]
+        for arguments in (["export", "-f", "json"], ["report"], ["redact"]):
+            with self.subTest(arguments=arguments):
+                result = subprocess.run([*limited, *arguments, self.file, "-o", folder / "out"], capture_output=True, timeout=60)
+                self.assertEqual(result.returncode, 2)
+                self.assertIn(b"/out: File too large\n", result.stderr)
+                self.assertEqual(list(folder.iterdir()), [])
 
     def test_a_full_disk_is_reported(self):
         with open("/dev/full", "wb") as full:
-            for arguments in (["show", self.file], ["export", "-f", "json", self.file], ["verify", self.file]):
+            for arguments in (["show", self.file], ["export", "-f", "json", self.file], ["verify", self.file],
+                              ["report", self.file], ["redact", self.file, "-o", "-"]):
                 with self.subTest(arguments=arguments):
                     result = subprocess.run([INV, *arguments], stdout=full, stderr=subprocess.PIPE, timeout=60)
                     self.assertEqual(result.returncode, 2)
-                    self.assertIn(b"No space left on device", result.stderr)
+                    self.assertEqual(result.stderr, b"inv: standard output: No space left on device\n")
 
     def test_colours_are_for_terminals_without_no_color(self):
         for arguments in (["summary", self.file], ["show", self.file], ["verify", self.file]):
@@ -145,6 +192,14 @@ class Commands(InventoryTestCase):
                 self.assertIn(b"\x1b[", on_terminal(*arguments))
                 self.assertNotIn(b"\x1b", on_terminal(*arguments, NO_COLOR="1"))
                 self.assertNotIn(b"\x1b", on_terminal(*arguments, TERM="dumb"))
+
+    @unittest.skipIf(INV.parent.name == "sanitize", "the sanitizers take their memory beforehand")
+    def test_too_little_memory_is_reported(self):
+        large = FOLDER / "large.inv"
+        with large.open("wb") as file:
+            file.truncate(200 << 20)
+        limited = subprocess.run(["sh", "-c", 'ulimit -v 100000; exec "$@"', "sh", INV, "verify", large], capture_output=True, timeout=60)
+        self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: memory: there is not enough of it\n"))
 
     def test_version(self):
         self.assertEqual(self.check(0, "--version"), "inv 12.1.18\n")

@@ -4,6 +4,7 @@ import os
 import pty
 import sqlite3
 import subprocess
+import threading
 import unittest
 
 from inventories import FOLDER, INV, MACHINES, InventoryTestCase, facts, scanned
@@ -54,6 +55,31 @@ class Load(InventoryTestCase):
         bad.write_bytes(b"not an inventory at all")
         self.check(2, "load", self.path, bad, *self.files)
         self.assertIn(f"inv: {bad}: ", self.messages)
+        self.assertEqual(len(self.rows("SELECT * FROM machines")), len(MACHINES))
+
+    def test_every_name_is_a_files(self):
+        for name in (":memory:", "file:x.db?mode=memory", "-", "plain.db"):
+            with self.subTest(name=name):
+                self.check(0, "load", name, self.files[0], cwd=FOLDER)
+                self.path = FOLDER / name
+                self.assertEqual(len(self.rows("SELECT * FROM machines")), 1)
+
+    def test_a_database_that_cannot_be_opened_is_named(self):
+        for path, reason in ((FOLDER, "unable to open database file"), (FOLDER / "no" / "x.db", "unable to open database file"),
+                             ("", "unable to open database file"), ("/dev/full", "")):
+            with self.subTest(path=path):
+                self.check(2, "load", path, self.files[0])
+                self.assertIn(f"inv: {path}: {reason}", self.messages)
+
+    def test_a_locked_database_is_waited_for(self):
+        self.check(0, "load", self.path, self.files[0])
+        other = sqlite3.connect(self.path, isolation_level=None, check_same_thread=False)
+        self.addCleanup(other.close)
+        other.execute("BEGIN EXCLUSIVE")
+        release = threading.Timer(0.5, other.execute, ["COMMIT"])
+        release.start()
+        self.check(0, "load", self.path, *self.files)
+        release.join()
         self.assertEqual(len(self.rows("SELECT * FROM machines")), len(MACHINES))
 
     def test_a_file_that_is_no_database_is_left_alone(self):

@@ -53,6 +53,18 @@ TEST(Export, JsonTellsTheTreesInOrder) {
   EXPECT_EQ(machines[1]["trees"][1]["name"], "AssetInfo");
 }
 
+TEST(Export, JsonOfADeepTreeIsNotMuchLargerThanItsText) {
+  std::string lines = "\xEF\xBB\xBF?zxml\n";
+  for (int i = 0; i < 500; ++i) lines += "+a=\n";
+  for (int i = 0; i < 500; ++i) lines += "*b=\n";
+  for (int i = 0; i < 500; ++i) lines += "-\n";
+  const std::string text = exported(ExportFormat::json, {maker::file_of_text(lines)});
+  EXPECT_LT(text.size(), lines.size() * 20);
+  json element = json::parse(text)[0]["trees"][0];
+  for (int i = 0; i < 499; ++i) element = json(element["children"][0]);
+  EXPECT_EQ(element["children"].size(), 500u);
+}
+
 TEST(Export, NoFilesAreAnEmptyJsonArray) {
   EXPECT_EQ(json::parse(exported(ExportFormat::json, {})), json::array());
 }
@@ -76,6 +88,14 @@ TEST(Export, CsvQuotesWhatWouldBreakALine) {
             "\"a,\"\"b\"\"\rc\",/hostname,hostname,\"a,\"\"b\"\"\rc\",,\r\n"
             "\"a,\"\"b\"\"\rc\",/Odd:1,Odd:1,caf\uFFFD,,\r\n"
             "\"a,\"\"b\"\"\rc\",/Odd:1/size,size,1,GB,1000000000\r\n");
+}
+
+TEST(Export, CsvLeavesWhatASpreadsheetMightCalculate) {
+  const std::string file =
+      maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\na==1+1\nb=-5\nc=007\nd= x \n");
+  EXPECT_EQ(exported(ExportFormat::csv, {file}),
+            "machine,path,name,value,unit,base_value\r\n"
+            "x,/hostname,hostname,x,,\r\nx,/a,a,=1+1,,\r\nx,/b,b,-5,,\r\nx,/c,c,007,,\r\nx,/d,d, x ,,\r\n");
 }
 
 TEST(Export, ZxmlIsTheTextItself) {

@@ -122,6 +122,16 @@ TEST(IdentifiersInPaths, FindsAccountsAndVolumes) {
   EXPECT_EQ(inv::identifiers_in_paths("/Volumes/Backup"), Texts{"Backup"});
 }
 
+TEST(IdentifiersInPaths, FindsFoldersThatMayHoldMoreThanAnAccountsName) {
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/Jane Doe/x.app"), (Texts{"Jane Doe", "Jane"}));
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/jane\u2019s/x"), (Texts{"jane\u2019s", "jane"}));
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/o'brien/x"), (Texts{"o'brien", "o"}));
+  EXPECT_EQ(inv::identifiers_in_paths("\u201C/Users/jane\u201D"), Texts{"jane"});
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/Shared Files/x"), Texts{"Shared Files"});
+  EXPECT_EQ(inv::identifiers_in_paths("cp /Users/jane /Volumes/B"), (Texts{"jane", "B"}));
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/j\u00FCrgen"), Texts{"j\u00FCrgen"});
+}
+
 TEST(IdentifiersInPaths, FindsNothingElsewhere) {
   for (const char* text :
        {"", "/", "/Users", "/Users/", "/Users//x", "/Users/Shared/x", "/Applications/Users.app"}) {

@@ -65,7 +65,31 @@ TEST(Inventory, RawDataThatIsDamagedOrTooLargeIsAFault) {
   const auto inventory = inv::open_inventory("x", file, 99'999);
   EXPECT_FALSE(inventory->raw_data());
   ASSERT_EQ(inventory->faults.size(), 1u);
-  EXPECT_EQ(inventory->faults[0].message, "raw data section: it inflates to more than 99999 bytes");
+  // The asset section before it has taken its share.
+  EXPECT_EQ(inventory->faults[0].message, "raw data section: it inflates to more than 99861 bytes");
+}
+
+TEST(Inventory, SectionsShareTheLimit) {
+  const std::string raw = maker::deflated(std::string(60'000, 'x'));
+  const std::string block =
+      "offset=0\nlength=" + std::to_string(raw.size()) + "\ntype=customdata\nID=rawdata\n";
+  const std::string file =
+      maker::container(raw, "[H]\ncount=2\nsnapshotcount=0\n[0]\n" + block + "[1]\n" + block);
+  const auto inventory = inv::open_inventory("x", file, 100'000);
+  EXPECT_TRUE(inventory->contents[0].raw);
+  EXPECT_FALSE(inventory->contents[1].raw);
+  EXPECT_EQ(inventory->faults.back().message, "raw data section: it inflates to more than 40000 bytes");
+}
+
+TEST(Inventory, PlainSectionsShareTheLimitToo) {
+  const std::string text = maker::text_of(*maker::snapshot()) + std::string(2, '\0');
+  const std::string block = "offset=0\nlength=" + std::to_string(text.size()) + "\ntype=snapshot\n";
+  const std::string file =
+      maker::container(text, "[H]\ncount=2\nsnapshotcount=2\n[0]\n" + block + "[1]\n" + block);
+  const auto inventory = inv::open_inventory("x", file, text.size() + 100);
+  EXPECT_TRUE(inventory->contents[0].document);
+  EXPECT_FALSE(inventory->contents[1].document);
+  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 102 bytes");
 }
 
 TEST(Inventory, IdentityPrefersWhatStaysTheSame) {
@@ -83,6 +107,8 @@ TEST(Inventory, AFileThatCannotBeReadGivesTheReason) {
   EXPECT_EQ(error, "cannot be read: No such file or directory");
   EXPECT_FALSE(inv::open_file("/", inv::kUsualMaxSize, &error));
   EXPECT_EQ(error, "cannot be read: Is a directory");
+  EXPECT_FALSE(inv::open_file("/dev/zero", 1000, &error));
+  EXPECT_EQ(error, "is larger than 1073741824 bytes");
 }
 
 }  // namespace

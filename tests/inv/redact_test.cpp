@@ -74,6 +74,17 @@ TEST(Redact, ReplacesAccountsAlsoAsKeysOfTheirTags) {
   EXPECT_EQ(redacted("*usr-acc:x=\n"), "*usr-acc:" + anon("x") + "=\n");
 }
 
+TEST(Redact, ReplacesTheWholeNameOfAFolderThatHoldsBlanks) {
+  EXPECT_EQ(redacted("*Soft:1=x\nlocation=/Users/Jane Doe/x.app\ninfo=by Jane Doe and Jane\n"),
+            "*Soft:1=x\nlocation=/Users/" + anon("Jane Doe") + "/x.app\ninfo=by " + anon("Jane Doe") +
+                " and " + anon("Jane") + "\n");
+  EXPECT_EQ(redacted("*usr-acc:1=jane\nfullname=Jane Doe\nhdir=/Users/Jane Doe\n"),
+            "*usr-acc:1=" + anon("jane") + "\nfullname=" + anon("Jane Doe") + "\nhdir=/Users/" +
+                anon("Jane Doe") + "\n");
+  // What could be anything elsewhere is replaced in its place.
+  EXPECT_EQ(redacted("location=/Users/1 2/3 1 2\n"), "location=/Users/" + anon("1 2") + "/3 1 2\n");
+}
+
 TEST(Redact, KeepsNamesOfVariablesUnlessTheyNameSomebody) {
   EXPECT_EQ(redacted("user-name=jane\n*env-var:JANE_HOME=JANE_HOME\nvalue=/opt\nenv-var:LANG=\n~complex=\n"),
             "user-name=" + anon("jane") + "\n*env-var:" + anon("JANE") + "_HOME=" + anon("JANE") +

@@ -27,6 +27,21 @@ TEST(Summary, TellsAMachineLineByLine) {
             "Contents      2 applications, 0 accounts, 0 processes, 0 printers, 0 USB devices\n");
 }
 
+TEST(Summary, SaysNothingOfWhatIsNotKnown) {
+  inv::Overview overview;
+  overview.name = "Office Mac";
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "Office Mac\n");
+  EXPECT_EQ(inv::summary_table({overview}),
+            "Machine     Model  Serial  System  Memory  Disks  Applications  Scanned\nOffice Mac\n");
+  overview.volumes = {
+      {"A", "", "", 0, 5000, true}, {"B", "", "", 5000, 0, false}, {"C", "", "", 0, 0, false}};
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
+            "Office Mac\n"
+            "Volumes       A  5.0 KB free\n"
+            "              B  5.0 KB\n"
+            "              C\n");
+}
+
 TEST(Summary, KeepsToOneScreen) {
   inv::Overview overview = office_mac();
   overview.adapters.resize(50, {"Ethernet", "en0", "", ""});
@@ -62,10 +77,10 @@ TEST(Summary, SeveralMachinesAreATable) {
   EXPECT_EQ(inv::summary_table({office_mac(), other}),
             "Machine     Model     Serial        System                         Memory   Disks  Applications "
             " Scanned\n"
-            "Office Mac  iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)    0 MB     0 B             2 "
+            "Office Mac  iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)                             2 "
             " 2012-01-18 "
             "15:30:45 +02:00\n"
-            "B           iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)    0 MB  1.0 TB             2 "
+            "B           iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)          1.0 TB             2 "
             " 2012-01-18 "
             "15:30:45 +02:00\n");
 }

@@ -108,6 +108,25 @@ TEST(ZxmlParser, RefusesMoreLinesThanMemoryShouldPayFor) {
   EXPECT_EQ(fault_of(mark(lines)), "1:0 the text has more than 10000000 lines");
 }
 
+// Commands write whole paths: a short text of long names and many elements would fill disks and memory.
+TEST(ZxmlParser, RefusesTextsWhosePathsTogetherAreHuge) {
+  const std::string name(1'000'000, 'n');
+  const auto with_attributes = [&](size_t count) {
+    std::string lines = "+S=\n+" + name + "=\n*leaf=\n";
+    for (size_t i = 0; i < count; ++i) lines += "a=\n";
+    return mark(lines + "-\n-\n");
+  };
+  EXPECT_EQ(fault_of(with_attributes(1000)), "parsed");
+  EXPECT_EQ(fault_of(with_attributes(2000)), "1076:1003236 its paths take more than 1073741824 bytes");
+  std::string siblings = "+S=\n+" + name + "=\n";
+  for (size_t i = 0; i < 2000; ++i) siblings += "*a=\n";
+  EXPECT_EQ(fault_of(mark(siblings + "-\n-\n")), "1076:1004304 its paths take more than 1073741824 bytes");
+  // What was closed does not count for what follows.
+  std::string after = "+S=\n+" + name + "=\n-\n";
+  for (size_t i = 0; i < 2000; ++i) after += "*a=\n";
+  EXPECT_EQ(fault_of(mark(after + "-\n")), "parsed");
+}
+
 TEST(ZxmlParser, EveryTruncationOfATextIsRefusedButForTheWholeOne) {
   const std::string text = maker::text_of(*maker::snapshot());
   for (size_t length = 0; length < text.size(); ++length) {
