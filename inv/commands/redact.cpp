@@ -2,9 +2,6 @@
 
 #include <sodium.h>
 
-#include <cerrno>
-#include <cstring>
-
 #include "inv/commands/command.h"
 #include "inv/terminal.h"
 
