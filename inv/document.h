@@ -134,6 +134,8 @@ class Document {
  public:
   Element top() const { return Element(records_.data()); }
   const std::string& text() const { return *text_; }
+  // Of the text, without its first one, the mark.
+  size_t line_count() const { return line_count_; }
 
  private:
   friend class TextParser;
@@ -142,6 +144,7 @@ class Document {
   std::vector<Record> records_;  // never empty in a document that was parsed
   std::vector<Attribute> attributes_;
   std::vector<Annotation> annotations_;
+  size_t line_count_ = 0;
 };
 
 // The tree as text again: the same bytes that it was parsed from.

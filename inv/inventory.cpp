@@ -12,14 +12,21 @@
 namespace inv {
 namespace {
 
-void read_tree(const Section& section, bool big_endian, uint64_t max_size, Content& content, Faults& faults) {
+// What the sections of a file that are still to be read may take.
+struct Allowance {
+  uint64_t bytes;
+  size_t lines;
+};
+
+void read_tree(const Section& section, bool big_endian, const Allowance& left, Content& content,
+               Faults& faults) {
   Fault fault;
-  std::optional<SectionText> text = read_section_text(section.data, big_endian, max_size, &fault);
+  std::optional<SectionText> text = read_section_text(section.data, big_endian, left.bytes, &fault);
   if (text) {
     const bool plain = text->plain();
     content.layout = text->layout;
     content.size = text->text.size();
-    content.document = parse_text(std::move(text->text), &fault);
+    content.document = parse_text(std::move(text->text), &fault, left.lines);
     if (content.document) return;
     if (plain) fault.offset = fault.text_offset;
   }
@@ -41,17 +48,17 @@ void read_raw(const Section& section, uint64_t max_size, Content& content, Fault
   content.raw = std::move(inflated.bytes);
 }
 
-Content read_content(const Section& section, bool big_endian, uint64_t max_size, Faults& faults) {
+Content read_content(const Section& section, bool big_endian, const Allowance& left, Faults& faults) {
   Content content;
   // Its entry does not fit the file, which is a fault already.
   if (section.data.size() != section.length) return content;
   switch (section.kind) {
     case Section::Kind::snapshot:
     case Section::Kind::asset_info:
-      read_tree(section, big_endian, max_size, content, faults);
+      read_tree(section, big_endian, left, content, faults);
       break;
     case Section::Kind::raw_data:
-      read_raw(section, max_size, content, faults);
+      read_raw(section, left.bytes, content, faults);
       break;
     case Section::Kind::other:
     case Section::Kind::unlisted:
@@ -94,10 +101,11 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
   inventory->bytes = std::move(bytes);
   inventory->container = read_container(inventory->bytes, max_size, inventory->faults);
   if (!inventory->container) return inventory;
-  uint64_t left = max_size;
+  Allowance left = {max_size, kMostLines};
   for (const Section& section : inventory->container->sections) {
     Content content = read_content(section, inventory->container->big_endian, left, inventory->faults);
-    left -= std::min(left, content.size.value_or(0));
+    left.bytes -= std::min(left.bytes, content.size.value_or(0));
+    if (content.document) left.lines -= content.document->line_count();
     inventory->contents.push_back(std::move(content));
   }
   return inventory;

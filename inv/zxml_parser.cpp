@@ -41,7 +41,7 @@ Counts count_lines(std::string_view text) {
 // whatever tag or closing line comes next.
 class TextParser {
  public:
-  explicit TextParser(std::string text) {
+  TextParser(std::string text, size_t most_lines) : most_lines_(most_lines) {
     document_.text_ = std::make_unique<const std::string>(std::move(text));
   }
 
@@ -61,9 +61,10 @@ class TextParser {
     line_number_ = 1;
     if (text.substr(0, kTextMark.size()) != kTextMark) return fail("the text does not begin with its mark");
     const Counts counts = count_lines(text.substr(kTextMark.size()));
-    if (counts.lines > kMostLines) {
-      return fail("the text has more than " + std::to_string(kMostLines) + " lines");
+    if (counts.lines > most_lines_) {
+      return fail("the text has more than " + std::to_string(most_lines_) + " lines");
     }
+    document_.line_count_ = counts.lines;
     document_.records_.reserve(counts.records);
     document_.attributes_.reserve(counts.attributes);
     document_.annotations_.reserve(counts.annotations);
@@ -170,6 +171,7 @@ class TextParser {
     uint64_t path_size;
   };
 
+  size_t most_lines_;
   Document document_;
   std::vector<OpenBranch> open_;
   uint64_t path_size_ = 0;                  // of the tag that was read last
@@ -181,8 +183,8 @@ class TextParser {
   size_t line_start_ = 0;
 };
 
-std::optional<Document> parse_text(std::string text, Fault* fault) {
-  TextParser parser(std::move(text));
+std::optional<Document> parse_text(std::string text, Fault* fault, size_t most_lines) {
+  TextParser parser(std::move(text), most_lines);
   if (!parser.parse(fault)) return std::nullopt;
   return parser.take();
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "inv/maker.h"
+#include "inv/zxml_parser.h"
 
 namespace {
 
@@ -90,6 +91,18 @@ TEST(Inventory, PlainSectionsShareTheLimitToo) {
   EXPECT_TRUE(inventory->contents[0].document);
   EXPECT_FALSE(inventory->contents[1].document);
   EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 102 bytes");
+}
+
+TEST(Inventory, SectionsShareTheLinesThatAFileMayHave) {
+  std::string text = "\xEF\xBB\xBF?zxml\n*Snapshot=\n";
+  for (size_t i = 0; i < inv::kMostLines / 2; ++i) text += "~=\n";
+  text += std::string(2, '\0');
+  const std::string block = "offset=0\nlength=" + std::to_string(text.size()) + "\ntype=snapshot\n";
+  const auto inventory =
+      maker::open(maker::container(text, "[H]\ncount=2\nsnapshotcount=2\n[0]\n" + block + "[1]\n" + block));
+  EXPECT_TRUE(inventory->contents[0].document);
+  EXPECT_FALSE(inventory->contents[1].document);
+  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 4999999 lines");
 }
 
 TEST(Inventory, IdentityPrefersWhatStaysTheSame) {
