@@ -64,10 +64,12 @@ TEST(SalvageOutput, DropsUnreadableValuesWithTheirKeys) {
             kDictionary);
 }
 
-TEST(SalvageOutput, PutsDamagedNamesOfListsRight) {
+TEST(SalvageOutput, PutsDamagedNamesOnWhichMuchHangsRight) {
   const std::string whole =
-      "<dict><key>_dataType</key><string>SPTestDataType</string><key>_items</key><array></array></dict>";
-  for (const std::string name : {"_dataType", "SPTestDataType", "_items"}) {
+      "<dict><key>_dataType</key><string>SPTestDataType</string><key>_items</key><array></array><key>AC "
+      "Power</key><string>sppower_information</string></dict>";
+  for (const std::string name :
+       {"_dataType", "SPTestDataType", "_items", "AC Power", "sppower_information"}) {
     for (size_t i = 0; i < name.size(); ++i) {
       for (const char damage : {'\0', '\x80', '\xFF', '<', '&'}) {
         std::string damaged = whole;
