@@ -23,15 +23,20 @@ constexpr TagForm forms[] = {
     {"<real>", {Element::real, false, false}},       {"</real>", {Element::real, true, false}},
     {"<data>", {Element::data, false, false}},       {"</data>", {Element::data, true, false}},
 };
+constexpr size_t longest_form = std::string_view("</integer>").size();
 
 // A byte that became another one is likelier than one too many or too few.
 constexpr int length_changes[] = {0, 1, -1};
 
-// Whether the text is the form with one byte changed, added or missing.
+// Whether the text, which is not empty, is the form with one byte changed, added or missing.
 bool differs_in_one_byte(std::string_view text, std::string_view form) {
+  if (text.back() != form.back()) {
+    const size_t before = form.size() - 1;
+    return text.size() <= form.size() && text.substr(0, before) == form.substr(0, before);
+  }
   const auto [different, in_form] = std::mismatch(text.begin(), text.end(), form.begin(), form.end());
-  const size_t same = static_cast<size_t>(in_form - form.begin());
   if (different == text.end() && in_form == form.end()) return false;
+  const size_t same = static_cast<size_t>(in_form - form.begin());
   const bool missing = text.size() < form.size();
   const bool added = text.size() > form.size();
   return text.substr(same + !missing) == form.substr(same + !added);
@@ -63,7 +68,9 @@ std::optional<FoundTag> find_damaged_tag(std::string_view text) {
   if (text.substr(0, 2) == "<<" && find_whole_tag(text.substr(1))) return std::nullopt;
   // "/dict>" has lost its "<", and not become anything else.
   const bool has_slash = text.substr(0, 2).find('/') != text.npos;
+  const bool has_end = text.substr(0, longest_form + 1).find('>') != text.npos;
   for (const int change : length_changes) {
+    if (change != 0 && !has_end) break;
     for (const TagForm& form : forms) {
       // What ends with the input may be a tag that was cut.
       if (text.size() < form.text.size() || (has_slash && !form.tag.closes)) continue;

@@ -62,7 +62,7 @@ TEST(DamagedTags, AreTakenFromTheEndOfATextTheyShouldHaveClosed) {
   std::string_view text = "abc?/string>\n\t";
   EXPECT_TRUE(plist::remove_damaged_close_tag(text, Element::string));
   EXPECT_EQ(text, "abc");
-  for (const char* damaged : {"abc</sting>", "abc</str?ing>", "abc</string?>\n"}) {
+  for (const char* damaged : {"abc</sting>", "abc</str?ing>", "abc</string?>\n", "abc</string\n"}) {
     text = damaged;
     EXPECT_TRUE(plist::remove_damaged_close_tag(text, Element::string)) << damaged;
     EXPECT_EQ(text, "abc");
