@@ -155,6 +155,18 @@ TEST(ParseProfilerDocument, LosesOneValueToOneByte) {
             "+Macintosh=\n*A=\nk=1\uFFFD\n*B=\nk=2\n-\n");
 }
 
+TEST(ParseProfilerDocument, KeepsWhatOnlyNamesAnEndOrDeclaresEntities) {
+  const std::string type = data_type("A", "1");
+  for (const char* noise :
+       {"<!-- </plist> </array> -->", "<![CDATA[</plist></dict>]]>", "<foo>&lol;</foo></plist>",
+        "<!DOCTYPE plist [<!ENTITY lol \"lol\">]>", "<?xml version=\"1.0\"?>"}) {
+    EXPECT_EQ(tree_of(document_with(framed(noise + type), framed(data_type("B", "2")))), kBoth) << noise;
+  }
+  EXPECT_EQ(
+      tree_of(document_with(framed(data_type("A", "<![CDATA[</plist>]]>")), framed(data_type("B", "2")))),
+      "+Macintosh=\n*A=\nk=</plist>\n*B=\nk=2\n-\n");
+}
+
 TEST(ParseProfilerDocument, MissesNothingBehindANul) {
   // Each piece of the document ends at its first NUL, which may leave a list that parses.
   const std::string type = data_type("A", "1");
