@@ -1,4 +1,5 @@
 // The question at the prompt, and one scan.
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -18,6 +19,13 @@ void send_to_null(std::FILE* stream, const char* mode) {
 void silence_console() {
   send_to_null(stdin, "r");
   send_to_null(stderr, "w");
+}
+
+// A scan does not end because nobody reads what it prints: its result is the file. A function that does
+// nothing, since a signal that is ignored would be so in the tools too, where it ends those that print for
+// ever.
+void outlive_readers() {
+  std::signal(SIGPIPE, [](int) {});
 }
 
 enum class Answer { kYes, kNo, kIncorrect };
@@ -52,6 +60,7 @@ bool confirm(int& status) {
 
 int main(int count, char** arguments) {
   prepare_heap();
+  outlive_readers();
   const Options options = parse_options(count, arguments);
   int status = 0;
   if (options.silent) {

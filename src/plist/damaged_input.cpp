@@ -55,7 +55,8 @@ bool DamagedInput::read_raw_text(Element element, std::string& text) {
   return gather_text(element, Entities::keep, text);
 }
 
-// A "<" that begins no tag is text.
+// A "<" that begins no tag is text, and so is one that only resembles another element's: "_dataType" may have
+// become "<dataType".
 bool DamagedInput::gather_text(Element element, Entities entities, std::string& text) {
   text.clear();
   for (;;) {
@@ -72,7 +73,8 @@ bool DamagedInput::gather_text(Element element, Entities entities, std::string& 
       text.append(section, cursor_.at - 3);
     } else if (cursor_.skip("<!--")) {
       if (!skip_section("-->")) return false;
-    } else if (const std::optional<FoundTag> found = find_tag_at_start(cursor_.rest())) {
+    } else if (const std::optional<FoundTag> found = find_tag_at_start(cursor_.rest());
+               found && (found->whole || (found->tag.closes && found->tag.element == element))) {
       // "</string>" may have become "<<string>".
       const bool slash_damaged = !found->tag.closes && !text.empty() && cursor_.at[-1] == '<';
       if (found->tag.element == element && (found->tag.closes || slash_damaged)) {

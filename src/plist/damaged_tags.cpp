@@ -1,5 +1,8 @@
 #include "plist/damaged_tags.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace plist {
 
 namespace {
@@ -20,12 +23,23 @@ constexpr TagForm forms[] = {
     {"<real>", {Element::real, false, false}},       {"</real>", {Element::real, true, false}},
     {"<data>", {Element::data, false, false}},       {"</data>", {Element::data, true, false}},
 };
+constexpr size_t longest_form = std::string_view("</integer>").size();
 
+// A byte that became another one is likelier than one too many or too few.
+constexpr int length_changes[] = {0, 1, -1};
+
+// Whether the text, which is not empty, is the form with one byte changed, added or missing.
 bool differs_in_one_byte(std::string_view text, std::string_view form) {
-  if (text.size() != form.size()) return false;
-  int differences = 0;
-  for (size_t i = 0; i < form.size() && differences < 2; ++i) differences += text[i] != form[i];
-  return differences == 1;
+  if (text.back() != form.back()) {
+    const size_t before = form.size() - 1;
+    return text.size() <= form.size() && text.substr(0, before) == form.substr(0, before);
+  }
+  const auto [different, in_form] = std::mismatch(text.begin(), text.end(), form.begin(), form.end());
+  if (different == text.end() && in_form == form.end()) return false;
+  const size_t same = static_cast<size_t>(in_form - form.begin());
+  const bool missing = text.size() < form.size();
+  const bool added = text.size() > form.size();
+  return text.substr(same + !missing) == form.substr(same + !added);
 }
 
 // What stands between the angle brackets; none when there is no ">" before the next "<".
@@ -46,15 +60,23 @@ std::optional<FoundTag> find_whole_tag(std::string_view text) {
   name = name.substr(closes, name.size() - closes - empty);
   const Element element = element_named(name.substr(0, name.find_first_of(" \t\r\n")));
   if (element == Element::unknown) return std::nullopt;
-  return FoundTag{{element, closes, empty}, content->size() + 2};
+  return FoundTag{{element, closes, empty}, content->size() + 2, true};
 }
 
 std::optional<FoundTag> find_damaged_tag(std::string_view text) {
   // What looks like a damaged close tag may be a stray "<" before a whole open tag.
   if (text.substr(0, 2) == "<<" && find_whole_tag(text.substr(1))) return std::nullopt;
-  for (const TagForm& form : forms) {
-    const size_t length = form.text.size();
-    if (differs_in_one_byte(text.substr(0, length), form.text)) return FoundTag{form.tag, length};
+  // "/dict>" has lost its "<", and not become anything else.
+  const bool has_slash = text.substr(0, 2).find('/') != text.npos;
+  const bool has_end = text.substr(0, longest_form + 1).find('>') != text.npos;
+  for (const int change : length_changes) {
+    if (change != 0 && !has_end) break;
+    for (const TagForm& form : forms) {
+      // What ends with the input may be a tag that was cut.
+      if (text.size() < form.text.size() || (has_slash && !form.tag.closes)) continue;
+      const size_t length = form.text.size() + static_cast<size_t>(change);
+      if (differs_in_one_byte(text.substr(0, length), form.text)) return FoundTag{form.tag, length, false};
+    }
   }
   return std::nullopt;
 }
@@ -69,10 +91,15 @@ std::optional<FoundTag> find_tag_at_start(std::string_view text) {
 bool remove_damaged_close_tag(std::string_view& text, Element element) {
   const size_t last = text.find_last_not_of(" \t\r\n");
   const std::string_view trimmed = text.substr(0, last + 1);
-  for (const TagForm& form : forms) {
-    if (!form.tag.closes || form.tag.element != element || trimmed.size() < form.text.size()) continue;
-    const size_t start = trimmed.size() - form.text.size();
-    if (!differs_in_one_byte(trimmed.substr(start), form.text)) continue;
+  const auto form = std::find_if(std::begin(forms), std::end(forms), [element](const TagForm& candidate) {
+    return candidate.tag.closes && candidate.tag.element == element;
+  });
+  if (form == std::end(forms)) return false;
+  for (const int change : length_changes) {
+    const size_t length = form->text.size() + static_cast<size_t>(change);
+    if (trimmed.size() < length) continue;
+    const size_t start = trimmed.size() - length;
+    if (!differs_in_one_byte(trimmed.substr(start), form->text)) continue;
     text = trimmed.substr(0, start);
     return true;
   }

@@ -1,5 +1,6 @@
 #include "profiler/property_list.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string_view>
 #include <utility>
@@ -10,16 +11,22 @@
 
 namespace {
 
-// CoreFoundation ignores whatever follows the first end of a list.
-bool ends_once(std::string_view list) {
-  const size_t end = list.find("</plist");
-  return end != list.npos && list.find_first_not_of("> \t\r\n", end + 7) == list.npos;
+// CoreFoundation ignores whatever follows the first end of a list, or of an array outside of any list.
+bool is_one_list(std::string_view text) {
+  const size_t end = text.find("</plist");
+  return end != text.npos && text.find_first_not_of("> \t\r\n", end + 7) == text.npos &&
+         text.find("<plist") < text.find("<array");
+}
+
+// A document ends each piece at its first NUL, and a name is missed because of one.
+bool holds_nul(const ProfilerOutput& output) {
+  return std::string_view(output.text.get(), output.length).find('\0') != std::string_view::npos;
 }
 
 CFRef<CFArrayRef> parse(const char* text, size_t length) {
   const std::string_view list(text, length);
   // Some versions of CoreFoundation recurse into whatever they are given, until the stack ends.
-  if (list.empty() || !ends_once(list) || plist::nested_too_deeply(list)) return CFRef<CFArrayRef>();
+  if (list.empty() || !is_one_list(list) || plist::nested_too_deeply(list)) return CFRef<CFArrayRef>();
   // The bytes outlive the parsing, and everything parsed from them is copied.
   const CFRef<CFDataRef> data(CFDataCreateWithBytesNoCopy(nullptr, reinterpret_cast<const UInt8*>(text),
                                                           static_cast<CFIndex>(length), kCFAllocatorNull));
@@ -55,7 +62,9 @@ void leave_out_unreadable(std::vector<ProfilerOutput>& outputs) {
 }  // namespace
 
 CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document) {
-  if (CFRef<CFArrayRef> list = parse(document.text.get(), document.length)) return list;
+  if (std::none_of(document.outputs.begin(), document.outputs.end(), holds_nul)) {
+    if (CFRef<CFArrayRef> list = parse(document.text.get(), document.length)) return list;
+  }
   std::vector<ProfilerOutput> salvaged;
   for (const ProfilerOutput& output : document.outputs) salvaged.push_back(salvage_output(output));
   if (CFRef<CFArrayRef> list = parse_spliced(salvaged)) return list;
@@ -64,6 +73,8 @@ CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document) {
 }
 
 CFRef<CFArrayRef> parse_profiler_output(const ProfilerOutput& output) {
-  if (CFRef<CFArrayRef> list = parse(output)) return list;
+  if (!holds_nul(output)) {
+    if (CFRef<CFArrayRef> list = parse(output)) return list;
+  }
   return parse(salvage_output(output));
 }

@@ -9,11 +9,31 @@
 
 namespace {
 
-// On these names hangs whatever stands below them, often all there is of a data type.
-constexpr std::string_view kListNames[] = {"_items", "_dataType", "volumes", "spdisplays_ndrvs",
-                                           "spnetworklocation_services"};
+// Keys on which many facts hang: whatever stands below them, or what is read only where they say so.
+constexpr std::string_view kKeys[] = {"_items",
+                                      "_dataType",
+                                      "volumes",
+                                      "spdisplays_ndrvs",
+                                      "_spdisplays_edid",
+                                      "spnetworklocation_services",
+                                      "SMB",
+                                      "Ethernet",
+                                      "MAC Address",
+                                      "interface",
+                                      "ip_address",
+                                      "AC Power",
+                                      "default",
+                                      "os_version",
+                                      "removable_media",
+                                      "smart_status",
+                                      "dimm_status",
+                                      "spfirewall_globalstate",
+                                      "spfirewall_services",
+                                      "spfirewall_applications"};
+// And such values: what tells the settings of the power supply, and that a firewall has rules.
+constexpr std::string_view kValues[] = {"sppower_information", "spfirewall_globalstate_limit_connections"};
 
-// A name in which one byte was damaged in a way that a list shows: not UTF-8 any more, a NUL, or markup.
+// A text in which one byte was damaged in a way that a list shows: not UTF-8 any more, a NUL, or markup.
 bool is_damaged(std::string_view text, std::string_view name) {
   const size_t start = static_cast<size_t>(
       std::mismatch(text.begin(), text.end(), name.begin(), name.end()).first - text.begin());
@@ -22,6 +42,14 @@ bool is_damaged(std::string_view text, std::string_view name) {
   if (text.size() < start + rest.size() || text.substr(text.size() - rest.size()) != rest) return false;
   const std::string_view byte = text.substr(start, text.size() - rest.size() - start);
   return byte == "\uFFFD" || byte == "<" || byte == "&" || byte == std::string_view("\0", 1);
+}
+
+// The one of the names that the text is a damaged form of; otherwise the text.
+template <size_t count>
+std::string_view put_right(std::string_view text, const std::string_view (&names)[count]) {
+  const auto name = std::find_if(std::begin(names), std::end(names),
+                                 [&](std::string_view known) { return is_damaged(text, known); });
+  return name == std::end(names) ? text : *name;
 }
 
 // Writes the elements of a list as text again. The arrays at the top, one per list of the input, are left
@@ -46,14 +74,12 @@ class ListWriter {
     text_ += "</dict>";
   }
   void key(plist::Characters text) {
-    const auto name = std::find_if(std::begin(kListNames), std::end(kListNames),
-                                   [&](std::string_view known) { return is_damaged(text.bytes, known); });
-    key_ = name == std::end(kListNames) ? text.bytes : *name;
+    key_ = put_right(text.bytes, kKeys);
     element("key", key_);
   }
   void string(plist::Characters text) {
     const bool renamed = key_ == "_dataType" && is_damaged(text.bytes, data_type_);
-    element("string", renamed ? data_type_ : text.bytes);
+    element("string", renamed ? data_type_ : put_right(text.bytes, kValues));
   }
   void integer(plist::Integer, std::string_view source) { element("integer", source); }
   void real(double, std::string_view source) { element("real", source); }

@@ -86,6 +86,15 @@ class SilentRun(ScanTestCase):
         scanner.stdout.close()
 
 
+    def test_saves_its_file_when_nobody_reads_what_it_prints(self):
+        scan = subprocess.Popen(
+            [SCANNER, "/silent"], cwd=self.out, env=self.environment(IMAC), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE
+        )
+        scan.stdout.close()
+        self.assertEqual(scan.wait(300), 0)
+        self.decode()
+
+
 class LoggedRun(ScanTestCase):
     STEPS = "".join(f"{n}...done\n" for n in range(1, 15))
 

@@ -162,6 +162,15 @@ class FailingTools(FaultTestCase):
         self.assertIn("Output cut after 536870912 bytes: system_profiler -detailLevel full -xml SPPrintersDataType\n", messages)
         self.assertEqual({path for path, *_ in whole - facts(container) if "/Printers" not in path}, set())
 
+    def test_are_ended_though_the_caller_ignores_broken_pipes(self):
+        """A shell that nobody tells of its closed pipe goes on for ever."""
+        self.break_tool("diskutil", "while :; do echo more; done\n")
+        result = self.scan(answer="y\n", prefix=["sh", "-c", 'trap "" PIPE; exec "$0" "$@"'])
+        self.assertEqual(result.returncode, 0)
+        self.assertRegex(result.stderr, "Output cut after [0-9]+ bytes: diskutil info")
+        self.assertEqual(self.remaining(), [])
+        self.decode()
+
     def test_leave_neither_processes_nor_descriptors(self):
         """Each tool looks at the scanner that started it, and fails in its own way."""
         probe = (

@@ -153,12 +153,40 @@ TEST(LenientScanner, PutsOneDamagedByteOfATagRight) {
   for (const std::string_view tag :
        {"<dict>", "</dict>", "<key>", "</key>", "<string>", "</string>", "<integer>", "</integer>"}) {
     for (size_t place = 0; place < tag.size(); ++place) {
-      for (const char byte : {'?', '&', '\0', '\xFF', '<'}) {
+      for (const char byte : {'?', '&', '\0', '\xFF', '<', ' ', '\n'}) {
         std::string list = whole;
         list[list.find(tag) + place] = byte;
         EXPECT_EQ(salvaged(list), expected) << list;
       }
     }
+  }
+}
+
+TEST(LenientScanner, PutsOneByteTooManyOrTooFewOfATagRight) {
+  const std::string whole =
+      "<array>\n<dict>\n<key>a</key>\n<array>\n<true/>\n</array>\n</dict>\n<string>b</string>\n</array>\n";
+  const std::string expected = salvaged(whole);
+  for (const std::string_view tag : {"\n<array>", "</array>", "<dict>", "</dict>", "</key>", "</string>"}) {
+    for (size_t place = 1; place < tag.size() - 1; ++place) {
+      // Without its slash it is another tag.
+      if (tag[place] == '/') continue;
+      std::string list = whole;
+      list.erase(list.find(tag) + place, 1);
+      EXPECT_EQ(salvaged(list), expected) << list;
+      // Right behind the "<" it would look like a damaged slash.
+      if (tag[place - 1] == '<') continue;
+      list = whole;
+      list.insert(list.find(tag) + place, 1, '\xFF');
+      EXPECT_EQ(salvaged(list), expected) << list;
+    }
+  }
+}
+
+TEST(LenientScanner, TakesALessThanBeforeANameLikeATagsForText) {
+  for (const std::string_view text : {"<dataType", "a <dictator", "b<arrayed", "<integers", "<realm"}) {
+    EXPECT_EQ(salvaged("<dict><key>" + std::string(text) + "</key><string>" + std::string(text) +
+                       "</string><key>k</key><true/></dict>"),
+              "{" + std::string(text) + ":\"" + std::string(text) + "\" k:true}");
   }
 }
 

@@ -34,6 +34,12 @@ TEST(DamagedTags, AreFoundWithTheirLength) {
       {"<?dict>", Element::dictionary, true, false, 7},
       {"?/array>", Element::array, true, false, 8},
       {"<true?>", Element::true_value, false, true, 7},
+      {" array>", Element::array, false, false, 7},
+      {"dict>x", Element::dictionary, false, false, 5},
+      {"<dct>x", Element::dictionary, false, false, 5},
+      {"<di?ct>", Element::dictionary, false, false, 7},
+      {"</?dict>", Element::dictionary, true, false, 8},
+      {"/dict>\n", Element::dictionary, true, false, 6},
   };
   for (const Row& row : rows) {
     const auto found = plist::find_tag_at_start(row.text);
@@ -46,8 +52,8 @@ TEST(DamagedTags, AreFoundWithTheirLength) {
 }
 
 TEST(DamagedTags, AreNotFoundInOtherTexts) {
-  for (const char* text :
-       {"", "<", "<>", "</>", "dict>", "<foo>", "<d??t>", "<<dict>", "text", "<?xml version=\"1.0\"?>"}) {
+  for (const char* text : {"", "<", "<>", "</>", "<foo>", "<d??t>", "<d??ict>", "<dt>", "<<dict>", "<dict",
+                           "<true/", "text", "<?xml version=\"1.0\"?>"}) {
     EXPECT_FALSE(plist::find_tag_at_start(text)) << text;
   }
 }
@@ -56,6 +62,11 @@ TEST(DamagedTags, AreTakenFromTheEndOfATextTheyShouldHaveClosed) {
   std::string_view text = "abc?/string>\n\t";
   EXPECT_TRUE(plist::remove_damaged_close_tag(text, Element::string));
   EXPECT_EQ(text, "abc");
+  for (const char* damaged : {"abc</sting>", "abc</str?ing>", "abc</string?>\n", "abc</string\n"}) {
+    text = damaged;
+    EXPECT_TRUE(plist::remove_damaged_close_tag(text, Element::string)) << damaged;
+    EXPECT_EQ(text, "abc");
+  }
   for (const char* other : {"abc", "abc?/string> x", "abc?/integer>", "", "?"}) {
     std::string_view kept = other;
     EXPECT_FALSE(plist::remove_damaged_close_tag(kept, Element::string)) << other;

@@ -64,14 +64,14 @@ TEST(SalvageOutput, DropsUnreadableValuesWithTheirKeys) {
             kDictionary);
 }
 
-TEST(SalvageOutput, PutsDamagedNamesOfListsRight) {
+TEST(SalvageOutput, PutsDamagedNamesOnWhichMuchHangsRight) {
   const std::string whole =
-      "<dict><key>_dataType</key><string>SPTestDataType</string><key>_items</key><array></array></dict>";
-  for (const std::string name : {"_dataType", "SPTestDataType", "_items"}) {
+      "<dict><key>_dataType</key><string>SPTestDataType</string><key>_items</key><array></array><key>AC "
+      "Power</key><string>sppower_information</string></dict>";
+  for (const std::string name :
+       {"_dataType", "SPTestDataType", "_items", "AC Power", "sppower_information"}) {
     for (size_t i = 0; i < name.size(); ++i) {
       for (const char damage : {'\0', '\x80', '\xFF', '<', '&'}) {
-        // "<dataType" looks more like the element "data".
-        if (damage == '<' && i == 0 && name == "_dataType") continue;
         std::string damaged = whole;
         damaged[whole.find(">" + name) + 1 + i] = damage;
         EXPECT_EQ(salvage(framed(damaged)), whole) << damaged;
@@ -155,6 +155,40 @@ TEST(ParseProfilerDocument, LosesOneValueToOneByte) {
             "+Macintosh=\n*A=\nk=1\uFFFD\n*B=\nk=2\n-\n");
 }
 
+TEST(ParseProfilerDocument, KeepsWhatOnlyNamesAnEndOrDeclaresEntities) {
+  const std::string type = data_type("A", "1");
+  for (const char* noise :
+       {"<!-- </plist> </array> -->", "<![CDATA[</plist></dict>]]>", "<foo>&lol;</foo></plist>",
+        "<!DOCTYPE plist [<!ENTITY lol \"lol\">]>", "<?xml version=\"1.0\"?>"}) {
+    EXPECT_EQ(tree_of(document_with(framed(noise + type), framed(data_type("B", "2")))), kBoth) << noise;
+  }
+  EXPECT_EQ(
+      tree_of(document_with(framed(data_type("A", "<![CDATA[</plist>]]>")), framed(data_type("B", "2")))),
+      "+Macintosh=\n*A=\nk=</plist>\n*B=\nk=2\n-\n");
+}
+
+TEST(ParseProfilerDocument, MissesNothingBehindANul) {
+  // Each piece of the document ends at its first NUL, which may leave a list that parses.
+  const std::string type = data_type("A", "1");
+  EXPECT_EQ(tree_of(document_with(framed(std::string("\0", 1) + type), framed(data_type("B", "2")))), kBoth);
+  ProfilerDocument document = document_with(framed(data_type("B", "2")), framed(""));
+  for (const size_t place : {size_t{0}, kPrologueLength - 1}) {
+    std::string first = framed(type);
+    first[place] = '\0';
+    document.outputs[0] = output_of(first);
+    document.text = splice_outputs(document.outputs, &document.length);
+    EXPECT_EQ(tree_of(document), kBoth);
+  }
+}
+
+TEST(ParseProfilerDocument, MissesNothingBehindAListWithoutItsFrame) {
+  const std::string bare = "<?xml version=\"1.0\"?>\n<array>" + data_type("A", "1") + "</array>\n";
+  ProfilerDocument document = document_with(framed(data_type("B", "2")), framed(""));
+  document.outputs[0] = output_of(bare + std::string(kEpilogueLength, '\n'));
+  document.text = splice_outputs(document.outputs, &document.length);
+  EXPECT_EQ(tree_of(document), kBoth);
+}
+
 TEST(ParseProfilerDocument, ReadsAnOutputWithALongerPrologue) {
   const std::string old_frame =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple Computer//DTD PLIST "
@@ -192,6 +226,13 @@ TEST(ParseProfilerDocument, OfNothingAtAllIsAnEmptyList) {
   const CFRef<CFArrayRef> list = parse_profiler_document(document_of(std::vector<std::string>(21, "")));
   ASSERT_TRUE(list);
   EXPECT_EQ(CFArrayGetCount(list.get()), 0);
+}
+
+TEST(ParseProfilerOutput, PutsANulInANameRight) {
+  std::string list = framed(data_type("A", "1"));
+  list[list.find("_dataType")] = '\0';
+  const CFRef<CFArrayRef> parsed = parse_profiler_output(output_of(list));
+  EXPECT_TRUE(find_string(dictionary_at(parsed.get(), 0), CFSTR("_dataType")));
 }
 
 TEST(ParseProfilerOutput, SalvagesTheSameWay) {
