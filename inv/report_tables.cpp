@@ -6,14 +6,14 @@
 namespace inv {
 namespace {
 
-struct TableSpec {
+struct TableForm {
   std::string_view title;
   std::string_view rows;  // below the snapshot's top element: "Software/Soft:*"
   std::vector<ReportColumn> columns;
 };
 
-const std::vector<TableSpec>& table_specs() {
-  static const std::vector<TableSpec> specs = {
+const std::vector<TableForm>& table_forms() {
+  static const std::vector<TableForm> forms = {
       {"Applications",
        "Software/Soft:*",
        {{"Name", ""},
@@ -120,7 +120,7 @@ const std::vector<TableSpec>& table_specs() {
         {"Command", "cmd-line"}}},
       {"Environment", "Environment/*", {{"Variable", ""}, {"Value", "value"}}},
   };
-  return specs;
+  return forms;
 }
 
 std::string_view value_of(Element element, std::string_view attribute) {
@@ -206,16 +206,16 @@ std::string table_section(std::string_view title, const std::vector<ReportColumn
 
 std::string report_tables(Element snapshot) {
   std::string html;
-  for (const TableSpec& spec : table_specs()) {
+  for (const TableForm& form : table_forms()) {
     std::vector<std::vector<std::string>> rows;
-    for (const Element element : rows_of(snapshot, spec.rows)) {
+    for (const Element element : rows_of(snapshot, form.rows)) {
       std::vector<std::string> cells;
-      for (const ReportColumn& column : spec.columns) {
+      for (const ReportColumn& column : form.columns) {
         cells.push_back(cell(value_of(element, column.attribute), column.form));
       }
       rows.push_back(std::move(cells));
     }
-    if (!rows.empty()) html += table_section(spec.title, spec.columns, rows);
+    if (!rows.empty()) html += table_section(form.title, form.columns, rows);
   }
   return html;
 }
