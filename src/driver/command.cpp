@@ -1,6 +1,7 @@
 #include "driver/command.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -65,19 +66,19 @@ Text run_command(const char* command_line, uint32_t* length, uint32_t chunk, uin
   return capture.finish();
 }
 
-// The limit is this program's own as well, which new processes take over: hence what it has worked so far is
-// granted on top. It can only be set in whole seconds.
-WorkLimit::WorkLimit(unsigned seconds) {
+// The limit is this program's own as well, which new processes take over. Hence it handles the signal that
+// comes beyond the limit; its handler is what they do not take over.
+WorkLimit::WorkLimit(unsigned seconds) : handler_before_(std::signal(SIGXCPU, [](int) {})) {
   getrlimit(RLIMIT_CPU, &before_);
-  rusage own;
-  getrusage(RUSAGE_SELF, &own);
-  const rlim_t used = static_cast<rlim_t>(own.ru_utime.tv_sec + own.ru_stime.tv_sec) + 2;
   rlimit limit = before_;
-  limit.rlim_cur = std::min<rlim_t>(before_.rlim_cur, used + seconds);
+  limit.rlim_cur = std::min<rlim_t>(before_.rlim_cur, seconds);
   setrlimit(RLIMIT_CPU, &limit);
 }
 
-WorkLimit::~WorkLimit() { setrlimit(RLIMIT_CPU, &before_); }
+WorkLimit::~WorkLimit() {
+  setrlimit(RLIMIT_CPU, &before_);
+  std::signal(SIGXCPU, handler_before_);
+}
 
 Text CommandSeries::run(const char* command_line, uint32_t* length) {
   *length = 0;

@@ -19,10 +19,11 @@ Text run_command(const char* command_line, uint32_t* length, uint32_t chunk,
                  uint32_t limit = kCommandOutputLimit);
 
 // While this lives, every process of a command that is started is ended when it has worked for some seconds
-// of processor time. For a command line that is a pipeline: what its first tool prints never comes to us, so
-// that an endless output cannot be cut.
+// of processor time; this program is not. For a command line that is a pipeline: what its first tool prints
+// never comes to us, so that an endless output cannot be cut.
 class WorkLimit {
  public:
+  // At least 1 second.
   explicit WorkLimit(unsigned seconds);
   WorkLimit(const WorkLimit&) = delete;
   WorkLimit& operator=(const WorkLimit&) = delete;
@@ -30,6 +31,7 @@ class WorkLimit {
 
  private:
   rlimit before_;
+  void (*handler_before_)(int);
 };
 
 // How much may come of a tool that is run again and again, each time for something else. In bytes.

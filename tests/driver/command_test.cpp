@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <string>
 
@@ -136,11 +137,27 @@ rlim_t work_limit() {
 TEST(WorkLimit, EndsAPipelineThatWorksForEver) {
   const rlim_t before = work_limit();
   {
-    const WorkLimit limit(0);
+    const WorkLimit limit(1);
     EXPECT_LT(work_limit(), before);
     expect_output(run("yes | awk '/never/'; echo over", 100), "over\n");
   }
   EXPECT_EQ(work_limit(), before);
+}
+
+void (*signal_handler())(int) {
+  struct sigaction action = {};
+  sigaction(SIGXCPU, nullptr, &action);
+  return action.sa_handler;
+}
+
+// It may have worked longer already than its tools are allowed to.
+TEST(WorkLimit, DoesNotEndThisProgramItself) {
+  {
+    const WorkLimit limit(1);
+    std::raise(SIGXCPU);
+    expect_output(run("echo on", 100), "on\n");
+  }
+  EXPECT_EQ(signal_handler(), SIG_DFL);
 }
 
 TEST(WorkLimit, KeepsALowerLimit) {
