@@ -105,7 +105,7 @@ void scan() {
   Stages stages;
   ProfilerDocument document = collect_profiler_document(false);
   stages.mark("acquire and splice");
-  uint32_t document_length = 0;
+  size_t document_length = 0;
   splice_outputs(document.outputs, &document_length);
   stages.mark("splice alone, once more");
   CFRef<CFArrayRef> list = parse_profiler_document(document);
