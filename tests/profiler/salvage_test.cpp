@@ -64,6 +64,36 @@ TEST(SalvageOutput, DropsUnreadableValuesWithTheirKeys) {
             kDictionary);
 }
 
+TEST(SalvageOutput, PutsEveryKeyRightOnWhichMuchHangs) {
+  for (const std::string key : {"_items",
+                                "_dataType",
+                                "volumes",
+                                "spdisplays_ndrvs",
+                                "_spdisplays_edid",
+                                "spnetworklocation_services",
+                                "SMB",
+                                "Ethernet",
+                                "MAC Address",
+                                "interface",
+                                "ip_address",
+                                "AC Power",
+                                "default",
+                                "os_version",
+                                "removable_media",
+                                "smart_status",
+                                "dimm_status",
+                                "spfirewall_globalstate",
+                                "spfirewall_services",
+                                "spfirewall_applications"}) {
+    const std::string whole = "<dict><key>" + key + "</key><string>x</string></dict>";
+    for (size_t i = 0; i < key.size(); ++i) {
+      std::string damaged = whole;
+      damaged[whole.find(key) + i] = '\xFF';
+      EXPECT_EQ(salvage(framed(damaged)), whole) << damaged;
+    }
+  }
+}
+
 TEST(SalvageOutput, PutsDamagedNamesOnWhichMuchHangsRight) {
   const std::string whole =
       "<dict><key>_dataType</key><string>SPTestDataType</string><key>_items</key><array></array><key>AC "
