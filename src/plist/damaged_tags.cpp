@@ -30,6 +30,7 @@ constexpr int length_changes[] = {0, 1, -1};
 
 // Whether the text, which is not empty, is the form with one byte changed, added or missing.
 bool differs_in_one_byte(std::string_view text, std::string_view form) {
+  // Most texts are told by their last byte, which is then the one that was changed or is missing.
   if (text.back() != form.back()) {
     const size_t before = form.size() - 1;
     return text.size() <= form.size() && text.substr(0, before) == form.substr(0, before);

@@ -85,7 +85,6 @@ class SilentRun(ScanTestCase):
         self.assertEqual(scanner.wait(), 0)
         scanner.stdout.close()
 
-
     def test_saves_its_file_when_nobody_reads_what_it_prints(self):
         scan = subprocess.Popen(
             [SCANNER, "/silent"], cwd=self.out, env=self.environment(IMAC), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE
