@@ -193,4 +193,9 @@ std::string readable_size(uint64_t bytes) {
   return format_string(decimals ? "%.1f %s" : "%.0f %s", size, kUnits[unit]).get();
 }
 
+std::string readable_count(size_t count, const std::string& noun) {
+  const std::string ending = count == 1 ? "" : noun.back() == 's' ? "es" : "s";
+  return std::to_string(count) + " " + noun + ending;
+}
+
 }  // namespace inv

@@ -38,10 +38,6 @@ std::string page(const std::string& title, const std::string& body) {
   return html.append(rest);
 }
 
-std::string plural(size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 // A card of the overview; the lines are HTML, and empty ones are left out.
 std::string card(const std::string& title, std::initializer_list<std::string> lines) {
   std::string content;
@@ -69,8 +65,8 @@ std::string heading(const Overview& overview) {
 
 std::string contents_card(const Overview& overview) {
   return card("Contents",
-              {plural(overview.applications, "application"), plural(overview.accounts, "account"),
-               std::to_string(overview.processes) + (overview.processes == 1 ? " process" : " processes")});
+              {readable_count(overview.applications, "application"),
+               readable_count(overview.accounts, "account"), readable_count(overview.processes, "process")});
 }
 
 std::string cards(const Overview& overview) {
@@ -85,9 +81,10 @@ std::string cards(const Overview& overview) {
          card("Processor", {isolated(overview.processor), with_unit(overview.cores, "cores"),
                             with_unit(overview.megahertz, "MHz")}) +
          card("Memory", {overview.memory_megabytes > 0 ? readable_memory(overview.memory_megabytes) : ""}) +
-         card("Storage", {disk_bytes > 0 ? readable_size(disk_bytes) : "",
-                          overview.disks.empty() ? "" : plural(overview.disks.size(), "drive"),
-                          overview.volumes.empty() ? "" : plural(overview.volumes.size(), "volume")}) +
+         card("Storage",
+              {disk_bytes > 0 ? readable_size(disk_bytes) : "",
+               overview.disks.empty() ? "" : readable_count(overview.disks.size(), "drive"),
+               overview.volumes.empty() ? "" : readable_count(overview.volumes.size(), "volume")}) +
          card("Displays", {displays}) + (overview.has_snapshot ? contents_card(overview) : "") + "</div>\n";
 }
 
@@ -134,7 +131,7 @@ std::string report_page(const Inventory& inventory) {
 std::string comparison_page(const Inventory& old_inventory, const Inventory& new_inventory) {
   const Overview overview = overview_of(new_inventory);
   const std::vector<Change> changes = diff(old_inventory, new_inventory, Facts::lasting);
-  const std::string since = "<p class=\"since\">" + plural(changes.size(), "change") + " since " +
+  const std::string since = "<p class=\"since\">" + readable_count(changes.size(), "change") + " since " +
                             time_element(scan_timestamp(old_inventory)) + "</p>\n";
   return page(overview.name + ", compared", heading(overview) + "<main>\n" + since +
                                                 (changes.empty() ? "" : change_table(changes)) + "</main>\n");

@@ -23,10 +23,6 @@ std::string repeat(const char* text, size_t count) {
   return repeated;
 }
 
-std::string plural(size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 // The texts that are not empty, made printable, with a comma between.
 std::string join(std::initializer_list<std::string> texts) {
   std::string joined;
@@ -86,7 +82,8 @@ std::string memory_text(const Overview& overview) {
     text += slot.megabytes > 0 ? kFull : kEmpty;
     if (slot.megabytes > 0) ++filled;
   }
-  return text + "  " + std::to_string(filled) + " of " + plural(overview.slots.size(), "slot") + " filled";
+  return text + "  " + std::to_string(filled) + " of " + readable_count(overview.slots.size(), "slot") +
+         " filled";
 }
 
 std::string disk_text(const Disk& disk) {
@@ -138,9 +135,10 @@ std::string adapter_text(const Adapter& adapter) {
 
 std::string contents_text(const Overview& overview) {
   if (!overview.has_snapshot) return "";
-  return join({plural(overview.applications, "application"), plural(overview.accounts, "account"),
-               std::to_string(overview.processes) + (overview.processes == 1 ? " process" : " processes"),
-               plural(overview.printers, "printer"), plural(overview.usb_devices, "USB device")});
+  return join({readable_count(overview.applications, "application"),
+               readable_count(overview.accounts, "account"), readable_count(overview.processes, "process"),
+               readable_count(overview.printers, "printer"),
+               readable_count(overview.usb_devices, "USB device")});
 }
 
 }  // namespace

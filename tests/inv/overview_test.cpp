@@ -123,4 +123,10 @@ TEST(Readable, SizesTakeTheUnitThatFits) {
   EXPECT_EQ(inv::readable_memory(6656), "6.5 GB");
 }
 
+TEST(Readable, CountsTakeThePluralOfTheirNoun) {
+  EXPECT_EQ(inv::readable_count(0, "slot"), "0 slots");
+  EXPECT_EQ(inv::readable_count(1, "process"), "1 process");
+  EXPECT_EQ(inv::readable_count(2, "process"), "2 processes");
+}
+
 }  // namespace
