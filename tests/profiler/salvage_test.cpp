@@ -64,7 +64,18 @@ TEST(SalvageOutput, DropsUnreadableValuesWithTheirKeys) {
             kDictionary);
 }
 
-TEST(SalvageOutput, PutsEveryKeyRightOnWhichMuchHangs) {
+// Whatever byte of the name is damaged in this dictionary, and however.
+void expect_put_right(const std::string& name, const std::string& dictionary) {
+  for (size_t i = 0; i < name.size(); ++i) {
+    for (const char damage : {'\0', '\x80', '\xFF', '<', '&'}) {
+      std::string damaged = dictionary;
+      damaged[dictionary.find(">" + name + "<") + 1 + i] = damage;
+      EXPECT_EQ(salvage(framed(damaged)), dictionary) << damaged;
+    }
+  }
+}
+
+TEST(SalvageOutput, PutsDamagedKeysRightOnWhichMuchHangs) {
   for (const std::string key : {"_items",
                                 "_dataType",
                                 "volumes",
@@ -85,29 +96,19 @@ TEST(SalvageOutput, PutsEveryKeyRightOnWhichMuchHangs) {
                                 "spfirewall_globalstate",
                                 "spfirewall_services",
                                 "spfirewall_applications"}) {
-    const std::string whole = "<dict><key>" + key + "</key><string>x</string></dict>";
-    for (size_t i = 0; i < key.size(); ++i) {
-      std::string damaged = whole;
-      damaged[whole.find(key) + i] = '\xFF';
-      EXPECT_EQ(salvage(framed(damaged)), whole) << damaged;
-    }
+    expect_put_right(key, "<dict><key>" + key + "</key><array></array></dict>");
+    expect_put_right(key, "<dict><key>" + key + "</key><string>x</string></dict>");
   }
 }
 
-TEST(SalvageOutput, PutsDamagedNamesOnWhichMuchHangsRight) {
-  const std::string whole =
-      "<dict><key>_dataType</key><string>SPTestDataType</string><key>_items</key><array></array><key>AC "
-      "Power</key><string>sppower_information</string></dict>";
-  for (const std::string name :
-       {"_dataType", "SPTestDataType", "_items", "AC Power", "sppower_information"}) {
-    for (size_t i = 0; i < name.size(); ++i) {
-      for (const char damage : {'\0', '\x80', '\xFF', '<', '&'}) {
-        std::string damaged = whole;
-        damaged[whole.find(">" + name) + 1 + i] = damage;
-        EXPECT_EQ(salvage(framed(damaged)), whole) << damaged;
-      }
-    }
+TEST(SalvageOutput, PutsDamagedValuesRightOnWhichMuchHangs) {
+  for (const std::string value : {"sppower_information", "spfirewall_globalstate_limit_connections"}) {
+    expect_put_right(value, "<dict><key>k</key><string>" + value + "</string></dict>");
   }
+}
+
+TEST(SalvageOutput, PutsTheDamagedNameOfTheDataTypeRight) {
+  expect_put_right("SPTestDataType", "<dict><key>_dataType</key><string>SPTestDataType</string></dict>");
 }
 
 TEST(SalvageOutput, KeepsNamesThatOnlyResembleThoseOfLists) {
