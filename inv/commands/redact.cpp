@@ -15,7 +15,9 @@ struct Options {
   uint64_t max_size = kUsualMaxSize;
 };
 
+// Empty when this machine gives no random numbers.
 std::string random_key() {
+  if (sodium_init() < 0) return std::string();
   std::string key(32, '\0');
   randombytes_buf(key.data(), key.size());
   return key;
@@ -29,6 +31,10 @@ void warn_of_name(const Redaction& redaction, const std::string& path) {
 
 int run(Options& options) {
   if (options.redact.key.empty()) options.redact.key = random_key();
+  if (options.redact.key.empty()) {
+    complain("random key", "this machine gives none");
+    return kUnusable;
+  }
   int status = kDone;
   const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
   if (!inventory) return status;
