@@ -1,5 +1,5 @@
-// SHA-256 and its HMAC, as libsodium computes them: what names the page's own script to a browser, and what makes
-// pseudonyms.
+// SHA-256 and its HMAC, as libsodium computes them: what names the page's own script to a browser, and what
+// makes pseudonyms.
 #pragma once
 
 #include <array>

@@ -6,8 +6,8 @@
 #include "platform/cf_ref.h"
 #include "profiler/acquisition.h"
 
-// The array of data-type dictionaries. A document that CoreFoundation refuses, would read only in part, that is
-// nested more deeply than is safe, or of outputs that hold NULs, is put together again from what can be
+// The array of data-type dictionaries. A document that CoreFoundation refuses, would read only in part, that
+// is nested more deeply than is safe, or of outputs that hold NULs, is put together again from what can be
 // salvaged of the single outputs; a data type that stays unreadable is named on standard error and left out.
 // None only when nothing at all can be read.
 CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document);
