@@ -6,7 +6,7 @@
 #include <string>
 
 #include "collectors/applications.h"
-#include "driver/text.h"
+#include "driver/base/text.h"
 #include "platform/cf_ref.h"
 #include "plist/nesting.h"
 #include "plist/scanner.h"

@@ -24,7 +24,7 @@
 #include "collectors/system_summary.h"
 #include "collectors/usb.h"
 #include "collectors/users.h"
-#include "driver/dates.h"
+#include "driver/base/dates.h"
 #include "platform/heap.h"
 #include "profiler/acquisition.h"
 #include "profiler/plist_access.h"

@@ -1,10 +1,10 @@
 // A whole file from a stranger, opened and used in every way that reads it.
 #include <cstdlib>
 
-#include "inv/diff.h"
-#include "inv/facts.h"
-#include "inv/summary.h"
-#include "inv/verify.h"
+#include "inv/compare/diff.h"
+#include "inv/facts/facts.h"
+#include "inv/file/verify.h"
+#include "inv/show/summary.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // A tree's text: what the reader takes, it can write again to the byte.
 #include <cstdlib>
 
-#include "inv/zxml_parser.h"
+#include "inv/file/zxml_parser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   // The mark is given, so that the search starts behind it.

@@ -2,7 +2,7 @@
 #include <new>
 
 #include "inv/commands/command.h"
-#include "inv/terminal.h"
+#include "inv/show/terminal.h"
 
 namespace {
 

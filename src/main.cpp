@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "driver/console.h"
+#include "driver/base/console.h"
 #include "driver/options.h"
 #include "driver/scan_driver.h"
 #include "platform/heap.h"

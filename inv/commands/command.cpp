@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "inv/output_file.h"
-#include "inv/terminal.h"
+#include "inv/base/output_file.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "inv/inventory.h"
+#include "inv/file/inventory.h"
 
 namespace inv {
 

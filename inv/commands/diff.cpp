@@ -1,4 +1,4 @@
-#include "inv/diff.h"
+#include "inv/compare/diff.h"
 
 #include "inv/commands/command.h"
 

@@ -1,9 +1,9 @@
-#include "inv/export.h"
+#include "inv/export/export.h"
 
 #include <map>
 
+#include "inv/base/output_file.h"
 #include "inv/commands/command.h"
-#include "inv/output_file.h"
 
 namespace inv {
 namespace {

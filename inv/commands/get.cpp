@@ -1,7 +1,7 @@
+#include "inv/base/utf8.h"
 #include "inv/commands/command.h"
-#include "inv/facts.h"
-#include "inv/terminal.h"
-#include "inv/utf8.h"
+#include "inv/facts/facts.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {

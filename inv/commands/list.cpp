@@ -1,7 +1,7 @@
+#include "inv/base/utf8.h"
 #include "inv/commands/command.h"
-#include "inv/table.h"
-#include "inv/terminal.h"
-#include "inv/utf8.h"
+#include "inv/show/table.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {

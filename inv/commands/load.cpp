@@ -1,6 +1,6 @@
 #include "inv/commands/command.h"
-#include "inv/database.h"
-#include "inv/terminal.h"
+#include "inv/export/database.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {

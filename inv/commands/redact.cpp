@@ -1,9 +1,9 @@
-#include "inv/redact.h"
+#include "inv/redact/redact.h"
 
 #include <sodium.h>
 
 #include "inv/commands/command.h"
-#include "inv/terminal.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {

@@ -1,7 +1,7 @@
-#include "inv/report.h"
+#include "inv/report/report.h"
 
 #include "inv/commands/command.h"
-#include "inv/terminal.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {

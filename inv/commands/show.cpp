@@ -1,4 +1,4 @@
-#include "inv/show.h"
+#include "inv/show/show.h"
 
 #include <algorithm>
 

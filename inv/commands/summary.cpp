@@ -1,4 +1,4 @@
-#include "inv/summary.h"
+#include "inv/show/summary.h"
 
 #include "inv/commands/command.h"
 

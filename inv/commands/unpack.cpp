@@ -1,7 +1,7 @@
-#include "inv/unpack.h"
+#include "inv/export/unpack.h"
 
 #include "inv/commands/command.h"
-#include "inv/terminal.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {

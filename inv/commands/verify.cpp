@@ -1,8 +1,8 @@
-#include "inv/verify.h"
+#include "inv/file/verify.h"
 
+#include "inv/base/utf8.h"
 #include "inv/commands/command.h"
-#include "inv/terminal.h"
-#include "inv/utf8.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {

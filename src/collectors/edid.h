@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 // The base block; extension blocks are not read. Header and checksum are not looked at: a monitor with a
 // wrong checksum still stands on somebody's desk.

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "collectors/fields.h"
-#include "driver/command.h"
+#include "driver/base/command.h"
 #include "profiler/units.h"
 
 std::vector<EnvironmentVariable> parse_environment(const char* output) {

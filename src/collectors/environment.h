@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 #include "zxml/zXML.h"
 
 struct EnvironmentVariable {

@@ -4,7 +4,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 struct NetworkIdentity {
   Text workgroup;     // in upper case; none without a service that names one

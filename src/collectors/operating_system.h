@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 #include "zxml/zXML.h"
 
 // What the profiler's "Mac OS X 10.6.8 (10K549)" says. Everything is read by position, as the texts of the

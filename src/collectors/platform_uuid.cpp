@@ -1,6 +1,6 @@
 #include "collectors/platform_uuid.h"
 
-#include "driver/command.h"
+#include "driver/base/command.h"
 
 namespace {
 

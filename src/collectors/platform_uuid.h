@@ -1,7 +1,7 @@
 // The identity of the main board, which the profiler of older systems does not tell.
 #pragma once
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 // The platform UUID as ioreg prints it, without quotes or a line end: "00000000-0000-1000-8000-001EC20A112B".
 // Empty when ioreg is missing or names none; none when no shell could be started.

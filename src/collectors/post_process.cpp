@@ -13,7 +13,7 @@
 #include "collectors/storage.h"
 #include "collectors/usb.h"
 #include "collectors/users.h"
-#include "driver/console.h"
+#include "driver/base/console.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "collectors/processes.h"
 
-#include "driver/command.h"
-#include "driver/dates.h"
+#include "driver/base/command.h"
+#include "driver/base/dates.h"
 #include "zxml/place.h"
 
 namespace {

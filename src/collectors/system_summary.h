@@ -3,7 +3,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 // Every field is a text of its own, or none when the profiler does not tell. Numbers are unsigned 32-bit
 // decimals.

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "collectors/volumes.h"
-#include "driver/command.h"
+#include "driver/base/command.h"
 #include "profiler/units.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "collectors/fields.h"
-#include "driver/command.h"
+#include "driver/base/command.h"
 #include "profiler/units.h"
 
 namespace {

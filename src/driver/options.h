@@ -1,7 +1,7 @@
 // The command line: the only configuration there is.
 #pragma once
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 struct Options {
   bool silent = false;  // ask nothing, and report for a calling program

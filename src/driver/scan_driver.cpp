@@ -15,8 +15,9 @@
 #include "collectors/post_process.h"
 #include "collectors/processes.h"
 #include "collectors/system_summary.h"
-#include "driver/console.h"
-#include "driver/dates.h"
+#include "driver/asset_facts.h"
+#include "driver/base/console.h"
+#include "driver/base/dates.h"
 #include "platform/cf_ref.h"
 #include "profiler/acquisition.h"
 #include "profiler/plist_access.h"
@@ -138,8 +139,9 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   set_snapshot_attributes(*snapshot, timestamp.get(), end - start, identity, summary);
 
   log("V. Creating AssetInfo Section....");
-  auto asset_info = build_asset_info({context.byte_order_flag, *snapshot, timestamp.get(), summary, identity,
-                                      computer.get(), serial_number.get(), login});
+  auto asset_info =
+      build_asset_info({context.byte_order_flag, *snapshot, timestamp.get(), asset_summary(summary),
+                        asset_network(identity), computer.get(), serial_number.get(), login});
   log("done\n");
 
   INVfile container(context.byte_order_flag);
@@ -161,8 +163,8 @@ void run_debug_scan(const ScanContext& context, bool silent, const char* ip) {
   const NetworkIdentity identity = query_network_identity(parse_profiler_output(output).get(), ip);
   INVfile container(context.byte_order_flag);
   const Text computer = computer_name();
-  build_debug_asset_info(container, machine_name(identity, computer), identity, output.text.get(),
-                         output.length);
+  build_debug_asset_info(container, machine_name(identity, computer), asset_network(identity),
+                         output.text.get(), output.length);
   const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());
   save_and_report(container, file, silent);
 }

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <thread>
 
-#include "driver/console.h"
+#include "driver/base/console.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/command.h"
-#include "driver/text.h"
+#include "driver/base/command.h"
+#include "driver/base/text.h"
 
 // What one run of the profiler prints stands, as a rule, in this frame: an array of one dictionary. Trimming
 // goes by the frame's lengths and not by searching for tags.

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 // The string's UTF-8 bytes in a new text, and their number.
 Text cfstring_to_text(CFStringRef string, CFIndex* length = nullptr);

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "driver/dates.h"
+#include "driver/base/dates.h"
 #include "profiler/plist_access.h"
 #include "zxml/place.h"
 

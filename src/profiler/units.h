@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 // A size text is a number, one separator character and one of the units "KB", "MB", "GB", "TB" at its very
 // end; the decimal mark may be a comma, which is replaced by a full stop in the caller's text. The number and

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "collectors/fields.h"
-#include "driver/dates.h"
+#include "driver/base/dates.h"
 #include "zxml/deflate.h"
+#include "zxml/place.h"
 
 namespace {
 
@@ -38,10 +38,10 @@ struct Identity {
 };
 
 // The order is that of the lines in the file.
-void write_identity(Place& top, const Identity& identity, const NetworkIdentity& network) {
+void write_identity(Place& top, const Identity& identity, const AssetNetwork& network) {
   const Row rows[] = {
       {"hostname", identity.host_name},
-      {"ip-address", network.ip_address.get()},
+      {"ip-address", network.ip_address},
       {"static-ip", network.manual ? "1" : "0"},
       {"int-name", identity.computer_name},
       {"alias", identity.computer_name},
@@ -60,7 +60,7 @@ void write_identity(Place& top, const Identity& identity, const NetworkIdentity&
       {"last-scan", identity.timestamp},
       {"snapshot-list", identity.timestamp},
       {"snapshot-types", identity.snapshot_types},
-      {"mac-address", network.hardware_address.get()},
+      {"mac-address", network.hardware_address},
       {"uuid", identity.uuid},
       {"serial-number", identity.serial_number},
       {"asset-tag", identity.asset_tag},
@@ -95,28 +95,28 @@ const Tag* find_grandchild(const Tag& tag, const char* child, const char* grandc
 }
 
 void write_control_rows(Place& control, const AssetInputs& inputs) {
-  const SystemSummary& summary = inputs.summary;
+  const AssetSummary& summary = inputs.summary;
   const Row rows[] = {
-      {"domain", inputs.network.workgroup.get()},
-      {"os-name", summary.os_name.get()},
-      {"os-sp", summary.os_update.get()},
-      {"os-ver", summary.os_version.get()},
+      {"domain", inputs.network.workgroup},
+      {"os-name", summary.os_name},
+      {"os-sp", summary.os_update},
+      {"os-ver", summary.os_version},
       {"os-manuf", kManufacturer},
-      {"cpu-count", summary.processor_packages.get()},
-      {"cpu-count-virtual", summary.processor_cores.get()},
-      {"cpu-speed", summary.clock_speed.get()},
-      {"cpu-model", summary.processor_type.get()},
-      {"cpu-manuf", summary.processor_vendor.get()},
-      {"system-model", summary.machine_model.get()},
-      {"system-manuf", summary.manufacturer.get()},
+      {"cpu-count", summary.processor_packages},
+      {"cpu-count-virtual", summary.processor_cores},
+      {"cpu-speed", summary.clock_speed},
+      {"cpu-model", summary.processor_type},
+      {"cpu-manuf", summary.processor_vendor},
+      {"system-model", summary.machine_model},
+      {"system-manuf", summary.manufacturer},
       {"chassis-manuf", kManufacturer},
       {"mb-manuf", kManufacturer},
-      {"phys-memory", summary.physical_memory.get()},
-      {"video-ram", summary.video_memory.get()},
-      {"video-res", summary.display_resolution.get()},
+      {"phys-memory", summary.physical_memory},
+      {"video-ram", summary.video_memory},
+      {"video-res", summary.display_resolution},
       {"monitor-count", "0"},
-      {"monitor-diag", summary.display_diagonal.get()},
-      {"hdd-capacity", summary.disk_size.get()},
+      {"monitor-diag", summary.display_diagonal},
+      {"hdd-capacity", summary.disk_size},
   };
   write_rows(control, rows);
   const Tag* monitors = find_grandchild(inputs.snapshot.top(), "Video", "Monitors");
@@ -137,8 +137,10 @@ void write_disk(Place& control, const std::string& name, const Tag& disk, const 
   if (!written) return;
   const Annotation* free_bytes = free.find_annotation("base-value");
   if (free_bytes) written->annotate("free", free_bytes->text.c_str());
-  written->annotate("free%", free_percentage(find_integer(disk, "used%")).get());
-  if (text_is(disk, "mount-point", "/")) written->annotate("sys", "1");
+  const Attribute* used = disk.find_attribute("used%");
+  written->annotate("free%", free_percentage(used ? used->value().int64() : 0).get());
+  const Attribute* mount_point = disk.find_attribute("mount-point");
+  if (mount_point && equal_text(mount_point->value().text(), "/")) written->annotate("sys", "1");
 }
 
 // A disk's number is its position among all partitions, also those that do not tell their free space.
@@ -157,13 +159,13 @@ void write_disks(Place& control, const Tag& snapshot) {
 
 std::unique_ptr<InventoryTree> build_asset_info(const AssetInputs& inputs) {
   auto tree = std::make_unique<InventoryTree>(inputs.byte_order_flag, kTopName);
-  Identity identity = {inputs.network.netbios_name.get(), inputs.computer_name,
-                       virtual_type(inputs.summary.machine_model.get()), "nstSSH", "sstService"};
+  Identity identity = {inputs.network.host_name, inputs.computer_name,
+                       virtual_type(inputs.summary.machine_model), "nstSSH", "sstService"};
   identity.login = inputs.login;
-  identity.user_name = inputs.summary.user_name.get();
+  identity.user_name = inputs.summary.user_name;
   identity.timestamp = inputs.timestamp;
   identity.snapshot_types = "mac:1";
-  identity.uuid = inputs.summary.platform_uuid.get();
+  identity.uuid = inputs.summary.platform_uuid;
   identity.serial_number = inputs.serial_number;
   identity.asset_tag = "1234567890000";
 
@@ -176,7 +178,7 @@ std::unique_ptr<InventoryTree> build_asset_info(const AssetInputs& inputs) {
   return tree;
 }
 
-void build_debug_asset_info(INVfile& container, const char* name, const NetworkIdentity& network,
+void build_debug_asset_info(INVfile& container, const char* name, const AssetNetwork& network,
                             const void* raw_output, size_t length) {
   auto tree = std::make_unique<InventoryTree>(container.byte_order_flag(), kTopName);
   Place top(tree->root(), "");

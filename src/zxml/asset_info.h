@@ -4,18 +4,47 @@
 
 #include <memory>
 
-#include "collectors/network_identity.h"
-#include "collectors/system_summary.h"
 #include "zxml/INVfile.h"
 
-// What a normal scan knows by the time its snapshot is complete. Texts may be none, which is written as the
-// empty text.
+// The texts below are borrowed for the call. Any may be none, which is written as the empty text.
+
+// How the machine is reached.
+struct AssetNetwork {
+  const char* workgroup = nullptr;
+  const char* host_name = nullptr;  // in the Windows network
+  const char* hardware_address = nullptr;
+  const char* ip_address = nullptr;
+  bool manual = false;  // the address was entered by hand
+};
+
+// The machine at a glance; numbers are decimal texts.
+struct AssetSummary {
+  const char* user_name = nullptr;
+  const char* platform_uuid = nullptr;
+  const char* os_name = nullptr;
+  const char* os_update = nullptr;
+  const char* os_version = nullptr;
+  const char* processor_packages = nullptr;
+  const char* processor_cores = nullptr;
+  const char* clock_speed = nullptr;  // in MHz
+  const char* processor_type = nullptr;
+  const char* processor_vendor = nullptr;
+  const char* machine_model = nullptr;
+  const char* manufacturer = nullptr;
+  const char* physical_memory = nullptr;  // in MB
+  const char* video_memory = nullptr;     // in MB
+  const char* display_resolution = nullptr;
+  const char* display_diagonal = nullptr;  // in inches
+  const char* disk_size = nullptr;         // in GB of 10^9 bytes
+};
+
+// What a normal scan knows by the time its snapshot is complete.
 struct AssetInputs {
   int32_t byte_order_flag;
   const InventoryTree& snapshot;
   const char* timestamp;  // in the CIM form of dates.h
-  const SystemSummary& summary;
-  const NetworkIdentity& network;
+  AssetSummary summary;
+  AssetNetwork network;
   const char* computer_name;
   const char* serial_number;
   const char* login;  // the option of this name
@@ -28,5 +57,5 @@ std::unique_ptr<InventoryTree> build_asset_info(const AssetInputs& inputs);
 // Fills the container of a debug scan: a tree that says no more than how the machine is called and reached,
 // then the profiler's raw output, compressed. `name` is the host name, or the computer name when there is
 // none.
-void build_debug_asset_info(INVfile& container, const char* name, const NetworkIdentity& network,
+void build_debug_asset_info(INVfile& container, const char* name, const AssetNetwork& network,
                             const void* raw_output, size_t length);

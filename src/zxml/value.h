@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "driver/text.h"
+#include "driver/base/text.h"
 
 class Value {
  public:

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "inv/inventory.h"
+#include "inv/file/inventory.h"
 #include "zxml/INVfile.h"
 
 namespace maker {

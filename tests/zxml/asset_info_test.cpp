@@ -15,46 +15,43 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
 
-SystemSummary imac_summary() {
-  SystemSummary summary = {};
-  summary.host_name = copy_text("office-imac");
-  summary.user_name = copy_text("jdoe");
-  summary.platform_uuid = copy_text("00000000-0000-1000-8000-001EC20A112B");
-  summary.os_name = copy_text("Mac OS X v10.6 (Snow Leopard)");
-  summary.os_update = copy_text("Update 8");
-  summary.os_version = copy_text("10.6.8 (10K549)");
-  summary.processor_packages = copy_text("1");
-  summary.processor_cores = copy_text("2");
-  summary.clock_speed = copy_text("3060");
-  summary.processor_type = copy_text("Intel Core i3");
-  summary.processor_vendor = copy_text("GenuineIntel");
-  summary.machine_model = copy_text("iMac11,2");
-  summary.manufacturer = copy_text("Apple Inc.");
-  summary.physical_memory = copy_text("4096");
-  summary.video_memory = copy_text("256");
-  summary.display_resolution = copy_text("1920 x 1080");
-  summary.display_diagonal = copy_text("21");
-  summary.disk_size = copy_text("500");
-  summary.volume_size = copy_text("465.4");
-  summary.volume_free = copy_text("312.1");
+AssetSummary imac_summary() {
+  AssetSummary summary = {};
+  summary.user_name = "jdoe";
+  summary.platform_uuid = "00000000-0000-1000-8000-001EC20A112B";
+  summary.os_name = "Mac OS X v10.6 (Snow Leopard)";
+  summary.os_update = "Update 8";
+  summary.os_version = "10.6.8 (10K549)";
+  summary.processor_packages = "1";
+  summary.processor_cores = "2";
+  summary.clock_speed = "3060";
+  summary.processor_type = "Intel Core i3";
+  summary.processor_vendor = "GenuineIntel";
+  summary.machine_model = "iMac11,2";
+  summary.manufacturer = "Apple Inc.";
+  summary.physical_memory = "4096";
+  summary.video_memory = "256";
+  summary.display_resolution = "1920 x 1080";
+  summary.display_diagonal = "21";
+  summary.disk_size = "500";
   return summary;
 }
 
-NetworkIdentity office_network() {
-  NetworkIdentity network = {};
-  network.workgroup = copy_text("OFFICE");
-  network.netbios_name = copy_text("office-imac");
-  network.hardware_address = copy_text("00-1E-C2-0A-11-2B");
-  network.ip_address = copy_text("10.0.0.5");
+AssetNetwork office_network() {
+  AssetNetwork network = {};
+  network.workgroup = "OFFICE";
+  network.host_name = "office-imac";
+  network.hardware_address = "00-1E-C2-0A-11-2B";
+  network.ip_address = "10.0.0.5";
   network.manual = true;
   return network;
 }
 
 // The text of the tree that a normal scan with this snapshot and model gives.
 std::string asset_info(const InventoryTree& snapshot, const char* machine_model = "iMac11,2") {
-  SystemSummary summary = imac_summary();
-  summary.machine_model = copy_text(machine_model);
-  const NetworkIdentity network = office_network();
+  AssetSummary summary = imac_summary();
+  summary.machine_model = machine_model;
+  const AssetNetwork network = office_network();
   const auto tree = build_asset_info(
       {1, snapshot, "20120118153045.000000+120", summary, network, "Office iMac", "W80000000AA", "scanner"});
   return tree_text(*tree);
@@ -62,8 +59,8 @@ std::string asset_info(const InventoryTree& snapshot, const char* machine_model 
 
 // The tree of a normal scan that learned nothing but this snapshot.
 std::unique_ptr<InventoryTree> bare_asset_info(const InventoryTree& snapshot) {
-  const SystemSummary summary = {};
-  const NetworkIdentity network = {};
+  const AssetSummary summary = {};
+  const AssetNetwork network = {};
   return build_asset_info({1, snapshot, nullptr, summary, network, nullptr, nullptr, nullptr});
 }
 
@@ -249,7 +246,7 @@ TEST(AssetInfo, ListsNoDisksWithoutStorage) {
 // A debug scan's file, with its header in plain text.
 class DebugScan : public testing::Test {
  protected:
-  void build(const char* name, const NetworkIdentity& network, const std::string& raw_output) {
+  void build(const char* name, const AssetNetwork& network, const std::string& raw_output) {
     INVfile container(1);
     build_debug_asset_info(container, name, network, raw_output.data(), raw_output.size());
     EXPECT_TRUE(container.frees_borrowed_data);
@@ -321,7 +318,7 @@ TEST_F(DebugScan, HoldsAReducedTreeAndTheUntouchedOutput) {
 }
 
 TEST_F(DebugScan, KeepsEmptyOutput) {
-  build(nullptr, NetworkIdentity{}, "");
+  build(nullptr, AssetNetwork{}, "");
   EXPECT_THAT(section(0), HasSubstr("hostname=\nip-address=\nstatic-ip=0\nint-name=\n"));
   EXPECT_THAT(section(0), Not(HasSubstr("control")));
   EXPECT_EQ(section(1), "");

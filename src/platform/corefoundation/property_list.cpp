@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <string>
 #include <vector>
 
-#include "driver/text.h"
 #include "platform/corefoundation/container.h"
 #include "platform/corefoundation/string.h"
 #include "platform/corefoundation/value.h"
@@ -120,8 +120,7 @@ class TreeBuilder {
 CFStringRef create_message(const plist::ScanResult& result, std::string_view list) {
   const auto line =
       1 + std::count(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(result.offset), '\n');
-  const Text message = format_string("%s on line %ld", result.error, static_cast<long>(line));
-  return create_repaired_string(message.get());
+  return create_repaired_string(result.error + std::string(" on line ") + std::to_string(line));
 }
 
 }  // namespace

@@ -1,0 +1,37 @@
+#include "inv/base/sha256.h"
+
+#include <sodium.h>
+
+namespace inv {
+namespace {
+
+const unsigned char* bytes_of(std::string_view text) {
+  return reinterpret_cast<const unsigned char*>(text.data());
+}
+
+}  // namespace
+
+Digest sha256(std::string_view bytes) {
+  Digest digest;
+  crypto_hash_sha256(digest.data(), bytes_of(bytes), bytes.size());
+  return digest;
+}
+
+Digest hmac_sha256(std::string_view key, std::string_view message) {
+  crypto_auth_hmacsha256_state state;
+  crypto_auth_hmacsha256_init(&state, bytes_of(key), key.size());
+  crypto_auth_hmacsha256_update(&state, bytes_of(message), message.size());
+  Digest digest;
+  crypto_auth_hmacsha256_final(&state, digest.data());
+  return digest;
+}
+
+std::string base64(const Digest& digest) {
+  constexpr int kVariant = sodium_base64_VARIANT_ORIGINAL;
+  std::string text(sodium_base64_ENCODED_LEN(sizeof(Digest), kVariant), '\0');
+  sodium_bin2base64(text.data(), text.size(), digest.data(), digest.size(), kVariant);
+  text.pop_back();  // the end of a C string
+  return text;
+}
+
+}  // namespace inv

@@ -1,0 +1,142 @@
+#include "inv/base/utf8.h"
+
+#include <cstdint>
+
+namespace inv {
+namespace {
+
+struct Character {
+  uint32_t code;
+  size_t length;  // in bytes; 0 when no character starts here
+};
+
+struct LeadByte {
+  unsigned char mask;
+  unsigned char pattern;
+  size_t length;
+  uint32_t smallest;  // a smaller code in so many bytes is a forbidden, overlong form
+};
+constexpr LeadByte kLeadBytes[] = {
+    {0x80, 0x00, 1, 0x0}, {0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}};
+
+bool is_scalar(uint32_t code) { return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF); }
+
+// The character that a text begins with.
+Character first_character(std::string_view text) {
+  const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+  for (const LeadByte& lead : kLeadBytes) {
+    if ((byte(0) & lead.mask) != lead.pattern) continue;
+    if (lead.length > text.size()) return {0, 0};
+    uint32_t code = byte(0) & static_cast<unsigned char>(~lead.mask);
+    for (size_t i = 1; i < lead.length; ++i) {
+      if ((byte(i) & 0xC0) != 0x80) return {0, 0};
+      code = code << 6 | (byte(i) & 0x3Fu);
+    }
+    if (code < lead.smallest || !is_scalar(code)) return {0, 0};
+    return {code, lead.length};
+  }
+  return {0, 0};
+}
+
+// Calls `visit` with each character and its bytes; a byte that belongs to none comes by itself, with length
+// 0.
+template <typename Visit>
+void each_character(std::string_view text, Visit visit) {
+  while (!text.empty()) {
+    const Character character = first_character(text);
+    const size_t length = character.length > 0 ? character.length : 1;
+    visit(character, text.substr(0, length));
+    text.remove_prefix(length);
+  }
+}
+
+struct CodeRange {
+  uint32_t first;
+  uint32_t last;
+};
+
+template <size_t count>
+bool in_ranges(uint32_t code, const CodeRange (&ranges)[count]) {
+  for (const CodeRange& range : ranges) {
+    if (code >= range.first && code <= range.last) return true;
+  }
+  return false;
+}
+
+// Control characters; marks and overrides of the writing direction; line and paragraph separators.
+constexpr CodeRange kUnprintable[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200E, 0x200F}, {0x2028, 0x202E},
+                                      {0x2066, 0x2069}, {0xFEFF, 0xFEFF}, {0x061C, 0x061C}};
+constexpr CodeRange kNoColumn[] = {{0x300, 0x36F}, {0x200B, 0x200D}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}};
+constexpr CodeRange kTwoColumns[] = {{0x1100, 0x115F}, {0x2E80, 0xA4CF},   {0xAC00, 0xD7A3},
+                                     {0xF900, 0xFAFF}, {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
+                                     {0xFFE0, 0xFFE6}, {0x1F300, 0x1FAFF}, {0x20000, 0x3FFFD}};
+
+size_t columns_of(uint32_t code) {
+  if (in_ranges(code, kNoColumn)) return 0;
+  return in_ranges(code, kTwoColumns) ? 2 : 1;
+}
+
+}  // namespace
+
+bool is_utf8(std::string_view text) {
+  bool valid = true;
+  each_character(text, [&](Character character, std::string_view) { valid = valid && character.length > 0; });
+  return valid;
+}
+
+std::string to_utf8(std::string_view text) {
+  std::string converted;
+  each_character(text, [&](Character character, std::string_view bytes) {
+    converted += character.length > 0 ? bytes : kReplacement;
+  });
+  return converted;
+}
+
+std::string printable(std::string_view text) {
+  std::string converted;
+  each_character(text, [&](Character character, std::string_view bytes) {
+    if (character.code == '\r') {
+      converted += "\xE2\x86\xB5";
+    } else if (character.length == 0 || in_ranges(character.code, kUnprintable)) {
+      converted += kReplacement;
+    } else {
+      converted += bytes;
+    }
+  });
+  return converted;
+}
+
+size_t columns(std::string_view text) {
+  size_t count = 0;
+  each_character(text, [&](Character character, std::string_view) { count += columns_of(character.code); });
+  return count;
+}
+
+std::string shorten(std::string_view text, size_t most_columns) {
+  if (columns(text) <= most_columns) return std::string(text);
+  std::string shortened;
+  size_t used = 0;
+  bool full = most_columns == 0;
+  each_character(text, [&](Character character, std::string_view bytes) {
+    const size_t width = columns_of(character.code);
+    full = full || used + width + 1 > most_columns;
+    if (full) return;
+    shortened += bytes;
+    used += width;
+  });
+  return most_columns == 0 ? shortened : shortened + "\xE2\x80\xA6";
+}
+
+std::string pad_right(std::string text, size_t width) {
+  const size_t used = columns(text);
+  if (used < width) text.append(width - used, ' ');
+  return text;
+}
+
+std::string pad_left(std::string text, size_t width) {
+  const size_t used = columns(text);
+  if (used < width) text.insert(0, width - used, ' ');
+  return text;
+}
+
+}  // namespace inv

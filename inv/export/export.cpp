@@ -1,0 +1,158 @@
+#include "inv/export/export.h"
+
+#include "inv/base/json_text.h"
+#include "inv/facts/facts.h"
+
+namespace inv {
+namespace {
+
+constexpr std::string_view kSchema = "velkaro-inventory/1";
+constexpr const char* kCsvColumns = "machine,path,name,value,unit,base_value\r\n";
+
+Json json_annotations(const Range<Annotation>& annotations) {
+  Json list = Json::array();
+  for (const Annotation& annotation : annotations) {
+    list.push_back({{"key", json_text(annotation.key)}, {"text", json_text(annotation.text)}});
+  }
+  return list;
+}
+
+Json json_attribute(Element element, const Attribute& attribute) {
+  Json object = {{"name", json_text(attribute.name)}, {"value", json_text(attribute.value)}};
+  const std::string_view unit = unit_of(element, attribute);
+  if (!unit.empty()) object["unit"] = json_text(unit);
+  if (!attribute.annotations.empty()) object["annotations"] = json_annotations(attribute.annotations);
+  return object;
+}
+
+// What a tag says of itself, without its attributes and children.
+Json json_element(Element element) {
+  Json object = {{"name", json_text(element.name())}, {"value", json_text(element.value())}};
+  if (!element.annotations().empty()) object["annotations"] = json_annotations(element.annotations());
+  return object;
+}
+
+// An object left open behind one more member, a list that is left open too.
+std::string with_open_list(const Json& object, const std::string& name) {
+  std::string text = object.dump();
+  text.pop_back();
+  return text + ",\"" + name + "\":[";
+}
+
+std::string csv_field(std::string_view text) {
+  const std::string valid = to_utf8(text);
+  if (valid.find_first_of(",\"\r\n") == std::string::npos) return valid;
+  std::string quoted = "\"";
+  for (const char character : valid) {
+    if (character == '"') quoted += '"';
+    quoted += character;
+  }
+  return quoted + '"';
+}
+
+}  // namespace
+
+void Exporter::write(std::string_view text) {
+  good_ = good_ && std::fwrite(text.data(), 1, text.size(), stream_) == text.size();
+}
+
+void Exporter::begin() {
+  if (format_ == ExportFormat::json) write("[");
+  if (format_ == ExportFormat::csv) write(kCsvColumns);
+}
+
+void Exporter::add(const Inventory& inventory) {
+  switch (format_) {
+    case ExportFormat::json:
+      add_json(inventory);
+      break;
+    case ExportFormat::ndjson:
+      add_ndjson(inventory);
+      break;
+    case ExportFormat::csv:
+      add_csv(inventory);
+      break;
+    case ExportFormat::zxml:
+      add_zxml(inventory);
+      break;
+  }
+  ++added_;
+}
+
+void Exporter::end() {
+  if (format_ == ExportFormat::json) write("\n]\n");
+  good_ = good_ && std::fflush(stream_) == 0;
+}
+
+void Exporter::add_json(const Inventory& inventory) {
+  Json machine = {{"schema", kSchema},
+                  {"file", json_text(inventory.file_name)},
+                  {"machine", json_text(machine_identity(inventory))},
+                  {"name", json_text(machine_name(inventory))},
+                  {"timestamp", json_text(scan_timestamp(inventory))}};
+  write(added_ == 0 ? "\n" : ",\n");
+  write(with_open_list(machine, "trees"));
+  bool first = true;
+  for (const Content& content : inventory.contents) {
+    if (!content.document) continue;
+    if (!first) write(",");
+    first = false;
+    add_json_tree(content.document->top());
+  }
+  write("]}");
+}
+
+// Piece by piece, so that no tree of objects has to fit into memory beside the document.
+void Exporter::add_json_tree(Element top) {
+  uint32_t open = 0;  // elements whose list of children is not ended
+  const auto close_to = [&](uint32_t depth) {
+    for (; open > depth; --open) write("]}");
+  };
+  for (const Record& record : top.subtree()) {
+    const bool follows_sibling = open > record.depth;
+    close_to(record.depth);
+    write(follows_sibling ? ",\n" : "\n");
+    add_json_element(Element(&record));
+    ++open;
+  }
+  close_to(0);
+}
+
+void Exporter::add_json_element(Element element) {
+  write(with_open_list(json_element(element), "attributes"));
+  const char* separator = "";
+  for (const Attribute& attribute : element.attributes()) {
+    write(separator + json_attribute(element, attribute).dump());
+    separator = ",";
+  }
+  write("],\"children\":[");
+}
+
+void Exporter::add_ndjson(const Inventory& inventory) {
+  const Json machine = json_text(machine_identity(inventory));
+  each_fact(inventory, [&](const Fact& fact) {
+    const Json line = {{"machine", machine},           {"path", json_text(fact.path)},
+                       {"name", json_text(fact.name)}, {"value", json_text(fact.value)},
+                       {"unit", json_text(fact.unit)}, {"base_value", json_text(fact.base_value)}};
+    write(line.dump() + "\n");
+  });
+}
+
+void Exporter::add_csv(const Inventory& inventory) {
+  const std::string machine = csv_field(machine_identity(inventory));
+  each_fact(inventory, [&](const Fact& fact) {
+    std::string line = machine;
+    for (const std::string_view field : {fact.path, fact.name, fact.value, fact.unit, fact.base_value}) {
+      line.append(",").append(csv_field(field));
+    }
+    write(line + "\r\n");
+  });
+}
+
+void Exporter::add_zxml(const Inventory& inventory) {
+  for (const Content& content : inventory.contents) {
+    if (content.document) write(write_text(*content.document));
+  }
+}
+
+}  // namespace inv

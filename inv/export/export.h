@@ -1,0 +1,43 @@
+// An inventory in the forms that other programs read. docs/inv-tool.md tells the schema; it does not change
+// but by additions.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include "inv/file/inventory.h"
+
+namespace inv {
+
+enum class ExportFormat { json, ndjson, csv, zxml };
+
+// Writes file after file to a stream: JSON as one array with an object for each file, an element a line;
+// NDJSON and CSV with a line for each fact; zxml as the texts of the trees, one behind the other. Bytes that
+// are not UTF-8 become U+FFFD, but in zxml, which is the text itself.
+class Exporter {
+ public:
+  Exporter(ExportFormat format, std::FILE* stream) : format_(format), stream_(stream) {}
+
+  void begin();
+  void add(const Inventory& inventory);
+  void end();
+  // False when something could not be written.
+  bool good() const { return good_; }
+
+ private:
+  void add_json(const Inventory& inventory);
+  void add_json_tree(Element top);
+  // Its list of children is left open.
+  void add_json_element(Element element);
+  void add_ndjson(const Inventory& inventory);
+  void add_csv(const Inventory& inventory);
+  void add_zxml(const Inventory& inventory);
+  void write(std::string_view text);
+
+  ExportFormat format_;
+  std::FILE* stream_;
+  size_t added_ = 0;
+  bool good_ = true;
+};
+
+}  // namespace inv

@@ -1,0 +1,78 @@
+#include "inv/export/unpack.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "inv/base/output_file.h"
+#include "inv/file/debug_output.h"
+
+namespace inv {
+namespace {
+
+constexpr mode_t kFolderMode = 0777;  // less the umask
+
+void add_machine(const Inventory& inventory, const std::string& profiler_output,
+                 std::vector<UnpackedFile>& files) {
+  files.push_back({"profiler/full.plist", profiler_output});
+  for (const DataType& type : split_profiler_output(profiler_output)) {
+    files.push_back({"profiler/" + type.name + ".plist", output_of(type)});
+  }
+  files.push_back({"computer-name.txt", std::string(inventory.asset_top().text("int-name")) + "\n"});
+}
+
+bool make_folder(const std::string& path) { return mkdir(path.c_str(), kFolderMode) == 0 || errno == EEXIST; }
+
+bool is_empty_folder(const std::string& path) {
+  DIR* folder = opendir(path.c_str());
+  if (!folder) return false;
+  bool empty = true;
+  while (const dirent* entry = readdir(folder)) {
+    const std::string_view name = entry->d_name;
+    empty = empty && (name == "." || name == "..");
+  }
+  closedir(folder);
+  return empty;
+}
+
+}  // namespace
+
+std::vector<UnpackedFile> unpack(const Inventory& inventory) {
+  std::vector<UnpackedFile> files = {{"header.txt", inventory.container->header_text}};
+  for (size_t i = 0; i < inventory.contents.size(); ++i) {
+    const Section& section = inventory.container->sections[i];
+    const Content& content = inventory.contents[i];
+    const std::string name = "section-" + std::to_string(section.number);
+    if (content.document) {
+      files.push_back({name + "-" + kind_name(section.kind) + ".zxml", content.document->text()});
+    } else if (content.raw) {
+      add_machine(inventory, *content.raw, files);
+    } else {
+      files.push_back({name + ".stored", std::string(section.data)});
+    }
+  }
+  return files;
+}
+
+bool write_folder(const std::string& folder, const std::vector<UnpackedFile>& files, std::string* error) {
+  if (!make_folder(folder)) {
+    *error = std::string("cannot be made: ") + std::strerror(errno);
+    return false;
+  }
+  if (!is_empty_folder(folder)) {
+    *error = "is no empty folder";
+    return false;
+  }
+  for (const UnpackedFile& file : files) {
+    const size_t slash = file.path.find('/');
+    const bool made = slash == std::string::npos || make_folder(folder + "/" + file.path.substr(0, slash));
+    if (made && write_file(folder + "/" + file.path, file.content)) continue;
+    *error = file.path + " cannot be written: " + std::strerror(errno);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace inv

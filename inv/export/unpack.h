@@ -1,0 +1,29 @@
+// A file taken apart: its texts, and from a debug run a machine for the simulator.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "inv/file/inventory.h"
+
+namespace inv {
+
+// A file to be: its path below a folder and what it holds.
+struct UnpackedFile {
+  std::string path;
+  std::string content;
+};
+
+// What a file is taken apart into:
+//   header.txt                the header's text
+//   section-0-snapshot.zxml   the text of each tree
+//   section-3.stored          the bytes of a section that is damaged or of an unknown kind
+// and from a debug file what the simulator needs to be that Mac:
+//   profiler/full.plist       the profiler's output, profiler/TYPE.plist for each data type in it
+//   computer-name.txt
+std::vector<UnpackedFile> unpack(const Inventory& inventory);
+
+// Writes them. The folder is made if it is missing and must be empty. False, with a clause about the reason.
+bool write_folder(const std::string& folder, const std::vector<UnpackedFile>& files, std::string* error);
+
+}  // namespace inv

@@ -1,0 +1,15 @@
+// What makes an element of one scan the same thing as an element of another: its number in the file is only
+// where it happened to stand.
+#pragma once
+
+#include <string>
+
+#include "inv/file/document.h"
+
+namespace inv {
+
+// The identity of an element among its siblings: what its kind is known by (an application by its location, a
+// disk by its serial number, ...), else its name in the tree.
+std::string identity_of(Element element);
+
+}  // namespace inv

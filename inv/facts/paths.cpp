@@ -1,0 +1,89 @@
+#include "inv/facts/paths.h"
+
+#include <utility>
+
+namespace inv {
+namespace {
+
+// Paths without a tree's name are the Snapshot's.
+constexpr std::string_view kUsualTree = "Snapshot";
+
+std::vector<std::string_view> split(std::string_view path) {
+  std::vector<std::string_view> segments;
+  for (size_t slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/')) {
+    segments.push_back(path.substr(0, slash));
+    path.remove_prefix(slash + 1);
+  }
+  segments.push_back(path);
+  return segments;
+}
+
+}  // namespace
+
+std::string path_of(Element element) {
+  const Element above = element.parent();
+  if (above) return path_below(above, element.name());
+  return element.name() == kUsualTree ? "/" : std::string(element.name());
+}
+
+std::string path_below(Element element, std::string_view name) {
+  std::string path = path_of(element);
+  if (path != "/") path += '/';
+  return path.append(name);
+}
+
+// Each star first stands for nothing and takes a byte more whenever the rest does not fit: only the last star
+// needs to.
+bool matches(std::string_view pattern, std::string_view text) {
+  size_t at = 0;
+  size_t star = std::string_view::npos;
+  size_t star_end = 0;  // of the text that the last star stands for
+  size_t i = 0;
+  while (i < text.size()) {
+    if (at < pattern.size() && pattern[at] == '*') {
+      star = at++;
+      star_end = i;
+    } else if (at < pattern.size() && pattern[at] == text[i]) {
+      ++at;
+      ++i;
+    } else if (star != std::string_view::npos) {
+      at = star + 1;
+      i = ++star_end;
+    } else {
+      return false;
+    }
+  }
+  while (at < pattern.size() && pattern[at] == '*') ++at;
+  return at == pattern.size();
+}
+
+std::vector<Match> find_matches(const Document& document, std::string_view path) {
+  const Element top = document.top();
+  if (path == path_of(top)) return {{top, nullptr}};
+  const std::vector<std::string_view> segments = split(path);
+  const std::string_view tree = segments.front().empty() ? kUsualTree : segments.front();
+  if (segments.size() < 2 || !matches(tree, top.name())) return {};
+
+  std::vector<Element> reached = {top};
+  for (size_t i = 1; i + 1 < segments.size(); ++i) {
+    std::vector<Element> next;
+    for (const Element element : reached) {
+      for (const Element child : element.children()) {
+        if (matches(segments[i], child.name())) next.push_back(child);
+      }
+    }
+    reached = std::move(next);
+  }
+  std::vector<Match> found;
+  for (const Element element : reached) {
+    for (const Attribute& attribute : element.attributes()) {
+      if (matches(segments.back(), attribute.name)) found.push_back({element, &attribute});
+    }
+    for (const Element child : element.children()) {
+      if (matches(segments.back(), child.name())) found.push_back({child, nullptr});
+    }
+  }
+  return found;
+}
+
+}  // namespace inv

@@ -1,0 +1,32 @@
+// Slash paths as the reader's user writes them: "/Software/Soft:1/version" in the Snapshot,
+// "AssetInfo/control/os-name" in another tree, which is named first. The last segment names an attribute or a
+// tag; "*" in a segment stands for any text within that segment.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "inv/file/document.h"
+
+namespace inv {
+
+// The path of a tag. That of the Snapshot's top element is "/", that of another tree its name.
+std::string path_of(Element element);
+// The path of something named `name` below the tag.
+std::string path_below(Element element, std::string_view name);
+
+// Whether a text matches a pattern in which "*" stands for any text, the empty one included.
+bool matches(std::string_view pattern, std::string_view text);
+
+// What a path names: a tag, or one of its attributes.
+struct Match {
+  Element element;
+  const Attribute* attribute = nullptr;
+};
+
+// Everything in a tree that the path names, in the order of the text: attributes before tags of the same
+// name.
+std::vector<Match> find_matches(const Document& document, std::string_view path);
+
+}  // namespace inv

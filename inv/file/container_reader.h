@@ -1,0 +1,59 @@
+// The .inv container as it is read: from the end of the file to its header, from there to the sections.
+// docs/inv-format.md tells it byte by byte.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "inv/file/fault.h"
+
+namespace inv {
+
+// What a section as stored, or all inflated sections of a file, may measure unless the caller says otherwise:
+// 1 GiB.
+constexpr uint64_t kUsualMaxSize = 1ull << 30;
+
+struct Section {
+  enum class Kind {
+    snapshot,
+    asset_info,
+    raw_data,
+    other,     // listed with a type that this reader does not know
+    unlisted,  // bytes between the others: the console knows no header entry for such kinds
+  };
+
+  Kind kind = Kind::unlisted;
+  uint64_t number =
+      0;  // of the header's entry; for unlisted bytes, the first number that the header skips there
+  std::string type;  // the entry's own words, "ID=" included: "snapshot", "customdata rawdata"
+  std::string timestamp;
+  std::string snaptype;
+  uint64_t offset = 0;  // from the start of the file
+  uint64_t length = 0;
+  // The section's bytes within the file; empty when offset or length do not fit, which is a fault of the
+  // container.
+  std::string_view data;
+};
+
+// The kind's name in a column or a message.
+const char* kind_name(Section::Kind kind);
+
+struct Container {
+  bool big_endian = false;
+  bool header_compressed = false;
+  uint64_t header_offset = 0;  // and so the number of bytes that sections take
+  uint64_t header_size = 0;    // as stored
+  std::string header_text;
+  uint64_t count = 0;
+  uint64_t snapshot_count = 0;
+  std::vector<Section> sections;  // by offset
+};
+
+// Reads trailer and header. None when no header can be found or it is not text of the known form; otherwise
+// what it lists, with a fault for each entry that does not fit the file. `file` must outlive the container.
+std::optional<Container> read_container(std::string_view file, uint64_t max_size, Faults& faults);
+
+}  // namespace inv

@@ -1,0 +1,162 @@
+#include "inv/file/inventory.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "inv/file/inflate.h"
+#include "inv/file/zxml_parser.h"
+
+namespace inv {
+namespace {
+
+// What the sections of a file that are still to be read may take.
+struct Allowance {
+  uint64_t bytes;
+  size_t lines;
+};
+
+void read_tree(const Section& section, bool big_endian, const Allowance& left, Content& content,
+               Faults& faults) {
+  Fault fault;
+  std::optional<SectionText> text = read_section_text(section.data, big_endian, left.bytes, &fault);
+  if (text) {
+    const bool plain = text->plain();
+    content.layout = text->layout;
+    content.size = text->text.size();
+    content.document = parse_text(std::move(text->text), &fault, left.lines);
+    if (content.document) return;
+    if (plain) fault.offset = fault.text_offset;
+  }
+  fault.offset += section.offset;
+  fault.message = std::string(kind_name(section.kind)) + " section: " + fault.message;
+  faults.push_back(std::move(fault));
+}
+
+void read_raw(const Section& section, uint64_t max_size, Content& content, Faults& faults) {
+  Inflated inflated = inflate_stream(section.data, max_size);
+  if (inflated.error.empty() && inflated.consumed < section.data.size()) {
+    inflated.error = "bytes follow the zlib stream";
+  }
+  if (!inflated.error.empty()) {
+    faults.push_back({"raw data section: " + inflated.error, section.offset + inflated.consumed});
+    return;
+  }
+  content.size = inflated.bytes.size();
+  content.raw = std::move(inflated.bytes);
+}
+
+Content read_content(const Section& section, bool big_endian, const Allowance& left, Faults& faults) {
+  Content content;
+  // Its entry does not fit the file, which is a fault already.
+  if (section.data.size() != section.length) return content;
+  switch (section.kind) {
+    case Section::Kind::snapshot:
+    case Section::Kind::asset_info:
+      read_tree(section, big_endian, left, content, faults);
+      break;
+    case Section::Kind::raw_data:
+      read_raw(section, left.bytes, content, faults);
+      break;
+    case Section::Kind::other:
+    case Section::Kind::unlisted:
+      break;
+  }
+  return content;
+}
+
+// All of a stream, or a byte more than the limit of one that is longer.
+bool read_stream(std::FILE* stream, uint64_t limit, std::string& bytes) {
+  constexpr size_t kPiece = 1 << 16;
+  size_t length = 0;
+  do {
+    bytes.resize(std::min<uint64_t>(length < kPiece ? kPiece : length * 2, limit + 1));
+    length += std::fread(&bytes[length], 1, bytes.size() - length, stream);
+  } while (length == bytes.size() && length <= limit);
+  bytes.resize(length);
+  return std::ferror(stream) == 0;
+}
+
+}  // namespace
+
+const Document* Inventory::first_tree(Section::Kind kind) const {
+  for (size_t i = 0; i < contents.size(); ++i) {
+    if (container->sections[i].kind == kind && contents[i].document) return &*contents[i].document;
+  }
+  return nullptr;
+}
+
+const std::string* Inventory::raw_data() const {
+  for (const Content& content : contents) {
+    if (content.raw) return &*content.raw;
+  }
+  return nullptr;
+}
+
+std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string bytes, uint64_t max_size) {
+  auto inventory = std::make_unique<Inventory>();
+  inventory->file_name = std::move(file_name);
+  inventory->bytes = std::move(bytes);
+  inventory->container = read_container(inventory->bytes, max_size, inventory->faults);
+  if (!inventory->container) return inventory;
+  Allowance left = {max_size, kMostLines};
+  for (const Section& section : inventory->container->sections) {
+    Content content = read_content(section, inventory->container->big_endian, left, inventory->faults);
+    left.bytes -= std::min(left.bytes, content.size.value_or(0));
+    if (content.document) left.lines -= content.document->line_count();
+    inventory->contents.push_back(std::move(content));
+  }
+  return inventory;
+}
+
+std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error) {
+  const bool is_input = path == "-";
+  std::FILE* stream = is_input ? stdin : std::fopen(path.c_str(), "rb");
+  // A small limit is for texts, and compressed ones may well be larger than the smallest of them.
+  const uint64_t limit = std::max(max_size, kUsualMaxSize);
+  std::string bytes;
+  const bool read = stream && read_stream(stream, limit, bytes);
+  if (!read) *error = std::string("cannot be read: ") + std::strerror(errno);
+  if (stream && !is_input) std::fclose(stream);
+  if (!read) return nullptr;
+  if (bytes.size() > limit) {
+    *error = "is larger than " + std::to_string(limit) + " bytes";
+    return nullptr;
+  }
+  return open_inventory(is_input ? "standard input" : path, std::move(bytes), max_size);
+}
+
+namespace {
+
+std::string first_of(std::initializer_list<std::string_view> texts) {
+  for (const std::string_view text : texts) {
+    if (!text.empty()) return std::string(text);
+  }
+  return std::string();
+}
+
+}  // namespace
+
+std::string machine_identity(const Inventory& inventory) {
+  const Element asset = inventory.asset_top();
+  const Element system = inventory.snapshot_top().child("System");
+  return first_of({system.child("Chassis").text("serial"), asset.text("serial-number"),
+                   system.child("Computer-system").text("uuid"), asset.text("uuid"),
+                   asset.text("mac-address"), inventory.snapshot_top().text("hostname"),
+                   asset.text("hostname"), asset.text("int-name"), inventory.file_name});
+}
+
+std::string machine_name(const Inventory& inventory) {
+  return first_of({inventory.asset_top().text("int-name"), inventory.asset_top().text("hostname"),
+                   inventory.snapshot_top().text("hostname"), machine_identity(inventory)});
+}
+
+std::string scan_timestamp(const Inventory& inventory) {
+  const Element asset = inventory.asset_top();
+  return first_of(
+      {inventory.snapshot_top().text("timestamp"), asset.text("last-scan"), asset.text("scan-attempt")});
+}
+
+}  // namespace inv

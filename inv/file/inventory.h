@@ -1,0 +1,59 @@
+// One file, opened: its container, its trees, and all that is wrong with it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "inv/file/container_reader.h"
+#include "inv/file/document.h"
+#include "inv/file/fault.h"
+#include "inv/file/section_text.h"
+
+namespace inv {
+
+// What a section holds; nothing of it when it is damaged.
+struct Content {
+  std::optional<Layout> layout;  // of a tree
+  std::optional<Document> document;
+  std::optional<std::string> raw;  // of a raw-data section: the tool's output
+  std::optional<uint64_t> size;    // inflated, in bytes
+};
+
+struct Inventory {
+  std::string file_name;
+  std::string bytes;  // the container's views point into it
+  std::optional<Container> container;
+  std::vector<Content> contents;  // one for each section of the container
+  Faults faults;
+
+  // The first tree of its kind; none when the file has none or it is damaged.
+  const Document* snapshot() const { return first_tree(Section::Kind::snapshot); }
+  const Document* asset() const { return first_tree(Section::Kind::asset_info); }
+  Element snapshot_top() const { return top_of(snapshot()); }
+  Element asset_top() const { return top_of(asset()); }
+  const std::string* raw_data() const;
+
+ private:
+  const Document* first_tree(Section::Kind kind) const;
+  static Element top_of(const Document* document) { return document ? document->top() : Element(); }
+};
+
+// Opens the bytes of a file: what is undamaged is there, and each thing that is not is a fault. What its
+// sections inflate to is at most `max_size` bytes for all of them together; a file whose sections overlap
+// could be many times its size. It is handed out by pointer because its parts point into it.
+std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string bytes, uint64_t max_size);
+
+// The same for a file of this path; "-" is standard input. None, and the reason as a clause, when it cannot
+// be read or is itself larger than `max_size` and the usual limit.
+std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error);
+
+// What tells one machine from another, the same in every scan of it: the first of serial number, platform
+// UUID, hardware address, host name and computer name that the file knows; else the file's name.
+std::string machine_identity(const Inventory& inventory);
+// What people call it: computer name, host name, else its identity.
+std::string machine_name(const Inventory& inventory);
+// When it was scanned, as the file has it: "20120118153045.000000+120"; empty when it does not say.
+std::string scan_timestamp(const Inventory& inventory);
+
+}  // namespace inv

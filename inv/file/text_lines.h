@@ -1,0 +1,38 @@
+// The lines of a parsed text, one by one, for who changes texts and leaves the tree as it is.
+#pragma once
+
+#include <string_view>
+
+#include "inv/base/byte_reader.h"
+#include "inv/file/document.h"
+#include "inv/file/zxml_parser.h"
+
+namespace inv {
+
+struct TextLine {
+  char marker = 0;        // "+", "*", "~" or "-" as the line begins; 0 for an attribute
+  std::string_view name;  // of the tag or attribute, or an annotation's key
+  std::string_view value;
+  std::string_view tag;  // the name of the tag that the line belongs to; its own for a tag
+
+  bool is_tag() const { return marker == '+' || marker == '*'; }
+};
+
+// Calls visit(const TextLine&) for every line but the mark.
+template <typename Visit>
+void each_line(const Document& document, Visit visit) {
+  std::string_view rest = std::string_view(document.text()).substr(kTextMark.size());
+  std::string_view tag;
+  while (const std::optional<std::string_view> line = take_line(rest)) {
+    constexpr std::string_view kMarkers = "+*~";
+    const bool marked = *line == "-" || kMarkers.find(line->front()) != std::string_view::npos;
+    const std::string_view content = line->substr(marked ? 1 : 0);
+    const size_t equals = content.find('=');
+    TextLine parts{marked ? line->front() : '\0', content.substr(0, equals), {}, tag};
+    if (equals != std::string_view::npos) parts.value = content.substr(equals + 1);
+    if (parts.is_tag()) parts.tag = tag = parts.name;
+    visit(parts);
+  }
+}
+
+}  // namespace inv

@@ -1,0 +1,92 @@
+#include "inv/redact/pseudonym_table.h"
+
+#include <algorithm>
+
+namespace inv {
+namespace {
+
+// After so many pseudonyms of a shape that were taken, there may be no free one: then a name stands in.
+constexpr unsigned kMostAttempts = 16;
+
+// Versions, sizes and counts are full of shorter numbers.
+constexpr size_t kFewestDigits = 6;
+
+bool is_findable(Shape shape, std::string_view text) {
+  if (shape == Shape::ipv4 || shape == Shape::ipv6) return true;
+  const auto is_letter = [](char character) {
+    const unsigned char byte = static_cast<unsigned char>(character);
+    return byte >= 0x80 || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+  };
+  const auto is_digit = [](char character) { return character >= '0' && character <= '9'; };
+  if (std::any_of(text.begin(), text.end(), is_letter)) return text.size() > 1;
+  return static_cast<size_t>(std::count_if(text.begin(), text.end(), is_digit)) >= kFewestDigits;
+}
+
+}  // namespace
+
+void Pseudonyms::add(IdentifierKind kind, std::string_view original) {
+  const Shape shape = shape_of(kind, original);
+  std::string canonical = canonical_form(shape, original);
+  const auto [place, is_new] = by_canonical_.emplace(canonical, entries_.size());
+  if (is_new) entries_.push_back({std::move(canonical), shape, 0, {}});
+  Entry& entry = entries_[place->second];
+  entry.shape = std::max(entry.shape, shape);
+  for (std::string& spelling : spellings(shape, original)) {
+    if (by_spelling_.emplace(folded(spelling), place->second).second) {
+      entry.spellings.push_back(std::move(spelling));
+    }
+  }
+}
+
+void Pseudonyms::assign() {
+  make_findable();
+  std::unordered_set<std::string> taken;
+  for (Entry& entry : entries_) assign(entry, taken);
+}
+
+void Pseudonyms::make_findable() {
+  for (size_t i = 0; i < entries_.size(); ++i) {
+    for (const std::string& spelling : entries_[i].spellings) {
+      if (is_findable(entries_[i].shape, spelling)) finder_.add(spelling, i);
+    }
+  }
+  finder_.prepare();
+}
+
+void Pseudonyms::assign(Entry& entry, std::unordered_set<std::string>& taken) const {
+  while (!is_free(entry) || !taken.insert(folded(pseudonym_of(entry, entry.spellings.front()))).second) {
+    if (++entry.attempt == kMostAttempts) entry.shape = Shape::name;
+  }
+}
+
+bool Pseudonyms::is_free(const Entry& entry) const {
+  return std::none_of(entry.spellings.begin(), entry.spellings.end(), [&](const std::string& spelling) {
+    const std::string pseudonym = pseudonym_of(entry, spelling);
+    return knows(pseudonym) || stands_in(pseudonym);
+  });
+}
+
+bool Pseudonyms::knows(std::string_view original) const { return by_spelling_.count(folded(original)) > 0; }
+
+std::string Pseudonyms::replace(std::string_view original) const {
+  const auto place = by_spelling_.find(folded(original));
+  return place == by_spelling_.end() ? std::string(original)
+                                     : pseudonym_of(entries_[place->second], original);
+}
+
+std::string Pseudonyms::replace_tokens(std::string_view text) const {
+  std::string replaced;
+  size_t end = 0;
+  while (const auto match = finder_.find(text, end)) {
+    replaced.append(text.substr(end, match->offset - end));
+    replaced += pseudonym_of(entries_[match->id], text.substr(match->offset, match->length));
+    end = match->offset + match->length;
+  }
+  return replaced.append(text.substr(end));
+}
+
+std::string Pseudonyms::pseudonym_of(const Entry& entry, std::string_view occurrence) const {
+  return make_pseudonym(key_, entry.canonical, entry.attempt, entry.shape, occurrence);
+}
+
+}  // namespace inv

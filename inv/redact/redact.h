@@ -1,0 +1,30 @@
+// A file that can be given away: everything in it but whose machine it is.
+#pragma once
+
+#include <string>
+
+#include "inv/file/inventory.h"
+#include "inv/redact/pseudonym_table.h"
+
+namespace inv {
+
+struct RedactOptions {
+  std::string key;  // what pseudonyms depend on; see pseudonym.h
+  // Leaves out sections that are no trees. Without it a file with such sections is refused.
+  bool drop_opaque = false;
+};
+
+struct Redaction {
+  std::string bytes;      // of the file, proven; empty when there is none
+  std::string refusal;    // why there is none, as a clause
+  Pseudonyms pseudonyms;  // of all that was replaced
+};
+
+// Replaces every identifier of the file's trees by its pseudonym, in its own place and wherever else it
+// stands as a token, reads what came out, and proves that none is left. Damaged files are refused.
+Redaction redact(const Inventory& inventory, const RedactOptions& options);
+
+// The proof: where in a file one of these identifiers still stands, as a clause; empty when nowhere.
+std::string find_survivor(const Pseudonyms& pseudonyms, const Inventory& inventory);
+
+}  // namespace inv

@@ -1,0 +1,75 @@
+#include "inv/redact/token_finder.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace inv {
+namespace {
+
+char folded(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+bool in_run(char character) {
+  const char small = folded(character);
+  return (small >= 'a' && small <= 'z') || (small >= '0' && small <= '9');
+}
+
+bool cuts_run(std::string_view text, size_t offset) {
+  return offset > 0 && offset < text.size() && in_run(text[offset - 1]) && in_run(text[offset]);
+}
+
+}  // namespace
+
+std::string folded(std::string_view text) {
+  std::string small(text);
+  std::transform(small.begin(), small.end(), small.begin(), [](char character) { return folded(character); });
+  return small;
+}
+
+void TokenFinder::add(std::string_view text, size_t id) {
+  if (!text.empty()) patterns_.push_back({folded(text.substr(0, kLongest)), id});
+}
+
+void TokenFinder::prepare() {
+  std::stable_sort(patterns_.begin(), patterns_.end(),
+                   [](const Pattern& left, const Pattern& right) { return left.text < right.text; });
+  const auto same_text = [](const Pattern& left, const Pattern& right) { return left.text == right.text; };
+  patterns_.erase(std::unique(patterns_.begin(), patterns_.end(), same_text), patterns_.end());
+}
+
+std::optional<TokenFinder::Match> TokenFinder::find(std::string_view text, size_t from) const {
+  for (size_t offset = from; offset < text.size(); ++offset) {
+    if (cuts_run(text, offset)) continue;
+    if (const std::optional<Match> match = match_at(text, offset)) return match;
+  }
+  return std::nullopt;
+}
+
+// Byte by byte, the patterns that still agree are a shrinking range; the first of it is the one that ends.
+std::optional<TokenFinder::Match> TokenFinder::match_at(std::string_view text, size_t offset) const {
+  std::optional<Match> longest;
+  auto first = patterns_.begin();
+  auto last = patterns_.end();
+  for (size_t depth = 0;; ++depth) {
+    if (first != last && first->text.size() == depth) {
+      const bool cut = depth < kLongest && cuts_run(text, offset + depth);
+      if (depth > 0 && !cut) longest = Match{offset, depth, first->id};
+      ++first;
+    }
+    if (first == last || offset + depth == text.size()) break;
+    const unsigned char wanted = static_cast<unsigned char>(folded(text[offset + depth]));
+    const auto byte_at_depth = [depth](const Pattern& pattern) {
+      return static_cast<unsigned char>(pattern.text[depth]);
+    };
+    // Mostly all of them agree, and there is nothing to search.
+    if (byte_at_depth(*first) == wanted && byte_at_depth(*std::prev(last)) == wanted) continue;
+    first = std::partition_point(first, last,
+                                 [&](const Pattern& pattern) { return byte_at_depth(pattern) < wanted; });
+    last = std::partition_point(first, last,
+                                [&](const Pattern& pattern) { return byte_at_depth(pattern) == wanted; });
+  }
+  return longest;
+}
+
+}  // namespace inv

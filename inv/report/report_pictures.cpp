@@ -1,0 +1,59 @@
+#include "inv/report/report_pictures.h"
+
+#include "inv/report/html.h"
+
+namespace inv {
+namespace {
+
+constexpr size_t kSlotWidth = 84;
+constexpr size_t kSlotHeight = 54;
+constexpr size_t kSlotGap = 8;
+constexpr size_t kSlotsInARow = 8;
+// More slots than any Mac has are a file's fancy.
+constexpr size_t kMostSlots = 64;
+
+constexpr unsigned kAlmostFull = 90;
+
+std::string number(size_t value) { return std::to_string(value); }
+
+std::string slot_picture(const MemorySlot& slot, size_t x, size_t y) {
+  const std::string middle = number(x + kSlotWidth / 2);
+  const bool filled = slot.megabytes > 0;
+  return "<rect class=\"" + std::string(filled ? "slot filled" : "slot") + "\" x=\"" + number(x) + "\" y=\"" +
+         number(y) + "\" width=\"" + number(kSlotWidth) + "\" height=\"" + number(kSlotHeight) +
+         "\" rx=\"5\"/>" + "<text class=\"big\" x=\"" + middle + "\" y=\"" + number(y + 24) + "\">" +
+         (filled ? readable_memory(slot.megabytes) : "empty") + "</text>" + "<text x=\"" + middle +
+         "\" y=\"" + number(y + 42) + "\">" + escaped(slot.type) + "</text>\n";
+}
+
+}  // namespace
+
+std::string memory_picture(const std::vector<MemorySlot>& slots) {
+  if (slots.empty() || slots.size() > kMostSlots) return "";
+  size_t filled = 0;
+  std::string drawn;
+  for (size_t i = 0; i < slots.size(); ++i) {
+    if (slots[i].megabytes > 0) ++filled;
+    drawn += slot_picture(slots[i], i % kSlotsInARow * (kSlotWidth + kSlotGap) + 1,
+                          i / kSlotsInARow * (kSlotHeight + kSlotGap) + 1);
+  }
+  const size_t in_a_row = slots.size() < kSlotsInARow ? slots.size() : kSlotsInARow;
+  const size_t rows = (slots.size() + kSlotsInARow - 1) / kSlotsInARow;
+  const std::string width = number(in_a_row * (kSlotWidth + kSlotGap) - kSlotGap + 2);
+  const std::string height = number(rows * (kSlotHeight + kSlotGap) - kSlotGap + 2);
+  return "<svg class=\"memory\" role=\"img\" aria-label=\"" + number(filled) + " of " + number(slots.size()) +
+         " memory slots are filled\" viewBox=\"0 0 " + width + " " + height + "\" width=\"" + width +
+         "\" height=\"" + height + "\">\n" + drawn + "</svg>\n";
+}
+
+std::string volume_bar(const Volume& volume) {
+  const unsigned used = volume.used_percent();
+  return "<svg class=\"bar\" role=\"img\" aria-label=\"" + number(used) +
+         " percent used\" viewBox=\"0 0 100 8\" preserveAspectRatio=\"none\"><rect class=\"track\" "
+         "width=\"100\" "
+         "height=\"8\"/><rect class=\"" +
+         (used >= kAlmostFull ? "used almost-full" : "used") + "\" width=\"" + number(used) +
+         "\" height=\"8\"/></svg>";
+}
+
+}  // namespace inv

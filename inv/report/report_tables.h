@@ -1,0 +1,32 @@
+// The tables of a report: which elements are rows and which of their values are columns.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "inv/file/document.h"
+
+namespace inv {
+
+// How a column's values are put before a reader.
+enum class ColumnForm {
+  text,
+  number,  // aligned at the right
+  yes_no,  // "1" and "0"
+  date,    // "20120118" as "2012-01-18"
+};
+
+struct ReportColumn {
+  std::string_view title;
+  std::string_view attribute;  // empty: the element's own value; "a/b": of its child
+  ColumnForm form = ColumnForm::text;
+};
+
+// A section of the page with a table in it; nothing when the snapshot has no such elements.
+std::string report_tables(Element snapshot);
+// A table of any rows: cells as HTML, a row for each vector.
+std::string table_section(std::string_view title, const std::vector<ReportColumn>& columns,
+                          const std::vector<std::vector<std::string>>& rows);
+
+}  // namespace inv

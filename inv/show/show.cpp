@@ -1,0 +1,76 @@
+#include "inv/show/show.h"
+
+#include <algorithm>
+
+#include "inv/base/utf8.h"
+
+namespace inv {
+namespace {
+
+constexpr size_t kIndent = 2;
+// Names longer than this do not push the values of their neighbours aside.
+constexpr size_t kWidestName = 28;
+
+class Shower {
+ public:
+  explicit Shower(const Terminal& terminal) : terminal_(terminal) {}
+
+  void show_tree(Element root, uint32_t depth) {
+    for (const Record& record : root.subtree()) {
+      const uint32_t level = record.depth - root.depth();
+      if (level <= depth) show_element(Element(&record), level, level == depth);
+    }
+  }
+
+  void show_attribute(const Attribute& attribute, const std::string& name, size_t indent, size_t name_width) {
+    result.append(indent, ' ').append(pad_right(name, name_width));
+    if (!attribute.value.empty()) result.append("  ").append(printable(attribute.value));
+    end_line(attribute.annotations);
+  }
+
+  std::string result;
+
+ private:
+  void show_element(Element element, uint32_t level, bool without_children) {
+    const size_t indent = level * kIndent;
+    result.append(indent, ' ').append(terminal_.bold(printable(path_of(element))));
+    if (!element.value().empty()) result.append("  ").append(printable(element.value()));
+    if (without_children && element.first_child()) {
+      result += terminal_.dim("  (" + std::to_string(element.subtree().size() - 1) + " below)");
+    }
+    end_line(element.annotations());
+    size_t name_width = 0;
+    for (const Attribute& attribute : element.attributes()) {
+      name_width = std::max(name_width, std::min(columns(printable(attribute.name)), kWidestName));
+    }
+    for (const Attribute& attribute : element.attributes()) {
+      show_attribute(attribute, printable(attribute.name), indent + kIndent, name_width);
+    }
+  }
+
+  void end_line(const Range<Annotation>& annotations) {
+    for (const Annotation& annotation : annotations) {
+      result += terminal_.dim("  [" + printable(annotation.key) + (annotation.text.empty() ? "" : "=") +
+                              printable(annotation.text) + "]");
+    }
+    result.resize(result.find_last_not_of(' ') + 1);
+    result += '\n';
+  }
+
+  const Terminal& terminal_;
+};
+
+}  // namespace
+
+std::string show_match(const Match& match, uint32_t depth, const Terminal& terminal) {
+  Shower shower(terminal);
+  if (match.attribute) {
+    shower.show_attribute(*match.attribute,
+                          terminal.bold(printable(path_below(match.element, match.attribute->name))), 0, 0);
+  } else {
+    shower.show_tree(match.element, depth);
+  }
+  return std::move(shower.result);
+}
+
+}  // namespace inv

@@ -1,0 +1,19 @@
+// A tree for reading: indented, aligned, with paths that can be copied into other commands.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "inv/facts/paths.h"
+#include "inv/show/terminal.h"
+
+namespace inv {
+
+constexpr uint32_t kAnyDepth = std::numeric_limits<uint32_t>::max();
+
+// One line a tag, with its whole path; its attributes below it by their names alone. Tags more than `depth`
+// levels below the match are only counted.
+std::string show_match(const Match& match, uint32_t depth, const Terminal& terminal);
+
+}  // namespace inv

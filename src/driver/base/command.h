@@ -1,0 +1,59 @@
+// Running the system's own tools through the shell: the only way in for facts, but for the process table.
+#pragma once
+
+#include <sys/resource.h>
+
+#include <cstdint>
+
+#include "driver/base/text.h"
+
+// No tool has that much to say; a longer output is a tool gone wild. In bytes.
+constexpr uint32_t kCommandOutputLimit = 512u << 20;
+
+// Runs a command line and returns everything that it wrote to its standard output, NUL-terminated, and the
+// number of bytes through `length`. Its standard error goes wherever this program's goes; its exit status is
+// not looked at. A command that writes nothing gives an empty text; none, and length 0, only when no shell
+// could be started. Output beyond `limit` bytes, which is below 2 GiB, is cut off, with a line on standard
+// error. `chunk` is the number of bytes per read and the size of the first buffer: at least 1, at most 1 GiB.
+Text run_command(const char* command_line, uint32_t* length, uint32_t chunk,
+                 uint32_t limit = kCommandOutputLimit);
+
+// While this lives, every process of a command that is started is ended when it has worked for some seconds
+// of processor time; this program is not. For a command line that is a pipeline: what its first tool prints
+// never comes to us, so that an endless output cannot be cut.
+class WorkLimit {
+ public:
+  // At least 1 second.
+  explicit WorkLimit(unsigned seconds);
+  WorkLimit(const WorkLimit&) = delete;
+  WorkLimit& operator=(const WorkLimit&) = delete;
+  ~WorkLimit();
+
+ private:
+  rlimit before_;
+  void (*handler_before_)(int);
+};
+
+// How much may come of a tool that is run again and again, each time for something else. In bytes.
+struct SeriesLimits {
+  uint32_t one_output = kCommandOutputLimit;
+  uint32_t all_outputs = 2 * kCommandOutputLimit;
+  uint32_t runs = UINT32_MAX;
+};
+
+// Such runs. The outputs have their limits together as well; a tool that has come to them is not run any
+// more.
+class CommandSeries {
+ public:
+  CommandSeries(uint32_t chunk, const SeriesLimits& limits) : chunk_(chunk), left_(limits) {}
+
+  // As run_command; none, and length 0, when the tool is not run any more, of which the first time a line on
+  // standard error tells.
+  Text run(const char* command_line, uint32_t* length);
+  bool used_up() const { return left_.runs == 0 || left_.all_outputs == 0; }
+
+ private:
+  uint32_t chunk_;
+  SeriesLimits left_;
+  bool ended_ = false;
+};

@@ -1,0 +1,99 @@
+#include "driver/base/dates.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+// A CIM date as the system formats it: 21 characters of date, time and fraction, a blank, and a zone of sign
+// and four digits.
+constexpr size_t kCimLength = 27;
+constexpr size_t kZoneLength = 6;
+
+CFStringRef pattern(DateForm form) {
+  switch (form) {
+    case DateForm::kShort:
+      return CFSTR("yyyy-MM-dd");
+    case DateForm::kCim:
+      return CFSTR("yyyyMMddHHmmss.000000 ZZ");
+    case DateForm::kProcess:
+      return CFSTR("yyyy-MM-dd HH:mm:ss z");
+  }
+  return CFSTR("");
+}
+
+CFRef<CFDateFormatterRef> make_formatter(CFLocaleRef locale, DateForm form) {
+  CFRef<CFDateFormatterRef> formatter(
+      CFDateFormatterCreate(nullptr, locale, kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
+  if (formatter) CFDateFormatterSetFormat(formatter.get(), pattern(form));
+  return formatter;
+}
+
+Text format_with(CFDateFormatterRef formatter, CFDateRef date) {
+  const CFRef<CFStringRef> string(formatter ? CFDateFormatterCreateStringWithDate(nullptr, formatter, date)
+                                            : nullptr);
+  if (!string) return copy_text("");
+  const CFIndex length = CFStringGetLength(string.get());
+  const CFIndex capacity = 4 * (length + 1);
+  Text text(new char[static_cast<size_t>(capacity) + 1]);
+  CFIndex used = 0;
+  CFStringGetBytes(string.get(), CFRangeMake(0, length), kCFStringEncodingUTF8, 0, false,
+                   reinterpret_cast<UInt8*>(text.get()), capacity, &used);
+  text[static_cast<size_t>(used)] = '\0';
+  return text;
+}
+
+bool is_digit(char character) { return character >= '0' && character <= '9'; }
+
+bool is_ascii(const char* text) {
+  for (; *text; ++text) {
+    if (static_cast<unsigned char>(*text) > 127) return false;
+  }
+  return true;
+}
+
+unsigned two_digits(const char* text) {
+  return static_cast<unsigned>((text[0] - '0') * 10 + (text[1] - '0'));
+}
+
+// Rewrites a zone at the end of the text from " +0200" to minutes, "+120"; a text without such a zone stays
+// as it is.
+void rewrite_zone(char* text) {
+  const size_t length = std::strlen(text);
+  if (length < kZoneLength) return;
+  char* zone = text + length - kZoneLength;
+  const char* digits = zone + 2;
+  if (zone[0] != ' ' || (zone[1] != '+' && zone[1] != '-')) return;
+  for (int i = 0; i < 4; ++i) {
+    if (!is_digit(digits[i])) return;
+  }
+  const unsigned minutes = two_digits(digits) * 60 + two_digits(digits + 2);
+  zone[0] = zone[1];
+  // Four digits at most, in the place of a sign and four.
+  std::snprintf(zone + 1, kZoneLength, "%u", minutes);
+}
+
+}  // namespace
+
+DateFormatter::DateFormatter(DateForm form) : form_(form) {
+  const CFRef<CFLocaleRef> locale(CFLocaleCopyCurrent());
+  formatter_ = make_formatter(locale.get(), form);
+}
+
+Text DateFormatter::format(CFDateRef date) const {
+  Text text = format_with(formatter_.get(), date);
+  if (form_ != DateForm::kCim) return text;
+  if (std::strlen(text.get()) != kCimLength || !is_ascii(text.get())) {
+    const CFRef<CFLocaleRef> posix(CFLocaleCreate(nullptr, CFSTR("en_US_POSIX")));
+    text = format_with(make_formatter(posix.get(), form_).get(), date);
+  }
+  rewrite_zone(text.get());
+  return text;
+}
+
+Text format_date(DateForm form, CFDateRef date) { return DateFormatter(form).format(date); }
+
+Text format_now(DateForm form) {
+  const CFRef<CFDateRef> now(CFDateCreate(nullptr, CFAbsoluteTimeGetCurrent()));
+  return format_date(form, now.get());
+}

@@ -1,0 +1,240 @@
+#include "driver/base/command.h"
+
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+struct Outcome {
+  bool started;
+  std::string output;
+  char terminator;
+};
+
+Outcome run(const std::string& command, uint32_t chunk, uint32_t limit = kCommandOutputLimit) {
+  uint32_t length = 12345;
+  const Text text = run_command(command.c_str(), &length, chunk, limit);
+  if (!text) return {false, std::string(length, '?'), '?'};
+  return {true, std::string(text.get(), length), text[length]};
+}
+
+// Prints `count` times the letter x; a shell word list would be too long.
+std::string print_letters(unsigned count) {
+  return "dd if=/dev/zero bs=" + std::to_string(count) + " count=1 2>/dev/null | tr '\\0' x";
+}
+
+void expect_output(const Outcome& result, const std::string& output) {
+  ASSERT_TRUE(result.started);
+  EXPECT_EQ(result.output, output);
+  EXPECT_EQ(result.terminator, '\0');
+}
+
+TEST(RunCommand, GivesTheEmptyTextWhenNothingIsPrinted) { expect_output(run("true", 100), ""); }
+
+TEST(RunCommand, CapturesLessThanAChunk) { expect_output(run("echo hello", 100), "hello\n"); }
+
+TEST(RunCommand, TerminatesOutputThatFillsTheChunkExactly) {
+  expect_output(run(print_letters(100), 100), std::string(100, 'x'));
+}
+
+TEST(RunCommand, CapturesOneByteMoreAndLessThanAChunk) {
+  expect_output(run(print_letters(99), 100), std::string(99, 'x'));
+  expect_output(run(print_letters(101), 100), std::string(101, 'x'));
+}
+
+TEST(RunCommand, GrowsForTwoAndAHalfChunks) {
+  expect_output(run(print_letters(250), 100), std::string(250, 'x'));
+}
+
+TEST(RunCommand, TerminatesOutputThatFillsAGrownBufferExactly) {
+  expect_output(run(print_letters(400), 100), std::string(400, 'x'));
+}
+
+TEST(RunCommand, ReadsByteByByteWhenTheChunkIsOne) { expect_output(run("printf abc", 1), "abc"); }
+
+TEST(RunCommand, GathersOutputThatComesInPieces) {
+  expect_output(run("printf ab; sleep 0.05; printf cd; sleep 0.05; printf ef", 100), "abcdef");
+}
+
+TEST(RunCommand, CapturesMegabytes) {
+  expect_output(run(print_letters(5000000), 65536), std::string(5000000, 'x'));
+}
+
+TEST(RunCommand, KeepsNulBytes) {
+  expect_output(run("printf 'a\\000b\\000'", 100), std::string("a\0b\0", 4));
+}
+
+TEST(RunCommand, RunsTheLineThroughTheShell) {
+  expect_output(run("for i in 1 2; do echo \"<$i>\"; done | tr 1 9", 100), "<9>\n<2>\n");
+}
+
+TEST(RunCommand, KeepsWhatAFailingCommandSaid) { expect_output(run("printf said; exit 3", 100), "said"); }
+
+TEST(RunCommand, KeepsWhatAKilledCommandSaid) { expect_output(run("printf said; kill -9 $$", 100), "said"); }
+
+TEST(RunCommand, EndsWhenTheCommandClosesItsOutputEarly) {
+  expect_output(run("printf said; exec >&-; sleep 0.05", 100), "said");
+}
+
+TEST(RunCommand, GivesTheEmptyTextForAMissingCommand) {
+  testing::internal::CaptureStderr();
+  const Outcome result = run("/nonexistent/tool --flag", 100);
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("/nonexistent/tool"), std::string::npos)
+      << "the shell's complaint goes to our standard error";
+  expect_output(result, "");
+}
+
+TEST(RunCommand, LeavesStandardErrorAlone) {
+  testing::internal::CaptureStderr();
+  const Outcome result = run("echo out; echo err >&2", 100);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "err\n");
+  expect_output(result, "out\n");
+}
+
+TEST(RunCommand, KeepsOutputOfExactlyTheLimitInSilence) {
+  testing::internal::CaptureStderr();
+  const Outcome result = run(print_letters(250), 100, 250);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  expect_output(result, std::string(250, 'x'));
+}
+
+TEST(RunCommand, CutsOutputBeyondTheLimitAndSaysSo) {
+  testing::internal::CaptureStderr();
+  const Outcome result = run("printf 0123456789", 4, 9);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 9 bytes: printf 0123456789\n");
+  expect_output(result, "012345678");
+}
+
+TEST(RunCommand, CutsOutputBeyondALimitBelowTheChunk) {
+  testing::internal::CaptureStderr();
+  const Outcome result = run("printf 0123456789", 100, 3);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 3 bytes: printf 0123456789\n");
+  expect_output(result, "012");
+}
+
+TEST(RunCommand, EndsACommandThatPrintsForEver) {
+  testing::internal::CaptureStderr();
+  const Outcome result = run("yes", 65536, 1000000);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 1000000 bytes: yes\n");
+  ASSERT_TRUE(result.started);
+  EXPECT_EQ(result.output.size(), 1000000u);
+}
+
+rlim_t work_limit() {
+  rlimit limit = {};
+  getrlimit(RLIMIT_CPU, &limit);
+  return limit.rlim_cur;
+}
+
+TEST(WorkLimit, EndsAPipelineThatWorksForEver) {
+  const rlim_t before = work_limit();
+  {
+    const WorkLimit limit(1);
+    EXPECT_LT(work_limit(), before);
+    expect_output(run("yes | awk '/never/'; echo over", 100), "over\n");
+  }
+  EXPECT_EQ(work_limit(), before);
+}
+
+void (*signal_handler())(int) {
+  struct sigaction action = {};
+  sigaction(SIGXCPU, nullptr, &action);
+  return action.sa_handler;
+}
+
+// It may have worked longer already than its tools are allowed to.
+TEST(WorkLimit, DoesNotEndThisProgramItself) {
+  {
+    const WorkLimit limit(1);
+    std::raise(SIGXCPU);
+    expect_output(run("echo on", 100), "on\n");
+  }
+  EXPECT_EQ(signal_handler(), SIG_DFL);
+}
+
+TEST(WorkLimit, KeepsALowerLimit) {
+  const WorkLimit low(10);
+  const rlim_t before = work_limit();
+  const WorkLimit high(100);
+  EXPECT_EQ(work_limit(), before);
+}
+
+// A series' run, its output with the length in front; "none" when the tool is not run.
+std::string run_in(CommandSeries& series, const char* command) {
+  uint32_t length = 7;
+  const Text text = series.run(command, &length);
+  return text ? std::to_string(length) + " " + text.get() : length == 0 ? "none" : "none, but a length";
+}
+
+TEST(CommandSeries, LimitsEachOutputAndAllTogether) {
+  testing::internal::CaptureStderr();
+  CommandSeries series(4, {6, 10});
+  EXPECT_EQ(run_in(series, "printf 12345678"), "6 123456");
+  EXPECT_FALSE(series.used_up());
+  EXPECT_EQ(run_in(series, "printf abcdefgh"), "4 abcd");
+  EXPECT_TRUE(series.used_up());
+  EXPECT_EQ(run_in(series, "printf more"), "none");
+  EXPECT_EQ(run_in(series, "printf more"), "none");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Output cut after 6 bytes: printf 12345678\n"
+            "Output cut after 4 bytes: printf abcdefgh\n"
+            "Not run any more: printf more\n");
+}
+
+TEST(CommandSeries, LimitsTheRuns) {
+  testing::internal::CaptureStderr();
+  CommandSeries series(100, {100, 100, 2});
+  EXPECT_EQ(run_in(series, "true"), "0 ");
+  EXPECT_EQ(run_in(series, "echo x"), "2 x\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(run_in(series, "echo y"), "none");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Not run any more: echo y\n");
+}
+
+// Without a free descriptor there is no pipe. Run in a child of the test, which ends with the verdict.
+[[noreturn]] void run_without_descriptors() {
+  const rlimit none = {0, 0};
+  setrlimit(RLIMIT_NOFILE, &none);
+  uint32_t length = 7;
+  const Text text = run_command("echo x", &length, 100);
+  std::_Exit(!text && length == 0 ? 0 : 1);
+}
+
+TEST(RunCommand, GivesNoneAndNoLengthWhenNoShellCanBeStarted) {
+  EXPECT_EXIT(run_without_descriptors(), testing::ExitedWithCode(0), "");
+}
+
+// The descriptors listed by the system's own directory of them, which is there on Linux and on a Mac.
+int open_descriptors() {
+  int count = 0;
+  DIR* directory = opendir("/dev/fd");
+  if (!directory) return -1;
+  while (readdir(directory)) ++count;
+  closedir(directory);
+  return count;
+}
+
+TEST(RunCommand, LeavesNoDescriptorAndNoProcessBehind) {
+  const int before = open_descriptors();
+  ASSERT_GT(before, 0);
+  testing::internal::CaptureStderr();
+  for (int i = 0; i < 1000; ++i) {
+    // Every third ends by itself, is cut off, or fails.
+    run(i % 3 == 0 ? "echo x" : i % 3 == 1 ? "printf 0123456789" : "exit 1", 4, 8);
+  }
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(open_descriptors(), before);
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+}
+
+}  // namespace

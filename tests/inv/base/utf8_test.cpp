@@ -1,0 +1,57 @@
+#include "inv/base/utf8.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Utf8, KeepsValidTextOfEveryLength) {
+  const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+  EXPECT_TRUE(inv::is_utf8(text));
+  EXPECT_EQ(inv::to_utf8(text), text);
+}
+
+TEST(Utf8, ReplacesEveryByteThatBelongsToNoCharacter) {
+  const std::string_view kCases[] = {
+      "\xE9", "\x80", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80", "\xFF"};
+  for (const std::string_view bytes : kCases) {
+    EXPECT_FALSE(inv::is_utf8(bytes));
+    std::string expected;
+    for (size_t i = 0; i < bytes.size(); ++i) expected += inv::kReplacement;
+    EXPECT_EQ(inv::to_utf8("a" + std::string(bytes) + "b"), "a" + expected + "b");
+  }
+  EXPECT_EQ(inv::to_utf8("caf\xE9!"), "caf\xEF\xBF\xBD!");
+}
+
+TEST(Utf8, PrintableDisarmsWhatATerminalWouldObey) {
+  EXPECT_EQ(inv::printable("a\x1B[31mb"), "a\xEF\xBF\xBD[31mb");
+  EXPECT_EQ(inv::printable("one\rtwo"), "one\xE2\x86\xB5two");
+  EXPECT_EQ(inv::printable("\xC2\x9B"
+                           "2J"),
+            "\xEF\xBF\xBD"
+            "2J");
+  EXPECT_EQ(inv::printable("\xE2\x80\xAE"
+                           "txt"),
+            "\xEF\xBF\xBD"
+            "txt");
+  EXPECT_EQ(inv::printable("\xD7\xA9\xD7\x9C"), "\xD7\xA9\xD7\x9C");
+}
+
+TEST(Utf8, CountsColumnsNotBytes) {
+  EXPECT_EQ(inv::columns("abc"), 3u);
+  EXPECT_EQ(inv::columns("e\xCC\x81"), 1u);
+  EXPECT_EQ(inv::columns("\xE6\x97\xA5\xE6\x9C\xAC"), 4u);
+}
+
+TEST(Utf8, ShortensToColumnsWithAnEllipsis) {
+  EXPECT_EQ(inv::shorten("abcdef", 6), "abcdef");
+  EXPECT_EQ(inv::shorten("abcdefg", 6), "abcde\xE2\x80\xA6");
+  EXPECT_EQ(inv::shorten("\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E", 4), "\xE6\x97\xA5\xE2\x80\xA6");
+}
+
+TEST(Utf8, PadsToColumns) {
+  EXPECT_EQ(inv::pad_right("\xC3\xA9", 3), "\xC3\xA9  ");
+  EXPECT_EQ(inv::pad_left("\xC3\xA9", 3), "  \xC3\xA9");
+  EXPECT_EQ(inv::pad_right("abcd", 3), "abcd");
+}
+
+}  // namespace

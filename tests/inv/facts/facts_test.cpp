@@ -1,0 +1,69 @@
+#include "inv/facts/facts.h"
+
+#include <gtest/gtest.h>
+
+#include "inv/maker.h"
+
+namespace {
+
+struct Row {
+  std::string path, name, value, unit, base_value;
+  bool operator==(const Row& other) const {
+    return path == other.path && name == other.name && value == other.value && unit == other.unit &&
+           base_value == other.base_value;
+  }
+};
+void PrintTo(const Row& row, std::ostream* stream) {
+  *stream << row.path << "|" << row.name << "|" << row.value << "|" << row.unit << "|" << row.base_value;
+}
+
+std::vector<Row> facts_of(const inv::Inventory& inventory) {
+  std::vector<Row> rows;
+  inv::each_fact(inventory, [&](const inv::Fact& fact) {
+    rows.push_back({std::string(fact.path), std::string(fact.name), std::string(fact.value),
+                    std::string(fact.unit), std::string(fact.base_value)});
+  });
+  return rows;
+}
+
+TEST(Facts, ComeInTreeOrderWithUnitsAndBaseValues) {
+  const std::vector<Row> rows = facts_of(*maker::open(maker::file()));
+  ASSERT_EQ(rows.size(), 26u);
+  EXPECT_EQ(rows[0], (Row{"/timestamp", "timestamp", "20120118153045.000000+120", "", ""}));
+  EXPECT_EQ(rows[1], (Row{"/scan-time", "scan-time", "12000", "ms", ""}));
+  EXPECT_EQ(rows[8], (Row{"/Processors/Processor:1", "Processor:1", "Intel Core i7", "", ""}));
+  EXPECT_EQ(rows[10], (Row{"/Processors/Processor:1/l2-cache-size", "l2-cache-size", "1024", "KB", ""}));
+  EXPECT_EQ(rows[12],
+            (Row{"/Storage/Logical-disks/partition:1/size", "size", "499.50", "GB", "499500000000"}));
+  EXPECT_EQ(rows[25], (Row{"AssetInfo/control/os-name", "os-name", "Mac OS X v10.6 (Snow Leopard)", "", ""}));
+}
+
+TEST(Facts, LeaveOutTagsWithoutValueAndMarkersOfCompoundFields) {
+  int environment = 0;
+  for (const Row& row : facts_of(*maker::open(maker::file()))) {
+    EXPECT_NE(row.path, "/Software");
+    if (row.path == "/Environment/env-var:PATH") {
+      ++environment;
+      EXPECT_EQ(row.value, "PATH");
+    }
+  }
+  EXPECT_EQ(environment, 1);
+}
+
+TEST(Facts, KeepEmptyAttributes) {
+  const std::vector<Row> rows = facts_of(*maker::open(maker::file()));
+  EXPECT_NE(std::find(rows.begin(), rows.end(), Row{"/Software/Soft:2/version", "version", "", "", ""}),
+            rows.end());
+}
+
+TEST(Facts, AStatedUnitIsPreferred) {
+  const auto inventory =
+      maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n*Video-adapter:1=Card\nram=256\n~units="
+                                      "MB\n*HDD:1=\nsize=1\n~units=TB\n-\n"));
+  const std::vector<Row> rows = facts_of(*inventory);
+  ASSERT_EQ(rows.size(), 3u);
+  EXPECT_EQ(rows[1].unit, "MB");
+  EXPECT_EQ(rows[2].unit, "TB");
+}
+
+}  // namespace

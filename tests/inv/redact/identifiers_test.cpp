@@ -1,0 +1,153 @@
+#include "inv/redact/identifiers.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using inv::IdentifierKind;
+using Texts = std::vector<std::string_view>;
+
+struct PlaceCase {
+  const char* tag;
+  const char* attribute;
+  IdentifierKind kind;
+};
+
+TEST(IdentifierKind, KnowsThePlaces) {
+  const PlaceCase cases[] = {
+      {"Snapshot", "hostname", IdentifierKind::text},
+      {"Snapshot", "domain", IdentifierKind::text},
+      {"Snapshot", "user-name", IdentifierKind::account},
+      {"Snapshot", "ip-address", IdentifierKind::addresses},
+      {"AssetInfo", "int-name", IdentifierKind::text},
+      {"AssetInfo", "alias", IdentifierKind::text},
+      {"AssetInfo", "login", IdentifierKind::account},
+      {"AssetInfo", "mac-address", IdentifierKind::text},
+      {"AssetInfo", "uuid", IdentifierKind::text},
+      {"AssetInfo", "serial-number", IdentifierKind::serial},
+      {"control", "domain", IdentifierKind::text},
+      {"control", "disk:2", IdentifierKind::text},
+      {"Chassis", "serial", IdentifierKind::serial},
+      {"Computer-system", "uuid", IdentifierKind::text},
+      {"HDD:1", "serial", IdentifierKind::serial},
+      {"Monitor:2", "serial-digital", IdentifierKind::number},
+      {"Device:3", "serial-number", IdentifierKind::serial},
+      {"partition:12", "", IdentifierKind::text},
+      {"net-adapter:1", "", IdentifierKind::network_name},
+      {"net-adapter:1", "default-gateway", IdentifierKind::addresses},
+      {"Printer:1", "", IdentifierKind::text},
+      {"Printer:1", "uri", IdentifierKind::uri},
+      {"Printer:1", "print-server", IdentifierKind::addresses},
+      {"Printer:1", "scanner-uuid", IdentifierKind::text},
+      {"usr-acc:jane", "", IdentifierKind::account},
+      {"usr-acc:jane", "fullname", IdentifierKind::text},
+      {"usr-acc:jane", "id", IdentifierKind::account_id},
+      {"process:1", "user", IdentifierKind::account},
+      {"process:1", "cmd-line", IdentifierKind::text},
+      {"env-var:HOME", "value", IdentifierKind::text},
+  };
+  for (const PlaceCase& place : cases) {
+    EXPECT_EQ(inv::identifier_kind(place.tag, place.attribute), place.kind)
+        << place.tag << " " << place.attribute;
+  }
+}
+
+TEST(IdentifierKind, IsNoneForWhatCouldBeAnyMachines) {
+  for (const auto& [tag, attribute] :
+       {std::pair("Soft:1", ""), std::pair("Soft:1", "version"), std::pair("HDD:1", "model"),
+        std::pair("process:1", ""), std::pair("partition:1", "free"), std::pair("os:1", "name"),
+        std::pair("net-adapter:1", "manuf-by-mac"), std::pair("Snapshot", "")}) {
+    EXPECT_FALSE(inv::identifier_kind(tag, attribute)) << tag << " " << attribute;
+  }
+}
+
+TEST(IdentifiersIn, SeparatesAtControlCharacters) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::serial, "QX24-000417\r  \x01 tail "),
+            (Texts{"QX24-000417", "tail"}));
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::text, " Jane's iMac, 2nd "), Texts{"Jane's iMac, 2nd"});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::text, ""), Texts{});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::text, " \r "), Texts{});
+}
+
+TEST(IdentifiersIn, TakesNamesOfAccountsApart) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account, "jane com.example.jane"),
+            (Texts{"jane", "com.example.jane"}));
+}
+
+TEST(IdentifiersIn, LeavesTheSystemsAccounts) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account, "root"), Texts{});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account, "_www"), Texts{});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account, "rooty"), Texts{"rooty"});
+}
+
+TEST(IdentifiersIn, LeavesIdsThatEveryMacCounts) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account_id, "501"), Texts{});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account_id, "999"), Texts{});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account_id, "1000"), Texts{"1000"});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::account_id, "-2"), Texts{"-2"});
+}
+
+TEST(IdentifiersIn, TakesAddressesApart) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::addresses, "192.0.2.17, fe80::1%en0,127.0.0.1"),
+            (Texts{"192.0.2.17", "fe80::1"}));
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::addresses, "::1, localhost, local, printer.example"),
+            Texts{"printer.example"});
+}
+
+TEST(IdentifiersIn, TakesWhatFollowsAScheme) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::uri, "ipp://192.0.2.5/queue"), Texts{"192.0.2.5/queue"});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::uri, "mdns:Office"), Texts{"Office"});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::uri, "queue"), Texts{"queue"});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::uri, "file:///"), Texts{});
+}
+
+TEST(IdentifiersIn, NumbersOfZerosAreNone) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::number, "0"), Texts{});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::number, "10"), Texts{"10"});
+}
+
+TEST(IdentifiersIn, LeavesTheUsualNetworkNames) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::network_name, "Ethernet 1"), Texts{});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::network_name, "VPN (Example Ltd)"),
+            Texts{"VPN (Example Ltd)"});
+}
+
+TEST(IdentifiersInPaths, FindsAccountsAndVolumes) {
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/jane/Applications"), Texts{"jane"});
+  EXPECT_EQ(inv::identifiers_in_paths("/users/lab$1"), Texts{"lab$1"});
+  EXPECT_EQ(inv::identifiers_in_paths("PATH=/Users/x/bin:/Users/y z"), (Texts{"x", "y"}));
+  EXPECT_EQ(inv::identifiers_in_paths("/Volumes/My Disk/a"), Texts{"My Disk"});
+  EXPECT_EQ(inv::identifiers_in_paths("/Volumes/Backup"), Texts{"Backup"});
+}
+
+TEST(IdentifiersInPaths, FindsFoldersThatMayHoldMoreThanAnAccountsName) {
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/Jane Doe/x.app"), (Texts{"Jane Doe", "Jane"}));
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/jane\u2019s/x"), (Texts{"jane\u2019s", "jane"}));
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/o'brien/x"), (Texts{"o'brien", "o"}));
+  EXPECT_EQ(inv::identifiers_in_paths("\u201C/Users/jane\u201D"), Texts{"jane"});
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/Shared Files/x"), Texts{"Shared Files"});
+  EXPECT_EQ(inv::identifiers_in_paths("cp /Users/jane /Volumes/B"), (Texts{"jane", "B"}));
+  EXPECT_EQ(inv::identifiers_in_paths("/Users/j\u00FCrgen"), Texts{"j\u00FCrgen"});
+}
+
+TEST(IdentifiersInPaths, FindsNothingElsewhere) {
+  for (const char* text :
+       {"", "/", "/Users", "/Users/", "/Users//x", "/Users/Shared/x", "/Applications/Users.app"}) {
+    EXPECT_EQ(inv::identifiers_in_paths(text), Texts{}) << text;
+  }
+}
+
+TEST(IsScannerWord, KnowsConstantsAndTimes) {
+  for (const char* word :
+       {"mac", "mac:1", "Apple Inc.", "20120118153045.000000+120", "20120118153045.000000-060"}) {
+    EXPECT_TRUE(inv::is_scanner_word(word)) << word;
+  }
+  for (const char* text : {"", "Mac", "apple", "20120118153045.000000+12", "2012011815304x.000000+120",
+                           "20120118153045.000000 120", "20120118153045:000000+120"}) {
+    EXPECT_FALSE(inv::is_scanner_word(text)) << text;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,95 @@
+#include "inv/report/report.h"
+
+#include <gtest/gtest.h>
+
+#include "inv/base/sha256.h"
+#include "inv/maker.h"
+#include "inv/report/page.h"
+
+namespace {
+
+bool holds(const std::string& page, const std::string& text) { return page.find(text) != std::string::npos; }
+
+size_t count(const std::string& page, const std::string& text) {
+  size_t times = 0;
+  for (size_t at = page.find(text); at != std::string::npos; at = page.find(text, at + 1)) ++times;
+  return times;
+}
+
+TEST(Report, ShowsCardsAndTables) {
+  const std::string page = inv::report_page(*maker::open(maker::file()));
+  EXPECT_TRUE(holds(page, "<title>Office Mac</title>"));
+  EXPECT_TRUE(holds(page, "<h3>Processor</h3><p><bdi>Intel Core i7</bdi></p><p>4 cores</p>"));
+  EXPECT_TRUE(holds(page, "<h2>Applications <span class=\"count\">2</span></h2>"));
+  EXPECT_TRUE(holds(page, "<td><bdi>Safari</bdi></td><td><bdi>5.1.9</bdi></td>"));
+  EXPECT_FALSE(holds(page, "<h2>Printers"));
+}
+
+TEST(Report, DrawsMemoryAndVolumes) {
+  const std::string page = inv::report_page(*maker::open(maker::file_of_text(
+      "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Memory=\n*Memory-slot:1=\nused=1\ncapacity=2048\nmem-type=DDR3\n"
+      "*Memory-slot:2=\nused=0\n-\n+Storage=\n+Logical-disks=\n*partition:1=HD\nsize=100\nfree=25\n-\n-\n-"
+      "\n")));
+  EXPECT_TRUE(holds(page, "aria-label=\"1 of 2 memory slots are filled\""));
+  EXPECT_TRUE(holds(page, "aria-label=\"75 percent used\""));
+  EXPECT_TRUE(holds(page, "75 % of 100 GB, 25 GB free"));
+}
+
+TEST(Report, AllowsItsOwnStyleAndScriptOnly) {
+  const std::string page = inv::report_page(*maker::open(maker::file()));
+  EXPECT_TRUE(holds(page, "default-src 'none'; style-src 'sha256-" +
+                              inv::base64(inv::sha256(inv::kPageStyle)) + "'; script-src 'sha256-" +
+                              inv::base64(inv::sha256(inv::kPageScript)) +
+                              "'; base-uri 'none'; form-action 'none'"));
+  EXPECT_TRUE(holds(page, "<script>" + std::string(inv::kPageScript) + "</script>"));
+  for (const char* outside : {"http://", "https://", "src=", "url(", "@import", " style=", " onclick="}) {
+    EXPECT_FALSE(holds(page, outside)) << outside;
+  }
+}
+
+TEST(Report, ValuesStayText) {
+  const std::string page = inv::report_page(*maker::open(maker::file_of_text(
+      "\xEF\xBB\xBF?zxml\n+Snapshot=\nhostname=<script>alert(1)</script>{{script}}\n+Software=\n"
+      "*Soft:1=\"><img src=x onerror=alert(1)>\nlocation=</table></style>\n-\n-\n")));
+  EXPECT_EQ(count(page, "<script>"), 1u);
+  EXPECT_EQ(count(page, "<img"), 0u);
+  EXPECT_EQ(count(page, "</style>"), 1u);
+  EXPECT_TRUE(holds(page, "<title>&lt;script&gt;alert(1)&lt;/script&gt;{{script}}</title>"));
+  EXPECT_TRUE(holds(page, "<h1><bdi>&lt;script&gt;alert(1)&lt;/script&gt;{{script}}</bdi></h1>"));
+}
+
+TEST(Report, TheHeadingLeavesOutWhatIsNotKnown) {
+  EXPECT_TRUE(holds(inv::report_page(*maker::open(maker::file())),
+                    "<p><bdi>iMac11,1</bdi> &middot; <bdi>C02TEST00001</bdi> &middot; scanned "
+                    "<time>2012-01-18 15:30:45 +02:00</time></p>"));
+  EXPECT_TRUE(holds(
+      inv::report_page(*maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=A\n"))),
+      "<header><h1><bdi>A</bdi></h1><p></p></header>"));
+}
+
+TEST(Report, SpellsOutDatesAndYesAndNo) {
+  const std::string page = inv::report_page(*maker::open(maker::file_of_text(
+      "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Software=\n*Soft:1=A\ninst-date=20110102\n64bit-app=1\n"
+      "*Soft:2=B\ninst-date=soon\n64bit-app=0\n*Soft:3=C\ninst-date=2011<b>2\n64bit-app=2\n-\n-\n")));
+  EXPECT_TRUE(holds(page, "<td class=\"date\">2011-01-02</td><td></td><td>yes</td>"));
+  EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>soon</bdi></td><td></td><td>no</td>"));
+  EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>2011&lt;b&gt;2</bdi></td><td></td><td><bdi>2</bdi></td>"));
+}
+
+TEST(Report, ADebugFileHasAPageToo) {
+  EXPECT_TRUE(
+      holds(inv::report_page(*maker::open(maker::debug_file("<plist/>"))), "<h1><bdi>Office Mac</bdi></h1>"));
+}
+
+TEST(Report, ComparisonListsTheChanges) {
+  const std::string other = maker::file_of_text(
+      "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Software=\n*Soft:1=<b>New</b>\nlocation=/x\n-\n-\n");
+  const std::string page = inv::comparison_page(*maker::open(maker::file()), *maker::open(other));
+  EXPECT_TRUE(holds(page, "<span class=\"added\">added</span></td><td><bdi>&lt;b&gt;New&lt;/b&gt;</bdi>"));
+  EXPECT_TRUE(holds(page, " changes since <time>2012-01-18 15:30:45 +02:00</time>"));
+  const std::string same = inv::comparison_page(*maker::open(other), *maker::open(other));
+  EXPECT_TRUE(holds(same, "0 changes since"));
+  EXPECT_FALSE(holds(same, "<table>"));
+}
+
+}  // namespace

@@ -1,0 +1,88 @@
+#include "inv/show/summary.h"
+
+#include <gtest/gtest.h>
+
+#include "inv/maker.h"
+
+namespace {
+
+inv::Overview office_mac() { return inv::overview_of(*maker::open(maker::file())); }
+
+TEST(Summary, TellsAMachineLineByLine) {
+  inv::Overview overview = office_mac();
+  overview.slots = {{"BANK 0", 2048, "DDR3"}, {"BANK 1", 0, ""}};
+  overview.memory_megabytes = 2048;
+  overview.volumes[0].knows_free = true;
+  overview.volumes[0].free_bytes = 249750000000;
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
+            "Office Mac\n"
+            "Model         iMac11,1\n"
+            "Serial        C02TEST00001\n"
+            "System        Mac OS X v10.6 (Snow Leopard)\n"
+            "Scanned       2012-01-18 15:30:45 +02:00\n"
+            "Processor     Intel Core i7, 4 cores\n"
+            "Memory        2 GB  \u2588\u2591  1 of 2 slots filled\n"
+            "Volumes       Macintosh HD  \u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588"
+            "\u2591\u2591\u2591\u2591\u2591\u2591\u2591\u2591\u2591\u2591  50 % of 500 GB, 250 GB free\n"
+            "Contents      2 applications, 0 accounts, 0 processes, 0 printers, 0 USB devices\n");
+}
+
+TEST(Summary, SaysNothingOfWhatIsNotKnown) {
+  inv::Overview overview;
+  overview.name = "Office Mac";
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "Office Mac\n");
+  EXPECT_EQ(inv::summary_table({overview}),
+            "Machine     Model  Serial  System  Memory  Disks  Applications  Scanned\nOffice Mac\n");
+  overview.volumes = {
+      {"A", "", "", 0, 5000, true}, {"B", "", "", 5000, 0, false}, {"C", "", "", 0, 0, false}};
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
+            "Office Mac\n"
+            "Volumes       A  5.0 KB free\n"
+            "              B  5.0 KB\n"
+            "              C\n");
+}
+
+TEST(Summary, KeepsToOneScreen) {
+  inv::Overview overview = office_mac();
+  overview.adapters.resize(50, {"Ethernet", "en0", "", ""});
+  overview.volumes.resize(50);
+  const std::string screen = inv::summary_screen(overview, inv::Terminal());
+  EXPECT_LT(std::count(screen.begin(), screen.end(), '\n'), 40);
+  EXPECT_NE(screen.find("and 42 more"), std::string::npos);
+}
+
+TEST(Summary, ShortensLinesToTheTerminal) {
+  inv::Overview overview = office_mac();
+  overview.processor = std::string(200, 'x');
+  inv::Terminal terminal;
+  terminal.interactive = true;
+  terminal.width = 60;
+  EXPECT_NE(inv::summary_screen(overview, terminal).find(std::string(45, 'x') + "\u2026\n"),
+            std::string::npos);
+}
+
+TEST(Summary, DisarmsNames) {
+  inv::Overview overview = office_mac();
+  overview.name = "\x1B]0;owned\x07";
+  overview.volumes[0].name = "a\nb";
+  const std::string screen = inv::summary_screen(overview, inv::Terminal());
+  EXPECT_EQ(screen.find('\x1B'), std::string::npos);
+  EXPECT_EQ(screen.find("a\nb"), std::string::npos);
+}
+
+TEST(Summary, SeveralMachinesAreATable) {
+  inv::Overview other = office_mac();
+  other.name = "B";
+  other.disks = {{"HDD", "", "", "", 500000000000}, {"HDD", "", "", "", 500000000000}};
+  EXPECT_EQ(inv::summary_table({office_mac(), other}),
+            "Machine     Model     Serial        System                         Memory   Disks  Applications "
+            " Scanned\n"
+            "Office Mac  iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)                             2 "
+            " 2012-01-18 "
+            "15:30:45 +02:00\n"
+            "B           iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)          1.0 TB             2 "
+            " 2012-01-18 "
+            "15:30:45 +02:00\n");
+}
+
+}  // namespace
