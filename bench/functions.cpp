@@ -110,15 +110,15 @@ void collect_applications(benchmark::State& state) {
 }
 
 // A machine's text, without and with its compression.
-void serialize(benchmark::State& state, bool compressed) {
+void serialize(benchmark::State& state, Layout layout) {
   InventoryTree raw(1, "Macintosh"), snapshot(1, "Snapshot");
   ::dump_profiler(::parse_profiler_output(make_output(applications(state))).get(), raw);
   ::collect_applications(snapshot, raw);
-  for (auto _ : state) benchmark::DoNotOptimize(snapshot.serialize(false, compressed));
+  for (auto _ : state) benchmark::DoNotOptimize(snapshot.serialize(layout));
   count_bytes(state, snapshot.root().text_size());
 }
-void text(benchmark::State& state) { serialize(state, false); }
-void text_and_deflate(benchmark::State& state) { serialize(state, true); }
+void text(benchmark::State& state) { serialize(state, Layout::whole_plain); }
+void text_and_deflate(benchmark::State& state) { serialize(state, Layout::whole_compressed); }
 
 void sizes(benchmark::internal::Benchmark* benchmark) {
   for (const int size : {50, 1000, 5000, 20000}) benchmark->Arg(size);

@@ -143,7 +143,7 @@ void scan() {
     container.frees_borrowed_data = true;
     const size_t compressed_length = compressed.length();
     container.add_raw_section(compressed.release(), compressed_length);
-    container.save("stages.inv", true);
+    container.save("stages.inv", HeaderForm::compressed);
   }
   stages.mark("save");
   text.reset();

@@ -9,6 +9,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   InventoryTree snapshot(1, "Snapshot");
   write_environment(snapshot, parse_environment(copy_range(start, start + size).get()));
   expect_well_formed(snapshot);
-  expect(!snapshot.serialize(false, true).empty());
+  expect(!snapshot.serialize(Layout::whole_compressed).empty());
   return 0;
 }

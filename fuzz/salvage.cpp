@@ -14,6 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   if (!list) std::abort();
   InventoryTree tree(1, "Macintosh");
   dump_profiler(list.get(), tree);
-  if (tree.serialize(false, true).empty()) std::abort();
+  if (tree.serialize(Layout::whole_compressed).empty()) std::abort();
   return 0;
 }

@@ -111,7 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   InventoryTree snapshot(1, "Snapshot");
   for (const Collector collect : kCollectors) collect(snapshot, profiler);
   expect_well_formed(snapshot);
-  expect(!snapshot.serialize(false, true).empty());
+  expect(!snapshot.serialize(Layout::whole_compressed).empty());
 
   const SystemSummary summary = summarize_system(list.get(), nullptr);
   const NetworkIdentity network = query_network_identity(list.get(), nullptr);

@@ -5,7 +5,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   // The mark is given, so that the search starts behind it.
-  const std::string text = std::string(inv::kTextMark).append(reinterpret_cast<const char*>(bytes), size);
+  const std::string text = std::string(kTextMark).append(reinterpret_cast<const char*>(bytes), size);
   inv::Fault fault;
   const std::optional<inv::Document> document = inv::parse_text(text, &fault);
   if (document ? inv::write_text(*document) != text : fault.line == 0) std::abort();

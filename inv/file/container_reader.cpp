@@ -5,34 +5,30 @@
 
 #include "inv/base/byte_reader.h"
 #include "inv/file/inflate.h"
+#include "zxml/container.h"
 
 namespace inv {
 namespace {
 
-constexpr size_t kTrailerSize = 14;
-constexpr std::string_view kMagic = "INV!";
-constexpr char kTrailerVersion = 3;
 // Room for some ten thousand entries, where files have two or three.
 constexpr uint64_t kLargestHeader = 1 << 20;
 
-// The two bytes of the trailer between the offset and the magic.
-constexpr size_t kVersionPlace = 8;
-constexpr size_t kCompressedPlace = 9;
-constexpr size_t kMagicPlace = 10;
-
 struct KindRow {
-  const char* type;
+  std::string_view type;
+  std::string_view id;  // empty for a kind whose entry has none
   Section::Kind kind;
 };
 constexpr KindRow kKinds[] = {
-    {"snapshot", Section::Kind::snapshot},
-    {"assetinfo", Section::Kind::asset_info},
-    {"customdata rawdata", Section::Kind::raw_data},
+    {kSnapshotType, "", Section::Kind::snapshot},
+    {kAssetInfoType, "", Section::Kind::asset_info},
+    {kRawDataType, kRawDataId, Section::Kind::raw_data},
 };
 
 Section::Kind kind_of(const std::string& type) {
   for (const KindRow& row : kKinds) {
-    if (type == row.type) return row.kind;
+    std::string words(row.type);
+    if (!row.id.empty()) words.append(" ").append(row.id);
+    if (type == words) return row.kind;
   }
   return Section::Kind::other;
 }
@@ -47,14 +43,14 @@ bool read_trailer(std::string_view file, Container& container, Faults& faults) {
   const std::string_view trailer = file.substr(static_cast<size_t>(start));
   if (trailer.substr(kMagicPlace) != kMagic)
     return fail("the magic \"INV!\" is missing", start + kMagicPlace);
-  if (trailer[kVersionPlace] != kTrailerVersion)
+  if (static_cast<unsigned char>(trailer[kVersionPlace]) != kTrailerVersion)
     return fail("the trailer's byte 3 is missing", start + kVersionPlace);
-  const unsigned char compressed = static_cast<unsigned char>(trailer[kCompressedPlace]);
-  if (compressed > 1) return fail("the trailer says neither plain nor compressed", start + kCompressedPlace);
+  const unsigned char compressed = static_cast<unsigned char>(trailer[kHeaderFormPlace]);
+  if (compressed > 1) return fail("the trailer says neither plain nor compressed", start + kHeaderFormPlace);
   container.header_compressed = compressed == 1;
 
   // A file would have to be larger than 2^32 bytes for its header's offset to make sense in both orders.
-  const std::string_view offset = trailer.substr(0, sizeof(uint64_t));
+  const std::string_view offset = trailer.substr(0, kHeaderOffsetSize);
   container.big_endian = read_number(offset, true) <= start;
   container.header_offset = read_number(offset, container.big_endian);
   if (container.header_offset > start) return fail("the header's offset is beyond the file", start);

@@ -6,20 +6,12 @@
 
 #include "inv/base/byte_reader.h"
 #include "inv/file/inflate.h"
-#include "inv/file/zxml_parser.h"
+#include "zxml/text_form.h"
 
 namespace inv {
 namespace {
 
-// What stands behind the stream of a whole compressed tree, and behind a whole plain one.
-constexpr std::string_view kWholeCompressedEnd{"\0\1ZXML", 6};
-constexpr std::string_view kWholePlainEnd{"\0\0", 2};
-// Behind a split tree: the index's offset, then these.
-constexpr std::string_view kSplitCompressedEnd{"\1\1", 2};
-constexpr std::string_view kSplitPlainEnd{"\1\0", 2};
-constexpr size_t kIndexOffsetSize = 4;
-
-constexpr std::string_view kFirstIndexLine = "[Root]\n";
+const std::string kFirstIndexLine = "[" + std::string(kRootPart) + "]\n";
 
 bool ends_with(std::string_view text, std::string_view end) {
   return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
@@ -55,8 +47,9 @@ class SectionReader {
     result.layout = compressed ? Layout::split_compressed : Layout::split_plain;
     if (!read_split(compressed)) return false;
     // The top element's closing line is what a split tree leaves out.
-    if (result.text.substr(0, kTextMark.size()) == kTextMark && result.text[kTextMark.size()] == '+') {
-      result.text += "-\n";
+    if (result.text.substr(0, kTextMark.size()) == kTextMark &&
+        result.text[kTextMark.size()] == kBranchMarker) {
+      result.text += kClosingLine;
     }
     return true;
   }

@@ -6,10 +6,9 @@
 #include <string_view>
 
 #include "inv/file/fault.h"
+#include "zxml/container.h"
 
 namespace inv {
-
-enum class Layout { whole_compressed, whole_plain, split_compressed, split_plain };
 
 const char* layout_name(Layout layout);
 
@@ -18,7 +17,7 @@ struct SectionText {
   Layout layout = Layout::whole_compressed;
   // For plain layouts the fault of a text has its own place in the file; a compressed text is found by its
   // section.
-  bool plain() const { return layout == Layout::whole_plain || layout == Layout::split_plain; }
+  bool plain() const { return !is_compressed(layout); }
 };
 
 // None when the layout cannot be told or its parts are damaged; the fault's offset then counts from the

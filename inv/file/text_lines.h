@@ -15,7 +15,7 @@ struct TextLine {
   std::string_view value;
   std::string_view tag;  // the name of the tag that the line belongs to; its own for a tag
 
-  bool is_tag() const { return marker == '+' || marker == '*'; }
+  bool is_tag() const { return marker == kBranchMarker || marker == kLeafMarker; }
 };
 
 // Calls visit(const TextLine&) for every line but the mark.
@@ -24,8 +24,9 @@ void each_line(const Document& document, Visit visit) {
   std::string_view rest = std::string_view(document.text()).substr(kTextMark.size());
   std::string_view tag;
   while (const std::optional<std::string_view> line = take_line(rest)) {
-    constexpr std::string_view kMarkers = "+*~";
-    const bool marked = *line == "-" || kMarkers.find(line->front()) != std::string_view::npos;
+    constexpr char kMarkers[] = {kBranchMarker, kLeafMarker, kAnnotationMarker, '\0'};
+    const bool marked =
+        *line == "-" || std::string_view(kMarkers).find(line->front()) != std::string_view::npos;
     const std::string_view content = line->substr(marked ? 1 : 0);
     const size_t equals = content.find('=');
     TextLine parts{marked ? line->front() : '\0', content.substr(0, equals), {}, tag};

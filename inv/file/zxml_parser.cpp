@@ -19,11 +19,11 @@ Counts count_lines(std::string_view text) {
   Counts counts;
   for (size_t at = 0; at < text.size(); ++counts.lines) {
     switch (text[at]) {
-      case '+':
-      case '*':
+      case kBranchMarker:
+      case kLeafMarker:
         ++counts.records;
         break;
-      case '~':
+      case kAnnotationMarker:
         ++counts.annotations;
         break;
       default:
@@ -91,10 +91,10 @@ class TextParser {
     const std::string_view name = line.substr(0, equals);
     const std::string_view value = line.substr(equals + 1);
     switch (line[0]) {
-      case '+':
-      case '*':
-        return add_record(line[0] == '+', name.substr(1), value);
-      case '~':
+      case kBranchMarker:
+      case kLeafMarker:
+        return add_record(line[0] == kBranchMarker, name.substr(1), value);
+      case kAnnotationMarker:
         return add_annotation(name.substr(1), value);
       default:
         return add_attribute(name, value);

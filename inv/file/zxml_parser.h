@@ -7,11 +7,9 @@
 
 #include "inv/file/document.h"
 #include "inv/file/fault.h"
+#include "zxml/text_form.h"
 
 namespace inv {
-
-// What every text begins with: a byte-order mark and the format's name.
-constexpr std::string_view kTextMark = "\xEF\xBB\xBF?zxml\n";
 
 // No collector writes deeper than six levels; what comes deeper than this is not an inventory.
 constexpr uint32_t kDeepestElement = 512;

@@ -26,7 +26,7 @@ OwnText own_part_of_name(const TextLine& line) {
 }
 
 OwnText own_value(const TextLine& line) {
-  const bool is_annotation = line.marker == '~';
+  const bool is_annotation = line.marker == kAnnotationMarker;
   const std::string_view attribute = line.is_tag() ? std::string_view() : line.name;
   const auto kind = is_annotation ? std::nullopt : identifier_kind(line.tag, attribute);
   if (!kind && is_scanner_word(line.value)) return {};

@@ -78,7 +78,7 @@ OutputFile name_output_file(const char* machine_name, const char* hardware_addre
 }
 
 void save_and_report(INVfile& container, const OutputFile& file, bool silent) {
-  if (!container.save(file.path.get(), true)) {
+  if (!container.save(file.path.get(), HeaderForm::compressed)) {
     std::fprintf(stderr, "Cannot create file :%s\n", file.path.get());
   } else if (silent) {
     print_now(">>>%s\n", file.name.get());
@@ -145,8 +145,8 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   log("done\n");
 
   INVfile container(context.byte_order_flag);
-  container.add_section(std::move(snapshot), INVfile::kSnapshot, false, true);
-  container.add_section(std::move(asset_info), INVfile::kAssetInfo, false, true);
+  container.add_section(std::move(snapshot), kSnapshot, Layout::whole_compressed);
+  container.add_section(std::move(asset_info), kAssetInfo, Layout::whole_compressed);
 
   log("VI. Generating File name....");
   const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());

@@ -6,19 +6,14 @@
 #include <cstdio>
 #include <utility>
 
-#include "zxml/deflate.h"
-
 namespace {
 
 constexpr char kSource[] = "INVfile";
-constexpr size_t kTrailerSize = 14;
-
-bool is_snapshot(const InventoryTree* tree) { return tree && tree->top().name() == "Snapshot"; }
 
 // The scan's date, which the console lists without opening the section; empty when the tree has none in text
 // form.
-const char* timestamp(const InventoryTree* tree) {
-  const Attribute* attribute = tree ? tree->top().find_attribute("timestamp") : nullptr;
+const char* timestamp(const InventoryTree& tree) {
+  const Attribute* attribute = tree.top().find_attribute("timestamp");
   const char* text = attribute ? attribute->value().text() : nullptr;
   return text ? text : "";
 }
@@ -45,77 +40,45 @@ class FileSizeSignalIgnored {
 }  // namespace
 
 INVfile::~INVfile() {
-  for (Section& section : sections_) {
-    if (section.borrowed && frees_borrowed_data) delete[] section.data;
-  }
+  if (!frees_borrowed_data) return;
+  for (const Section& section : sections_) delete[] section.borrowed_data;
 }
 
-void INVfile::add_section(std::unique_ptr<InventoryTree> tree, int32_t kind, bool sectioned,
-                          bool compressed) {
-  Bytes data = tree->serialize(sectioned, compressed);
-  Section section = {kind, false, sectioned, compressed, std::move(tree), std::move(data), nullptr, 0, 0};
-  section.data = section.owned_data.data();
-  section.length = section.owned_data.length();
-  sections_.push_back(std::move(section));
+void INVfile::add_section(std::unique_ptr<InventoryTree> tree, int32_t kind, Layout layout) {
+  Bytes encoded = tree->serialize(layout);
+  sections_.push_back({kind, std::move(tree), std::move(encoded), nullptr, 0});
 }
 
 void INVfile::add_raw_section(unsigned char* data, size_t length) {
-  sections_.push_back({kRawData, true, true, true, nullptr, Bytes(), data, length, 0});
+  sections_.push_back({kRawData, nullptr, Bytes(), data, length});
 }
 
-// Assigns the offsets and lists the sections; a kind the console does not know takes its place and its
-// number, but no lines.
-std::string INVfile::header_text() {
-  uint32_t offset = 0;
-  int snapshots = 0;
-  std::string entries;
-  for (size_t i = 0; i < sections_.size(); ++i) {
-    Section& section = sections_[i];
-    section.offset = offset;
-    offset += static_cast<uint32_t>(section.length);
-    if (is_snapshot(section.tree.get())) ++snapshots;
-
-    const std::string entry = "[" + std::to_string(i) + "]\noffset=" + std::to_string(section.offset) +
-                              "\nlength=" + std::to_string(section.length) + "\n";
-    if (section.kind == kSnapshot) {
-      entries += entry + "type=snapshot\ntimestamp=" + timestamp(section.tree.get()) + "\nsnaptype=mac:1\n";
-    } else if (section.kind == kAssetInfo) {
-      entries += entry + "type=assetinfo\n";
-    } else if (section.kind == kRawData) {
-      entries += entry + "type=customdata\nID=rawdata\n";
-    }
+ContainerSection INVfile::Section::contents() const {
+  ContainerSection contents;
+  contents.kind = kind;
+  contents.data = {reinterpret_cast<const char*>(borrowed_data), borrowed_length};
+  if (tree) {
+    contents.data = {reinterpret_cast<const char*>(encoded_tree.data()), encoded_tree.length()};
+    contents.counts_as_snapshot = tree->top().name() == "Snapshot";
+    contents.timestamp = timestamp(*tree);
   }
-  return "[H]\ncount=" + std::to_string(sections_.size()) + "\nsnapshotcount=" + std::to_string(snapshots) +
-         "\n" + entries;
+  return contents;
 }
 
-Bytes INVfile::build(bool compress_header) {
-  const std::string text = header_text();
-  Bytes header;
-  if (compress_header) {
-    header = deflate_buffer(text.data(), text.size(), kSource);
-  } else {
-    header.append(text.data(), text.size());
-  }
-  size_t data_length = 0;
-  for (const Section& section : sections_) data_length += section.length;
-
-  Bytes file(data_length + header.length() + kTrailerSize);
-  for (const Section& section : sections_) file.append(section.data, section.length);
-  file.append(header.data(), header.length());
-  file.append_number(static_cast<uint64_t>(data_length), byte_order_flag_ != 0);
-  file.append_byte(3);
-  file.append_byte(compress_header ? 1 : 0);
-  file.append("INV!", 4);
-  return file;
+Bytes INVfile::build(HeaderForm form) const {
+  std::vector<ContainerSection> contents;
+  for (const Section& section : sections_) contents.push_back(section.contents());
+  const ByteOrder order =
+      byte_order_flag_ != 0 ? ByteOrder::most_significant_first : ByteOrder::least_significant_first;
+  return lay_out_container(contents, form, order, kSource);
 }
 
-bool INVfile::save(const char* path, bool compress_header) {
+bool INVfile::save(const char* path, HeaderForm form) const {
   std::FILE* file = std::fopen(path, "w");
   if (!file) return false;
   const bool removable = is_regular(file);
   const FileSizeSignalIgnored ignored;
-  const Bytes bytes = build(compress_header);
+  const Bytes bytes = build(form);
   const bool written = std::fwrite(bytes.data(), 1, bytes.length(), file) == bytes.length();
   const bool flushed = std::fflush(file) == 0;
   const bool closed = std::fclose(file) == 0;

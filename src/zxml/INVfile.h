@@ -6,13 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "zxml/container.h"
 #include "zxml/zXML.h"
 
 class INVfile {
  public:
-  // Written to files: these numbers never change. Other numbers are carried, but get no entry in the header.
-  enum SectionKind : int32_t { kAssetInfo = 0, kSnapshot = 1, kRawData = 2 };
-
   // A byte-order flag of 1 writes the trailer's offset most significant byte first, 0 least significant
   // first.
   explicit INVfile(int32_t byte_order_flag) : byte_order_flag_(byte_order_flag) {}
@@ -22,33 +20,30 @@ class INVfile {
 
   int32_t byte_order_flag() const { return byte_order_flag_; }
 
-  // Encodes the tree at once, so later changes to it do not reach the file, and takes it over.
-  void add_section(std::unique_ptr<InventoryTree> tree, int32_t kind, bool sectioned, bool compressed);
+  // `kind` is one of SectionKind (container.h). Encodes the tree at once, so later changes to it do not reach
+  // the file, and takes it over.
+  void add_section(std::unique_ptr<InventoryTree> tree, int32_t kind, Layout layout);
   // Appends a block made with new[], already compressed, as a raw-data section, and keeps it as it is. The
   // container only borrows it, unless frees_borrowed_data is set by the time the container is destroyed.
   void add_raw_section(unsigned char* data, size_t length);
   bool frees_borrowed_data = false;
 
   // The file's bytes.
-  Bytes build(bool compress_header);
+  Bytes build(HeaderForm form) const;
   // Creates or replaces the file. True when it was written whole; false, and no file, when it could not be
   // opened or written.
-  bool save(const char* path, bool compress_header);
+  bool save(const char* path, HeaderForm form) const;
 
  private:
   struct Section {
     int32_t kind;
-    bool borrowed;
-    bool sectioned;
-    bool compressed;
     std::unique_ptr<InventoryTree> tree;  // none for raw data
-    Bytes owned_data;
-    unsigned char* data;  // points into owned_data unless borrowed
-    size_t length;
-    uint32_t offset;  // from the start of the file; set when the file is laid out
-  };
+    Bytes encoded_tree;
+    unsigned char* borrowed_data;  // none for a tree
+    size_t borrowed_length;
 
-  std::string header_text();
+    ContainerSection contents() const;
+  };
 
   std::vector<Section> sections_;
   int32_t byte_order_flag_;

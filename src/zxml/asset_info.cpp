@@ -185,7 +185,7 @@ void build_debug_asset_info(INVfile& container, const char* name, const AssetNet
   write_identity(top, {name, name, "nvtPhysical", "nstNone", "sstNone"}, network);
   const Text now = format_now(DateForm::kCim);
   write_rows(top, {{"scan-attempt", now.get()}, {"error-message", "Debug scan"}});
-  container.add_section(std::move(tree), INVfile::kAssetInfo, false, true);
+  container.add_section(std::move(tree), kAssetInfo, Layout::whole_compressed);
 
   Bytes compressed = deflate_buffer(raw_output, length, "INVfile");
   const size_t compressed_length = compressed.length();

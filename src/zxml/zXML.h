@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "zxml/container.h"
 #include "zxml/tag.h"
 
 class InventoryTree {
@@ -35,15 +36,11 @@ class InventoryTree {
   void set_tag_value(const char* path, Value value);
   void annotate_attribute(const char* path, const char* key, const char* text);
 
-  // The tree's bytes, whole or split into named sections, as text or as zlib streams:
-  //   whole, compressed   stream of the whole text, 0x00, 0x01, "ZXML"
-  //   whole, plain        the whole text, 0x00, 0x00
-  //   split, compressed   stream per section, stream of the index, index offset (32 bits), 0x01, 0x01
-  //   split, plain        the text without the top element's closing line, the index, index offset, 0x01,
-  //   0x00
-  Bytes serialize(bool sectioned, bool compressed);
+  // The tree's bytes: the whole text or its stream, or the parts of a split layout, their index and its
+  // offset; then the bytes that tell the layout (container.h). A split layout rewrites the section records.
+  Bytes serialize(Layout layout);
   // Writes those bytes to a file; nothing happens when it cannot be opened.
-  void save(const char* path, bool sectioned, bool compressed);
+  void save(const char* path, Layout layout);
 
  private:
   Bytes whole_plain() const;
@@ -52,7 +49,7 @@ class InventoryTree {
   Bytes split_compressed();
   void add_section_record(const std::string& name, size_t length);
   std::string section_index() const;
-  void append_split_trailer(Bytes& bytes, size_t index_offset, bool compressed) const;
+  void append_split_end(Bytes& bytes, size_t index_offset, std::string_view end) const;
 
   std::vector<Section> sections_;
   int32_t byte_order_flag_;

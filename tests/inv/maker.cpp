@@ -53,21 +53,19 @@ std::string file(const Form& form) {
   INVfile file(form.byte_order);
   auto first = snapshot();
   auto second = asset();
-  file.add_section(std::make_unique<InventoryTree>(*first), INVfile::kSnapshot, form.sectioned,
-                   form.compressed);
-  file.add_section(std::make_unique<InventoryTree>(*second), INVfile::kAssetInfo, form.sectioned,
-                   form.compressed);
-  return bytes_of(file.build(form.header_compressed));
+  file.add_section(std::make_unique<InventoryTree>(*first), kSnapshot, form.layout);
+  file.add_section(std::make_unique<InventoryTree>(*second), kAssetInfo, form.layout);
+  return bytes_of(file.build(form.header));
 }
 
 std::string debug_file(std::string_view profiler_output) {
   INVfile file(1);
-  file.add_section(asset(), INVfile::kAssetInfo, false, true);
+  file.add_section(asset(), kAssetInfo, Layout::whole_compressed);
   Bytes raw = deflate_buffer(profiler_output.data(), profiler_output.size(), "test");
   const size_t length = raw.length();
   file.add_raw_section(raw.release(), length);
   file.frees_borrowed_data = true;
-  return bytes_of(file.build(true));
+  return bytes_of(file.build(HeaderForm::compressed));
 }
 
 std::string text_of(const InventoryTree& tree) {

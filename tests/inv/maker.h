@@ -13,9 +13,8 @@ namespace maker {
 
 struct Form {
   int byte_order = 1;
-  bool sectioned = false;
-  bool compressed = true;
-  bool header_compressed = true;
+  Layout layout = Layout::whole_compressed;
+  HeaderForm header = HeaderForm::compressed;
 };
 
 std::string bytes_of(const Bytes& bytes);

@@ -13,13 +13,14 @@
 
 #include "support/temporary_directory.h"
 #include "zxml/inflated.h"
+#include "zxml/layouts.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr bool kPlain = false;
-constexpr bool kCompressed = true;
+constexpr HeaderForm kPlain = HeaderForm::plain;
+constexpr HeaderForm kCompressed = HeaderForm::compressed;
 
 std::unique_ptr<InventoryTree> tree(const char* top_name) {
   return std::make_unique<InventoryTree>(1, top_name);
@@ -79,9 +80,9 @@ const std::string kTwoSectionHeader =
     "length=23\n"
     "type=assetinfo\n";
 
-void add_two_sections(INVfile& file, bool compressed) {
-  file.add_section(snapshot(), INVfile::kSnapshot, false, compressed);
-  file.add_section(tree("AssetInfo"), INVfile::kAssetInfo, false, compressed);
+void add_two_sections(INVfile& file, Layout layout) {
+  file.add_section(snapshot(), kSnapshot, layout);
+  file.add_section(tree("AssetInfo"), kAssetInfo, layout);
 }
 
 TEST(Container, IsLaidOutFieldByFieldInBothByteOrders) {
@@ -89,7 +90,7 @@ TEST(Container, IsLaidOutFieldByFieldInBothByteOrders) {
                                         std::string("\0\0\0\0\0\0\0\x51", 8)};  // and most significant first
   for (const int32_t byte_order_flag : {0, 1}) {
     INVfile file(byte_order_flag);
-    add_two_sections(file, kPlain);
+    add_two_sections(file, Layout::whole_plain);
     EXPECT_EQ(as_string(file.build(kPlain)), kSnapshotData + kAssetData + kTwoSectionHeader +
                                                  header_offsets[byte_order_flag] +
                                                  "\x03" +                // the layout's version
@@ -100,7 +101,7 @@ TEST(Container, IsLaidOutFieldByFieldInBothByteOrders) {
 
 TEST(Container, CompressesItsHeader) {
   INVfile file(1);
-  add_two_sections(file, kPlain);
+  add_two_sections(file, Layout::whole_plain);
   const std::string bytes = as_string(file.build(kCompressed));
   EXPECT_EQ(bytes.substr(0, 81), kSnapshotData + kAssetData);
   EXPECT_EQ(inflated(header(bytes)), kTwoSectionHeader);
@@ -109,10 +110,10 @@ TEST(Container, CompressesItsHeader) {
 
 TEST(Container, StoresSectionsAsTheirTreesEncodeThem) {
   INVfile file(1);
-  add_two_sections(file, kCompressed);
+  add_two_sections(file, Layout::whole_compressed);
   const std::string bytes = as_string(file.build(kCompressed));
-  const std::string first = as_string(snapshot()->serialize(false, true));
-  const std::string second = as_string(tree("AssetInfo")->serialize(false, true));
+  const std::string first = as_string(snapshot()->serialize(Layout::whole_compressed));
+  const std::string second = as_string(tree("AssetInfo")->serialize(Layout::whole_compressed));
   EXPECT_EQ(bytes.substr(0, first.size() + second.size()), first + second);
   EXPECT_EQ(bytes.size(), first.size() + second.size() + header(bytes).size() + 14);
   EXPECT_EQ(Trailer(bytes).header_offset(), first.size() + second.size());
@@ -127,14 +128,11 @@ TEST(Container, StoresSectionsAsTheirTreesEncodeThem) {
 }
 
 TEST(Container, StoresAnyFormOfATree) {
-  for (const bool sectioned : {false, true}) {
-    for (const bool compressed : {false, true}) {
-      INVfile file(1);
-      file.add_section(snapshot(), INVfile::kSnapshot, sectioned, compressed);
-      const std::string bytes = as_string(file.build(kPlain));
-      EXPECT_EQ(bytes.substr(0, Trailer(bytes).header_offset()),
-                as_string(snapshot()->serialize(sectioned, compressed)));
-    }
+  for (const Layout layout : kLayouts) {
+    INVfile file(1);
+    file.add_section(snapshot(), kSnapshot, layout);
+    const std::string bytes = as_string(file.build(kPlain));
+    EXPECT_EQ(bytes.substr(0, Trailer(bytes).header_offset()), as_string(snapshot()->serialize(layout)));
   }
 }
 
@@ -154,18 +152,18 @@ TEST(Container, WritesALargeHeaderOffset) {
 
 TEST(Container, GivesAnUnknownKindItsPlaceAndItsNumberButNoEntry) {
   INVfile file(1);
-  file.add_section(tree("Other"), 7, false, kPlain);  // 19 bytes
-  file.add_section(tree("AssetInfo"), INVfile::kAssetInfo, false, kPlain);
-  file.add_section(tree("Other"), -1, false, kPlain);
+  file.add_section(tree("Other"), 7, Layout::whole_plain);  // 19 bytes
+  file.add_section(tree("AssetInfo"), kAssetInfo, Layout::whole_plain);
+  file.add_section(tree("Other"), -1, Layout::whole_plain);
   EXPECT_EQ(plain_header(file), "[H]\ncount=3\nsnapshotcount=0\n[1]\noffset=19\nlength=23\ntype=assetinfo\n");
   EXPECT_EQ(as_string(file.build(kPlain)).substr(19, 23), kAssetData);
 }
 
 TEST(Container, CountsSnapshotsByTheirTreesAndNotByTheirKind) {
   INVfile file(1);
-  file.add_section(tree("Snapshot"), 7, false, kPlain);
-  file.add_section(tree("Snapshot"), INVfile::kAssetInfo, false, kPlain);
-  file.add_section(tree("Shot"), INVfile::kSnapshot, false, kPlain);
+  file.add_section(tree("Snapshot"), 7, Layout::whole_plain);
+  file.add_section(tree("Snapshot"), kAssetInfo, Layout::whole_plain);
+  file.add_section(tree("Shot"), kSnapshot, Layout::whole_plain);
   EXPECT_EQ(plain_header(file).substr(0, 28), "[H]\ncount=3\nsnapshotcount=2\n");
 }
 
@@ -176,8 +174,8 @@ TEST(Container, LeavesTheTimestampEmptyWhenTheTreeHasNoneInTextForm) {
     return made;
   };
   INVfile file(1);
-  file.add_section(tree("Snapshot"), INVfile::kSnapshot, false, kPlain);  // 22 bytes
-  file.add_section(numbered(), INVfile::kSnapshot, false, kPlain);        // 41 bytes
+  file.add_section(tree("Snapshot"), kSnapshot, Layout::whole_plain);  // 22 bytes
+  file.add_section(numbered(), kSnapshot, Layout::whole_plain);        // 41 bytes
   EXPECT_EQ(plain_header(file),
             "[H]\ncount=2\nsnapshotcount=2\n"
             "[0]\noffset=0\nlength=22\ntype=snapshot\ntimestamp=\nsnaptype=mac:1\n"
@@ -188,14 +186,14 @@ TEST(Container, HoldsTheTreeAsItWasWhenAdded) {
   INVfile file(1);
   auto later_changed = tree("AssetInfo");
   InventoryTree* held = later_changed.get();
-  file.add_section(std::move(later_changed), INVfile::kAssetInfo, false, kPlain);
+  file.add_section(std::move(later_changed), kAssetInfo, Layout::whole_plain);
   held->set_attribute("/x", text_value("late"));
   EXPECT_EQ(as_string(file.build(kPlain)).substr(0, kAssetData.size()), kAssetData);
 }
 
 TEST(Container, GivesTheSameBytesEachTime) {
   INVfile file(1);
-  add_two_sections(file, kCompressed);
+  add_two_sections(file, Layout::whole_compressed);
   const std::string first = as_string(file.build(kCompressed));
   EXPECT_EQ(as_string(file.build(kCompressed)), first);
 }
@@ -206,7 +204,7 @@ TEST(RawSection, IsStoredAsItIs) {
   const std::string raw("\x78\xDA\0raw", 6);
   INVfile file(1);
   file.frees_borrowed_data = true;
-  file.add_section(tree("AssetInfo"), INVfile::kAssetInfo, false, kPlain);
+  file.add_section(tree("AssetInfo"), kAssetInfo, Layout::whole_plain);
   file.add_raw_section(block(raw), raw.size());
   EXPECT_EQ(as_string(file.build(kPlain)).substr(0, 29), kAssetData + raw);
   EXPECT_EQ(plain_header(file),
@@ -243,10 +241,10 @@ TEST(Save, WritesTheFile) {
   const TemporaryDirectory directory;
   const std::string path = directory.file("MAC_0017F2000000.inv");
   INVfile file(1);
-  add_two_sections(file, kCompressed);
-  for (const bool compress_header : {false, true}) {
-    EXPECT_TRUE(file.save(path.c_str(), compress_header));
-    EXPECT_EQ(file_bytes(path), as_string(file.build(compress_header)));
+  add_two_sections(file, Layout::whole_compressed);
+  for (const HeaderForm form : {kPlain, kCompressed}) {
+    EXPECT_TRUE(file.save(path.c_str(), form));
+    EXPECT_EQ(file_bytes(path), as_string(file.build(form)));
   }
 }
 
@@ -337,7 +335,7 @@ TEST(Save, FailsOnAFullDeviceAndLeavesItAlone) {
   const std::string link = directory.file("link");
   fs::create_symlink("/dev/full", link);
   INVfile file(1);
-  add_two_sections(file, kCompressed);
+  add_two_sections(file, Layout::whole_compressed);
   EXPECT_FALSE(file.save(link.c_str(), kCompressed));
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_TRUE(fs::is_character_file("/dev/full"));

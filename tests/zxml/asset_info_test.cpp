@@ -250,7 +250,7 @@ class DebugScan : public testing::Test {
     INVfile container(1);
     build_debug_asset_info(container, name, network, raw_output.data(), raw_output.size());
     EXPECT_TRUE(container.frees_borrowed_data);
-    const Bytes bytes = container.build(false);
+    const Bytes bytes = container.build(HeaderForm::plain);
     file_.assign(reinterpret_cast<const char*>(bytes.data()), bytes.length());
     header_ = file_.substr(file_.find("[H]\n"));
     header_.resize(header_.size() - 14);

@@ -49,7 +49,7 @@ std::unique_ptr<InventoryTree> example_asset_info() {
 
 // What a whole, plain form shows of the tree: its text without the mark's bytes, which no page can show.
 std::string shown_text(InventoryTree& tree) {
-  const std::string bytes = as_string(tree.serialize(false, false));
+  const std::string bytes = as_string(tree.serialize(Layout::whole_plain));
   return bytes.substr(3, bytes.size() - 5);
 }
 
@@ -78,9 +78,9 @@ TEST(FormatDocument, DumpsTheFileOfItsExample) {
 // Where zlib packs the texts into other bytes, only the offsets and lengths may differ from the page.
 TEST(FormatDocument, ShowsTheHeaderThatTheLibraryWrites) {
   INVfile file(1);
-  file.add_section(example_snapshot(), INVfile::kSnapshot, false, true);
-  file.add_section(example_asset_info(), INVfile::kAssetInfo, false, true);
-  const std::string bytes = as_string(file.build(false));
+  file.add_section(example_snapshot(), kSnapshot, Layout::whole_compressed);
+  file.add_section(example_asset_info(), kAssetInfo, Layout::whole_compressed);
+  const std::string bytes = as_string(file.build(HeaderForm::plain));
   const std::string header = bytes.substr(bytes.find("[H]\n"));
   std::istringstream shown(code_block("header"));
   std::istringstream made(header.substr(0, header.size() - 14));

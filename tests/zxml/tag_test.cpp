@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "zxml/layouts.h"
 #include "zxml/outline.h"
 #include "zxml/zXML.h"
 
@@ -354,9 +355,7 @@ TEST(DeepTree, IsMeasuredAndWrittenInEveryForm) {
   std::string written(text.size(), '\0');
   EXPECT_EQ(tree.root().write_text(written.data(), 0), text.size());
   EXPECT_TRUE(written == text);
-  for (const bool sectioned : {false, true}) {
-    for (const bool compressed : {false, true}) EXPECT_FALSE(tree.serialize(sectioned, compressed).empty());
-  }
+  for (const Layout layout : kLayouts) EXPECT_FALSE(tree.serialize(layout).empty());
 }
 
 }  // namespace

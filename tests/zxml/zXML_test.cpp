@@ -7,6 +7,7 @@
 
 #include "support/temporary_directory.h"
 #include "zxml/inflated.h"
+#include "zxml/layouts.h"
 #include "zxml/outline.h"
 
 namespace {
@@ -44,13 +45,13 @@ InventoryTree small_tree(int32_t byte_order_flag) {
 }
 
 TEST(Serialize, WholeAndPlainIsTheTextAndTwoZeros) {
-  EXPECT_EQ(as_string(small_tree(1).serialize(false, false)),
+  EXPECT_EQ(as_string(small_tree(1).serialize(Layout::whole_plain)),
             kRoot + kStorage + kUsb + "-\n" + zeros(1) +  // not sectioned
                 zeros(1));                                // not compressed
 }
 
 TEST(Serialize, WholeAndCompressedIsOneStreamAndTheMarker) {
-  const std::string bytes = as_string(small_tree(1).serialize(false, true));
+  const std::string bytes = as_string(small_tree(1).serialize(Layout::whole_compressed));
   ASSERT_GT(bytes.size(), 6u);
   const size_t end = bytes.size() - 6;
   EXPECT_EQ(inflated(bytes.substr(0, end)), kRoot + kStorage + kUsb + "-\n");
@@ -60,15 +61,15 @@ TEST(Serialize, WholeAndCompressedIsOneStreamAndTheMarker) {
 }
 
 TEST(Serialize, SplitAndPlainIsTheTextWithoutItsLastLineAndTheIndex) {
-  EXPECT_EQ(as_string(small_tree(1).serialize(true, false)),
+  EXPECT_EQ(as_string(small_tree(1).serialize(Layout::split_plain)),
             kRoot + kStorage + kUsb + kPlainIndex + zeros(3) + "\x68" +  // the index begins at 104
                 "\x01" +                                                 // sectioned
                 zeros(1));                                               // not compressed
 }
 
 TEST(Serialize, SplitFormsWriteTheIndexOffsetInTheTreesByteOrder) {
-  const std::string big = as_string(small_tree(1).serialize(true, false));
-  const std::string little = as_string(small_tree(0).serialize(true, false));
+  const std::string big = as_string(small_tree(1).serialize(Layout::split_plain));
+  const std::string little = as_string(small_tree(0).serialize(Layout::split_plain));
   EXPECT_EQ(big.substr(big.size() - 6), zeros(3) + "\x68\x01" + zeros(1));
   EXPECT_EQ(little.substr(little.size() - 6), "\x68" + zeros(3) + "\x01" + zeros(1));
   EXPECT_EQ(big.substr(0, big.size() - 6), little.substr(0, little.size() - 6));
@@ -85,7 +86,7 @@ std::string index_record(const char* name, size_t* offset, size_t length) {
 TEST(Serialize, SplitAndCompressedIsAStreamForEachSectionAndTheIndex) {
   for (const int32_t byte_order_flag : {1, 0}) {
     InventoryTree tree = small_tree(byte_order_flag);
-    const std::string bytes = as_string(tree.serialize(true, true));
+    const std::string bytes = as_string(tree.serialize(Layout::split_compressed));
     const struct {
       const char* name;
       std::string text;
@@ -110,10 +111,10 @@ TEST(Serialize, SplitAndCompressedIsAStreamForEachSectionAndTheIndex) {
 
 TEST(Serialize, KeepsTheRecordsOfTheLastSplitFormOnly) {
   InventoryTree tree = small_tree(1);
-  tree.serialize(false, true);
+  tree.serialize(Layout::whole_compressed);
   EXPECT_TRUE(tree.sections().empty());
-  tree.serialize(true, true);
-  tree.serialize(true, false);
+  tree.serialize(Layout::split_compressed);
+  tree.serialize(Layout::split_plain);
   ASSERT_EQ(tree.sections().size(), 3u);
   EXPECT_EQ(tree.sections()[0].name, "Root");
   EXPECT_EQ(tree.sections()[2].name, "USB");
@@ -125,24 +126,24 @@ TEST(Serialize, KeepsTheRecordsOfTheLastSplitFormOnly) {
 TEST(Serialize, DoesNotChangeTheTree) {
   InventoryTree tree = small_tree(1);
   const std::string before = outline(tree.root());
-  const std::string first = as_string(tree.serialize(true, true));
-  tree.serialize(true, false);
-  tree.serialize(false, false);
-  EXPECT_EQ(as_string(tree.serialize(true, true)), first);
+  const std::string first = as_string(tree.serialize(Layout::split_compressed));
+  tree.serialize(Layout::split_plain);
+  tree.serialize(Layout::whole_plain);
+  EXPECT_EQ(as_string(tree.serialize(Layout::split_compressed)), first);
   EXPECT_EQ(outline(tree.root()), before);
 }
 
 TEST(Serialize, SplitsATreeOfOneLeafIntoItsHeader) {
   InventoryTree tree(1, "Top");
-  EXPECT_EQ(as_string(tree.serialize(true, false)),
+  EXPECT_EQ(as_string(tree.serialize(Layout::split_plain)),
             kMarkLine + "*Top=\n[Root]\noffset=0\nlength=15\n" + zeros(3) + "\x0F\x01" + zeros(1));
 }
 
 TEST(Serialize, FillsUpWithZerosForWhatALeafHides) {
   InventoryTree tree(1, "t");
   tree.set_tag_value("/hidden", text_value("value"));
-  EXPECT_EQ(as_string(tree.serialize(false, false)), kMarkLine + "*t=\n" + zeros(14 + 2));
-  const std::string compressed = as_string(tree.serialize(false, true));
+  EXPECT_EQ(as_string(tree.serialize(Layout::whole_plain)), kMarkLine + "*t=\n" + zeros(14 + 2));
+  const std::string compressed = as_string(tree.serialize(Layout::whole_compressed));
   EXPECT_EQ(inflated(compressed.substr(0, compressed.size() - 6)), kMarkLine + "*t=\n");
 }
 
@@ -151,11 +152,11 @@ TEST(Serialize, LeavesTheTopsAnnotationsOutOfTheHeadersLength) {
   tree.set_attribute("/a/x", text_value("1"));
   tree.top().annotate("k", "t");
   testing::internal::CaptureStderr();
-  EXPECT_EQ(as_string(tree.serialize(true, false)),
+  EXPECT_EQ(as_string(tree.serialize(Layout::split_plain)),
             kMarkLine + "+t=\n~k=t\n*a=\nx=1\n" +
                 "[Root]\noffset=0\nlength=13\n[a]\noffset=13\nlength=8\n" +  // 5 short of the text
                 zeros(3) + "\x1A\x01" + zeros(1));
-  const std::string bytes = as_string(tree.serialize(true, true));
+  const std::string bytes = as_string(tree.serialize(Layout::split_compressed));
   testing::internal::GetCapturedStderr();
   size_t length = 0;
   EXPECT_EQ(inflated_first(bytes, &length), kMarkLine + "+t=\n") << "cut at the computed length";
@@ -166,12 +167,13 @@ TEST(Serialize, HasRoomForElementsBesideTheTop) {
   const std::string name(1000, 'n');
   tree.set_attribute((name + "/x").c_str(), text_value("1"));
   const std::string text = kMarkLine + "*t=\n*" + name + "=\nx=1\n";
-  const std::string whole = as_string(tree.serialize(false, true));
+  const std::string whole = as_string(tree.serialize(Layout::whole_compressed));
   EXPECT_EQ(inflated(whole.substr(0, whole.size() - 6)), text);
-  EXPECT_EQ(as_string(tree.serialize(false, false)), kMarkLine + "*t=\n" + zeros(2));
-  EXPECT_EQ(as_string(tree.serialize(true, false)).substr(0, text.size()), text);
+  EXPECT_EQ(as_string(tree.serialize(Layout::whole_plain)), kMarkLine + "*t=\n" + zeros(2));
+  EXPECT_EQ(as_string(tree.serialize(Layout::split_plain)).substr(0, text.size()), text);
   size_t length = 0;
-  EXPECT_EQ(inflated_first(as_string(tree.serialize(true, true)), &length), kMarkLine + "*t=\n");
+  EXPECT_EQ(inflated_first(as_string(tree.serialize(Layout::split_compressed)), &length),
+            kMarkLine + "*t=\n");
   EXPECT_EQ(inflated(as_string(tree.root().compressed_text())), kMarkLine + "*t=\n");
 }
 
@@ -181,9 +183,9 @@ TEST(Serialize, HasRoomForARootThatBecameABranch) {
   const std::string value(1000, 'v');
   tree.set_attribute("x", text_value(value.c_str()));
   const std::string text = "+=\nx=" + value + "\n*t=\n*u=\n-\n";
-  const std::string whole = as_string(tree.serialize(false, true));
+  const std::string whole = as_string(tree.serialize(Layout::whole_compressed));
   EXPECT_EQ(inflated(whole.substr(0, whole.size() - 6)), text);
-  EXPECT_EQ(as_string(tree.serialize(false, false)), text + zeros(2));
+  EXPECT_EQ(as_string(tree.serialize(Layout::whole_plain)), text + zeros(2));
 }
 
 // --- saving ---
@@ -192,18 +194,16 @@ TEST(SaveTree, WritesTheSerializedBytes) {
   const TemporaryDirectory directory;
   const std::string path = directory.file("tree");
   InventoryTree tree = small_tree(1);
-  for (const bool sectioned : {false, true}) {
-    for (const bool compressed : {false, true}) {
-      tree.save(path.c_str(), sectioned, compressed);
-      EXPECT_EQ(file_bytes(path), as_string(tree.serialize(sectioned, compressed)));
-    }
+  for (const Layout layout : kLayouts) {
+    tree.save(path.c_str(), layout);
+    EXPECT_EQ(file_bytes(path), as_string(tree.serialize(layout)));
   }
 }
 
 TEST(SaveTree, DoesNothingWhenTheFileCannotBeOpened) {
   const TemporaryDirectory directory;
   const std::string path = directory.file("missing/tree");
-  small_tree(1).save(path.c_str(), false, true);
+  small_tree(1).save(path.c_str(), Layout::whole_compressed);
   EXPECT_FALSE(std::filesystem::exists(path));
 }
 

@@ -29,7 +29,7 @@ constexpr char kTwoApplications[] =
 
 TEST(Diff, AFileDoesNotDifferFromItself) {
   EXPECT_EQ(changes(maker::file(), maker::file(), Facts::all), "");
-  EXPECT_EQ(changes(maker::file(), maker::file({0, true, false, false}), Facts::all), "");
+  EXPECT_EQ(changes(maker::file(), maker::file({0, Layout::split_plain, HeaderForm::plain}), Facts::all), "");
 }
 
 TEST(Diff, ElementsThatMovedAreTheSame) {

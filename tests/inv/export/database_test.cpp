@@ -66,7 +66,7 @@ TEST_F(DatabaseTest, HoldsMachinesAndTheirFacts) {
 TEST_F(DatabaseTest, LoadingAgainChangesNothing) {
   load({maker::file(), maker::file()});
   const std::string facts = query("SELECT path, value FROM facts ORDER BY position");
-  load({maker::file({0, true, false, false})});
+  load({maker::file({0, Layout::split_plain, HeaderForm::plain})});
   EXPECT_EQ(query("SELECT count(*) FROM machines"), "1\n");
   EXPECT_EQ(query("SELECT path, value FROM facts ORDER BY position"), facts);
 }

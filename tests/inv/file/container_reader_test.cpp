@@ -30,13 +30,13 @@ std::string header(const std::string& entries, int count = 1) {
 
 TEST(ContainerReader, ReadsBothByteOrdersAndBothHeaderForms) {
   for (const int byte_order : {0, 1}) {
-    for (const bool compressed : {false, true}) {
-      const std::string file = maker::file({byte_order, false, true, compressed});
+    for (const HeaderForm header : {HeaderForm::plain, HeaderForm::compressed}) {
+      const std::string file = maker::file({byte_order, Layout::whole_compressed, header});
       Faults faults;
       const auto container = read(file, faults);
       ASSERT_TRUE(container);
       EXPECT_EQ(container->big_endian, byte_order == 1);
-      EXPECT_EQ(container->header_compressed, compressed);
+      EXPECT_EQ(container->header_compressed, header == HeaderForm::compressed);
       EXPECT_EQ(container->header_offset + container->header_size + 14, file.size());
       EXPECT_EQ(container->header_text.substr(0, 12), "[H]\ncount=2\n");
       EXPECT_TRUE(faults.empty());
@@ -74,10 +74,10 @@ TEST(ContainerReader, ReadsTheRawDataOfADebugRun) {
 
 TEST(ContainerReader, ShowsBytesOfKindsWithoutAnEntryAsUnlisted) {
   INVfile writer(1);
-  writer.add_section(maker::snapshot(), 7, false, true);
-  writer.add_section(maker::asset(), INVfile::kAssetInfo, false, true);
-  writer.add_section(maker::asset(), 9, false, true);
-  const std::string file = maker::bytes_of(writer.build(true));
+  writer.add_section(maker::snapshot(), 7, Layout::whole_compressed);
+  writer.add_section(maker::asset(), kAssetInfo, Layout::whole_compressed);
+  writer.add_section(maker::asset(), 9, Layout::whole_compressed);
+  const std::string file = maker::bytes_of(writer.build(HeaderForm::compressed));
   Faults faults;
   const auto container = read(file, faults);
   ASSERT_TRUE(container);

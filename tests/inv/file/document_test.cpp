@@ -50,8 +50,8 @@ TEST(Document, TheLastChildHasNoSiblingAndTheTopNoParent) {
 
 TEST(Document, WritesTheTextItWasParsedFrom) {
   for (const std::string& text : {maker::text_of(*maker::snapshot()), maker::text_of(*maker::asset()),
-                                  std::string(inv::kTextMark) + "*Snapshot=\n",
-                                  std::string(inv::kTextMark) + "+a==\n~k=t\n=\n+b=\n-\n*c=\n~x=\n-\n"}) {
+                                  std::string(kTextMark) + "*Snapshot=\n",
+                                  std::string(kTextMark) + "+a==\n~k=t\n=\n+b=\n-\n*c=\n~x=\n-\n"}) {
     EXPECT_EQ(inv::write_text(parsed(text)), text);
   }
 }

@@ -4,22 +4,20 @@
 
 #include "inv/file/zxml_parser.h"
 #include "inv/maker.h"
+#include "tests/zxml/layouts.h"
 
 namespace {
 
 TEST(Inventory, OpensBothTreesInEveryForm) {
   for (const int byte_order : {0, 1}) {
-    for (const bool sectioned : {false, true}) {
-      for (const bool compressed : {false, true}) {
-        for (const bool header_compressed : {false, true}) {
-          const auto inventory =
-              maker::open(maker::file({byte_order, sectioned, compressed, header_compressed}));
-          ASSERT_TRUE(inventory->snapshot());
-          ASSERT_TRUE(inventory->asset());
-          EXPECT_TRUE(inventory->faults.empty());
-          EXPECT_EQ(inventory->snapshot()->text(), maker::text_of(*maker::snapshot()));
-          EXPECT_EQ(inventory->asset()->text(), maker::text_of(*maker::asset()));
-        }
+    for (const Layout layout : kLayouts) {
+      for (const HeaderForm header : {HeaderForm::plain, HeaderForm::compressed}) {
+        const auto inventory = maker::open(maker::file({byte_order, layout, header}));
+        ASSERT_TRUE(inventory->snapshot());
+        ASSERT_TRUE(inventory->asset());
+        EXPECT_TRUE(inventory->faults.empty());
+        EXPECT_EQ(inventory->snapshot()->text(), maker::text_of(*maker::snapshot()));
+        EXPECT_EQ(inventory->asset()->text(), maker::text_of(*maker::asset()));
       }
     }
   }

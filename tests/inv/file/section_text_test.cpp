@@ -4,11 +4,12 @@
 
 #include "inv/file/container_reader.h"
 #include "inv/maker.h"
+#include "tests/zxml/layouts.h"
 
 namespace {
 
 using inv::Fault;
-using inv::Layout;
+using inv::layout_name;
 using inv::SectionText;
 
 std::optional<SectionText> read(std::string_view data, Fault* fault, bool big_endian = true) {
@@ -22,27 +23,18 @@ std::string fault_of(std::string_view data, uint64_t max_size = inv::kUsualMaxSi
 }
 
 TEST(SectionText, GivesTheSameTextInAllFourLayoutsAndBothByteOrders) {
-  struct Row {
-    bool sectioned;
-    bool compressed;
-    Layout layout;
-  };
-  constexpr Row kRows[] = {{false, true, Layout::whole_compressed},
-                           {false, false, Layout::whole_plain},
-                           {true, true, Layout::split_compressed},
-                           {true, false, Layout::split_plain}};
   const auto source = maker::snapshot();
   for (const int byte_order : {0, 1}) {
     InventoryTree tree(byte_order, "Snapshot");
     for (const auto& child : source->top().children()) tree.top().add_child(std::make_unique<Tag>(*child));
-    for (const Row& row : kRows) {
-      const std::string data = maker::bytes_of(tree.serialize(row.sectioned, row.compressed));
+    for (const Layout layout : kLayouts) {
+      const std::string data = maker::bytes_of(tree.serialize(layout));
       for (const bool container_order : {false, true}) {
         Fault fault;
         const auto text = read(data, &fault, container_order);
-        ASSERT_TRUE(text) << layout_name(row.layout) << ": " << inv::describe(fault);
-        EXPECT_EQ(text->layout, row.layout);
-        EXPECT_EQ(text->text, maker::text_of(tree)) << layout_name(row.layout);
+        ASSERT_TRUE(text) << layout_name(layout) << ": " << inv::describe(fault);
+        EXPECT_EQ(text->layout, layout);
+        EXPECT_EQ(text->text, maker::text_of(tree)) << layout_name(layout);
       }
     }
   }
@@ -50,13 +42,11 @@ TEST(SectionText, GivesTheSameTextInAllFourLayoutsAndBothByteOrders) {
 
 TEST(SectionText, ReadsATreeOfATopElementAlone) {
   InventoryTree tree(1, "Snapshot");
-  for (const bool sectioned : {false, true}) {
-    for (const bool compressed : {false, true}) {
-      Fault fault;
-      const auto text = read(maker::bytes_of(tree.serialize(sectioned, compressed)), &fault);
-      ASSERT_TRUE(text) << inv::describe(fault);
-      EXPECT_EQ(text->text, "\xEF\xBB\xBF?zxml\n*Snapshot=\n");
-    }
+  for (const Layout layout : kLayouts) {
+    Fault fault;
+    const auto text = read(maker::bytes_of(tree.serialize(layout)), &fault);
+    ASSERT_TRUE(text) << inv::describe(fault);
+    EXPECT_EQ(text->text, "\xEF\xBB\xBF?zxml\n*Snapshot=\n");
   }
 }
 
@@ -64,13 +54,11 @@ TEST(SectionText, DropsTheNulsBehindALeafThatWasGivenChildren) {
   InventoryTree tree(1, "Snapshot");
   tree.set_attribute("/System/model", text_value("iMac"));
   tree.set_tag_value("/System/never-written", text_value("x"));
-  for (const bool sectioned : {false, true}) {
-    for (const bool compressed : {false, true}) {
-      Fault fault;
-      const auto text = read(maker::bytes_of(tree.serialize(sectioned, compressed)), &fault);
-      ASSERT_TRUE(text) << inv::describe(fault);
-      EXPECT_EQ(text->text, "\xEF\xBB\xBF?zxml\n+Snapshot=\n*System=\nmodel=iMac\n-\n");
-    }
+  for (const Layout layout : kLayouts) {
+    Fault fault;
+    const auto text = read(maker::bytes_of(tree.serialize(layout)), &fault);
+    ASSERT_TRUE(text) << inv::describe(fault);
+    EXPECT_EQ(text->text, "\xEF\xBB\xBF?zxml\n+Snapshot=\n*System=\nmodel=iMac\n-\n");
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include "inv/facts/facts.h"
 #include "inv/maker.h"
+#include "tests/zxml/layouts.h"
 
 namespace {
 
@@ -21,10 +22,8 @@ constexpr char kNeeded[] =
 
 TEST(Verify, AcceptsEveryFormTheScannerCanWrite) {
   for (const int byte_order : {0, 1}) {
-    for (const bool sectioned : {false, true}) {
-      for (const bool compressed : {false, true}) {
-        EXPECT_EQ(first_fault(maker::file({byte_order, sectioned, compressed, true})), "valid");
-      }
+    for (const Layout layout : kLayouts) {
+      EXPECT_EQ(first_fault(maker::file({byte_order, layout})), "valid");
     }
   }
   EXPECT_EQ(first_fault(maker::debug_file("<plist/>")), "valid");
@@ -48,8 +47,8 @@ TEST(Verify, WantsHeaderAndSnapshotToAgree) {
 
 TEST(Verify, WantsTheTopElementToFitTheSection) {
   INVfile writer(1);
-  writer.add_section(maker::asset(), INVfile::kSnapshot, false, true);
-  EXPECT_EQ(first_fault(maker::bytes_of(writer.build(true))),
+  writer.add_section(maker::asset(), kSnapshot, Layout::whole_compressed);
+  EXPECT_EQ(first_fault(maker::bytes_of(writer.build(HeaderForm::compressed))),
             "at byte 0 (line 2, byte 9 of the text): the top element is not Snapshot");
 }
 
@@ -61,8 +60,9 @@ TEST(Verify, MentionsLinesThatAreNotUtf8WithoutFailing) {
 }
 
 TEST(Verify, RejectsEveryTruncation) {
-  for (const bool compressed : {false, true}) {
-    const std::string file = maker::file({1, false, compressed, compressed});
+  for (const auto& [layout, header] : {std::pair(Layout::whole_plain, HeaderForm::plain),
+                                       std::pair(Layout::whole_compressed, HeaderForm::compressed)}) {
+    const std::string file = maker::file({1, layout, header});
     for (size_t length = 0; length < file.size(); ++length) {
       EXPECT_NE(first_fault(file.substr(0, length)), "valid") << length;
     }

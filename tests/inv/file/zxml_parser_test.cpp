@@ -10,7 +10,7 @@ using inv::Document;
 using inv::Element;
 using inv::Fault;
 
-std::string mark(std::string_view lines) { return std::string(inv::kTextMark).append(lines); }
+std::string mark(std::string_view lines) { return std::string(kTextMark).append(lines); }
 
 Document parsed(std::string text) {
   Fault fault;

@@ -135,7 +135,8 @@ TEST(Redact, ReplacesTheSameInAllTrees) {
 }
 
 TEST(Redact, ReadsEveryFormOfAFile) {
-  for (const maker::Form& form : {maker::Form{0, true, true, false}, maker::Form{1, true, false, true}}) {
+  for (const maker::Form& form : {maker::Form{0, Layout::split_compressed, HeaderForm::plain},
+                                  maker::Form{1, Layout::split_plain, HeaderForm::compressed}}) {
     EXPECT_EQ(redacted_file(maker::file(form)).bytes, redacted_file(maker::file()).bytes);
   }
 }
