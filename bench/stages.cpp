@@ -25,6 +25,7 @@
 #include "collectors/usb.h"
 #include "collectors/users.h"
 #include "driver/base/dates.h"
+#include "driver/output_file.h"
 #include "platform/heap.h"
 #include "profiler/acquisition.h"
 #include "profiler/plist_access.h"
@@ -143,7 +144,9 @@ void scan() {
     container.frees_borrowed_data = true;
     const size_t compressed_length = compressed.length();
     container.add_raw_section(compressed.release(), compressed_length);
-    container.save("stages.inv", HeaderForm::compressed);
+    OutputFile("stages", "").save([&](const char* path) {
+      return container.save(path, HeaderForm::compressed);
+    });
   }
   stages.mark("save");
   text.reset();

@@ -2,11 +2,8 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <SystemConfiguration/SystemConfiguration.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <memory>
 #include <utility>
@@ -18,6 +15,7 @@
 #include "driver/asset_facts.h"
 #include "driver/base/console.h"
 #include "driver/base/dates.h"
+#include "driver/output_file.h"
 #include "platform/cf_ref.h"
 #include "profiler/acquisition.h"
 #include "profiler/plist_access.h"
@@ -47,43 +45,13 @@ Text computer_name() {
   return name ? cfstring_to_text(name.get()) : copy_text("");
 }
 
-// A file that cannot be read is there all the same and must not be overwritten.
-bool file_exists(const char* path) {
-  struct stat status;
-  return lstat(path, &status) == 0;
-}
-
-struct OutputFile {
-  Text name;
-  Text path;
-};
-
-// The path of a file in the working directory; the name alone when that directory cannot be told.
-OutputFile in_working_directory(Text name) {
-  const std::unique_ptr<char, decltype(&std::free)> directory(getcwd(nullptr, 0), &std::free);
-  Text path = directory ? format_string("%s/%s", directory.get(), name.get()) : copy_text(name.get());
-  return {std::move(name), std::move(path)};
-}
-
-// The first free name for this machine: "OFFICE-MAC_001B63AA10FE.inv", then with "(1)", "(2)", ...
-OutputFile name_output_file(const char* machine_name, const char* hardware_address) {
-  const Text stem = copy_text(machine_name);
-  upper_case_ascii(stem.get());
-  const Text address = strip_dashes(hardware_address ? hardware_address : "");
-  OutputFile file = in_working_directory(format_string("%s_%s.inv", stem.get(), address.get()));
-  for (unsigned n = 1; file_exists(file.path.get()); ++n) {
-    file = in_working_directory(format_string("%s_%s(%u).inv", stem.get(), address.get(), n));
-  }
-  return file;
-}
-
-void save_and_report(INVfile& container, const OutputFile& file, bool silent) {
-  if (!container.save(file.path.get(), HeaderForm::compressed)) {
-    std::fprintf(stderr, "Cannot create file :%s\n", file.path.get());
+void save_and_report(const INVfile& container, OutputFile& file, bool silent) {
+  if (!file.save([&container](const char* path) { return container.save(path, HeaderForm::compressed); })) {
+    std::fprintf(stderr, "Cannot create file :%s\n", file.path().c_str());
   } else if (silent) {
-    print_now(">>>%s\n", file.name.get());
+    print_now(">>>%s\n", file.name().c_str());
   } else {
-    print_now("\nScan finished. Results saved to file \"%s\"\n", file.path.get());
+    print_now("\nScan finished. Results saved to file \"%s\"\n", file.path().c_str());
   }
 }
 
@@ -149,7 +117,7 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   container.add_section(std::move(asset_info), kAssetInfo, Layout::whole_compressed);
 
   log("VI. Generating File name....");
-  const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());
+  OutputFile file(machine_name(identity, computer), identity.hardware_address.get());
   log("done\n");
   log("VII. Saving to file....");
   save_and_report(container, file, silent);
@@ -165,7 +133,7 @@ void run_debug_scan(const ScanContext& context, bool silent, const char* ip) {
   const Text computer = computer_name();
   build_debug_asset_info(container, machine_name(identity, computer), asset_network(identity),
                          output.text.get(), output.length);
-  const OutputFile file = name_output_file(machine_name(identity, computer), identity.hardware_address.get());
+  OutputFile file(machine_name(identity, computer), identity.hardware_address.get());
   save_and_report(container, file, silent);
 }
 

@@ -1,10 +1,8 @@
 #include "zxml/INVfile.h"
 
-#include <sys/stat.h>
-
-#include <csignal>
-#include <cstdio>
 #include <utility>
+
+#include "driver/base/new_file.h"
 
 namespace {
 
@@ -17,25 +15,6 @@ const char* timestamp(const InventoryTree& tree) {
   const char* text = attribute ? attribute->value().text() : nullptr;
   return text ? text : "";
 }
-
-// False for a device or a pipe: those were there before, and are not to be removed.
-bool is_regular(std::FILE* file) {
-  struct stat status;
-  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
-}
-
-// While this lives, a file that reaches the size that the user may write makes the write fail; otherwise the
-// signal that the system sends then would end the program, with half a file left behind.
-class FileSizeSignalIgnored {
- public:
-  FileSizeSignalIgnored() : before_(std::signal(SIGXFSZ, SIG_IGN)) {}
-  FileSizeSignalIgnored(const FileSizeSignalIgnored&) = delete;
-  FileSizeSignalIgnored& operator=(const FileSizeSignalIgnored&) = delete;
-  ~FileSizeSignalIgnored() { std::signal(SIGXFSZ, before_); }
-
- private:
-  void (*before_)(int);
-};
 
 }  // namespace
 
@@ -74,16 +53,6 @@ Bytes INVfile::build(HeaderForm form) const {
 }
 
 bool INVfile::save(const char* path, HeaderForm form) const {
-  std::FILE* file = std::fopen(path, "w");
-  if (!file) return false;
-  const bool removable = is_regular(file);
-  const FileSizeSignalIgnored ignored;
   const Bytes bytes = build(form);
-  const bool written = std::fwrite(bytes.data(), 1, bytes.length(), file) == bytes.length();
-  const bool flushed = std::fflush(file) == 0;
-  const bool closed = std::fclose(file) == 0;
-  if (written && flushed && closed) return true;
-  // A console must never import half a file.
-  if (removable) std::remove(path);
-  return false;
+  return write_new_file(path, bytes.data(), bytes.length());
 }

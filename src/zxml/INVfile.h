@@ -30,8 +30,9 @@ class INVfile {
 
   // The file's bytes.
   Bytes build(HeaderForm form) const;
-  // Creates or replaces the file. True when it was written whole; false, and no file, when it could not be
-  // opened or written.
+  // Creates the file, which only its owner may read, and sees it written to the disk. What stands at the path
+  // is never replaced. True when the file was written whole; otherwise false with the reason in errno (EEXIST
+  // where something stands already), and no file.
   bool save(const char* path, HeaderForm form) const;
 
  private:

@@ -151,12 +151,14 @@ class OutputFile(ScanTestCase):
         (machine / "computer-name.txt").write_text("Studio iMac\n")
         return machine
 
-    def test_a_name_with_a_slash_cannot_be_saved(self):
+    def test_a_slash_in_the_machines_name_leads_to_no_other_folder(self):
         machine = self.machine_without("SPNetworkLocationDataType")
-        (machine / "computer-name.txt").write_text("either/or\n")
-        result = self.scan(machine=machine, answer="y")
-        self.assertEqual(result.stderr.splitlines()[-1], f"Cannot create file :{self.out.resolve()}/EITHER/OR_.inv")
-        self.assertEqual((result.stdout, result.returncode), (PROMPT + "Scan started...\n", 0))
+        for computer, name in (("either/or", "EITHER_OR_.inv"), ("../up", ".._UP_.inv"), ("/", "__.inv")):
+            with self.subTest(computer=computer):
+                (machine / "computer-name.txt").write_text(computer + "\n")
+                result = self.scan("/silent", machine=machine)
+                self.assertEqual((result.stdout, result.stderr), (f"{PERCENTAGES}>>>{name}\n", ""))
+                self.assertEqual(self.decode(name).asset_info.get("alias"), computer)
 
     def test_in_a_folder_without_write_permission_it_says_so(self):
         self.out.chmod(0o555)
