@@ -11,12 +11,13 @@
 
 #include "driver/base/new_file.h"
 #include "driver/base/text.h"
+#include "platform/rename.h"
 
 namespace {
 
-constexpr size_t kLongestName = 255;  // in bytes; what all usual file systems allow
-constexpr size_t kLongestAddress =
-    64;  // of a real one's 12 digits, so that the machine's name keeps its room
+// In bytes: what all usual file systems allow, and room enough for the 12 digits of an address.
+constexpr size_t kLongestName = 255;
+constexpr size_t kLongestAddress = 64;
 
 // Cuts at a character's start.
 std::string shortened(std::string text, size_t length) {
@@ -51,7 +52,6 @@ int claim_by_placeholder(const char* temporary_name, const char* name) {
   close(descriptor);
   if (std::rename(temporary_name, name) == 0) return 0;
   unlink(name);
-  errno = EIO;  // whatever the reason was: the name is not taken
   return -1;
 }
 
@@ -74,7 +74,7 @@ std::string write_temporary(const FileWriter& write) {
 }  // namespace
 
 const std::vector<NameClaim>& name_claims() {
-  static const std::vector<NameClaim> claims = {claim_by_link, claim_by_placeholder};
+  static const std::vector<NameClaim> claims = {claim_by_link, rename_exclusively, claim_by_placeholder};
   return claims;
 }
 
@@ -101,7 +101,8 @@ std::string OutputFile::path() const {
 bool OutputFile::claim_name(const std::string& temporary_name, const std::vector<NameClaim>& claims) {
   for (size_t way = 0; way < claims.size();) {
     if (claims[way](temporary_name.c_str(), name().c_str()) == 0) return true;
-    if (errno == EEXIST) {
+    // A server that calls every name taken must not be asked for ever.
+    if (errno == EEXIST && is_taken(name())) {
       ++number_;
     } else {
       ++way;

@@ -15,8 +15,9 @@ using FileWriter = std::function<bool(const char* path)>;
 // gone; otherwise -1 with the reason in errno: EEXIST is for a name that is taken.
 using NameClaim = int (*)(const char* temporary_name, const char* name);
 
-// In the order in which they are tried: a hard link, which is one step; then, for the file systems that have
-// none (FAT, some shares), an empty file created under the name and replaced at once.
+// In the order in which they are tried. A hard link is one step; so is renaming, on some of the file systems
+// that have no links (FAT, some shares). On the others an empty file is created under the name and replaced
+// at once.
 const std::vector<NameClaim>& name_claims();
 
 class OutputFile {

@@ -224,30 +224,32 @@ TEST_F(OutputFileTest, IsNotSavedWhenItCannotBeWritten) {
   EXPECT_EQ(files(), Names{});
 }
 
-int refuse(const char*, const char*) {
-  errno = EACCES;
-  return -1;
-}
-
-TEST_F(OutputFileTest, IsNotLeftUnderItsTemporaryNameWhenNoWayLeadsToTheOther) {
-  EXPECT_FALSE(mac().save(write_inventory, {refuse, refuse}));
-  EXPECT_EQ(files(), Names{});
-}
-
-// What file systems without hard links answer.
-int refusal = 0;
-int refuse_to_link(const char*, const char*) {
+// What a file system answers that knows no such way.
+int refusal = EACCES;
+int refuse_because(const char*, const char*) {
   errno = refusal;
   return -1;
 }
 
-TEST_F(OutputFileTest, GetsItsNameAnotherWayWhereAFileSystemHasNoHardLinks) {
+TEST_F(OutputFileTest, IsNotLeftUnderItsTemporaryNameWhenNoWayLeadsToTheOther) {
+  EXPECT_FALSE(mac().save(write_inventory, {refuse_because, refuse_because}));
+  EXPECT_EQ(files(), Names{});
+}
+
+TEST_F(OutputFileTest, GetsItsNameAnotherWayWhereAFileSystemRefusesOne) {
   for (const int reason : {EPERM, ENOTSUP, EOPNOTSUPP, ENOSYS, EMLINK, EINVAL, EACCES}) {
     refusal = reason;
-    EXPECT_TRUE(mac().save(write_inventory, {refuse_to_link, name_claims().back()}));
+    EXPECT_TRUE(mac().save(write_inventory, {refuse_because, refuse_because, name_claims().back()}));
     EXPECT_EQ(files(), Names{kName});
     fs::remove(kName);
   }
+}
+
+TEST_F(OutputFileTest, AsksNobodyForEverWhoCallsEveryNameTaken) {
+  refusal = EEXIST;
+  EXPECT_FALSE(mac().save(write_inventory, {refuse_because, refuse_because}));
+  EXPECT_TRUE(mac().save(write_inventory, {refuse_because, name_claims().front()}));
+  EXPECT_EQ(files(), Names{kName});
 }
 
 int calls = 0;

@@ -24,8 +24,9 @@ ROUNDS = int(os.environ.get("VELKARO_SAVE_ROUNDS", "2"))
 INV = Path(os.environ["VELKARO_BUILD"]) / "inv"
 TEMPORARY = r"^\.velkaro-scanner-[0-9]+(-[0-9]+)?\.part$"
 
-# On a file system without hard links.
+# On a file system without hard links, and on one that has not even a way to rename a file to a free name alone.
 NO_LINKS = all_of(LINK, refused(errno.EPERM))
+NO_SINGLE_STEP = {**NO_LINKS, "renameat2": refused(errno.EINVAL)}
 
 
 def is_whole(path):
@@ -102,7 +103,9 @@ class ScansAtTheSameTime(SaveTestCase):
 
     @unittest.skipUnless(available(), "this system cannot refuse a system call")
     def test_leave_a_file_each_without_hard_links(self):
-        self.save_in_rounds(2 * ROUNDS, "/debug", preexec_fn=fates(**NO_LINKS))
+        for calls in (NO_LINKS, NO_SINGLE_STEP):
+            self.clear()
+            self.save_in_rounds(ROUNDS, "/debug", preexec_fn=fates(**calls))
 
 
 class KilledScans(SaveTestCase):
@@ -111,11 +114,11 @@ class KilledScans(SaveTestCase):
         self.told(self.start(*arguments))
         return time.monotonic() - start
 
-    def kill_at_random(self, rounds, *arguments):
+    def kill_at_random(self, rounds, *arguments, **options):
         longest = max(self.duration(*arguments) for _ in range(3)) * 1.1
         told = 0
         for _ in range(rounds):
-            scan = self.start(*arguments, start_new_session=True)
+            scan = self.start(*arguments, start_new_session=True, **options)
             time.sleep(random.uniform(0, longest))
             os.killpg(scan.pid, signal.SIGKILL)
             told += ">>>" in scan.communicate(timeout=300)[0]
@@ -139,9 +142,13 @@ class KilledScans(SaveTestCase):
         inventories = self.kept()
         return inventories, [self.out / name for name in self.files() if name not in inventories]
 
+    @unittest.skipUnless(available(), "this system cannot refuse a system call")
+    def test_leave_whole_inventories_alone_without_hard_links(self):
+        self.kill_at_random(10 * ROUNDS, "/debug", preexec_fn=fates(**NO_LINKS))
+
     @unittest.skipUnless(available(), "this system cannot kill at a system call")
     def test_have_no_inventory_before_it_is_whole_and_on_the_disk(self):
-        for calls in (all_of(["fsync"], KILL), all_of(LINK, KILL)):
+        for calls in (all_of(["fsync"], KILL), all_of(LINK, KILL), {**NO_LINKS, "renameat2": KILL}):
             with self.subTest(calls=calls):
                 inventories, (temporary,) = self.killed_at(**calls)
                 self.assertEqual(inventories, [])
@@ -227,11 +234,11 @@ class Permissions(SaveTestCase):
 @unittest.skipUnless(available(), "this system cannot refuse a system call")
 class FileSystems(SaveTestCase):
     def test_without_hard_links_keep_every_rule(self):
-        for reason in (errno.EPERM, errno.EOPNOTSUPP, errno.ENOSYS, errno.EMLINK):
-            with self.subTest(reason=errno.errorcode[reason]):
+        reasons = (errno.EPERM, errno.EOPNOTSUPP, errno.ENOSYS, errno.EMLINK)
+        for calls in (*(all_of(LINK, refused(reason)) for reason in reasons), NO_SINGLE_STEP):
+            with self.subTest(calls=calls):
                 self.clear()
-                options = {"preexec_fn": fates(**all_of(LINK, refused(reason)))}
-                names = [self.told(self.start("/debug", **options)) for _ in range(3)]
+                names = [self.told(self.start("/debug", preexec_fn=fates(**calls))) for _ in range(3)]
                 self.assertEqual(names, [NAME_OF_DEBUG_RUN, *(f"{NAME_OF_DEBUG_RUN[:-4]}({n}).inv" for n in (1, 2))])
                 self.check_inventories(names)
                 self.assertEqual({stat.S_IMODE((self.out / name).stat().st_mode) for name in names}, {0o600})
