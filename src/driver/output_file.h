@@ -34,7 +34,8 @@ class OutputFile {
 
   // Has the file written under a temporary name, ".velkaro-scanner-PID.part", then gives it its name; goes on
   // to the next free one when that has been taken meanwhile. False, and nothing left, when it could not be
-  // written or named. A program that is killed leaves the temporary file at most.
+  // written or named. A program that is killed leaves the temporary file at most, or the empty one of the
+  // last way.
   bool save(const FileWriter& write, const std::vector<NameClaim>& claims = name_claims());
 
  private:
