@@ -252,6 +252,18 @@ TEST_F(OutputFileTest, AsksNobodyForEverWhoCallsEveryNameTaken) {
   EXPECT_EQ(files(), Names{kName});
 }
 
+// As in a folder where files may be made, but neither renamed nor removed.
+int leave_a_placeholder(const char*, const char* name) {
+  create(name, "");
+  errno = EACCES;
+  return -1;
+}
+
+TEST_F(OutputFileTest, LeavesOnePlaceholderAtMostInAFolderThatTakesButDoesNotGive) {
+  EXPECT_FALSE(mac().save(write_inventory, {leave_a_placeholder}));
+  EXPECT_EQ(files(), Names{kName});
+}
+
 int calls = 0;
 int count_calls(const char*, const char*) {
   ++calls;

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 
 #include "platform/flush.h"
 
@@ -23,15 +24,12 @@ class FileSizeSignalIgnored {
   void (*before_)(int);
 };
 
-// The system may take a part at a time, such as what just fits on a disk that gets full.
-bool write_all(int descriptor, const unsigned char* data, size_t length) {
-  while (length > 0) {
-    const ssize_t written = write(descriptor, data, length);
-    if (written < 0) return false;
-    data += written;
-    length -= static_cast<size_t>(written);
-  }
-  return true;
+// Writes everything through to the disk and closes the file, in any case.
+bool write_through(std::FILE* file, const unsigned char* data, size_t length) {
+  const bool written =
+      std::fwrite(data, 1, length, file) == length && std::fflush(file) == 0 && flush_to_disk(fileno(file));
+  const bool closed = std::fclose(file) == 0;
+  return written && closed;
 }
 
 }  // namespace
@@ -44,9 +42,8 @@ bool write_new_file(const char* path, const unsigned char* data, size_t length) 
   const int descriptor = create_new_file(path);
   if (descriptor < 0) return false;
   const FileSizeSignalIgnored ignored;
-  const bool written = write_all(descriptor, data, length) && flush_to_disk(descriptor);
-  const bool closed = close(descriptor) == 0;
-  if (written && closed) return true;
+  std::FILE* const file = fdopen(descriptor, "w");
+  if (file && write_through(file, data, length)) return true;
   unlink(path);
   return false;
 }
