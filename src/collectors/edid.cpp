@@ -1,8 +1,9 @@
 #include "collectors/edid.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
+
+#include "plist/cursor.h"
 
 namespace {
 
@@ -30,12 +31,20 @@ constexpr uint8_t kNameTag = 0xFC;
 constexpr uint8_t kTimingsTag = 0xFA;
 constexpr size_t kPayload = 5;
 
+// The digits of a pair up to the first that is none: "7" and "7x" are 7, "x7" is 0.
+uint8_t read_pair(const char* pair, const char* end) {
+  unsigned byte = 0;
+  for (const char* digit = pair; digit != end && plist::digit_value(*digit) < 16; ++digit)
+    byte = 16 * byte + plist::digit_value(*digit);
+  return static_cast<uint8_t>(byte);
+}
+
 EdidRaw read_block(const char* text) {
   EdidRaw raw = {};
   const size_t length = text ? std::strlen(text) : 0;
   for (size_t i = 0; i < raw.size() && 2 + 2 * i < length; ++i) {
     const char* pair = text + 2 + 2 * i;
-    std::from_chars(pair, std::min(pair + 2, text + length), raw[i], 16);
+    raw[i] = read_pair(pair, std::min(pair + 2, text + length));
   }
   return raw;
 }
