@@ -19,11 +19,13 @@ _folder = tempfile.TemporaryDirectory()
 FOLDER = Path(_folder.name)
 
 
-def scan(machine, *arguments, prefix=()):
-    """The path of the file that a silent scan of a machine's folder saves, in a folder of its own."""
+def scan(machine, *arguments, prefix=(), tools=None):
+    """The path of the file that a silent scan of a machine's folder saves, in a folder of its own. Tools in a folder that is
+    given stand before the host's."""
     out = Path(tempfile.mkdtemp(dir=FOLDER))
     command = [*prefix, SIMULATOR / "run", machine, SCANNER, "/silent", *arguments]
-    subprocess.run(command, cwd=out, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=300)
+    environment = {**os.environ, "PATH": f"{tools}:{os.environ['PATH']}"} if tools else None
+    subprocess.run(command, cwd=out, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=300)
     (path,) = out.iterdir()
     return path
 

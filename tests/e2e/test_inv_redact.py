@@ -1,11 +1,13 @@
 """`inv redact` as a process: what it writes can be shared, and is whole or not there."""
 
+import functools
 import re
 import unittest
 from pathlib import Path
 
 import inv_decoder
-from inventories import FOLDER, MACHINES, InventoryTestCase, debug_scanned, inv, scanned
+import same_host
+from inventories import FOLDER, MACHINES, SIMULATOR, InventoryTestCase, debug_scanned, inv
 
 IMAC = "imac-10.6"
 
@@ -17,6 +19,12 @@ PLACES = {
 }
 OWN_VALUES = ["usr-acc", "partition", "Printer"]
 NOBODYS = {"root", "nobody", "daemon", ""}
+
+
+@functools.lru_cache(maxsize=None)
+def scanned(name):
+    """A file in which it depends on the simulated Mac alone what names somebody, and how much of it."""
+    return same_host.scan(SIMULATOR / "machines" / name)
 
 
 def lines(container):
@@ -69,7 +77,7 @@ class Redact(InventoryTestCase):
                 text = "\n".join(line.split("=", 1)[-1] for line in lines(shared))
                 looked_for = [each for each in identifiers(original)
                               if len(each) > 1 and (re.search(r"[^\W\d_]", each) or each.count(".") == 3)]
-                self.assertGreater(len(looked_for), 50)
+                self.assertGreater(len(looked_for), 25)
                 self.assertEqual([each for each in looked_for if is_token_in(each, text)], [])
                 self.assertEqual(identifiers(original) & identifiers(shared), set())
 
@@ -79,9 +87,10 @@ class Redact(InventoryTestCase):
                 original = inv_decoder.read_file(scanned(machine.name))
                 shared = self.redacted(scanned(machine.name))
                 self.assertEqual(re.findall(rb"timestamp=.*", shared.header), re.findall(rb"timestamp=.*", original.header))
-                pairs = list(zip(lines(original), lines(shared), strict=True))
+                self.assertEqual(len(list(lines(original))), len(list(lines(shared))))
+                pairs = list(zip(lines(original), lines(shared)))
                 kept = sum(before == after for before, after in pairs)
-                self.assertGreater(kept, len(pairs) * 0.6)
+                self.assertGreater(kept, len(pairs) * 0.75)
                 for before, after in pairs:
                     self.assertEqual(before.split("=")[0].split(":")[0], after.split("=")[0].split(":")[0])
                     for name in ["timestamp", "model", "size", "version", "pid", "kernel"]:
