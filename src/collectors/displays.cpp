@@ -32,7 +32,7 @@ void write_range(Place& element, const char* name, uint8_t min, uint8_t max) {
   if (min != 0 && max != 0) write_compound(element, name, {{"min", min}, {"max", max}});
 }
 
-// 0 for an unknown week; a 53rd week makes a fifth quarter.
+// 0 for an unknown week; a 53rd week makes a fifth quarter, and 255, which stands for a model year, the 20th.
 int64_t quarter(uint16_t week) { return week == 0 ? 0 : (week - 1) / 13 + 1; }
 
 // In inches, going up from 0.4 on: makers sell a screen of 19.5 inches as 20.
