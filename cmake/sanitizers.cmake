@@ -1,4 +1,4 @@
-# AddressSanitizer (with LeakSanitizer) and UndefinedBehaviorSanitizer for everything built here; any report ends the program.
+# AddressSanitizer (with LeakSanitizer, where the compiler has it: Apple's does not) and UndefinedBehaviorSanitizer for everything built here; any report ends the program.
 if(VELKARO_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
