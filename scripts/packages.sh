@@ -8,7 +8,7 @@ bench_packages="libbenchmark-dev libexpat1-dev util-linux"
 # install_packages NAME...: installs those that are missing, and says nothing when there are none.
 install_packages() {
   if [ "$(uname)" = Darwin ]; then
-    require_mac_tools
+    require_on_mac "$@"
     return
   fi
   local missing=() package
@@ -35,21 +35,52 @@ install_browser() {
   [ -d "$1/node_modules/playwright-core" ] || (cd "$1" && npm ci --silent --no-audit --no-fund) >&2
 }
 
-require_mac_tools() {
-  local advice=""
-  xcode-select -p >/dev/null 2>&1 || advice="the command line tools (xcode-select --install)"
-  command -v cmake >/dev/null || advice="${advice:+$advice and }cmake (https://cmake.org or your package manager)"
+# require_on_mac NAME...: ends, with one line, when something is missing that a Mac does not bring along and the build cannot do without.
+require_on_mac() {
+  local package missing advice=""
+  for package in "$@"; do
+    missing=$(missing_on_mac "$package")
+    [ -z "$missing" ] || advice="${advice:+$advice and }$missing"
+  done
   [ -z "$advice" ] || { echo "Please install $advice" >&2; exit 1; }
 }
 
-# build_preset PRESET: configures and builds; what the tools say is shown only when they fail.
+# missing_on_mac NAME: what is to be installed on a Mac for one of Debian's packages; nothing when it is there.
+missing_on_mac() {
+  case $1 in
+    g++) xcode-select -p >/dev/null 2>&1 || echo "the command line tools (xcode-select --install)" ;;
+    cmake) command -v cmake >/dev/null || echo "cmake (https://cmake.org or your package manager)" ;;
+    libgtest-dev) has_library GTest || echo "GoogleTest (Homebrew: googletest)" ;;
+    libbenchmark-dev) has_library benchmark || echo "benchmark (Homebrew: google-benchmark)" ;;
+  esac
+}
+
+# has_library NAME: whether CMake finds a library where Homebrew puts it, or on CMAKE_PREFIX_PATH.
+has_library() {
+  local prefix prefixes
+  IFS=: read -ra prefixes <<<"${CMAKE_PREFIX_PATH:-}:/opt/homebrew:/usr/local"
+  for prefix in "${prefixes[@]}"; do
+    [ ! -d "$prefix/lib/cmake/$1" ] || return 0
+  done
+  return 1
+}
+
+# can_fuzz: whether clang brings libFuzzer along; Apple's does not.
+can_fuzz() {
+  mkdir -p "$root/build"
+  echo 'extern "C" int LLVMFuzzerTestOneInput(const unsigned char*, unsigned long) { return 0; }' |
+    clang++ -fsanitize=fuzzer -x c++ -o "$root/build/can_fuzz" - 2>/dev/null
+}
+
+# build_preset PRESET: configures and builds; what the tools say is shown only when they fail. A configuration that failed leaves its
+# cache but nothing to build with, and is made anew.
 build_preset() {
   local log=$root/build/$1.log jobs
   jobs=$(getconf _NPROCESSORS_ONLN)
   mkdir -p "$root/build"
   (
     cd "$root"
-    [ -f "build/$1/CMakeCache.txt" ] || cmake --preset "$1"
-    cmake --build --preset "$1" -j "$jobs"
+    { [ -f "build/$1/Makefile" ] || [ -f "build/$1/build.ninja" ] || cmake --preset "$1"; } &&
+      cmake --build --preset "$1" -j "$jobs"
   ) >"$log" 2>&1 || { cat "$log" >&2; return 1; }
 }
