@@ -5,8 +5,11 @@
 
 #include "contract/environment.h"
 #include "contract/objects.h"
+#include "support/changed_zone.h"
 
 namespace {
+
+class FormattedDates : public ChangedZone {};
 
 constexpr CFAbsoluteTime july = 300925845;     // 2010-07-15 22:30:45 UTC
 constexpr CFAbsoluteTime january = 285287445;  // 2010-01-15 22:30:45 UTC
@@ -26,7 +29,7 @@ std::string format(const char* locale, const char* zone, const char* pattern, CF
 
 }  // namespace
 
-TEST(DateFormatter, WritesCimDatesInTheZoneAndCalendarOfTheLocale) {
+TEST_F(FormattedDates, WritesCimDatesInTheZoneAndCalendarOfTheLocale) {
   struct Row {
     const char *locale, *zone, *in_july, *in_january;
   };
@@ -47,12 +50,12 @@ TEST(DateFormatter, WritesCimDatesInTheZoneAndCalendarOfTheLocale) {
   }
 }
 
-TEST(DateFormatter, WritesShortDates) {
+TEST_F(FormattedDates, WritesShortDates) {
   EXPECT_EQ(format("en_US", "Europe/Berlin", "yyyy-MM-dd", july), "2010-07-16");
   EXPECT_EQ(format("th_TH", "UTC", "yyyy-MM-dd", july), "2553-07-15");
 }
 
-TEST(DateFormatter, WritesNumbersAsAnyOtherPatternDoes) {
+TEST_F(FormattedDates, WritesNumbersAsAnyOtherPatternDoes) {
   // A quoted part makes a pattern that is more than numbers, with the same text.
   const char* const quoted = "yyyyMMddHHmmss'.'000000 ZZ";
   const char* const zones[] = {
@@ -70,40 +73,40 @@ TEST(DateFormatter, WritesNumbersAsAnyOtherPatternDoes) {
   }
 }
 
-TEST(DateFormatter, WritesTimesThatNoCalendarReachesAsAnyOtherPatternDoes) {
+TEST_F(FormattedDates, WritesTimesThatNoCalendarReachesAsAnyOtherPatternDoes) {
   for (const double time : {1e300, -1e300, std::numeric_limits<double>::quiet_NaN(), 1e18, -1e18})
     EXPECT_EQ(format("en_US", "UTC", "yyyyMMdd.", time), format("en_US", "UTC", "yyyyMMdd'.'", time)) << time;
 }
 
-TEST(DateFormatter, WritesFieldsOfOtherWidths) {
+TEST_F(FormattedDates, WritesFieldsOfOtherWidths) {
   EXPECT_EQ(format("en_US", "UTC", "y M d H m s", july), "2010 7 15 22 30 45");
   EXPECT_EQ(format("en_US", "UTC", "yy MMM", july), "10 Jul");
 }
 
-TEST(DateFormatter, NamesTheZoneAsTheLocaleDoes) {
+TEST_F(FormattedDates, NamesTheZoneAsTheLocaleDoes) {
   EXPECT_EQ(format("en_US", "UTC", "yyyy-MM-dd HH:mm:ss z", july), "2010-07-15 22:30:45 UTC");
   EXPECT_EQ(format("en_US", "America/New_York", "yyyy-MM-dd HH:mm:ss z", july), "2010-07-15 18:30:45 EDT");
   EXPECT_EQ(format("de_DE", "Europe/Berlin", "yyyy-MM-dd HH:mm:ss z", january), "2010-01-15 23:30:45 MEZ");
 }
 
-TEST(DateFormatter, TakesUnknownZonesForGreenwich) {
+TEST_F(FormattedDates, TakesUnknownZonesForGreenwich) {
   EXPECT_EQ(format("en_US", "Nowhere/Land", cim, july), "20100715223045.000000 +0000");
   EXPECT_EQ(format("en_US", "CET-1CEST", cim, july), "20100715223045.000000 +0000");
 }
 
-TEST(DateFormatter, CutsFractionsOfASecond) {
+TEST_F(FormattedDates, CutsFractionsOfASecond) {
   EXPECT_EQ(format("en_US", "UTC", "ss", july + 0.999), "45");
   EXPECT_EQ(format("en_US", "UTC", "yyyy", -0.5), "2000");
 }
 
-TEST(DateFormatter, WritesNothingForAnEmptyPattern) { EXPECT_EQ(format("en_US", "UTC", "", july), ""); }
+TEST_F(FormattedDates, WritesNothingForAnEmptyPattern) { EXPECT_EQ(format("en_US", "UTC", "", july), ""); }
 
-TEST(DateFormatter, WritesTextsOfAnyLength) {
+TEST_F(FormattedDates, WritesTextsOfAnyLength) {
   const std::string literal = "'" + std::string(500, 'x') + "'";
   EXPECT_EQ(format("en_US", "UTC", literal.c_str(), july), std::string(500, 'x'));
 }
 
-TEST(DateFormatter, TakesTheCurrentLocaleForNone) {
+TEST_F(FormattedDates, TakesTheCurrentLocaleForNone) {
   const CFRef<CFDateFormatterRef> formatter(
       CFDateFormatterCreate(nullptr, nullptr, kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
   EXPECT_TRUE(formatter);

@@ -31,8 +31,12 @@ inline CFRef<CFPropertyListRef> parse_list(std::string_view list, CFRef<CFString
       CFDataCreateWithBytesNoCopy(nullptr, reinterpret_cast<const UInt8*>(bytes.data()),
                                   static_cast<CFIndex>(bytes.size()), kCFAllocatorNull));
   CFStringRef message = nullptr;
+  // Deprecated, and what the scanner calls.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
   CFRef<CFPropertyListRef> tree(
       CFPropertyListCreateFromXMLData(nullptr, data.get(), kCFPropertyListImmutable, &message));
+#pragma GCC diagnostic pop
   CFRef<CFStringRef> owned_message(message);
   if (error) *error = std::move(owned_message);
   return tree;

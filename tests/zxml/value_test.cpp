@@ -241,10 +241,10 @@ TEST(Value, AssigningAnEmptyValueKeepsTheOldOne) {
 
 TEST(Value, AssigningItselfChangesNothing) {
   Value value = text_value("same");
-  const Value& itself = value;
+  Value& itself = value;
   value = itself;
   EXPECT_STREQ(value.text(), "same");
-  value = static_cast<Value&&>(value);
+  value = std::move(itself);
   EXPECT_STREQ(value.text(), "same");
 }
 

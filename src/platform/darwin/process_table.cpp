@@ -3,6 +3,7 @@
 #include <sys/sysctl.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/process_table.h"
 #include "platform/sysctl_table.h"
@@ -15,9 +16,10 @@ int all_processes(void* records, size_t* size) {
 }
 
 ProcessRecord record_of(const kinfo_proc& process) {
-  const char* name = process.kp_proc.p_comm;
+  const auto& name = process.kp_proc.p_comm;
+  // The last byte is a terminator's.
   return {process.kp_proc.p_pid, process.kp_eproc.e_ppid,
-          std::string(name, std::find(name, name + MAXCOMLEN, '\0'))};
+          std::string(name, std::find(name, std::end(name) - 1, '\0'))};
 }
 
 }  // namespace

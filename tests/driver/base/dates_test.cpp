@@ -7,12 +7,14 @@
 #include <regex>
 #include <string>
 
+#include "support/changed_zone.h"
+
 namespace {
 
 // Seconds from the start of 2001, CoreFoundation's epoch, to 18 January 2012 13:30:45 UTC.
 constexpr double kWinterDay = 348586245;
 
-class Dates : public testing::Test {
+class Dates : public ChangedZone {
  protected:
   ~Dates() override { set("UTC", "C"); }
 

@@ -3,14 +3,14 @@
 #include <CoreFoundation/CFBase.h>
 #include <CoreFoundation/CFData.h>
 
-typedef enum CFPropertyListMutabilityOptions : CFOptionFlags {
-  kCFPropertyListImmutable = 0
-} CFPropertyListMutabilityOptions;
+typedef CFOptionFlags CFPropertyListMutabilityOptions;
+enum : CFPropertyListMutabilityOptions { kCFPropertyListImmutable = 0 };
 
 extern "C" {
 
 // Reads XML property lists in UTF-8. None when the list is not well-formed: *error then is a message for the
-// caller to release.
+// caller to release. Deprecated as on a Mac, so that a call that is not meant is noticed here as well.
 CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef allocator, CFDataRef data,
-                                                  CFOptionFlags options, CFStringRef* error);
+                                                  CFOptionFlags options, CFStringRef* error)
+    __attribute__((deprecated("Use CFPropertyListCreateWithData instead.")));
 }
