@@ -98,8 +98,10 @@ class Dump {
   Value last_date_;
 };
 
-// Numbers as the console's schema has always had them. CoreFoundation reads integers of a property list as 64
-// bits wide, so the other integer types come from values that are made in memory only.
+// Numbers as the console's schema has always had them: by the type that CoreFoundation says. Integers of a
+// property list are 64 bits wide, but a zero is 32 bits wide on every Mac, and so are -1 to 12 where numbers
+// are not kept in their pointers (up to Mac OS X 10.6, and in 32-bit programs): a -1 is 4294967295 there. All
+// other types come from values that are made in memory only.
 Value number_value(CFNumberRef number) {
   switch (CFNumberGetType(number)) {
     case kCFNumberSInt8Type:
