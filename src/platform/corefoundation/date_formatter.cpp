@@ -9,6 +9,7 @@
 #include "platform/corefoundation/locale.h"
 #include "platform/corefoundation/number_pattern.h"
 #include "platform/corefoundation/string.h"
+#include "platform/corefoundation/time_zone.h"
 #include "platform/corefoundation/utf16.h"
 
 namespace {
@@ -32,13 +33,6 @@ Utf16 fill_text(Fill fill) {
   return Utf16();
 }
 
-// ICU takes a zone it does not know for GMT.
-Utf16 time_zone() {
-  const char* const zone = std::getenv("TZ");
-  if (!zone) return fill_text(ucal_getHostTimeZone);
-  return to_utf16(*zone == ':' ? zone + 1 : zone);
-}
-
 int32_t length_of(const Utf16& text) { return static_cast<int32_t>(text.size()); }
 
 }  // namespace
@@ -54,7 +48,7 @@ CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale, CFD
                                          CFDateFormatterStyle) {
   const CFRef<CFLocaleRef> current(locale ? nullptr : CFLocaleCopyCurrent());
   const std::string identifier(cf::text_of(CFLocaleGetIdentifier(locale ? locale : current.get())));
-  const Utf16 zone = time_zone();
+  const Utf16 zone = cf::time_zone(std::getenv("TZ"));
   UErrorCode status = U_ZERO_ERROR;
   UDateFormat* const formatter = udat_open(UDAT_PATTERN, UDAT_PATTERN, identifier.c_str(), zone.data(),
                                            length_of(zone), u"", 0, &status);
