@@ -93,6 +93,20 @@ TEST(DateFormatter, TakesUnknownZonesForTheMachinesOwn) {
   }
 }
 
+TEST(DateFormatter, NamesTheHalvesOfTheDayAsTheLocaleDoes) {
+  const auto half = [](const char* locale, CFStringRef key) {
+    const CFRef<CFLocaleRef> its_locale(CFLocaleCreate(nullptr, string_of(locale).get()));
+    const CFRef<CFDateFormatterRef> formatter(
+        CFDateFormatterCreate(nullptr, its_locale.get(), kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
+    const CFRef<CFTypeRef> word(CFDateFormatterCopyProperty(formatter.get(), key));
+    return bytes_of_string(static_cast<CFStringRef>(word.get()));
+  };
+  EXPECT_EQ(half("en_US", kCFDateFormatterAMSymbol), "AM");
+  EXPECT_EQ(half("en_US", kCFDateFormatterPMSymbol), "PM");
+  EXPECT_EQ(half("ja_JP", kCFDateFormatterAMSymbol), "午前");
+  EXPECT_EQ(half("ja_JP", kCFDateFormatterPMSymbol), "午後");
+}
+
 TEST(DateFormatter, CutsFractionsOfASecond) {
   EXPECT_EQ(format("en_US", "UTC", "ss", july + 0.999), "45");
   EXPECT_EQ(format("en_US", "UTC", "yyyy", -0.5), "2000");

@@ -63,6 +63,18 @@ void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef pattern)
   formatter->number_pattern = cf::is_number_pattern(formatter->formatter, text) ? text : std::string_view();
 }
 
+const CFStringRef kCFDateFormatterAMSymbol = CFSTR("kCFDateFormatterAMSymbol");
+const CFStringRef kCFDateFormatterPMSymbol = CFSTR("kCFDateFormatterPMSymbol");
+
+CFTypeRef CFDateFormatterCopyProperty(CFDateFormatterRef formatter, CFStringRef key) {
+  if (!CFEqual(key, kCFDateFormatterAMSymbol) && !CFEqual(key, kCFDateFormatterPMSymbol)) return nullptr;
+  const int32_t half = CFEqual(key, kCFDateFormatterPMSymbol);
+  const Utf16 word = fill_text([&](char16_t* buffer, int32_t capacity, UErrorCode* status) {
+    return udat_getSymbols(formatter->formatter, UDAT_AM_PMS, half, buffer, capacity, status);
+  });
+  return cf::create_repaired_string(cf::to_utf8(word));
+}
+
 CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef, CFDateFormatterRef formatter,
                                                 CFDateRef date) {
   const UDate milliseconds = (CFDateGetAbsoluteTime(date) + kCFAbsoluteTimeIntervalSince1970) * 1000;

@@ -16,6 +16,10 @@ CFTypeID CFDateFormatterGetTypeID(void);
 CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef allocator, CFLocaleRef locale,
                                          CFDateFormatterStyle date_style, CFDateFormatterStyle time_style);
 void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef pattern);
+// A property of these two, the locale's words for the halves of the day; null for any other.
+CFTypeRef CFDateFormatterCopyProperty(CFDateFormatterRef formatter, CFStringRef key);
+extern const CFStringRef kCFDateFormatterAMSymbol;
+extern const CFStringRef kCFDateFormatterPMSymbol;
 CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef allocator, CFDateFormatterRef formatter,
                                                 CFDateRef date);
 }
