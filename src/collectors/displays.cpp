@@ -137,10 +137,8 @@ bool collect_display(Place& monitor, const Tag& display) {
     if (edid) write_connected_display(monitor, decode_edid(edid));
     return edid != nullptr;
   }
-  if (find_value(display, "spdisplays_main")) {
-    const bool is_main = text_is(display, "spdisplays_main", "spdisplays_yes");
-    monitor.set_attribute("main-monitor", yes_no(is_main), "type", "bool");
-  }
+  if (const char* main = find_text(display, "spdisplays_main"))
+    monitor.set_attribute("main-monitor", yes_no(equal_text(main, "spdisplays_yes")), "type", "bool");
   if (edid) write_display(monitor, decode_edid(edid));
   return true;
 }

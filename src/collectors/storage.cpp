@@ -80,7 +80,8 @@ void visit_devices(const Tag* items, int levels, const Visit& visit) {
 }
 
 bool has_smart_status(const Tag& device) {
-  return find_value(device, "smart_status") && !text_is(device, "smart_status", "Not Supported");
+  const char* status = find_text(device, "smart_status");
+  return status && !equal_text(status, "Not Supported");
 }
 
 }  // namespace

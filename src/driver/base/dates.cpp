@@ -10,6 +10,8 @@ namespace {
 // A CIM date as the system formats it: 21 characters of date, time and fraction, a blank, and a zone of sign
 // and four digits.
 constexpr size_t kCimLength = 27;
+constexpr size_t kMomentLength = 14;
+constexpr char kFraction[] = ".000000";
 constexpr size_t kZoneLength = 6;
 
 CFStringRef pattern(DateForm form) {
@@ -120,6 +122,11 @@ Text DateFormatter::format(CFDateRef date) const {
   }
   if (form_ == DateForm::kCim) rewrite_zone(text.get());
   return text;
+}
+
+bool is_cim_date(const char* text) {
+  const size_t digits = std::strspn(text, "0123456789");
+  return digits >= kMomentLength && std::strncmp(text + digits, kFraction, std::strlen(kFraction)) == 0;
 }
 
 Text format_date(DateForm form, CFDateRef date) { return DateFormatter(form).format(date); }

@@ -30,6 +30,9 @@ class DateFormatter {
   CFRef<CFDateFormatterRef> formatter_;
 };
 
+// Whether a text may be a date in the CIM form. Nothing else that a Mac tells of itself looks so.
+bool is_cim_date(const char* text);
+
 Text format_date(DateForm form, CFDateRef date);
 // The current time.
 Text format_now(DateForm form);

@@ -103,6 +103,17 @@ TEST_F(Dates, AreMadeInThePosixLocaleWithoutAFormatter) {
   EXPECT_STREQ(DateFormatter(DateForm::kCim, {}).format(date.get()).get(), "20120118133045.000000+0");
 }
 
+TEST_F(Dates, CimFormIsKnownByItsShape) {
+  for (const char* zone : {"Europe/Helsinki", "America/New_York", "UTC"}) {
+    set(zone, "C");
+    EXPECT_TRUE(is_cim_date(format(DateForm::kCim).c_str())) << zone;
+    EXPECT_TRUE(is_cim_date(format(DateForm::kCim, 4e11).c_str())) << zone;
+  }
+  for (const char* text : {"", "2012-01-18", "20120118133045", "20120118133045.5", "2012011813304.000000+0",
+                           "10.0.0.5", " 20120118133045.000000+0"})
+    EXPECT_FALSE(is_cim_date(text)) << text;
+}
+
 TEST_F(Dates, CimFormIsReadableWhereTheLocaleHasOtherDigits) {
   for (const char* locale : {"ar_EG.UTF-8", "fa_IR.UTF-8"}) {
     set("UTC", locale);
