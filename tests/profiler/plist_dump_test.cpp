@@ -304,6 +304,20 @@ TEST(SanitizeKey, ReplacesWhatMeansSomethingInPathsAndQueries) {
   EXPECT_EQ(sanitize_key(""), "");
 }
 
+TEST(LeavesNoTrace, IsTrueOfWhatTheTreeDoesNotShow) {
+  const auto no_trace = [](const std::string& element) {
+    return leaves_no_trace(CFArrayGetValueAtIndex(parse_elements(element).get(), 0));
+  };
+  for (const char* element :
+       {"<true/>", "<data>AAEC</data>", "<array/>", "<dict/>", "<array><dict/><false/></array>",
+        "<dict><key>k</key><array><true/></array></dict>"})
+    EXPECT_TRUE(no_trace(element)) << element;
+  for (const char* element : {"<string></string>", "<integer>0</integer>", "<real>0</real>",
+                              "<date>2012-01-18T15:30:45Z</date>", "<array><true/><string></string></array>",
+                              "<dict><key>k</key><array><integer>0</integer></array></dict>"})
+    EXPECT_FALSE(no_trace(element)) << element;
+}
+
 TEST(FindHardwareSerial, IsTheFirstHardwareItems) {
   const auto type = [](const std::string& name, const std::string& serial) {
     return "<dict><key>_dataType</key><string>" + name +
