@@ -108,66 +108,37 @@ Xml item(const std::string& type, const Xml& entries) {
   return "<dict>" + told("_dataType", type) + in_list("_items", entries) + "</dict>";
 }
 
-const Xml hardware = item("SPHardwareDataType", entry("packages", integer(2)) + "@");
-const Xml bare_hardware = item("SPHardwareDataType", "@");
+const Xml hardware = item("SPHardwareDataType", "@");
+const Xml two_packages = item("SPHardwareDataType", entry("packages", integer(2)) + "@");
 const Xml software = item("SPSoftwareDataType", "@");
 const Xml application = item("SPApplicationsDataType", "@");
-const Xml lone_slot = item("SPMemoryDataType", told("dimm_status", "ok") + "@");
-const Xml bank_slot = item("SPMemoryDataType", in_list("_items", told("dimm_status", "ok") + "@"));
-const Xml bare_slot = item("SPMemoryDataType", "@");
 const Xml adapter = item("SPNetworkDataType", "@");
-const Xml printer = item("SPPrintersDataType", told("default", "no") + "@");
-const Xml bare_printer = item("SPPrintersDataType", told("_name", "Inkjet") + "@");
-const Xml scanning_printer = item("SPPrintersDataType", told("default", "no") + told("scanner", "yes") + "@");
-const Xml remote_printer = item("SPPrintersDataType", told("default", "no") + told("uri", "usb") + "@");
 const Xml firewall = item("SPFirewallDataType", "@");
-const Xml mains = item("SPPowerDataType", told("_name", "sppower_information") + in_dict("AC_Power", "@"));
-const Xml power = item("SPPowerDataType", in_dict("AC_Power", "") + "@");
-const Xml video = item("SPDisplaysDataType", "@");
-const Xml display = item("SPDisplaysDataType", in_list("spdisplays_ndrvs", "@"));
-const Xml connector =
-    item("SPDisplaysDataType", in_list("spdisplays_ndrvs", told("_spdisplays_edid", "0x00") + "@"));
-const Xml sata = item("SPSerialATADataType", in_list("_items", "@"));
-const Xml sata_disk = item("SPSerialATADataType", in_list("_items", told("smart_status", "Verified") + "@"));
-const Xml scsi_disk = item("SPParallelSCSIDataType", in_list("_items", in_list("_items", "@")));
-const Xml ata_drive = item("SPParallelATADataType", in_list("_items", "@"));
-const Xml bare_volume = item("SPSerialATADataType",
-                             in_list("_items", told("smart_status", "Verified") + in_list("volumes", "@")));
-const Xml volume =
-    item("SPSerialATADataType",
-         in_list("_items", told("smart_status", "Verified") + in_list("volumes", told("_name", "HD") + "@")));
-const Xml sized_volume =
-    item("SPSerialATADataType",
-         in_list("_items", told("smart_status", "Verified") +
-                               in_list("volumes", told("_name", "HD") + told("size", "8 GB") +
-                                                      told("free_space", "4 GB") + "@")));
-const Xml usb_device = item("SPUSBDataType", in_list("_items", "@"));
-const Xml usb_disk = item("SPUSBDataType", in_list("_items", told("removable_media", "yes") + "@"));
-const Xml sized_usb_disk =
-    item("SPUSBDataType", in_list("_items", told("removable_media", "yes") + told("size", "8 GB") + "@"));
-const Xml usb_volume =
-    item("SPUSBDataType",
-         in_list("_items", told("removable_media", "yes") +
-                               in_list("volumes", told("_name", "S") + told("free_space", "4 GB") + "@")));
-const Xml bare_usb_volume =
-    item("SPUSBDataType",
-         in_list("_items", told("removable_media", "yes") + in_list("volumes", told("_name", "S") + "@")));
-const Xml nameless_usb_volume = item(
-    "SPUSBDataType",
-    in_list("_items", told("removable_media", "yes") + in_list("volumes", told("free_space", "4 GB") + "@")));
+const Xml graphics = item("SPDisplaysDataType", "@");
 
-// The adapter of the identity, and the location it belongs to. The two that follow leave out what a row
-// tells.
-const Xml address = in_dict("Ethernet", told("MAC Address", "00:1e"));
-const Xml addresses = entry("ip_address", array({text("10.0.0.5")}));
+Xml display(const Xml& entries) { return item("SPDisplaysDataType", in_list("spdisplays_ndrvs", entries)); }
+Xml printer(const Xml& entries) { return item("SPPrintersDataType", told("default", "no") + entries); }
+Xml sata_device(const Xml& entries) { return item("SPSerialATADataType", in_list("_items", entries)); }
+Xml sata_disk(const Xml& entries) { return sata_device(told("smart_status", "Verified") + entries); }
+Xml sata_volume(const Xml& entries) { return sata_disk(in_list("volumes", entries)); }
+Xml usb_device(const Xml& entries) { return item("SPUSBDataType", in_list("_items", entries)); }
+Xml usb_disk(const Xml& entries) { return usb_device(told("removable_media", "yes") + entries); }
+Xml usb_volume(const Xml& entries) { return usb_disk(in_list("volumes", entries)); }
+
+const Xml named = told("_name", "HD");
+const Xml spacious = told("size", "8 GB") + told("free_space", "4 GB");
+
+// The adapter of the identity, and its service in the active location.
 const Xml en0 = told("interface", "en0");
-const Xml names = in_dict("SMB", told("Workgroup", "studio"));
-const Xml service = in_list("spnetworklocation_services", told("hardware_address", "00:1e") + names);
+const Xml addresses = entry("ip_address", array({text("10.0.0.5")}));
+const Xml ethernet = in_dict("Ethernet", told("MAC Address", "00:1e"));
 const Xml active = told("spnetworklocation_isActive", "yes");
+Xml service(const Xml& entries) { return in_list("spnetworklocation_services", entries); }
+const Xml its_address = told("hardware_address", "00:1e");
+const Xml its_service = service(its_address + in_dict("SMB", told("Workgroup", "studio")));
 Xml network(const Xml& its_adapter, const Xml& location) {
   return item("SPNetworkDataType", its_adapter) + item("SPNetworkLocationDataType", location);
 }
-Xml service_with(const Xml& entries) { return in_list("spnetworklocation_services", entries); }
 
 // ---- The kinds.
 
@@ -311,19 +282,22 @@ const auto kFirewall = snapshot<collect_firewall>;
 
 TEST_F(OddKinds, OfTheComputer) {
   expect({
-      {kComputer, bare_hardware, "machine_model", Expected::scalar, text("iMac")},
-      {kComputer, bare_hardware, "platform_UUID", Expected::scalar, text("u")},
-      {kComputer, bare_hardware, "serial_number", Expected::scalar, text("s")},
-      {kComputer, bare_slot, "dimm_status", Expected::text, text("ok")},
-      {kComputer, lone_slot, "dimm_size", Expected::text, text("4 GB")},
-      {kComputer, bare_slot, "_items", Expected::list,
+      {kComputer, hardware, "machine_model", Expected::scalar, text("iMac")},
+      {kComputer, hardware, "platform_UUID", Expected::scalar, text("u")},
+      {kComputer, hardware, "serial_number", Expected::scalar, text("s")},
+      {kComputer, item("SPMemoryDataType", "@"), "dimm_status", Expected::text, text("ok")},
+      {kComputer, item("SPMemoryDataType", told("dimm_status", "ok") + "@"), "dimm_size", Expected::text,
+       text("4 GB")},
+      {kComputer, item("SPMemoryDataType", "@"), "_items", Expected::list,
        array({filled(""), dict({{"dimm_status", text("ok")}})})},
   });
 }
 
 TEST_F(OddKinds, OfPowerManagement) {
+  const Xml mains = item("SPPowerDataType", told("_name", "sppower_information") + in_dict("AC_Power", "@"));
   std::vector<Row> rows = {
-      {kComputer, power, "_name", Expected::text, text("sppower_information")},
+      {kComputer, item("SPPowerDataType", in_dict("AC_Power", "") + "@"), "_name", Expected::text,
+       text("sppower_information")},
       {kComputer, mains, "System_Sleep_Timer", Expected::scalar, integer(5)},
       {kComputer, mains, "Disk_Sleep_Timer", Expected::scalar, integer(5)},
       {kComputer, mains, "Display_Sleep_Timer", Expected::scalar, integer(5)},
@@ -339,24 +313,27 @@ TEST_F(OddKinds, OfProcessors) {
   const Xml with_cores = item("SPHardwareDataType",
                               entry("packages", integer(2)) + entry("number_processors", integer(8)) + "@");
   expect({
-      {kProcessors, bare_hardware, "packages", Expected::integer, integer(2)},
-      {kProcessors, hardware, "cpu_type", Expected::scalar, text("Intel")},
-      {kProcessors, hardware, "number_processors", Expected::scalar, integer(8)},
-      {kProcessors, hardware, "l2_cache", Expected::text, text("6 MB")},
+      {kProcessors, hardware, "packages", Expected::integer, integer(2)},
+      {kProcessors, two_packages, "cpu_type", Expected::scalar, text("Intel")},
+      {kProcessors, two_packages, "number_processors", Expected::scalar, integer(8)},
+      {kProcessors, two_packages, "l2_cache", Expected::text, text("6 MB")},
       {kProcessors, with_cores, "l2_cache_core", Expected::text, text("256 KB")},
-      {kProcessors, hardware, "l3_cache", Expected::text, text("6 MB")},
+      {kProcessors, two_packages, "l3_cache", Expected::text, text("6 MB")},
       {kProcessors, with_cores, "l3_cache_core", Expected::text, text("256 KB")},
-      {kProcessors, hardware, "current_processor_speed", Expected::text, text("2.4 GHz")},
+      {kProcessors, two_packages, "current_processor_speed", Expected::text, text("2.4 GHz")},
   });
 }
 
 TEST_F(OddKinds, OfMemory) {
   std::vector<Row> rows = {
-      {kMemory, bare_slot, "dimm_status", Expected::text, text("ok")},
-      {kMemory, bare_slot, "_items", Expected::list, array({dict({{"dimm_status", text("ok")}})})},
-      {kMemory, bare_hardware, "physical_memory", Expected::text, text("4 GB")},
+      {kMemory, item("SPMemoryDataType", "@"), "dimm_status", Expected::text, text("ok")},
+      {kMemory, item("SPMemoryDataType", "@"), "_items", Expected::list,
+       array({dict({{"dimm_status", text("ok")}})})},
+      {kMemory, hardware, "physical_memory", Expected::text, text("4 GB")},
   };
-  for (const Xml& slot : {lone_slot, bank_slot}) {
+  const Xml used = told("dimm_status", "ok") + "@";
+  for (const Xml& slot :
+       {item("SPMemoryDataType", used), item("SPMemoryDataType", in_list("_items", used))}) {
     rows.insert(rows.end(), {
                                 {kMemory, slot, "dimm_manufacturer", Expected::scalar, text("Maker")},
                                 {kMemory, slot, "dimm_size", Expected::text, text("4 GB")},
@@ -371,12 +348,13 @@ TEST_F(OddKinds, OfMemory) {
 TEST_F(OddKinds, OfDisplays) {
   const Xml edid = text("0x00ffffffffffff00");
   expect({
-      {kDisplays, video, "sppci_model", Expected::scalar, text("GMA")},
-      {kDisplays, video, "spdisplays_vram", Expected::text, text("256 MB")},
-      {kDisplays, video, "spdisplays_ndrvs", Expected::list, array({dict({{"_spdisplays_edid", edid}})})},
-      {kDisplays, display, "_spdisplays_edid", Expected::text, edid},
-      {kDisplays, display, "spdisplays_main", Expected::text, text("spdisplays_yes")},
-      {kDisplays, connector, "_name", Expected::text, text("spdisplays_display_connector")},
+      {kDisplays, graphics, "sppci_model", Expected::scalar, text("GMA")},
+      {kDisplays, graphics, "spdisplays_vram", Expected::text, text("256 MB")},
+      {kDisplays, graphics, "spdisplays_ndrvs", Expected::list, array({dict({{"_spdisplays_edid", edid}})})},
+      {kDisplays, display("@"), "_spdisplays_edid", Expected::text, edid},
+      {kDisplays, display("@"), "spdisplays_main", Expected::text, text("spdisplays_yes")},
+      {kDisplays, display(told("_spdisplays_edid", "0x00") + "@"), "_name", Expected::text,
+       text("spdisplays_display_connector")},
   });
 }
 
@@ -392,11 +370,13 @@ TEST_F(OddKinds, OfAnEdidUseUpNoNumberOfAConnector) {
 
 TEST_F(OddKinds, OfDisks) {
   std::vector<Row> rows = {
-      {kStorage, sata, "smart_status", Expected::text, text("Verified")},
-      {kStorage, sata, "device_model", Expected::scalar, text("DVD")},
-      {kStorage, ata_drive, "device_model", Expected::scalar, text("DVD")},
+      {kStorage, sata_device("@"), "smart_status", Expected::text, text("Verified")},
+      {kStorage, sata_device("@"), "device_model", Expected::scalar, text("DVD")},
+      {kStorage, item("SPParallelATADataType", in_list("_items", "@")), "device_model", Expected::scalar,
+       text("DVD")},
   };
-  for (const Xml& disk : {sata_disk, scsi_disk}) {
+  const Xml scsi_disk = item("SPParallelSCSIDataType", in_list("_items", in_list("_items", "@")));
+  for (const Xml& disk : {sata_disk("@"), scsi_disk}) {
     rows.insert(rows.end(),
                 {
                     {kStorage, disk, "device_model", Expected::scalar, text("Disk")},
@@ -412,59 +392,63 @@ TEST_F(OddKinds, OfDisks) {
 
 TEST_F(OddKinds, OfVolumes) {
   expect({
-      {kStorage, bare_volume, "_name", Expected::scalar, text("HD")},
-      {kStorage, volume, "iocontent", Expected::text, text("Apple_CoreStorage")},
-      {kStorage, volume, "file_system", Expected::scalar, text("HFS+")},
-      {kStorage, volume, "mount_point", Expected::scalar, text("/")},
-      {kStorage, volume, "size", Expected::text, text("8 GB")},
-      {kStorage, volume, "free_space", Expected::text, text("4 GB")},
-      {kStorage, sized_volume, "size_in_bytes", Expected::byte_count, integer(8000000000)},
-      {kStorage, sized_volume, "free_space_in_bytes", Expected::byte_count, integer(4000000000)},
+      {kStorage, sata_volume("@"), "_name", Expected::scalar, text("HD")},
+      {kStorage, sata_volume(named + "@"), "iocontent", Expected::text, text("Apple_CoreStorage")},
+      {kStorage, sata_volume(named + "@"), "file_system", Expected::scalar, text("HFS+")},
+      {kStorage, sata_volume(named + "@"), "mount_point", Expected::scalar, text("/")},
+      {kStorage, sata_volume(named + "@"), "size", Expected::text, text("8 GB")},
+      {kStorage, sata_volume(named + "@"), "free_space", Expected::text, text("4 GB")},
+      {kStorage, sata_volume(named + spacious + "@"), "size_in_bytes", Expected::byte_count,
+       integer(8000000000)},
+      {kStorage, sata_volume(named + spacious + "@"), "free_space_in_bytes", Expected::byte_count,
+       integer(4000000000)},
   });
 }
 
 TEST_F(OddKinds, OfUsbDevices) {
   std::vector<Row> rows = {
-      {kUsb, usb_device, "_name", Expected::scalar, text("Mouse")},
-      {kUsb, usb_device, "removable_media", Expected::text, text("yes")},
-      {kUsb, usb_device, "_items", Expected::list, array({filled(""), filled("")})},
-      {kUsb, usb_device, "device_speed", Expected::text, text("low_speed")},
-      {kUsb, usb_device, "b_device_speed", Expected::text, text("low_speed")},
+      {kUsb, usb_device("@"), "_name", Expected::scalar, text("Mouse")},
+      {kUsb, usb_device("@"), "removable_media", Expected::text, text("yes")},
+      {kUsb, usb_device("@"), "_items", Expected::list, array({filled(""), filled("")})},
+      {kUsb, usb_device("@"), "device_speed", Expected::text, text("low_speed")},
+      {kUsb, usb_device("@"), "b_device_speed", Expected::text, text("low_speed")},
   };
   for (const char* key : {"product_id", "vendor_id", "bcd_device", "serial_num", "manufacturer", "bus_power",
                           "bus_power_used", "a_product_id"})
-    rows.push_back({kUsb, usb_device, key, Expected::scalar, text("x")});
+    rows.push_back({kUsb, usb_device("@"), key, Expected::scalar, text("x")});
   expect(rows);
 }
 
 TEST_F(OddKinds, OfRemovableDisks) {
   std::vector<Row> rows = {
-      {kUsb, usb_disk, "_name", Expected::scalar, text("Stick")},
-      {kUsb, usb_disk, "device_speed", Expected::text, text("low_speed")},
-      {kUsb, usb_disk, "size", Expected::text, text("8 GB")},
-      {kUsb, sized_usb_disk, "size_in_bytes", Expected::byte_count, integer(8000000000)},
-      {kUsb, usb_disk, "bsd_name", Expected::text, text("disk1")},
-      {kUsb, usb_disk, "volumes", Expected::list, array({filled("")})},
-      {kUsb, nameless_usb_volume, "_name", Expected::scalar, text("S")},
-      {kUsb, bare_usb_volume, "free_space", Expected::text, text("4 GB")},
-      {kUsb, usb_volume, "size", Expected::text, text("8 GB")},
-      {kUsb, usb_volume, "free_space_in_bytes", Expected::byte_count, integer(4000000000)},
+      {kUsb, usb_disk("@"), "_name", Expected::scalar, text("Stick")},
+      {kUsb, usb_disk("@"), "device_speed", Expected::text, text("low_speed")},
+      {kUsb, usb_disk("@"), "size", Expected::text, text("8 GB")},
+      {kUsb, usb_disk(spacious + "@"), "size_in_bytes", Expected::byte_count, integer(8000000000)},
+      {kUsb, usb_disk("@"), "bsd_name", Expected::text, text("disk1")},
+      {kUsb, usb_disk("@"), "volumes", Expected::list, array({filled("")})},
+      {kUsb, usb_volume(spacious + "@"), "_name", Expected::scalar, text("S")},
+      {kUsb, usb_volume(named + "@"), "free_space", Expected::text, text("4 GB")},
+      {kUsb, usb_volume(named + told("free_space", "4 GB") + "@"), "size", Expected::text, text("8 GB")},
+      {kUsb, usb_volume(named + spacious + "@"), "size_in_bytes", Expected::byte_count, integer(8000000000)},
+      {kUsb, usb_volume(named + spacious + "@"), "free_space_in_bytes", Expected::byte_count,
+       integer(4000000000)},
   };
   for (const char* key : {"bcd_device", "serial_num", "manufacturer", "bus_power", "bus_power_used"})
-    rows.push_back({kUsb, usb_disk, key, Expected::scalar, text("x")});
+    rows.push_back({kUsb, usb_disk("@"), key, Expected::scalar, text("x")});
   for (const char* key : {"file_system", "bsd_name", "mount_point"})
-    rows.push_back({kUsb, usb_volume, key, Expected::scalar, text("x")});
+    rows.push_back({kUsb, usb_volume(named + spacious + "@"), key, Expected::scalar, text("x")});
   expect(rows);
 }
 
 TEST_F(OddKinds, OfNetworkAdapters) {
-  const Xml ethernet = item("SPNetworkDataType", in_dict("Ethernet", "@"));
+  const Xml its_ethernet = item("SPNetworkDataType", in_dict("Ethernet", "@"));
   const Xml ipv4 = item("SPNetworkDataType", in_dict("IPv4", "@"));
   expect({
       {kAdapters, adapter, "_name", Expected::scalar, text("Ethernet")},
       {kAdapters, adapter, "interface", Expected::scalar, text("en0")},
       {kAdapters, adapter, "type", Expected::scalar, text("Ethernet")},
-      {kAdapters, ethernet, "MAC Address", Expected::text, text("00:1e:c2:0a:11:2b")},
+      {kAdapters, its_ethernet, "MAC Address", Expected::text, text("00:1e:c2:0a:11:2b")},
       {kAdapters, adapter, "Ethernet", Expected::list, dict({{"MAC Address", text("00:1e")}})},
       {kAdapters, ipv4, "Router", Expected::scalar, text("10.0.0.1")},
       {kAdapters, adapter, "IPv4", Expected::list, dict({{"Router", text("10.0.0.1")}})},
@@ -472,49 +456,44 @@ TEST_F(OddKinds, OfNetworkAdapters) {
 }
 
 TEST_F(OddKinds, OfTheNetworkIdentity) {
-  const Xml its_adapter = en0 + addresses + address;
+  const Xml location = active + its_service;
+  const Xml bare = en0 + addresses;
+  const Xml whole = bare + ethernet;
+  const auto smb = [](const Xml& entries) { return active + service(its_address + in_dict("SMB", entries)); };
   expect({
-      {identity, network("@" + addresses + address, active + service), "interface", Expected::text,
-       text("en0")},
-      {identity, network(en0 + addresses + "@", active + service), "Ethernet", Expected::list,
+      {identity, network(addresses + ethernet + "@", location), "interface", Expected::text, text("en0")},
+      {identity, network(bare + "@", location), "Ethernet", Expected::list,
        dict({{"MAC Address", text("00:1e")}})},
-      {identity, network(en0 + addresses + in_dict("Ethernet", "@"), active + service), "MAC Address",
-       Expected::text, text("00:1e")},
-      {identity, network(its_adapter + in_dict("IPv4", "@"), ""), "ConfigMethod", Expected::text,
-       text("Manual")},
-      {identity, network(its_adapter + "@", ""), "IPv4", Expected::list,
-       dict({{"ConfigMethod", text("Manual")}})},
-      {identity, network(its_adapter, "@" + service), "spnetworklocation_isActive", Expected::text,
-       text("yes")},
-      {identity, network(its_adapter, active + "@"), "spnetworklocation_services", Expected::list,
-       array({dict({{"hardware_address", text("00:1e")}})})},
-      {identity, network(its_adapter, active + service_with("@")), "hardware_address", Expected::text,
+      {identity, network(bare + in_dict("Ethernet", "@"), location), "MAC Address", Expected::text,
        text("00:1e")},
-      {identity, network(its_adapter, active + service_with(told("hardware_address", "00:1e") + "@")), "SMB",
-       Expected::list, dict({{"Workgroup", text("w")}})},
-      {identity,
-       network(its_adapter, active + service_with(told("hardware_address", "00:1e") + in_dict("SMB", "@"))),
-       "Workgroup", Expected::text, text("w")},
-      {identity,
-       network(its_adapter, active + service_with(told("hardware_address", "00:1e") +
-                                                  in_dict("SMB", told("Workgroup", "w") + "@"))),
-       "NetBIOSName", Expected::text, text("mac")},
-      {hardware_of_given, network("@" + address, active + service), "ip_address", Expected::list,
+      {identity, network(whole + "@", ""), "IPv4", Expected::list, dict({{"ConfigMethod", text("Manual")}})},
+      {identity, network(whole + in_dict("IPv4", "@"), ""), "ConfigMethod", Expected::text, text("Manual")},
+      {identity, network(whole, its_service + "@"), "spnetworklocation_isActive", Expected::text,
+       text("yes")},
+      {identity, network(whole, active + "@"), "spnetworklocation_services", Expected::list,
+       array({dict({{"hardware_address", text("00:1e")}})})},
+      {identity, network(whole, active + service("@")), "hardware_address", Expected::text, text("00:1e")},
+      {identity, network(whole, active + service(its_address + "@")), "SMB", Expected::list,
+       dict({{"Workgroup", text("w")}})},
+      {identity, network(whole, smb("@")), "Workgroup", Expected::text, text("w")},
+      {identity, network(whole, smb(told("Workgroup", "w") + "@")), "NetBIOSName", Expected::text,
+       text("mac")},
+      {hardware_of_given, network(ethernet + "@", location), "ip_address", Expected::list,
        array({text("10.0.0.5")})},
   });
 }
 
 TEST_F(OddKinds, OfPrinters) {
   std::vector<Row> rows = {
-      {kPrinters, bare_printer, "default", Expected::text, text("yes")},
-      {kPrinters, scanning_printer, "scannerUUID", Expected::scalar, text("1")},
-      {kPrinters, scanning_printer, "scannerapppath", Expected::scalar, text("/x")},
-      {kPrinters, printer, "scanner", Expected::text, text("yes")},
-      {kPrinters, printer, "fax", Expected::text, text("yes")},
-      {kPrinters, remote_printer, "printserver", Expected::scalar, text("local")},
+      {kPrinters, item("SPPrintersDataType", named + "@"), "default", Expected::text, text("yes")},
+      {kPrinters, printer(told("scanner", "yes") + "@"), "scannerUUID", Expected::scalar, text("1")},
+      {kPrinters, printer(told("scanner", "yes") + "@"), "scannerapppath", Expected::scalar, text("/x")},
+      {kPrinters, printer("@"), "scanner", Expected::text, text("yes")},
+      {kPrinters, printer("@"), "fax", Expected::text, text("yes")},
+      {kPrinters, printer(told("uri", "usb") + "@"), "printserver", Expected::scalar, text("local")},
   };
   for (const char* key : {"_name", "status", "driverversion", "uri", "ppd", "ppdfileversion"})
-    rows.push_back({kPrinters, printer, key, Expected::scalar, text("x")});
+    rows.push_back({kPrinters, printer("@"), key, Expected::scalar, text("x")});
   expect(rows);
 }
 
@@ -551,30 +530,28 @@ TEST_F(OddKinds, OfTheFirewall) {
 }
 
 TEST_F(OddKinds, OfTheSummary) {
-  const Xml main_display = item("SPDisplaysDataType",
-                                in_list("spdisplays_ndrvs", told("spdisplays_main", "spdisplays_yes") + "@"));
-  const Xml another_display =
-      item("SPDisplaysDataType", in_list("spdisplays_ndrvs", told("spdisplays_resolution", "1 x 1") + "@"));
+  const Xml main_display = display(told("spdisplays_main", "spdisplays_yes") + "@");
+  const Xml another_display = display(told("spdisplays_resolution", "1 x 1") + "@");
   const Xml edid = text("0x00ffffffffffff00061000000000000000000103003420");
-  const Xml volume_of_disk = item("SPSerialATADataType", in_list("_items", in_list("volumes", "@")));
+  const Xml volume_of_disk = sata_volume("@");
   expect({
       {summary, software, "local_host_name", Expected::text, text("imac")},
       {summary, software, "user_name", Expected::text, text("Jane Doe (jdoe)")},
       {summary, software, "os_version", Expected::text, text("Mac OS X 10.6.8 (10K549)")},
-      {summary, bare_hardware, "packages", Expected::number, integer(2)},
-      {summary, hardware, "number_processors", Expected::number, integer(8)},
-      {summary, hardware, "current_processor_speed", Expected::text, text("2.4 GHz")},
-      {summary, hardware, "cpu_type", Expected::text, text("Intel")},
-      {summary, hardware, "machine_model", Expected::text, text("iMac")},
-      {summary, hardware, "physical_memory", Expected::text, text("4 GB")},
-      {summary, hardware, "platform_UUID", Expected::text, text("u")},
-      {summary, video, "spdisplays_vram", Expected::text, text("256 MB")},
-      {summary, video, "spdisplays_ndrvs", Expected::list, array({dict({{"_spdisplays_edid", edid}})})},
+      {summary, hardware, "packages", Expected::number, integer(2)},
+      {summary, two_packages, "number_processors", Expected::number, integer(8)},
+      {summary, two_packages, "current_processor_speed", Expected::text, text("2.4 GHz")},
+      {summary, two_packages, "cpu_type", Expected::text, text("Intel")},
+      {summary, two_packages, "machine_model", Expected::text, text("iMac")},
+      {summary, two_packages, "physical_memory", Expected::text, text("4 GB")},
+      {summary, two_packages, "platform_UUID", Expected::text, text("u")},
+      {summary, graphics, "spdisplays_vram", Expected::text, text("256 MB")},
+      {summary, graphics, "spdisplays_ndrvs", Expected::list, array({dict({{"_spdisplays_edid", edid}})})},
       {summary, another_display, "spdisplays_main", Expected::text, text("spdisplays_yes")},
       {summary, main_display, "spdisplays_resolution", Expected::text, text("1440 x 900")},
       {summary, main_display, "_spdisplays_edid", Expected::text, edid},
-      {summary, sata, "size", Expected::text, text("8 GB")},
-      {summary, sata, "volumes", Expected::list, array({dict({{"size", text("8 GB")}})})},
+      {summary, sata_device("@"), "size", Expected::text, text("8 GB")},
+      {summary, sata_device("@"), "volumes", Expected::list, array({dict({{"size", text("8 GB")}})})},
       {summary, volume_of_disk, "size", Expected::text, text("8 GB")},
       {summary, volume_of_disk, "free_space", Expected::text, text("8 GB")},
   });
