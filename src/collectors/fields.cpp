@@ -1,13 +1,38 @@
 #include "collectors/fields.h"
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+
 #include "driver/base/dates.h"
+
+namespace {
+
+bool is_element(const std::string& name) {
+  constexpr std::string_view kPrefix = "item";
+  return name.size() > kPrefix.size() && name.compare(0, kPrefix.size(), kPrefix) == 0 &&
+         name.find_first_not_of("0123456789", kPrefix.size()) == name.npos;
+}
+
+template <typename Entries>
+bool are_elements(const Entries& entries) {
+  return std::all_of(entries.begin(), entries.end(),
+                     [](const auto& entry) { return is_element(entry->name()); });
+}
+
+}  // namespace
+
+const Tag* find_list(const Tag& item, const char* key) {
+  const Tag* tag = item.find_child(key);
+  return tag && are_elements(tag->attributes()) && are_elements(tag->children()) ? tag : nullptr;
+}
 
 const Tag* find_items(const InventoryTree& profiler, const char* data_type) {
   const Tag* type = profiler.top().find_child(data_type);
   return type ? find_items(*type) : nullptr;
 }
 
-const Tag* find_items(const Tag& item) { return item.find_child("_items"); }
+const Tag* find_items(const Tag& item) { return find_list(item, "_items"); }
 
 const Tag* first_item(const InventoryTree& profiler, const char* data_type) {
   const Tag* items = find_items(profiler, data_type);

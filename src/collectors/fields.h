@@ -11,6 +11,8 @@
 // its child "_items", and an item's keys are attributes (texts, numbers) or children (dictionaries, arrays).
 // A key whose value is of another kind than the one asked for counts as a key that is not there.
 
+// The tag of an array; none for a dictionary. It holds tags and attributes named "item" and their index.
+const Tag* find_list(const Tag& item, const char* key);
 // The tag that holds the items of a data type ("SPHardwareDataType"), or the items below an item; none when
 // there is none.
 const Tag* find_items(const InventoryTree& profiler, const char* data_type);

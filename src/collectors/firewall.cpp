@@ -36,7 +36,7 @@ constexpr CopiedField kSwitches[] = {
 };
 
 void write_rules(Tag& snapshot, const Tag& item, const RuleList& list) {
-  const Tag* rules = item.find_child(list.key);
+  const Tag* rules = find_list(item, list.key);
   if (!rules) return;
   Place elements(snapshot, list.path);
   int number = 0;

@@ -12,19 +12,12 @@ namespace {
 // The first three octets of a hardware address name its maker.
 constexpr size_t kMakerLength = 8;
 
-// Whether an attribute is an element of an array; else it is a key of a dictionary.
-bool is_element(const Attribute& attribute) {
-  const std::string& name = attribute.name();
-  return name.compare(0, 4, "item") == 0 && name.find_first_not_of("0123456789", 4) == name.npos;
-}
-
 // The texts among the elements of an array.
 std::vector<const char*> texts_in(const Tag* list) {
   std::vector<const char*> texts;
   if (!list) return texts;
   for (const auto& element : list->attributes()) {
-    const char* text = is_element(*element) ? text_of(element->value()) : nullptr;
-    if (text) texts.push_back(text);
+    if (const char* text = text_of(element->value())) texts.push_back(text);
   }
   return texts;
 }
@@ -59,8 +52,8 @@ void write_adapter(Place& adapter, const Tag& item) {
   copy_element_value(adapter, item, "_name");
   copy_field(adapter, "bsd-device-name", item, "interface");
   copy_field(adapter, "type", item, "type");
-  set_joined(adapter, "ip-address", addresses_in(item.find_child("ip_address")));
-  set_joined(adapter, "ip-subnet", texts_in(item.find_child("SubnetMasks")));
+  set_joined(adapter, "ip-address", addresses_in(find_list(item, "ip_address")));
+  set_joined(adapter, "ip-subnet", texts_in(find_list(item, "SubnetMasks")));
   set_hardware_address(adapter, item);
   if (const Tag* ipv4 = item.find_child("IPv4")) copy_field(adapter, "default-gateway", *ipv4, "Router");
 }

@@ -148,7 +148,7 @@ class UsbWriter {
       if (char* text = text_of(attribute->value())) write_disk_fact(disk, entry, key, text);
     }
     disk.set_attribute("interface", text_value("USB"));
-    if (const Tag* volumes = entry.find_child("volumes"))
+    if (const Tag* volumes = find_list(entry, "volumes"))
       disk.set_attribute("partitions", Value(add_partitions(*volumes)));
   }
 

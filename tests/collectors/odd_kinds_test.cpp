@@ -145,25 +145,6 @@ Xml network(const Xml& its_adapter, const Xml& location) {
 const char kOddDate[] = "<date>2012-01-18T13:30:45Z</date>";
 const char kDateText[] = "20120118133045.000000+0";
 
-struct OddValue {
-  const char* kind;
-  Xml xml;
-  const char* copy = nullptr;  // as a copy of it is described; only scalars are copied
-  bool is_container = false;
-};
-const OddValue kText = {"text", text("odd"), "text odd"};
-const OddValue kInteger = {"integer", integer(7), "integer 7"};
-const OddValue kZero = {"zero", integer(0), "integer 0"};
-const OddValue kReal = {"real", "<real>7.5</real>", "real 7.500000"};
-const OddValue kDate = {"date", kOddDate, "text 20120118133045.000000+0"};
-const OddValue kNoScalars[] = {
-    {"dictionary", "<dict><key>k</key><string>yes</string></dict>", nullptr, true},
-    {"array", "<array><string>yes</string><integer>7</integer></array>", nullptr, true},
-    {"empty array", "<array/>"},
-    {"boolean", "<true/>"},
-    {"data", "<data>AAEC</data>"},
-};
-
 // What a key is expected to hold, and what becomes of other kinds.
 enum class Expected {
   text,        // any other kind counts as no key
@@ -173,7 +154,29 @@ enum class Expected {
   number,      // an integer, or a real without its fraction; any other kind counts as no key
   yes,         // a switch of the power section: a text, number or date that is not "Yes" is a "No"
   byte_count,  // an integer; a text, real or date counts as 0 bytes, any other kind as no key
-  list,        // an array of dictionaries, or a dictionary; any scalar counts as no key
+  array,       // any other kind counts as no key
+  dictionary,  // any other kind counts as no key
+};
+
+struct OddValue {
+  const char* kind;
+  Xml xml;
+  const char* copy = nullptr;           // as a copy of it is described; only scalars are copied
+  Expected container = Expected::text;  // array or dictionary, where it is one
+};
+const OddValue kText = {"text", text("odd"), "text odd"};
+const OddValue kInteger = {"integer", integer(7), "integer 7"};
+const OddValue kZero = {"zero", integer(0), "integer 0"};
+const OddValue kReal = {"real", "<real>7.5</real>", "real 7.500000"};
+const OddValue kDate = {"date", kOddDate, "text 20120118133045.000000+0"};
+const OddValue kNoScalars[] = {
+    {"dictionary", "<dict><key>k</key><string>yes</string></dict>", nullptr, Expected::dictionary},
+    {"dictionary of one", "<dict><key>k</key><dict><key>_name</key><string>yes</string></dict></dict>",
+     nullptr, Expected::dictionary},
+    {"array", "<array><string>yes</string><integer>7</integer></array>", nullptr, Expected::array},
+    {"empty array", "<array/>"},
+    {"boolean", "<true/>"},
+    {"data", "<data>AAEC</data>"},
 };
 
 struct Row {
@@ -181,7 +184,7 @@ struct Row {
   Xml list;
   const char* key;
   Expected expected;
-  // What the profiler gives, which must make a difference; an XML element for `list`, `integer` and the like.
+  // What the profiler gives, which must make a difference; as an XML element.
   Xml usual;
 };
 
@@ -212,7 +215,7 @@ class OddKinds : public testing::Test {
       SCOPED_TRACE(std::string(row.key) + " in " + row.list);
       EXPECT_NE(read(row, row.usual), read(row, "")) << "the key is not read at all";
       for (const OddValue& odd : kNoScalars) {
-        if (row.expected != Expected::list || !odd.is_container) expect_absent(row, odd);
+        if (row.expected != odd.container) expect_absent(row, odd);
       }
       for (const OddValue* odd : {&kText, &kInteger, &kZero, &kReal, &kDate}) expect_scalar(row, *odd);
     }
@@ -227,14 +230,14 @@ class OddKinds : public testing::Test {
   }
 
   static void expect_scalar(const Row& row, const OddValue& odd) {
-    const bool is_text = odd.kind == kText.kind;
-    const bool is_integer = odd.kind == kInteger.kind || odd.kind == kZero.kind;
+    const bool is_text = &odd == &kText;
+    const bool is_integer = &odd == &kInteger || &odd == &kZero;
     switch (row.expected) {
       case Expected::text:
         if (!is_text) expect_absent(row, odd);
         break;
       case Expected::date:
-        if (odd.kind == kDate.kind) {
+        if (&odd == &kDate) {
           expect_same(row, odd, text(kDateText));
         } else if (!is_text) {
           expect_absent(row, odd);
@@ -247,7 +250,7 @@ class OddKinds : public testing::Test {
         if (!is_integer) expect_absent(row, odd);
         break;
       case Expected::number:
-        if (odd.kind == kReal.kind) {
+        if (&odd == &kReal) {
           expect_same(row, odd, integer(7));
         } else if (!is_integer) {
           expect_absent(row, odd);
@@ -259,7 +262,8 @@ class OddKinds : public testing::Test {
       case Expected::byte_count:
         if (!is_integer) expect_same(row, odd, integer(0));
         break;
-      case Expected::list:
+      case Expected::array:
+      case Expected::dictionary:
         expect_absent(row, odd);
         break;
     }
@@ -288,7 +292,7 @@ TEST_F(OddKinds, OfTheComputer) {
       {kComputer, item("SPMemoryDataType", "@"), "dimm_status", Expected::text, text("ok")},
       {kComputer, item("SPMemoryDataType", told("dimm_status", "ok") + "@"), "dimm_size", Expected::text,
        text("4 GB")},
-      {kComputer, item("SPMemoryDataType", "@"), "_items", Expected::list,
+      {kComputer, item("SPMemoryDataType", "@"), "_items", Expected::array,
        array({filled(""), dict({{"dimm_status", text("ok")}})})},
   });
 }
@@ -327,7 +331,7 @@ TEST_F(OddKinds, OfProcessors) {
 TEST_F(OddKinds, OfMemory) {
   std::vector<Row> rows = {
       {kMemory, item("SPMemoryDataType", "@"), "dimm_status", Expected::text, text("ok")},
-      {kMemory, item("SPMemoryDataType", "@"), "_items", Expected::list,
+      {kMemory, item("SPMemoryDataType", "@"), "_items", Expected::array,
        array({dict({{"dimm_status", text("ok")}})})},
       {kMemory, hardware, "physical_memory", Expected::text, text("4 GB")},
   };
@@ -350,7 +354,7 @@ TEST_F(OddKinds, OfDisplays) {
   expect({
       {kDisplays, graphics, "sppci_model", Expected::scalar, text("GMA")},
       {kDisplays, graphics, "spdisplays_vram", Expected::text, text("256 MB")},
-      {kDisplays, graphics, "spdisplays_ndrvs", Expected::list, array({dict({{"_spdisplays_edid", edid}})})},
+      {kDisplays, graphics, "spdisplays_ndrvs", Expected::array, array({dict({{"_spdisplays_edid", edid}})})},
       {kDisplays, display("@"), "_spdisplays_edid", Expected::text, edid},
       {kDisplays, display("@"), "spdisplays_main", Expected::text, text("spdisplays_yes")},
       {kDisplays, display(told("_spdisplays_edid", "0x00") + "@"), "_name", Expected::text,
@@ -384,7 +388,7 @@ TEST_F(OddKinds, OfDisks) {
                     {kStorage, disk, "device_revision", Expected::scalar, text("r")},
                     {kStorage, disk, "size", Expected::text, text("8 GB")},
                     {kStorage, disk, "size_in_bytes", Expected::byte_count, integer(8000000000)},
-                    {kStorage, disk, "volumes", Expected::list, array({dict({{"_name", text("HD")}})})},
+                    {kStorage, disk, "volumes", Expected::array, array({dict({{"_name", text("HD")}})})},
                 });
   }
   expect(rows);
@@ -409,7 +413,7 @@ TEST_F(OddKinds, OfUsbDevices) {
   std::vector<Row> rows = {
       {kUsb, usb_device("@"), "_name", Expected::scalar, text("Mouse")},
       {kUsb, usb_device("@"), "removable_media", Expected::text, text("yes")},
-      {kUsb, usb_device("@"), "_items", Expected::list, array({filled(""), filled("")})},
+      {kUsb, usb_device("@"), "_items", Expected::array, array({filled(""), filled("")})},
       {kUsb, usb_device("@"), "device_speed", Expected::text, text("low_speed")},
       {kUsb, usb_device("@"), "b_device_speed", Expected::text, text("low_speed")},
   };
@@ -426,7 +430,7 @@ TEST_F(OddKinds, OfRemovableDisks) {
       {kUsb, usb_disk("@"), "size", Expected::text, text("8 GB")},
       {kUsb, usb_disk(spacious + "@"), "size_in_bytes", Expected::byte_count, integer(8000000000)},
       {kUsb, usb_disk("@"), "bsd_name", Expected::text, text("disk1")},
-      {kUsb, usb_disk("@"), "volumes", Expected::list, array({filled("")})},
+      {kUsb, usb_disk("@"), "volumes", Expected::array, array({filled("")})},
       {kUsb, usb_volume(spacious + "@"), "_name", Expected::scalar, text("S")},
       {kUsb, usb_volume(named + "@"), "free_space", Expected::text, text("4 GB")},
       {kUsb, usb_volume(named + told("free_space", "4 GB") + "@"), "size", Expected::text, text("8 GB")},
@@ -449,9 +453,9 @@ TEST_F(OddKinds, OfNetworkAdapters) {
       {kAdapters, adapter, "interface", Expected::scalar, text("en0")},
       {kAdapters, adapter, "type", Expected::scalar, text("Ethernet")},
       {kAdapters, its_ethernet, "MAC Address", Expected::text, text("00:1e:c2:0a:11:2b")},
-      {kAdapters, adapter, "Ethernet", Expected::list, dict({{"MAC Address", text("00:1e")}})},
+      {kAdapters, adapter, "Ethernet", Expected::dictionary, dict({{"MAC Address", text("00:1e")}})},
       {kAdapters, ipv4, "Router", Expected::scalar, text("10.0.0.1")},
-      {kAdapters, adapter, "IPv4", Expected::list, dict({{"Router", text("10.0.0.1")}})},
+      {kAdapters, adapter, "IPv4", Expected::dictionary, dict({{"Router", text("10.0.0.1")}})},
   });
 }
 
@@ -462,23 +466,24 @@ TEST_F(OddKinds, OfTheNetworkIdentity) {
   const auto smb = [](const Xml& entries) { return active + service(its_address + in_dict("SMB", entries)); };
   expect({
       {identity, network(addresses + ethernet + "@", location), "interface", Expected::text, text("en0")},
-      {identity, network(bare + "@", location), "Ethernet", Expected::list,
+      {identity, network(bare + "@", location), "Ethernet", Expected::dictionary,
        dict({{"MAC Address", text("00:1e")}})},
       {identity, network(bare + in_dict("Ethernet", "@"), location), "MAC Address", Expected::text,
        text("00:1e")},
-      {identity, network(whole + "@", ""), "IPv4", Expected::list, dict({{"ConfigMethod", text("Manual")}})},
+      {identity, network(whole + "@", ""), "IPv4", Expected::dictionary,
+       dict({{"ConfigMethod", text("Manual")}})},
       {identity, network(whole + in_dict("IPv4", "@"), ""), "ConfigMethod", Expected::text, text("Manual")},
       {identity, network(whole, its_service + "@"), "spnetworklocation_isActive", Expected::text,
        text("yes")},
-      {identity, network(whole, active + "@"), "spnetworklocation_services", Expected::list,
+      {identity, network(whole, active + "@"), "spnetworklocation_services", Expected::array,
        array({dict({{"hardware_address", text("00:1e")}})})},
       {identity, network(whole, active + service("@")), "hardware_address", Expected::text, text("00:1e")},
-      {identity, network(whole, active + service(its_address + "@")), "SMB", Expected::list,
+      {identity, network(whole, active + service(its_address + "@")), "SMB", Expected::dictionary,
        dict({{"Workgroup", text("w")}})},
       {identity, network(whole, smb("@")), "Workgroup", Expected::text, text("w")},
       {identity, network(whole, smb(told("Workgroup", "w") + "@")), "NetBIOSName", Expected::text,
        text("mac")},
-      {hardware_of_given, network(ethernet + "@", location), "ip_address", Expected::list,
+      {hardware_of_given, network(ethernet + "@", location), "ip_address", Expected::array,
        array({text("10.0.0.5")})},
   });
 }
@@ -524,8 +529,8 @@ TEST_F(OddKinds, OfTheFirewall) {
       {kFirewall, firewall, "spfirewall_globalstate", Expected::text, text(limited)},
       {kFirewall, firewall, "spfirewall_stealthenabled", Expected::text, text("Yes")},
       {kFirewall, firewall, "spfirewall_loggingenabled", Expected::text, text("Yes")},
-      {kFirewall, with_rules, "spfirewall_services", Expected::list, rules},
-      {kFirewall, with_rules, "spfirewall_applications", Expected::list, rules},
+      {kFirewall, with_rules, "spfirewall_services", Expected::dictionary, rules},
+      {kFirewall, with_rules, "spfirewall_applications", Expected::dictionary, rules},
   });
 }
 
@@ -546,12 +551,12 @@ TEST_F(OddKinds, OfTheSummary) {
       {summary, two_packages, "physical_memory", Expected::text, text("4 GB")},
       {summary, two_packages, "platform_UUID", Expected::text, text("u")},
       {summary, graphics, "spdisplays_vram", Expected::text, text("256 MB")},
-      {summary, graphics, "spdisplays_ndrvs", Expected::list, array({dict({{"_spdisplays_edid", edid}})})},
+      {summary, graphics, "spdisplays_ndrvs", Expected::array, array({dict({{"_spdisplays_edid", edid}})})},
       {summary, another_display, "spdisplays_main", Expected::text, text("spdisplays_yes")},
       {summary, main_display, "spdisplays_resolution", Expected::text, text("1440 x 900")},
       {summary, main_display, "_spdisplays_edid", Expected::text, edid},
       {summary, sata_device("@"), "size", Expected::text, text("8 GB")},
-      {summary, sata_device("@"), "volumes", Expected::list, array({dict({{"size", text("8 GB")}})})},
+      {summary, sata_device("@"), "volumes", Expected::array, array({dict({{"size", text("8 GB")}})})},
       {summary, volume_of_disk, "size", Expected::text, text("8 GB")},
       {summary, volume_of_disk, "free_space", Expected::text, text("8 GB")},
   });
