@@ -24,15 +24,16 @@ void copy_or_unknown(Place& application, const char* name, const Tag& item, cons
 }
 
 void set_installation_day(Place& application, const Tag& item) {
-  char* date = find_text(item, "lastModified");
+  char* date = find_date(item, "lastModified");
   if (!date) return set_unknown(application, "inst-date");
   if (std::strlen(date) > kDayLength) date[kDayLength] = '\0';
   application.set_attribute("inst-date", text_value(date));
 }
 
 void set_width(Place& application, const Tag& item) {
-  if (!find_text(item, "has64BitIntelCode")) return set_unknown(application, "64bit-app");
-  if (text_is(item, "has64BitIntelCode", "yes")) application.set_attribute("64bit-app", yes_no(true));
+  const char* wide = find_text(item, "has64BitIntelCode");
+  if (!wide) return set_unknown(application, "64bit-app");
+  if (equal_text(wide, "yes")) application.set_attribute("64bit-app", yes_no(true));
 }
 
 void write_application(Place& application, const Tag& item) {

@@ -137,10 +137,8 @@ bool collect_display(Place& monitor, const Tag& display) {
     if (edid) write_connected_display(monitor, decode_edid(edid));
     return edid != nullptr;
   }
-  if (find_value(display, "spdisplays_main")) {
-    const bool is_main = text_is(display, "spdisplays_main", "spdisplays_yes");
-    monitor.set_attribute("main-monitor", yes_no(is_main), "type", "bool");
-  }
+  if (const char* told = find_text(display, "spdisplays_main"))
+    monitor.set_attribute("main-monitor", yes_no(equal_text(told, "spdisplays_yes")), "type", "bool");
   if (edid) write_display(monitor, decode_edid(edid));
   return true;
 }
@@ -149,7 +147,7 @@ void collect_monitors(InventoryTree& snapshot, const Tag& adapters) {
   Place monitors(snapshot.root(), "/Video/Monitors");
   int number = 1;
   for (const auto& adapter : adapters.children()) {
-    const Tag* displays = adapter->find_child("spdisplays_ndrvs");
+    const Tag* displays = find_list(*adapter, "spdisplays_ndrvs");
     if (!displays) continue;
     for (const auto& display : displays->children()) {
       Place monitor(monitors, format_string("Monitor:%d", number).get(), Place::Names::distinct);

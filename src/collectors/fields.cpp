@@ -1,11 +1,38 @@
 #include "collectors/fields.h"
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "driver/base/dates.h"
+
+namespace {
+
+bool is_element(const std::string& name) {
+  constexpr std::string_view kPrefix = "item";
+  return name.size() > kPrefix.size() && name.compare(0, kPrefix.size(), kPrefix) == 0 &&
+         name.find_first_not_of("0123456789", kPrefix.size()) == name.npos;
+}
+
+template <typename Entries>
+bool are_elements(const Entries& entries) {
+  return std::all_of(entries.begin(), entries.end(),
+                     [](const auto& entry) { return is_element(entry->name()); });
+}
+
+}  // namespace
+
+const Tag* find_list(const Tag& item, const char* key) {
+  const Tag* tag = item.find_child(key);
+  return tag && are_elements(tag->attributes()) && are_elements(tag->children()) ? tag : nullptr;
+}
+
 const Tag* find_items(const InventoryTree& profiler, const char* data_type) {
   const Tag* type = profiler.top().find_child(data_type);
   return type ? find_items(*type) : nullptr;
 }
 
-const Tag* find_items(const Tag& item) { return item.find_child("_items"); }
+const Tag* find_items(const Tag& item) { return find_list(item, "_items"); }
 
 const Tag* first_item(const InventoryTree& profiler, const char* data_type) {
   const Tag* items = find_items(profiler, data_type);
@@ -17,13 +44,23 @@ const Value* find_value(const Tag& item, const char* key) {
   return attribute ? &attribute->value() : nullptr;
 }
 
+char* text_of(Value& value) {
+  char* text = value.text();
+  return text && !is_cim_date(text) ? text : nullptr;
+}
+
 char* find_text(const Tag& item, const char* key) {
   Attribute* attribute = item.find_attribute(key);
-  return attribute ? attribute->value().text() : nullptr;
+  return attribute ? text_of(attribute->value()) : nullptr;
 }
 
 bool text_is(const Tag& item, const char* key, const char* expected) {
   return equal_text(find_text(item, key), expected);
+}
+
+char* find_date(const Tag& item, const char* key) {
+  Attribute* attribute = item.find_attribute(key);
+  return attribute ? attribute->value().text() : nullptr;
 }
 
 int64_t find_integer(const Tag& item, const char* key) {
@@ -45,6 +82,10 @@ void copy_element_value(Place& element, const Tag& item, const char* key) {
 }
 
 Value yes_no(bool yes) { return text_value(yes ? "1" : "0"); }
+
+void set_switch(Place& element, const char* name, const Tag& item, const char* key, const char* no) {
+  if (const char* told = find_text(item, key)) element.set_attribute(name, yes_no(!equal_text(told, no)));
+}
 
 Text byte_count_text(int64_t bytes) { return format_string("%lld", static_cast<long long>(bytes)); }
 

@@ -9,8 +9,10 @@
 
 // ---- Reading. In the profiler tree a data type is a child of the top element, its items are the children of
 // its child "_items", and an item's keys are attributes (texts, numbers) or children (dictionaries, arrays).
-// Whatever is missing or of another kind reads as none.
+// A key whose value is of another kind than the one asked for counts as a key that is not there.
 
+// The tag of an array; none for a dictionary. It holds tags and attributes named "item" and their index.
+const Tag* find_list(const Tag& item, const char* key);
 // The tag that holds the items of a data type ("SPHardwareDataType"), or the items below an item; none when
 // there is none.
 const Tag* find_items(const InventoryTree& profiler, const char* data_type);
@@ -18,10 +20,15 @@ const Tag* find_items(const Tag& item);
 // The first item of a data type, or none.
 const Tag* first_item(const InventoryTree& profiler, const char* data_type);
 
+// A value to be copied: a text, a number or a date, whichever the profiler gives.
 const Value* find_value(const Tag& item, const char* key);
+// What a value tells as a text; none for a number, and for a date, which the tree holds as a text too.
+char* text_of(Value& value);
 // The text stands in the profiler tree; size parsing changes it there (see units.h).
 char* find_text(const Tag& item, const char* key);
 bool text_is(const Tag& item, const char* key, const char* expected);
+// The text of a date, or the text that stands in its place.
+char* find_date(const Tag& item, const char* key);
 // The integer, or 0.
 int64_t find_integer(const Tag& item, const char* key);
 
@@ -47,6 +54,8 @@ void copy_element_value(Place& element, const Tag& item, const char* key);
 
 // Yes and no are the texts "1" and "0".
 Value yes_no(bool yes);
+// A switch of which only `no` means no, and any other text yes; nothing when the key is missing.
+void set_switch(Place& element, const char* name, const Tag& item, const char* key, const char* no);
 
 // A byte count as the annotation "base-value" has it.
 Text byte_count_text(int64_t bytes);

@@ -36,7 +36,7 @@ constexpr CopiedField kSwitches[] = {
 };
 
 void write_rules(Tag& snapshot, const Tag& item, const RuleList& list) {
-  const Tag* rules = item.find_child(list.key);
+  const Tag* rules = find_list(item, list.key);
   if (!rules) return;
   Place elements(snapshot, list.path);
   int number = 0;
@@ -57,10 +57,7 @@ void write_firewall(Tag& snapshot, const Tag& item) {
     for (const RuleList& list : kRuleLists) write_rules(snapshot, item, list);
   }
   // Unlike a printer's, these switches are written with a capital letter.
-  for (const CopiedField& field : kSwitches) {
-    if (!find_value(item, field.key)) continue;
-    firewall.set_attribute(field.name, yes_no(!text_is(item, field.key, "No")));
-  }
+  for (const CopiedField& field : kSwitches) set_switch(firewall, field.name, item, field.key, "No");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "collectors/fields.h"
 
@@ -11,24 +12,29 @@ namespace {
 // The first three octets of a hardware address name its maker.
 constexpr size_t kMakerLength = 8;
 
-// Whether a tag holds an array of texts: nothing but attributes in the order of their numbers, all texts.
-bool is_text_list(const Tag& list) {
-  size_t index = 0;
-  for (const auto& element : list.attributes()) {
-    if (!element->value().text() || element->name() != "item" + std::to_string(index++)) return false;
+// The texts among the elements of an array.
+std::vector<const char*> texts_in(const Tag* list) {
+  std::vector<const char*> texts;
+  if (!list) return texts;
+  for (const auto& element : list->attributes()) {
+    if (const char* text = text_of(element->value())) texts.push_back(text);
   }
-  return index > 0 && list.children().empty();
+  return texts;
 }
 
-// The elements of an array of texts, as "10.0.0.5, 169.254.3.1".
-void set_joined(Place& adapter, const char* name, const Tag& item, const char* key) {
-  const Tag* list = item.find_child(key);
-  if (!list || !is_text_list(*list)) return;
-  std::string joined = list->attribute_at(0)->value().text();
-  for (size_t i = 1; i < list->attributes().size(); ++i) {
-    joined += ", ";
-    joined += list->attribute_at(i)->value().text();
-  }
+// None when there is anything else among them: the identity reads the list so too.
+std::vector<const char*> addresses_in(const Tag* list) {
+  std::vector<const char*> addresses = texts_in(list);
+  const bool all = list && list->children().empty() && addresses.size() == list->attributes().size();
+  if (!all) addresses.clear();
+  return addresses;
+}
+
+// "10.0.0.5, 169.254.3.1"; nothing for no text.
+void set_joined(Place& adapter, const char* name, const std::vector<const char*>& texts) {
+  if (texts.empty()) return;
+  std::string joined = texts.front();
+  for (size_t i = 1; i < texts.size(); ++i) joined += std::string(", ") + texts[i];
   adapter.set_attribute(name, text_value(joined.c_str()));
 }
 
@@ -46,8 +52,8 @@ void write_adapter(Place& adapter, const Tag& item) {
   copy_element_value(adapter, item, "_name");
   copy_field(adapter, "bsd-device-name", item, "interface");
   copy_field(adapter, "type", item, "type");
-  set_joined(adapter, "ip-address", item, "ip_address");
-  set_joined(adapter, "ip-subnet", item, "SubnetMasks");
+  set_joined(adapter, "ip-address", addresses_in(find_list(item, "ip_address")));
+  set_joined(adapter, "ip-subnet", texts_in(find_list(item, "SubnetMasks")));
   set_hardware_address(adapter, item);
   if (const Tag* ipv4 = item.find_child("IPv4")) copy_field(adapter, "default-gateway", *ipv4, "Router");
 }

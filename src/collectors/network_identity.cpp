@@ -4,22 +4,23 @@
 
 #include "collectors/network_adapters.h"
 #include "profiler/plist_access.h"
+#include "profiler/plist_dump.h"
 
 namespace {
 
-bool is_text_list(CFArrayRef array) {
-  const CFIndex count = array ? CFArrayGetCount(array) : 0;
-  for (CFIndex i = 0; i < count; ++i) {
-    if (CFGetTypeID(CFArrayGetValueAtIndex(array, i)) != CFStringGetTypeID()) return false;
-  }
-  return count > 0;
-}
-
-// The first of an adapter's addresses, or none.
+// The first of an adapter's addresses, or none. The list is read as the adapters' collector finds it in the
+// tree: with anything but texts in it, it is none.
 Text first_address(CFDictionaryRef adapter) {
   const CFArrayRef addresses = find_array(adapter, CFSTR("ip_address"));
-  if (!is_text_list(addresses)) return nullptr;
-  return cfstring_to_text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(addresses, 0)));
+  const CFIndex count = addresses ? CFArrayGetCount(addresses) : 0;
+  CFStringRef first = nullptr;
+  for (CFIndex i = 0; i < count; ++i) {
+    const CFTypeRef element = CFArrayGetValueAtIndex(addresses, i);
+    if (leaves_no_trace(element)) continue;
+    if (CFGetTypeID(element) != CFStringGetTypeID()) return nullptr;
+    if (!first) first = static_cast<CFStringRef>(element);
+  }
+  return first ? cfstring_to_text(first) : nullptr;
 }
 
 CFDictionaryRef find_adapter_by_address(CFArrayRef adapters, const char* address) {

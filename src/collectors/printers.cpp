@@ -20,18 +20,23 @@ constexpr CopiedField kDescriptionFields[] = {
     {"ppdfileversion", "ppd-file-version"},
 };
 
-// The profiler writes these switches in lower case; whatever is not "no" counts as yes.
-bool is_yes(const Tag& item, const char* key) { return find_value(item, key) && !text_is(item, key, "no"); }
+// Unlike the firewall's, these switches are written in lower case.
+constexpr char kNo[] = "no";
+
+bool is_scanner(const Tag& item) {
+  const char* scanner = find_text(item, "scanner");
+  return scanner && !equal_text(scanner, kNo);
+}
 
 void write_printer(Place& printer, const Tag& item) {
   copy_element_value(printer, item, "_name");
-  printer.set_attribute("is-default", yes_no(is_yes(item, "default")));
+  set_switch(printer, "is-default", item, "default", kNo);
   copy_field(printer, "status", item, "status");
-  if (is_yes(item, "scanner")) {
+  if (is_scanner(item)) {
     printer.annotate("kind", "MFP");
     copy_fields(printer, item, kScannerFields);
   }
-  if (find_value(item, "fax")) printer.set_attribute("is-fax", yes_no(is_yes(item, "fax")));
+  set_switch(printer, "is-fax", item, "fax", kNo);
   copy_field(printer, "driver-version", item, "driverversion");
   if (find_value(item, "uri")) copy_fields(printer, item, kConnectionFields);
   copy_fields(printer, item, kDescriptionFields);
@@ -46,7 +51,7 @@ void collect_printers(InventoryTree& snapshot, InventoryTree& profiler) {
   int number = 0;
   for (const auto& item : items->children()) {
     ++number;
-    if (!find_value(*item, "default")) continue;
+    if (!find_text(*item, "default")) continue;
     Place printer(printers, "Printer:" + std::to_string(number), Place::Names::distinct);
     write_printer(printer, *item);
   }

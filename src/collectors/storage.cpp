@@ -38,7 +38,7 @@ class StorageLists {
     copy_field(disk, "serial", device, "device_serial");
     copy_field(disk, "fw-rev", device, "device_revision");
     const int partitions_before = partition_count_;
-    if (const Tag* volumes = device.find_child("volumes")) add_partitions(*volumes);
+    if (const Tag* volumes = find_list(device, "volumes")) add_partitions(*volumes);
     disk.set_attribute("partitions", Value(int64_t{partition_count_ - partitions_before}));
   }
 
@@ -80,7 +80,8 @@ void visit_devices(const Tag* items, int levels, const Visit& visit) {
 }
 
 bool has_smart_status(const Tag& device) {
-  return find_value(device, "smart_status") && !text_is(device, "smart_status", "Not Supported");
+  const char* status = find_text(device, "smart_status");
+  return status && !equal_text(status, "Not Supported");
 }
 
 }  // namespace

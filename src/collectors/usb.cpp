@@ -64,7 +64,7 @@ bool is_plain_name(const char* name) {
 
 // None when the disk utility is not asked or does not know.
 Text media_name(CommandSeries& diskutil, const char* bsd_name) {
-  if (!bsd_name || !is_plain_name(bsd_name)) return nullptr;
+  if (!is_plain_name(bsd_name)) return nullptr;
   uint32_t length = 0;
   const Text output = diskutil.run(format_string("diskutil info /dev/%s", bsd_name).get(), &length);
   return output ? parse_media_name(output.get()) : nullptr;
@@ -133,7 +133,7 @@ class UsbWriter {
     for (const auto& attribute : entry.attributes()) {
       const std::string_view key = without_prefix(attribute->name());
       copy_if_listed(device, key, attribute->value(), kDeviceFields);
-      const char* speed = key == "device_speed" ? device_speed(attribute->value().text()) : nullptr;
+      const char* speed = key == "device_speed" ? device_speed(text_of(attribute->value())) : nullptr;
       if (speed) device.set_attribute("device-speed", text_value(speed));
     }
   }
@@ -145,14 +145,14 @@ class UsbWriter {
     for (const auto& attribute : entry.attributes()) {
       const std::string_view key = without_prefix(attribute->name());
       copy_if_listed(disk, key, attribute->value(), kDiskFields);
-      write_disk_fact(disk, entry, key, attribute->value().text());
+      if (char* text = text_of(attribute->value())) write_disk_fact(disk, entry, key, text);
     }
     disk.set_attribute("interface", text_value("USB"));
-    if (const Tag* volumes = entry.find_child("volumes"))
+    if (const Tag* volumes = find_list(entry, "volumes"))
       disk.set_attribute("partitions", Value(add_partitions(*volumes)));
   }
 
-  // Those facts of a removable disk that are no mere copies.
+  // Those facts of a removable disk that are no mere copies of a key, but told by its text.
   void write_disk_fact(Place& disk, const Tag& entry, std::string_view key, char* text) {
     if (key == "device_speed") {
       disk.set_attribute("device-speed", text_value(disk_speed(text)));
@@ -171,7 +171,7 @@ class UsbWriter {
   int64_t add_partitions(const Tag& volumes) {
     int64_t count = 0;
     for (const auto& volume : volumes.children()) {
-      if (!find_value(*volume, "_name") || !find_value(*volume, "free_space")) continue;
+      if (!find_value(*volume, "_name") || !find_text(*volume, "free_space")) continue;
       add_partition(*volume);
       ++count;
     }

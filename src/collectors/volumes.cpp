@@ -33,8 +33,8 @@ Text space_base_value(const Tag& item, const SpaceKeys& keys) {
 
 VolumeSpace write_volume_space(Place& partition, const Tag& volume) {
   VolumeSpace space;
-  if (find_value(volume, kSizeKeys.text)) space.size = write_space(partition, "size", volume, kSizeKeys);
-  space.has_free = find_value(volume, kFreeKeys.text) != nullptr;
+  if (find_text(volume, kSizeKeys.text)) space.size = write_space(partition, "size", volume, kSizeKeys);
+  space.has_free = find_text(volume, kFreeKeys.text) != nullptr;
   if (space.has_free) space.free = write_space(partition, "free", volume, kFreeKeys);
   return space;
 }

@@ -60,6 +60,19 @@ bool is_container(CFTypeRef object) {
   return is_dictionary(object) || CFGetTypeID(object) == CFArrayGetTypeID();
 }
 
+bool is_scalar(CFTypeRef object) {
+  const CFTypeID type = CFGetTypeID(object);
+  return type == CFStringGetTypeID() || type == CFDateGetTypeID() || type == CFNumberGetTypeID();
+}
+
+std::vector<CFTypeRef> elements_of(CFTypeRef container) {
+  if (is_dictionary(container)) return KeysAndValues(static_cast<CFDictionaryRef>(container)).values;
+  const auto array = static_cast<CFArrayRef>(container);
+  std::vector<CFTypeRef> elements;
+  for (CFIndex i = 0; i < CFArrayGetCount(array); ++i) elements.push_back(CFArrayGetValueAtIndex(array, i));
+  return elements;
+}
+
 void set_attribute(Place& place, const std::string& name, Place::Names names, Value value) {
   if (names == Place::Names::distinct) {
     place.set_distinct_attribute(name, std::move(value));
@@ -98,8 +111,10 @@ class Dump {
   Value last_date_;
 };
 
-// Numbers as the console's schema has always had them. CoreFoundation reads integers of a property list as 64
-// bits wide, so the other integer types come from values that are made in memory only.
+// Numbers as the console's schema has always had them: by the type that CoreFoundation says. Integers of a
+// property list are 64 bits wide, but a zero is 32 bits wide on every Mac, and so are -1 to 12 where numbers
+// are not kept in their pointers (up to Mac OS X 10.6, and in 32-bit programs): a -1 is 4294967295 there. All
+// other types come from values that are made in memory only.
 Value number_value(CFNumberRef number) {
   switch (CFNumberGetType(number)) {
     case kCFNumberSInt8Type:
@@ -232,6 +247,12 @@ void dump_profiler(CFArrayRef list, InventoryTree& tree) {
   for (CFIndex i = 0; i < count; ++i) {
     if (const CFDictionaryRef dictionary = dictionary_at(list, i)) dump.data_type(dictionary);
   }
+}
+
+bool leaves_no_trace(CFTypeRef object) {
+  if (!is_container(object)) return !is_scalar(object);
+  const std::vector<CFTypeRef> elements = elements_of(object);
+  return std::all_of(elements.begin(), elements.end(), leaves_no_trace);
 }
 
 std::string sanitize_key(const char* key) {

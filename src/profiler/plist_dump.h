@@ -16,6 +16,10 @@
 // dictionary without a data type is skipped, and so is what is nested deeper than a property list can be.
 void dump_profiler(CFArrayRef list, InventoryTree& tree);
 
+// Whether an object, with what stands in it, is among what is left out, so that the tree does not show it at
+// all. It must not be nested deeper than a property list can be.
+bool leaves_no_trace(CFTypeRef object);
+
 // A key as a tag's name: apostrophes, also typographic ones, blanks, slashes and commas become underscores,
 // since paths and the console's queries give them a meaning.
 std::string sanitize_key(const char* key);

@@ -141,7 +141,7 @@ TEST(MemorySlots, NumbersAnUngroupedSlotByItsPositionAmongTheGroups) {
 }
 
 TEST(MemorySlots, KeepsSlotsApartThatComeInDescendingOrder) {
-  InventoryTree profiler = profiler_with(kMemory, {{{"_items/order", "an empty group"}},
+  InventoryTree profiler = profiler_with(kMemory, {{{"_items/item0", "no slot"}},
                                                    {{"dimm_status", "empty"}},
                                                    {{"_items/item0/dimm_status", "empty"}},
                                                    {{"_items/item0/dimm_status", "ok"}}});
@@ -172,7 +172,7 @@ TEST(MemorySlots, LosesOnlyWhatCannotBeRead) {
 
 TEST(MemorySlots, WritesNothingForAnEmptyGroup) {
   InventoryTree profiler = profiler_with(kMemory, {{{"_name", "global"}}});
-  profiler.set_attribute("/SPMemoryDataType/_items/item0/_items/order", text_value("none"));
+  profiler.set_attribute("/SPMemoryDataType/_items/item0/_items/item0", text_value("no slot"));
   EXPECT_EQ(collected(collect_system, profiler), "*Snapshot=\n");
 }
 

@@ -81,7 +81,7 @@ TEST(Firewall, TellsNoStatusItDoesNotKnow) {
 TEST(Firewall, TakesOnlyCapitalNoForNo) {
   EXPECT_EQ(collected_firewall({{
                 {"spfirewall_stealthenabled", "no"},
-                {"spfirewall_loggingenabled", 0},
+                {"spfirewall_loggingenabled", ""},
             }}),
             firewall("*Firewall=\nstealth-mode=1\nfw-log=1\n"));
 }

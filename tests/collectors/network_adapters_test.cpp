@@ -67,7 +67,7 @@ TEST(NetworkAdapters, TakesWhatIsNoListOfTextsForNoAddress) {
            Item{{"ip_address", "10.0.0.5"}},
            Item{{"ip_address/item0", 10}},
            Item{{"ip_address/item0", "10.0.0.5"}, {"ip_address/item1", 10}},
-           Item{{"ip_address/item1", "10.0.0.5"}},
+           Item{{"ip_address/item0", "10.0.0.5"}, {"ip_address/item1", "20120118133045.000000+0"}},
            Item{{"ip_address/address", "10.0.0.5"}},
            Item{{"ip_address/item0/item0", "10.0.0.5"}},
            Item{{"ip_address/item0", "10.0.0.5"}, {"ip_address/item1/a", "b"}},
@@ -79,6 +79,22 @@ TEST(NetworkAdapters, TakesWhatIsNoListOfTextsForNoAddress) {
   InventoryTree profiler = profiler_with("SPNetworkDataType", {{{"type", "a"}}});
   profiler.set_tag_value("/SPNetworkDataType/_items/item0/ip_address", Value());
   EXPECT_EQ(network("*net-adapter:1=\ntype=a\n"), collected(collect_network_adapters, profiler));
+}
+
+TEST(NetworkAdapters, JoinsTheAddressesAroundWhatLeavesNothingInTheTree) {
+  EXPECT_EQ(network("*net-adapter:1=\nip-address=10.0.0.5, 169.254.3.1\n"),
+            adapters_of({{{"ip_address/item1", "10.0.0.5"}, {"ip_address/item10", "169.254.3.1"}}}));
+}
+
+TEST(NetworkAdapters, JoinsTheTextsAmongTheMasks) {
+  EXPECT_EQ(network("*net-adapter:1=\nip-subnet=255.255.255.0, 255.0.0.0\n"),
+            adapters_of({{{"SubnetMasks/item0", 24},
+                          {"SubnetMasks/item1", "255.255.255.0"},
+                          {"SubnetMasks/item2", "20120118133045.000000+0"},
+                          {"SubnetMasks/item3/mask", "255.255.0.0"},
+                          {"SubnetMasks/item4", "255.0.0.0"}}}));
+  EXPECT_EQ(network("*net-adapter:1=\ntype=a\n"),
+            adapters_of({{{"type", "a"}, {"SubnetMasks/item0", 24}, {"SubnetMasks/mask", "255.0.0.0"}}}));
 }
 
 TEST(NetworkAdapters, LeavesOutOnlyTheValuesOfTheWrongKind) {

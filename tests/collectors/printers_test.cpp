@@ -70,7 +70,7 @@ TEST(Printers, TellsNoScannerWhenTheSwitchIsNo) {
 }
 
 TEST(Printers, CountsEveryTextButLowerCaseNoAsYes) {
-  EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "No"}, {"fax", "maybe"}, {"scanner", 0}}}),
+  EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "No"}, {"fax", "maybe"}, {"scanner", ""}}}),
             one_printer("*Printer:1=A\n~kind=MFP\nis-default=1\nis-fax=1\n"));
 }
 

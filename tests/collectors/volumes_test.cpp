@@ -82,8 +82,15 @@ TEST(VolumeSpace, CountsBytesOfAnotherKindAsNone) {
 }
 
 TEST(VolumeSpace, CountsATextThatIsNoSizeAsNone) {
-  EXPECT_EQ(OneVolume({{"size", "huge"}, {"free_space", 17}}).space(),
+  EXPECT_EQ(OneVolume({{"size", "huge"}, {"free_space", ""}}).space(),
             "size=0.00\n~base-value=0\nfree=0.00\n~base-value=0\n");
+}
+
+TEST(VolumeSpace, WritesNothingForATextOfAnotherKind) {
+  const OneVolume volume({{"size", 17}, {"size_in_bytes", int64_t{5}}, {"free_space", 17}});
+  EXPECT_EQ(volume.space(), "");
+  EXPECT_EQ(volume.found().size, 0);
+  EXPECT_FALSE(volume.found().has_free);
 }
 
 TEST(VolumeSpace, TakesANegativeByteCountAsTheUnsignedOneItIs) {

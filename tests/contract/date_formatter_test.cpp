@@ -89,9 +89,25 @@ TEST_F(FormattedDates, NamesTheZoneAsTheLocaleDoes) {
   EXPECT_EQ(format("de_DE", "Europe/Berlin", "yyyy-MM-dd HH:mm:ss z", january), "2010-01-15 23:30:45 MEZ");
 }
 
-TEST_F(FormattedDates, TakesUnknownZonesForGreenwich) {
-  EXPECT_EQ(format("en_US", "Nowhere/Land", cim, july), "20100715223045.000000 +0000");
-  EXPECT_EQ(format("en_US", "CET-1CEST", cim, july), "20100715223045.000000 +0000");
+TEST_F(FormattedDates, TakesUnknownZonesForTheMachinesOwn) {
+  for (const char* unknown : {"Nowhere/Land", "CET-1CEST", ""}) {
+    EXPECT_EQ(format("en_US", unknown, cim, july), format("en_US", nullptr, cim, july)) << unknown;
+    EXPECT_EQ(format("en_US", unknown, cim, january), format("en_US", nullptr, cim, january)) << unknown;
+  }
+}
+
+TEST_F(FormattedDates, NamesTheHalvesOfTheDayAsTheLocaleDoes) {
+  const auto half = [](const char* locale, CFStringRef key) {
+    const CFRef<CFLocaleRef> its_locale(CFLocaleCreate(nullptr, string_of(locale).get()));
+    const CFRef<CFDateFormatterRef> formatter(
+        CFDateFormatterCreate(nullptr, its_locale.get(), kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
+    const CFRef<CFTypeRef> word(CFDateFormatterCopyProperty(formatter.get(), key));
+    return bytes_of_string(static_cast<CFStringRef>(word.get()));
+  };
+  EXPECT_EQ(half("en_US", kCFDateFormatterAMSymbol), "AM");
+  EXPECT_EQ(half("en_US", kCFDateFormatterPMSymbol), "PM");
+  EXPECT_EQ(half("ja_JP", kCFDateFormatterAMSymbol), "午前");
+  EXPECT_EQ(half("ja_JP", kCFDateFormatterPMSymbol), "午後");
 }
 
 TEST_F(FormattedDates, CutsFractionsOfASecond) {

@@ -60,6 +60,19 @@ TEST(PropertyListIntegers, AreReadInTheseForms) {
   for (const auto& [text, value] : forms) EXPECT_EQ(integer_of(text), value) << text;
 }
 
+TEST(PropertyListIntegers, AreWideButForZero) {
+  const auto type_of = [](const std::string& text) {
+    return CFNumberGetType(static_cast<CFNumberRef>(parse_number("<integer>" + text + "</integer>").get()));
+  };
+  for (const char* zero : {"0", "-0", "+0", "000", "0x0"})
+    EXPECT_EQ(type_of(zero), kCFNumberSInt32Type) << zero;
+  // Where numbers are not kept in their pointers, -1 to 12 are narrow too.
+  for (const char* number :
+       {"-1", "1", "12", "-2", "13", "0x10", "2147483647", "2147483648", "-2147483648", "9223372036854775807",
+        "-9223372036854775808", "9223372036854775808", "18446744073709551615"})
+    EXPECT_EQ(type_of(number), kCFNumberSInt64Type) << number;
+}
+
 TEST(PropertyListIntegers, FromTwoTo63AreHeldAndReadAsTheirBits) {
   expect_outcomes({
       {"<integer>9223372036854775808</integer>",

@@ -8,6 +8,7 @@
 #include "contract/environment.h"
 #include "contract/objects.h"
 #include "fake_tools.h"
+#include "platform/corefoundation/time_zone.h"
 
 namespace {
 
@@ -47,6 +48,17 @@ std::vector<std::string> keys_of(const std::string& list) {
   for (const void* key : keys) texts.push_back(bytes_of_string(static_cast<CFStringRef>(key)));
   return texts;
 }
+
+// A folder with a link such as /etc/localtime, gone after the test.
+class LocalTime {
+ public:
+  explicit LocalTime(const std::string& target) { std::filesystem::create_symlink(target, link_); }
+  const char* link() const { return link_.c_str(); }
+
+ private:
+  const FakeTools folder_;
+  const std::string link_ = folder_.file("localtime");
+};
 
 size_t open_descriptors() {
   const std::filesystem::directory_iterator descriptors("/proc/self/fd");
@@ -107,6 +119,29 @@ TEST(CurrentLocale, IsPlainWithoutOne) {
     const EnvironmentVariable stronger("LC_ALL", plain);
     EXPECT_EQ(current_locale(), "en_US_POSIX") << plain;
   }
+}
+
+TEST(TimeZone, IsTheOneThatTheEnvironmentNames) {
+  const LocalTime local("/usr/share/zoneinfo/Asia/Kolkata");
+  EXPECT_EQ(cf::time_zone("Europe/Berlin", local.link()), u"Europe/Berlin");
+  EXPECT_EQ(cf::time_zone(":Europe/Berlin", local.link()), u"Europe/Berlin");
+  EXPECT_EQ(cf::time_zone("UTC", local.link()), u"UTC");
+}
+
+TEST(TimeZone, IsTheMachinesOwnWhereTheEnvironmentNamesNone) {
+  for (const char* folder :
+       {"/usr/share/zoneinfo/", "../usr/share/zoneinfo/", "/var/db/timezone/zoneinfo/"}) {
+    const LocalTime local(std::string(folder) + "Asia/Kolkata");
+    EXPECT_EQ(cf::time_zone(nullptr, local.link()), u"Asia/Kolkata") << folder;
+    for (const char* unknown : {"Nowhere/Land", "CET-1CEST", "", ":"})
+      EXPECT_EQ(cf::time_zone(unknown, local.link()), u"Asia/Kolkata") << unknown;
+  }
+}
+
+TEST(TimeZone, IsLookedForWhereNoLinkTellsIt) {
+  const EnvironmentVariable zone("TZ", "Europe/Berlin");
+  EXPECT_EQ(cf::time_zone(nullptr, "/nowhere/localtime"), u"Europe/Berlin");
+  EXPECT_EQ(cf::time_zone(nullptr, LocalTime("/somewhere/else").link()), u"Europe/Berlin");
 }
 
 TEST(DictionaryOrder, IsThatOfTheDocument) {

@@ -148,6 +148,17 @@ TEST(DumpProfiler, MakesWideIntegersTextDirectlyUnderADataTypeOnly) {
   EXPECT_EQ(item->find_attribute("n")->value().int64(), 5000000000);
 }
 
+// CoreFoundation makes a zero a narrow number.
+TEST(DumpProfiler, KeepsZerosIntegersAtBothLevels) {
+  InventoryTree tree(1, "Macintosh");
+  const Value* value = value_of_type_level_number(tree, "<integer>0</integer>");
+  EXPECT_EQ(value->kind(), Value::Kind::int64);
+  EXPECT_EQ(value->int64(), 0);
+  const Tag* item = tree.top().find_child("D")->find_child("_items")->find_child("item0");
+  EXPECT_EQ(item->find_attribute("n")->value().kind(), Value::Kind::int64);
+  EXPECT_EQ(item->find_attribute("n")->value().int64(), 0);
+}
+
 TEST(DumpProfiler, KeepsRealNumbersRealAtBothLevels) {
   InventoryTree tree(1, "Macintosh");
   EXPECT_EQ(value_of_type_level_number(tree, "<real>1.5</real>")->kind(), Value::Kind::real);
@@ -174,8 +185,21 @@ Value dump_number(CFNumberType type, const void* number) {
 TEST(DumpProfiler, ExtendsNarrowIntegersWithZeros) {
   const int32_t number = -2;
   EXPECT_EQ(dump_number(kCFNumberSInt32Type, &number).int64(), 4294967294);
+  const int16_t smaller = -2;
+  EXPECT_EQ(dump_number(kCFNumberSInt16Type, &smaller).int64(), 65534);
   const int8_t small = -2;
   EXPECT_EQ(dump_number(kCFNumberSInt8Type, &small).int64(), 254);
+}
+
+// As Macs up to 10.6 read them from a list.
+TEST(DumpProfiler, TakesSmallNumbersOf32BitsForUnsigned) {
+  const int32_t minus_one = -1;
+  EXPECT_EQ(dump_number(kCFNumberSInt32Type, &minus_one).int64(), 4294967295);
+  for (int32_t number = 0; number <= 12; ++number) {
+    const Value value = dump_number(kCFNumberSInt32Type, &number);
+    EXPECT_EQ(value.kind(), Value::Kind::int64);
+    EXPECT_EQ(value.int64(), number);
+  }
 }
 
 TEST(DumpProfiler, WidensFloats) {
@@ -278,6 +302,20 @@ TEST(SanitizeKey, ReplacesWhatMeansSomethingInPathsAndQueries) {
   EXPECT_EQ(sanitize_key("\u2019\u2019 \u00E9\u2019"), "___\u00E9_");
   EXPECT_EQ(sanitize_key("a\xE2\x80"), "a\xE2\x80");
   EXPECT_EQ(sanitize_key(""), "");
+}
+
+TEST(LeavesNoTrace, IsTrueOfWhatTheTreeDoesNotShow) {
+  const auto no_trace = [](const std::string& element) {
+    return leaves_no_trace(CFArrayGetValueAtIndex(parse_elements(element).get(), 0));
+  };
+  for (const char* element :
+       {"<true/>", "<data>AAEC</data>", "<array/>", "<dict/>", "<array><dict/><false/></array>",
+        "<dict><key>k</key><array><true/></array></dict>"})
+    EXPECT_TRUE(no_trace(element)) << element;
+  for (const char* element : {"<string></string>", "<integer>0</integer>", "<real>0</real>",
+                              "<date>2012-01-18T15:30:45Z</date>", "<array><true/><string></string></array>",
+                              "<dict><key>k</key><array><integer>0</integer></array></dict>"})
+    EXPECT_FALSE(no_trace(element)) << element;
 }
 
 TEST(FindHardwareSerial, IsTheFirstHardwareItems) {

@@ -2,12 +2,16 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <utility>
 
 namespace {
 
 // A CIM date as the system formats it: 21 characters of date, time and fraction, a blank, and a zone of sign
 // and four digits.
 constexpr size_t kCimLength = 27;
+constexpr size_t kMomentLength = 14;
+constexpr char kFraction[] = ".000000";
 constexpr size_t kZoneLength = 6;
 
 CFStringRef pattern(DateForm form) {
@@ -29,21 +33,24 @@ CFRef<CFDateFormatterRef> make_formatter(CFLocaleRef locale, DateForm form) {
   return formatter;
 }
 
-Text format_with(CFDateFormatterRef formatter, CFDateRef date) {
-  const CFRef<CFStringRef> string(formatter ? CFDateFormatterCreateStringWithDate(nullptr, formatter, date)
-                                            : nullptr);
+// The empty text for none.
+Text text_of(CFStringRef string) {
   if (!string) return copy_text("");
-  const CFIndex length = CFStringGetLength(string.get());
+  const CFIndex length = CFStringGetLength(string);
   const CFIndex capacity = 4 * (length + 1);
   Text text(new char[static_cast<size_t>(capacity) + 1]);
   CFIndex used = 0;
-  CFStringGetBytes(string.get(), CFRangeMake(0, length), kCFStringEncodingUTF8, 0, false,
+  CFStringGetBytes(string, CFRangeMake(0, length), kCFStringEncodingUTF8, 0, false,
                    reinterpret_cast<UInt8*>(text.get()), capacity, &used);
   text[static_cast<size_t>(used)] = '\0';
   return text;
 }
 
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
+Text format_with(CFDateFormatterRef formatter, CFDateRef date) {
+  const CFRef<CFStringRef> string(formatter ? CFDateFormatterCreateStringWithDate(nullptr, formatter, date)
+                                            : nullptr);
+  return text_of(string.get());
+}
 
 bool is_ascii(const char* text) {
   for (; *text; ++text) {
@@ -51,6 +58,32 @@ bool is_ascii(const char* text) {
   }
   return true;
 }
+
+// Whether "AM" or "PM" in the formatter's language is a word of the text.
+bool names_half_of_day(CFDateFormatterRef formatter, const char* text) {
+  const std::string words = std::string(" ") + text + " ";
+  for (const CFStringRef half : {kCFDateFormatterAMSymbol, kCFDateFormatterPMSymbol}) {
+    const CFRef<CFTypeRef> name(formatter ? CFDateFormatterCopyProperty(formatter, half) : nullptr);
+    const Text word = text_of(static_cast<CFStringRef>(name.get()));
+    if (words.find(std::string(" ") + word.get() + " ") != words.npos) return true;
+  }
+  return false;
+}
+
+// Whether the text has been written by the form's pattern, and not by what the user's settings made of it.
+bool has_form(DateForm form, CFDateFormatterRef formatter, const char* text) {
+  switch (form) {
+    case DateForm::kShort:
+      return true;
+    case DateForm::kCim:
+      return std::strlen(text) == kCimLength && is_ascii(text);
+    case DateForm::kProcess:
+      return !names_half_of_day(formatter, text);
+  }
+  return false;
+}
+
+bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
 unsigned two_digits(const char* text) {
   return static_cast<unsigned>((text[0] - '0') * 10 + (text[1] - '0'));
@@ -75,20 +108,25 @@ void rewrite_zone(char* text) {
 
 }  // namespace
 
-DateFormatter::DateFormatter(DateForm form) : form_(form) {
-  const CFRef<CFLocaleRef> locale(CFLocaleCopyCurrent());
-  formatter_ = make_formatter(locale.get(), form);
-}
+DateFormatter::DateFormatter(DateForm form)
+    : DateFormatter(form, make_formatter(CFRef<CFLocaleRef>(CFLocaleCopyCurrent()).get(), form)) {}
+
+DateFormatter::DateFormatter(DateForm form, CFRef<CFDateFormatterRef> formatter)
+    : form_(form), formatter_(std::move(formatter)) {}
 
 Text DateFormatter::format(CFDateRef date) const {
   Text text = format_with(formatter_.get(), date);
-  if (form_ != DateForm::kCim) return text;
-  if (std::strlen(text.get()) != kCimLength || !is_ascii(text.get())) {
+  if (!has_form(form_, formatter_.get(), text.get())) {
     const CFRef<CFLocaleRef> posix(CFLocaleCreate(nullptr, CFSTR("en_US_POSIX")));
     text = format_with(make_formatter(posix.get(), form_).get(), date);
   }
-  rewrite_zone(text.get());
+  if (form_ == DateForm::kCim) rewrite_zone(text.get());
   return text;
+}
+
+bool is_cim_date(const char* text) {
+  const size_t digits = std::strspn(text, "0123456789");
+  return digits >= kMomentLength && std::strncmp(text + digits, kFraction, std::strlen(kFraction)) == 0;
 }
 
 Text format_date(DateForm form, CFDateRef date) { return DateFormatter(form).format(date); }

@@ -15,16 +15,23 @@ enum class DateForm {
 // Formats any number of dates in one form; making a formatter is dear, using it is cheap.
 class DateFormatter {
  public:
+  // In the current locale, as the system formats dates for this user.
   explicit DateFormatter(DateForm form);
+  // With a formatter that has the form's pattern, or what the user's settings have made of it.
+  DateFormatter(DateForm form, CFRef<CFDateFormatterRef> formatter);
 
-  // A new text; the empty text when the system cannot format the date. Where the locale writes other digits
-  // than ASCII ones, the CIM form is made in the POSIX locale, so that a timestamp can always be read.
+  // A new text; the empty text when the system cannot format the date. A user who wants twelve hours gets
+  // them in any pattern: then the text is made in the POSIX locale, to which no settings apply. So is a CIM
+  // form with other digits than ASCII ones, since a timestamp must be readable everywhere.
   Text format(CFDateRef date) const;
 
  private:
   DateForm form_;
   CFRef<CFDateFormatterRef> formatter_;
 };
+
+// Whether a text may be a date in the CIM form. Nothing else that a Mac tells of itself looks so.
+bool is_cim_date(const char* text);
 
 Text format_date(DateForm form, CFDateRef date);
 // The current time.

@@ -9,6 +9,7 @@
 #include "platform/corefoundation/locale.h"
 #include "platform/corefoundation/number_pattern.h"
 #include "platform/corefoundation/string.h"
+#include "platform/corefoundation/time_zone.h"
 #include "platform/corefoundation/utf16.h"
 
 namespace {
@@ -32,13 +33,6 @@ Utf16 fill_text(Fill fill) {
   return Utf16();
 }
 
-// ICU takes a zone it does not know for GMT.
-Utf16 time_zone() {
-  const char* const zone = std::getenv("TZ");
-  if (!zone) return fill_text(ucal_getHostTimeZone);
-  return to_utf16(*zone == ':' ? zone + 1 : zone);
-}
-
 int32_t length_of(const Utf16& text) { return static_cast<int32_t>(text.size()); }
 
 }  // namespace
@@ -54,7 +48,7 @@ CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale, CFD
                                          CFDateFormatterStyle) {
   const CFRef<CFLocaleRef> current(locale ? nullptr : CFLocaleCopyCurrent());
   const std::string identifier(cf::text_of(CFLocaleGetIdentifier(locale ? locale : current.get())));
-  const Utf16 zone = time_zone();
+  const Utf16 zone = cf::time_zone(std::getenv("TZ"));
   UErrorCode status = U_ZERO_ERROR;
   UDateFormat* const formatter = udat_open(UDAT_PATTERN, UDAT_PATTERN, identifier.c_str(), zone.data(),
                                            length_of(zone), u"", 0, &status);
@@ -67,6 +61,18 @@ void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef pattern)
   const Utf16 units = to_utf16(text);
   udat_applyPattern(formatter->formatter, false, units.data(), length_of(units));
   formatter->number_pattern = cf::is_number_pattern(formatter->formatter, text) ? text : std::string_view();
+}
+
+const CFStringRef kCFDateFormatterAMSymbol = CFSTR("kCFDateFormatterAMSymbol");
+const CFStringRef kCFDateFormatterPMSymbol = CFSTR("kCFDateFormatterPMSymbol");
+
+CFTypeRef CFDateFormatterCopyProperty(CFDateFormatterRef formatter, CFStringRef key) {
+  if (!CFEqual(key, kCFDateFormatterAMSymbol) && !CFEqual(key, kCFDateFormatterPMSymbol)) return nullptr;
+  const int32_t half = CFEqual(key, kCFDateFormatterPMSymbol);
+  const Utf16 word = fill_text([&](char16_t* buffer, int32_t capacity, UErrorCode* status) {
+    return udat_getSymbols(formatter->formatter, UDAT_AM_PMS, half, buffer, capacity, status);
+  });
+  return cf::create_repaired_string(cf::to_utf8(word));
 }
 
 CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef, CFDateFormatterRef formatter,

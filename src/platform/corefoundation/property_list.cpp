@@ -78,7 +78,9 @@ class TreeBuilder {
   void key(plist::Characters text) { objects_.push_back(cache_.create(text)); }
   void string(plist::Characters text) { objects_.push_back(cache_.create(text)); }
   void integer(plist::Integer integer, std::string_view) {
-    objects_.push_back(create<CFNumberObject>(kCFNumberSInt64Type, integer.value, integer.above_int64));
+    // Every zero is one shared number, which is narrow.
+    const CFNumberType type = integer.value == 0 ? kCFNumberSInt32Type : kCFNumberSInt64Type;
+    objects_.push_back(create<CFNumberObject>(type, integer.value, integer.above_int64));
   }
   void real(double value, std::string_view) {
     objects_.push_back(create<CFNumberObject>(kCFNumberFloat64Type, value));

@@ -23,6 +23,17 @@ class Dates : public ChangedZone {
     setenv("LC_ALL", locale, 1);
     tzset();
   }
+  // A formatter as a user's settings may have left it.
+  static CFRef<CFDateFormatterRef> formatter(const char* locale, const char* pattern) {
+    const auto string = [](const char* text) {
+      return CFRef<CFStringRef>(CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8));
+    };
+    const CFRef<CFLocaleRef> its_locale(CFLocaleCreate(nullptr, string(locale).get()));
+    CFRef<CFDateFormatterRef> formatter(
+        CFDateFormatterCreate(nullptr, its_locale.get(), kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
+    CFDateFormatterSetFormat(formatter.get(), string(pattern).get());
+    return formatter;
+  }
   std::string format(DateForm form, double time = kWinterDay) {
     const CFRef<CFDateRef> date(CFDateCreate(nullptr, time));
     return format_date(form, date.get()).get();
@@ -56,6 +67,53 @@ TEST_F(Dates, ProcessFormNamesTheZone) {
   set("America/New_York", "en_US.UTF-8");
   EXPECT_EQ(format(DateForm::kProcess).substr(0, 20), "2012-01-18 08:30:45 ");
   EXPECT_GT(format(DateForm::kProcess).size(), 20u);
+}
+
+// A zone's name may hold blanks, as this one does.
+TEST_F(Dates, ProcessFormIsThatOfTheLocale) {
+  set("Asia/Tehran", "fa_IR.UTF-8");
+  EXPECT_EQ(format(DateForm::kProcess).substr(0, 8), "۱۳۹۰");
+}
+
+// What the system makes of a form's pattern for a user who wants twelve hours.
+TEST_F(Dates, AreOfTheirFormAlsoForAUserWhoWantsTwelveHours) {
+  struct Row {
+    const char* locale;
+    double time;
+    const char *process, *cim;
+  };
+  const double kMorning = kWinterDay - 3 * 3600;
+  const Row rows[] = {
+      {"en_US", kWinterDay, "2012-01-18 13:30:45 ", "20120118133045.000000+0"},
+      {"en_US", kMorning, "2012-01-18 10:30:45 ", "20120118103045.000000+0"},
+      {"ja_JP", kWinterDay, "2012-01-18 13:30:45 ", "20120118133045.000000+0"},
+      {"ja_JP", kMorning, "2012-01-18 10:30:45 ", "20120118103045.000000+0"},
+  };
+  set("UTC", "C");
+  for (const Row& row : rows) {
+    const CFRef<CFDateRef> date(CFDateCreate(nullptr, row.time));
+    const DateFormatter process(DateForm::kProcess, formatter(row.locale, "yyyy-MM-dd h:mm:ss a z"));
+    EXPECT_EQ(std::string(process.format(date.get()).get()).substr(0, 20), row.process) << row.locale;
+    const DateFormatter cim(DateForm::kCim, formatter(row.locale, "yyyyMMddhmmss a.000000 ZZ"));
+    EXPECT_STREQ(cim.format(date.get()).get(), row.cim) << row.locale;
+  }
+}
+
+TEST_F(Dates, AreMadeInThePosixLocaleWithoutAFormatter) {
+  set("UTC", "C");
+  const CFRef<CFDateRef> date(CFDateCreate(nullptr, kWinterDay));
+  EXPECT_STREQ(DateFormatter(DateForm::kCim, {}).format(date.get()).get(), "20120118133045.000000+0");
+}
+
+TEST_F(Dates, CimFormIsKnownByItsShape) {
+  for (const char* zone : {"Europe/Helsinki", "America/New_York", "UTC"}) {
+    set(zone, "C");
+    EXPECT_TRUE(is_cim_date(format(DateForm::kCim).c_str())) << zone;
+    EXPECT_TRUE(is_cim_date(format(DateForm::kCim, 4e11).c_str())) << zone;
+  }
+  for (const char* text : {"", "2012-01-18", "20120118133045", "20120118133045.5", "2012011813304.000000+0",
+                           "10.0.0.5", " 20120118133045.000000+0"})
+    EXPECT_FALSE(is_cim_date(text)) << text;
 }
 
 TEST_F(Dates, CimFormIsReadableWhereTheLocaleHasOtherDigits) {

@@ -35,8 +35,8 @@ Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
 CFTypeID CFNumberGetTypeID(void);
 CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
-// One of the types 1 to 6: the sized type of what the number was created from; a property list's integers are
-// 4, its reals 6.
+// One of the types 1 to 6: the sized type of what the number was created from. Of a property list, zero is 3,
+// the other integers are 4, and the reals 6. (On a Mac without tagged pointers, -1 to 12 are 3 as well.)
 CFNumberType CFNumberGetType(CFNumberRef number);
 CFIndex CFNumberGetByteSize(CFNumberRef number);
 Boolean CFNumberIsFloatType(CFNumberRef number);

@@ -1,0 +1,12 @@
+// The zone in which dates are formatted.
+#pragma once
+
+#include <string>
+
+namespace cf {
+
+// The name of the zone that TZ names (none when it is not set; a colon in front does not count). Where that
+// is no zone anyone knows, it is the machine's own zone, to which the link leads, as on a Mac.
+std::u16string time_zone(const char* tz, const char* link = "/etc/localtime");
+
+}  // namespace cf
