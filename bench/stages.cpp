@@ -24,6 +24,7 @@
 #include "collectors/system_summary.h"
 #include "collectors/usb.h"
 #include "collectors/users.h"
+#include "driver/asset_facts.h"
 #include "driver/base/dates.h"
 #include "driver/output_file.h"
 #include "platform/heap.h"
@@ -131,8 +132,8 @@ void scan() {
   raw.reset();
   stages.mark("release of the raw tree");
   const Text timestamp = format_now(DateForm::kCim);
-  auto asset_info =
-      build_asset_info({1, *snapshot, timestamp.get(), summary, identity, "", serial_number.get(), nullptr});
+  auto asset_info = build_asset_info({1, *snapshot, timestamp.get(), asset_summary(summary),
+                                      asset_network(identity), "", serial_number.get(), nullptr});
   stages.mark("asset info");
   Text text(new char[snapshot->root().text_size() + 1]);
   const size_t length = snapshot->root().write_text(text.get(), 0);
