@@ -25,6 +25,7 @@
 #include "collectors/storage.h"
 #include "collectors/system_summary.h"
 #include "collectors/usb.h"
+#include "driver/asset_facts.h"
 #include "fuzz/well_formed.h"
 #include "profiler/plist_access.h"
 #include "profiler/plist_dump.h"
@@ -116,8 +117,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   const SystemSummary summary = summarize_system(list.get(), nullptr);
   const NetworkIdentity network = query_network_identity(list.get(), nullptr);
   const Text serial_number = find_hardware_serial(list.get());
-  const auto asset_info = build_asset_info(
-      {1, snapshot, "20110112153045.000000+60", summary, network, "Mac", serial_number.get(), ""});
+  const auto asset_info = build_asset_info({1, snapshot, "20110112153045.000000+60", asset_summary(summary),
+                                            asset_network(network), "Mac", serial_number.get(), ""});
   expect_well_formed(*asset_info);
   return 0;
 }
