@@ -7,6 +7,7 @@
 
 #include "collectors/fields.h"
 #include "driver/base/command.h"
+#include "driver/base/progress.h"
 #include "profiler/units.h"
 
 std::vector<EnvironmentVariable> parse_environment(const char* output) {
@@ -74,7 +75,8 @@ void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVar
 void collect_environment(InventoryTree& snapshot) {
   // More than any kernel hands to a program.
   constexpr uint32_t kLongest = 2u << 20;
+  announce("Environment");
   uint32_t length = 0;
-  const Text output = run_command("env", &length, 300, kLongest);
+  const Text output = run_in_own_environment("env", &length, 300, kLongest);
   if (output) write_environment(snapshot, parse_environment(output.get()));
 }

@@ -1,6 +1,7 @@
 #include "collectors/platform_uuid.h"
 
 #include "driver/base/command.h"
+#include "driver/base/progress.h"
 
 namespace {
 
@@ -13,6 +14,7 @@ constexpr char kCommand[] =
 
 Text query_platform_uuid() {
   constexpr uint32_t kLongest = 1u << 16;
+  announce("Computer");
   const WorkLimit limit(2);
   uint32_t length = 0;
   return run_command(kCommand, &length, 40, kLongest);

@@ -2,6 +2,7 @@
 
 #include "driver/base/command.h"
 #include "driver/base/dates.h"
+#include "driver/base/progress.h"
 #include "zxml/place.h"
 
 namespace {
@@ -10,7 +11,8 @@ namespace {
 constexpr int kMostReadings = 5;
 
 // No kernel hands a program more than some megabytes of arguments.
-constexpr SeriesLimits kLineLimits = {4u << 20, 256u << 20};
+// And a process whose arguments the kernel holds back makes ps hang, but not for the others.
+constexpr SeriesLimits kLineLimits = {4u << 20, 256u << 20, UINT32_MAX, 3};
 
 std::optional<ProcessLine> ask_ps(CommandSeries& lines, int32_t pid) {
   // Empty headers suppress the heading line.
@@ -31,9 +33,9 @@ void write_process(Place& process, const ProcessRecord& record, const ProcessLin
 void write_processes(InventoryTree& profiler, CommandSeries& lines,
                      const std::vector<ProcessRecord>& records) {
   Place processes(profiler.root(), "/Processes");
-  int position = 0;
+  size_t position = 0;
   for (const ProcessRecord& record : records) {
-    ++position;
+    announce("Processes", ++position, records.size());
     if (record.pid == 0) continue;
     const std::optional<ProcessLine> line = ask_ps(lines, record.pid);
     if (!line) continue;

@@ -7,13 +7,14 @@
 
 #include "collectors/volumes.h"
 #include "driver/base/command.h"
+#include "driver/base/progress.h"
 #include "profiler/units.h"
 
 namespace {
 
 constexpr uint32_t kDiskutilChunk = 200;
 // One page each, for more disks than can be plugged in.
-constexpr SeriesLimits kDiskutilLimits = {1u << 20, 64u << 20, 1000};
+constexpr SeriesLimits kDiskutilLimits = {1u << 20, 64u << 20, 1000, 3};
 
 constexpr CopiedField kDiskFields[] = {
     {"bcd_device", "bcd-device"},         {"serial_num", "serial"},   {"manufacturer", "manufacturer"},
@@ -65,6 +66,7 @@ bool is_plain_name(const char* name) {
 // None when the disk utility is not asked or does not know.
 Text media_name(CommandSeries& diskutil, const char* bsd_name) {
   if (!is_plain_name(bsd_name)) return nullptr;
+  announce("Removable disks");
   uint32_t length = 0;
   const Text output = diskutil.run(format_string("diskutil info /dev/%s", bsd_name).get(), &length);
   return output ? parse_media_name(output.get()) : nullptr;

@@ -1,20 +1,21 @@
 #include "collectors/users.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
 #include "collectors/fields.h"
 #include "driver/base/command.h"
+#include "driver/base/progress.h"
 #include "profiler/units.h"
 
 namespace {
 
 constexpr char kListCommand[] = "ls -1 /Users/";
-constexpr int kListRetries = 20;
 constexpr uint32_t kChunk = 100;
 // A school's server may have thousands of home folders; a record may hold a portrait.
-constexpr uint32_t kLongestListing = 16u << 20;
-constexpr SeriesLimits kRecordLimits = {64u << 20, 512u << 20, 10000};
+constexpr SeriesLimits kListLimits = {16u << 20, 16u << 20, 21, 1};
+constexpr SeriesLimits kRecordLimits = {64u << 20, 512u << 20, 10000, 3};
 
 // A key whose value ends with its line.
 struct LineField {
@@ -65,10 +66,11 @@ void join_lines(char* text) {
 
 // Every Mac has a folder there, so an empty listing means that ls could not do its work.
 Text list_folders(uint32_t* length) {
-  Text listing = run_command(kListCommand, length, kChunk, kLongestListing);
-  for (int retry = 0; *length == 0 && retry < kListRetries; ++retry) {
-    listing = run_command(kListCommand, length, kChunk, kLongestListing);
-  }
+  CommandSeries ls(kChunk, kListLimits);
+  Text listing;
+  do {
+    listing = ls.run(kListCommand, length);
+  } while (*length == 0 && !ls.used_up());
   return listing;
 }
 
@@ -123,12 +125,16 @@ Text account_command(const char* folder) {
 }
 
 void collect_user_accounts(InventoryTree& snapshot) {
+  announce("Accounts");
   uint32_t length = 0;
   const Text listing = list_folders(&length);
   CommandSeries records(kChunk, kRecordLimits);
   std::string_view rest(listing.get(), length);
+  const auto count = static_cast<size_t>(std::count(rest.begin(), rest.end(), '\n'));
+  size_t number = 0;
   // What stands behind the last line end is no whole name.
   for (size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
+    announce("Accounts", ++number, count);
     collect_account(snapshot, records, std::string(rest.substr(0, end)));
     rest.remove_prefix(end + 1);
   }

@@ -3,23 +3,42 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <string>
+#include <vector>
+
+#include "driver/base/progress.h"
+#include "driver/base/shell_process.h"
+#include "driver/base/tool_path.h"
+
+extern char** environ;
 
 namespace {
 
-// A growing text; there is always room for one more chunk's worth after one doubling, since no read delivers
-// more than a chunk.
+using std::chrono::milliseconds;
+
+// The progress tells seconds.
+constexpr milliseconds kStep(1000);
+
+milliseconds longest_silence = kLongestSilence;
+
+// A text that is read piece by piece into a buffer that doubles.
 class Capture {
  public:
   explicit Capture(uint32_t chunk) : capacity_(chunk), text_(new char[chunk]) {}
 
   uint32_t length() const { return length_; }
 
-  void append(const char* bytes, uint32_t count) {
-    if (count > capacity_ - length_) grow(2 * capacity_);
-    std::memcpy(text_.get() + length_, bytes, count);
-    length_ += count;
+  // False at the end of the output.
+  bool read_from(const ShellProcess& process) {
+    if (length_ == capacity_) grow(2 * capacity_);
+    const size_t count = process.read(text_.get() + length_, capacity_ - length_);
+    length_ += static_cast<uint32_t>(count);
+    return count > 0;
   }
+
+  void cut(uint32_t length) { length_ = length; }
 
   Text finish() {
     if (length_ == capacity_) grow(length_ + 1);
@@ -40,30 +59,109 @@ class Capture {
   Text text_;
 };
 
+// This program's environment with the PATH that finds the tools.
+class ToolEnvironment {
+ public:
+  ToolEnvironment() : path_("PATH=" + complete_tool_path(std::getenv("PATH"))) {
+    for (char** variable = environ; variable && *variable; ++variable) {
+      if (std::strncmp(*variable, "PATH=", 5) != 0) variables_.push_back(*variable);
+    }
+    variables_.push_back(path_.data());
+    variables_.push_back(nullptr);
+  }
+  char* const* get() const { return variables_.data(); }
+
+ private:
+  std::string path_;
+  std::vector<char*> variables_;
+};
+
+// Waits for an answer in steps in which the operator sees the time go by; false when there is none for too
+// long.
+template <typename Answered>
+bool wait_patiently(ProgressLine& progress, Answered answered) {
+  for (milliseconds left = longest_silence; left > milliseconds(0); left -= kStep) {
+    if (answered(std::min(left, kStep))) return true;
+    progress.refresh();
+  }
+  return false;
+}
+
+enum class Ending { complete, cut, given_up };
+
+// Reads until the command has ended; only then is all that it printed there.
+Ending read_output(ShellProcess& process, Capture& capture, uint32_t limit) {
+  ProgressLine progress;
+  for (;;) {
+    if (!wait_patiently(progress, [&](milliseconds time) { return process.wait_for_output(time); })) {
+      return Ending::given_up;
+    }
+    if (!capture.read_from(process)) break;
+    if (capture.length() > limit) return Ending::cut;
+    progress.refresh();
+  }
+  const bool ended = wait_patiently(progress, [&](milliseconds time) { return process.wait_for_end(time); });
+  return ended ? Ending::complete : Ending::given_up;
+}
+
+// What is behind "sh -c", and the environment.
+struct Command {
+  std::vector<const char*> arguments;
+  char* const* environment;
+};
+
+struct Run {
+  Text output;  // none when no shell could be started
+  uint32_t length = 0;
+  Ending ending = Ending::complete;
+};
+
+// The name is for messages.
+Run run_shell(const char* name, const Command& command, uint32_t chunk, uint32_t limit) {
+  Capture capture(chunk);
+  Run run;
+  {
+    const ToolErrors errors = progress_is_shown() ? ToolErrors::dropped : ToolErrors::kept;
+    ShellProcess process(command.arguments, command.environment, errors);
+    if (!process.started()) return run;
+    run.ending = read_output(process, capture, limit);
+  }
+  if (run.ending == Ending::cut) {
+    capture.cut(limit);
+    std::fprintf(stderr, "Output cut after %u bytes: %s\n", limit, name);
+  } else if (run.ending == Ending::given_up) {
+    std::fprintf(stderr, "Not waited for any longer: %s\n", name);
+  }
+  run.length = capture.length();
+  // The tool may have failed; what it said counts all the same.
+  run.output = capture.finish();
+  return run;
+}
+
+Run run_with_tools(const char* command_line, uint32_t chunk, uint32_t limit) {
+  return run_shell(command_line, {{command_line}, ToolEnvironment().get()}, chunk, limit);
+}
+
 }  // namespace
 
+void set_longest_silence(milliseconds time) { longest_silence = time; }
+
 Text run_command(const char* command_line, uint32_t* length, uint32_t chunk, uint32_t limit) {
-  *length = 0;
-  std::FILE* pipe = popen(command_line, "r");
-  if (!pipe) return nullptr;
-  Capture capture(chunk);
-  const Text scratch(new char[chunk]);
-  for (;;) {
-    const uint32_t count = static_cast<uint32_t>(std::fread(scratch.get(), 1, chunk, pipe));
-    const uint32_t room = limit - capture.length();
-    if (count > room) {
-      capture.append(scratch.get(), room);
-      std::fprintf(stderr, "Output cut after %u bytes: %s\n", limit, command_line);
-      break;
-    }
-    capture.append(scratch.get(), count);
-    // A short read is the end of the output.
-    if (count < chunk) break;
-  }
-  *length = capture.length();
-  // The tool may have failed; what it said counts all the same.
-  pclose(pipe);
-  return capture.finish();
+  Run run = run_with_tools(command_line, chunk, limit);
+  *length = run.length;
+  return std::move(run.output);
+}
+
+Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk, uint32_t limit) {
+  const char* own_path = std::getenv("PATH");
+  const std::string path = complete_tool_path(own_path);
+  std::vector<const char*> arguments = {tool};
+  // The other PATH is there for the subshell alone, and only to look for the tool.
+  const Text found = format_string("\"$(PATH=$0; command -v %s)\"", tool);
+  if (!equal_text(own_path, path.c_str())) arguments = {found.get(), path.c_str()};
+  Run run = run_shell(tool, {arguments, environ}, chunk, limit);
+  *length = run.length;
+  return std::move(run.output);
 }
 
 // The limit is this program's own as well, which new processes take over. Hence it handles the signal that
@@ -88,7 +186,10 @@ Text CommandSeries::run(const char* command_line, uint32_t* length) {
     return nullptr;
   }
   --left_.runs;
-  Text output = run_command(command_line, length, chunk_, std::min(left_.one_output, left_.all_outputs));
-  left_.all_outputs -= *length;
-  return output;
+  Run run = run_with_tools(command_line, chunk_, std::min(left_.one_output, left_.all_outputs));
+  *length = run.length;
+  left_.all_outputs -= run.length;
+  gave_up_ = run.ending == Ending::given_up;
+  if (gave_up_) --left_.hangs;
+  return std::move(run.output);
 }

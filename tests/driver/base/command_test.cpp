@@ -7,9 +7,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <string>
+#include <thread>
+
+#include "driver/base/shell_process.h"
+#include "fake_tools.h"
 
 namespace {
 
@@ -128,6 +133,170 @@ TEST(RunCommand, EndsACommandThatPrintsForEver) {
   EXPECT_EQ(result.output.size(), 1000000u);
 }
 
+// A tool that goes wild may also be deaf to the end of its pipe.
+TEST(RunCommand, EndsACommandThatPrintsForEverThoughNobodyReads) {
+  testing::internal::CaptureStderr();
+  const Outcome result = run("trap '' PIPE; while :; do echo more; done 2>/dev/null", 100, 1000);
+  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("Output cut after 1000 bytes: trap", 0), 0u);
+  EXPECT_EQ(result.output.size(), 1000u);
+}
+
+TEST(RunCommand, GivesACommandNothingToRead) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const int saved = dup(STDIN_FILENO);
+  dup2(ends[0], STDIN_FILENO);
+  expect_output(run("cat; echo over", 100), "over\n");
+  dup2(saved, STDIN_FILENO);
+  for (const int descriptor : {ends[0], ends[1], saved}) close(descriptor);
+}
+
+// A variable of the environment as a test wants it; none unsets it.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    const char* before = std::getenv(name);
+    if ((had_value_ = before)) before_ = before;
+    set(value);
+  }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+  ~Variable() { set(had_value_ ? before_.c_str() : nullptr); }
+
+ private:
+  void set(const char* value) const { value ? setenv(name_, value, 1) : unsetenv(name_); }
+
+  const char* name_;
+  bool had_value_;
+  std::string before_;
+};
+
+std::string path_of_tools() { return run("printf '%s' \"$PATH\"", 100).output; }
+
+TEST(RunCommand, CompletesThePathOfTheTools) {
+  for (const char* path : {"/nowhere", "/nowhere:", "", static_cast<const char*>(nullptr)}) {
+    const Variable variable("PATH", path);
+    const std::string kept = path && *path ? std::string(path) + ":" : "";
+    EXPECT_EQ(path_of_tools(), kept + "/usr/bin:/bin:/usr/sbin:/sbin");
+    expect_output(run("env | grep -c ^PATH=", 100), "1\n");
+  }
+}
+
+TEST(RunCommand, LeavesTheOtherVariablesAsTheyAre) {
+  const Variable path("PATH", "/nowhere"), other("PATH_OF_MINE", "a b\n=c"), empty("EMPTY", "");
+  expect_output(run("printf '%s<%s>' \"$PATH_OF_MINE\" \"${EMPTY-unset}\"", 100), "a b\n=c<>");
+  EXPECT_STREQ(std::getenv("PATH"), "/nowhere") << "this program's own stays";
+}
+
+// What env tells of PATH: its line, or nothing.
+std::string told_path() {
+  uint32_t length = 7;
+  const Text output = run_in_own_environment("env", &length, 300);
+  if (!output || length == 0) return "env was not found";
+  const std::string lines = "\n" + std::string(output.get(), length);
+  const size_t start = lines.find("\nPATH=");
+  return start == lines.npos ? "" : lines.substr(start + 1, lines.find('\n', start + 1) - start - 1);
+}
+
+TEST(RunInOwnEnvironment, ShowsTheCallersPath) {
+  for (const char* path : {"/nowhere", "/nowhere:", "/it's \"mine\" $HOME", "/usr/sbin:/sbin", ":",
+                           "/sbin:/usr/sbin:/bin:/usr/bin", "/bin:/usr/bin:/bin"}) {
+    const Variable variable("PATH", path);
+    EXPECT_EQ(told_path(), std::string("PATH=") + path);
+  }
+}
+
+TEST(RunInOwnEnvironment, ShowsNoPathToACallerWithoutOne) {
+  const Variable variable("PATH", nullptr);
+  EXPECT_EQ(told_path(), "");
+}
+
+TEST(RunInOwnEnvironment, TakesTheToolThatTheCallerHas) {
+  const FakeTools tools;
+  tools.write("env", "echo PATH=mine");
+  EXPECT_EQ(told_path(), "PATH=mine");
+  const Variable variable("PATH", tools.file("").c_str());
+  EXPECT_EQ(told_path(), "PATH=mine");
+}
+
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+
+class LongestSilence {
+ public:
+  explicit LongestSilence(milliseconds time) { set_longest_silence(time); }
+  LongestSilence(const LongestSilence&) = delete;
+  LongestSilence& operator=(const LongestSilence&) = delete;
+  ~LongestSilence() { set_longest_silence(kLongestSilence); }
+};
+
+bool has_gone(const std::string& process) { return kill(static_cast<pid_t>(std::stoi(process)), 0) != 0; }
+
+// Processes that nobody is left to wait for are gone a moment after they are killed.
+void expect_gone(const std::string& process) {
+  for (int i = 0; i < 500 && !has_gone(process); ++i) std::this_thread::sleep_for(milliseconds(10));
+  EXPECT_TRUE(has_gone(process)) << process;
+}
+
+TEST(Silence, MayLastHalfAnHour) { EXPECT_EQ(kLongestSilence, milliseconds(1800000)); }
+
+TEST(Silence, ThatLastsTooLongEndsTheCommandAndKeepsWhatItSaid) {
+  const LongestSilence silence(milliseconds(200));
+  testing::internal::CaptureStderr();
+  const auto start = Clock::now();
+  const Outcome result = run("echo said $$; sleep 1000; echo never", 100);
+  EXPECT_GE(Clock::now() - start, milliseconds(200));
+  EXPECT_LT(Clock::now() - start, milliseconds(5000));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Not waited for any longer: echo said $$; sleep 1000; echo never\n");
+  ASSERT_EQ(result.output.substr(0, 5), "said ");
+  EXPECT_TRUE(has_gone(result.output.substr(5))) << "the shell has been waited for";
+}
+
+TEST(Silence, EndsAllProcessesOfThePipeline) {
+  const LongestSilence silence(milliseconds(500));
+  testing::internal::CaptureStderr();
+  const Outcome result = run("sleep 1000 & echo $!; sleep 1000 | cat", 100);
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+  expect_gone(result.output);
+}
+
+TEST(Silence, CountsFromTheLastByte) {
+  const LongestSilence silence(milliseconds(600));
+  testing::internal::CaptureStderr();
+  expect_output(run("for i in 1 2 3 4; do sleep 0.3; printf $i; done", 100), "1234");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(Silence, BehindTheEndOfTheOutputEndsTheCommandToo) {
+  const LongestSilence silence(milliseconds(200));
+  testing::internal::CaptureStderr();
+  const Outcome result = run("echo $$; exec >&-; exec sleep 1000", 100);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Not waited for any longer: echo $$; exec >&-; exec sleep 1000\n");
+  EXPECT_TRUE(has_gone(result.output));
+}
+
+TEST(Silence, OfAProcessThatHoldsTheOutputOpenEndsToo) {
+  const LongestSilence silence(milliseconds(300));
+  testing::internal::CaptureStderr();
+  const Outcome result = run("sleep 1000 & echo $!", 100);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Not waited for any longer: sleep 1000 & echo $!\n");
+  expect_gone(result.output);
+}
+
+TEST(SignalRunningCommand, ReachesAllItsProcesses) {
+  std::thread sender([] {
+    std::this_thread::sleep_for(milliseconds(300));
+    signal_running_command(SIGTERM);
+  });
+  const auto start = Clock::now();
+  expect_output(run("printf said; sleep 1000 | cat; printf never", 100), "said");
+  sender.join();
+  EXPECT_LT(Clock::now() - start, milliseconds(60000));
+  signal_running_command(SIGTERM);  // which nothing gets now
+}
+
 rlim_t work_limit() {
   rlimit limit = {};
   getrlimit(RLIMIT_CPU, &limit);
@@ -198,6 +367,23 @@ TEST(CommandSeries, LimitsTheRuns) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(run_in(series, "echo y"), "none");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Not run any more: echo y\n");
+}
+
+TEST(CommandSeries, EndsAfterSoManySilences) {
+  const LongestSilence silence(milliseconds(100));
+  testing::internal::CaptureStderr();
+  CommandSeries series(100, {100, 100, 100, 2});
+  EXPECT_EQ(run_in(series, "printf a; sleep 1000"), "1 a");
+  EXPECT_TRUE(series.gave_up());
+  EXPECT_FALSE(series.used_up());
+  EXPECT_EQ(run_in(series, "printf b"), "1 b");
+  EXPECT_FALSE(series.gave_up());
+  EXPECT_EQ(run_in(series, "sleep 1000"), "0 ");
+  EXPECT_TRUE(series.used_up());
+  EXPECT_EQ(run_in(series, "printf c"), "none");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Not waited for any longer: printf a; sleep 1000\nNot waited for any longer: sleep 1000\n"
+            "Not run any more: printf c\n");
 }
 
 // Without a free descriptor there is no pipe. Run in a child of the test, which ends with the verdict.

@@ -1,0 +1,46 @@
+// A shell that runs one command line, with its standard output in a pipe.
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstddef>
+#include <vector>
+
+// What becomes of the standard error of a tool: it is this program's, or it goes nowhere.
+enum class ToolErrors { kept, dropped };
+
+// The shell and all that it starts form a process group of their own, so that they can be ended together.
+// They have nothing to read, and inherit no descriptor but the standard ones.
+class ShellProcess {
+ public:
+  // The arguments are those behind "-c": the command line, and what is "$0" there. The environment is as for
+  // execve.
+  ShellProcess(const std::vector<const char*>& arguments, char* const* environment, ToolErrors errors);
+  ShellProcess(const ShellProcess&) = delete;
+  ShellProcess& operator=(const ShellProcess&) = delete;
+  // Kills what has not ended. What not even that ends, such as a tool that the kernel holds, is left behind.
+  ~ShellProcess();
+
+  // False when there is no shell, or no descriptor is left for the pipe: nothing else may be called then.
+  bool started() const { return id_ > 0; }
+
+  // True when there are bytes to read or the output has ended, false when neither came within this time.
+  bool wait_for_output(std::chrono::milliseconds longest) const;
+  // Reads what is there, at most so many bytes; 0 is the end of the output.
+  size_t read(char* bytes, size_t room) const;
+  // True when the shell has ended within this time.
+  bool wait_for_end(std::chrono::milliseconds longest);
+
+ private:
+  bool start(const std::vector<const char*>& arguments, char* const* environment, ToolErrors errors,
+             int output);
+  bool has_ended();
+
+  pid_t id_ = 0;
+  int output_ = -1;
+};
+
+// Sends a signal to the processes of the command that is running, if one is; may be called by a signal
+// handler.
+void signal_running_command(int signal_number);
