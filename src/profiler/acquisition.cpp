@@ -1,69 +1,86 @@
 #include "profiler/acquisition.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <iterator>
 #include <thread>
 
 #include "driver/base/console.h"
+#include "driver/base/progress.h"
 
 namespace {
 
 constexpr uint32_t kChunk = 65536;
-constexpr int kMaximumRetries = 20;
 constexpr std::chrono::milliseconds kFirstPause(10);
 constexpr std::chrono::milliseconds kLongestPause(1000);
+constexpr std::chrono::milliseconds kAllPauses(10000);
 
-// The data types of a scan, in the order of the document, and the progress that is told once each has run (0:
-// nothing).
+// The data types of a scan, in the order of the document, the names that the operator sees, and the progress
+// that is told once each has run (0: nothing).
 struct DataType {
   const char* name;
+  const char* title;
   int percent;
 };
 
 constexpr DataType kDataTypes[] = {
-    {"SPHardwareDataType", 0},       {"SPNetworkDataType", 10},
-    {"SPSoftwareDataType", 0},       {"SPParallelATADataType", 20},
-    {"SPAudioDataType", 0},          {"SPBluetoothDataType", 30},
-    {"SPFireWireDataType", 0},       {"SPDisplaysDataType", 40},
-    {"SPMemoryDataType", 0},         {"SPPrintersDataType", 50},
-    {"SPSerialATADataType", 0},      {"SPParallelSCSIDataType", 0},
-    {"SPUSBDataType", 60},           {"SPAirPortDataType", 0},
-    {"SPFirewallDataType", 70},      {"SPNetworkLocationDataType", 0},
-    {"SPNetworkVolumeDataType", 80}, {"SPApplicationsDataType", 0},
-    {"SPStartupItemDataType", 90},   {"SPDiscBurningDataType", 0},
-    {"SPPowerDataType", 100},
+    {"SPHardwareDataType", "Hardware", 0},
+    {"SPNetworkDataType", "Network", 10},
+    {"SPSoftwareDataType", "Software", 0},
+    {"SPParallelATADataType", "Parallel ATA", 20},
+    {"SPAudioDataType", "Audio", 0},
+    {"SPBluetoothDataType", "Bluetooth", 30},
+    {"SPFireWireDataType", "FireWire", 0},
+    {"SPDisplaysDataType", "Displays", 40},
+    {"SPMemoryDataType", "Memory", 0},
+    {"SPPrintersDataType", "Printers", 50},
+    {"SPSerialATADataType", "Serial ATA", 0},
+    {"SPParallelSCSIDataType", "Parallel SCSI", 0},
+    {"SPUSBDataType", "USB", 60},
+    {"SPAirPortDataType", "AirPort", 0},
+    {"SPFirewallDataType", "Firewall", 70},
+    {"SPNetworkLocationDataType", "Network locations", 0},
+    {"SPNetworkVolumeDataType", "Network volumes", 80},
+    {"SPApplicationsDataType", "Applications", 0},
+    {"SPStartupItemDataType", "Startup items", 90},
+    {"SPDiscBurningDataType", "Disc burning", 0},
+    {"SPPowerDataType", "Power", 100},
 };
 
-// Runs the profiler; one that stays silent once is not waited for again.
+// Runs the profiler; the pauses of all its runs are limited together.
 class Profiler {
  public:
-  explicit Profiler(const SeriesLimits& limits) : commands_(kChunk, limits) {}
+  Profiler(const SeriesLimits& limits, const Pause& pause) : commands_(kChunk, limits), pause_(pause) {}
 
   ProfilerOutput run(const char* data_type);
 
  private:
+  Text run_again_and_again(const char* command, uint32_t* length);
+  bool may_answer() const { return !commands_.used_up() && !commands_.gave_up(); }
+
   CommandSeries commands_;
-  int retries_ = kMaximumRetries;
+  const Pause& pause_;
+  std::chrono::milliseconds pauses_left_ = kAllPauses;
 };
 
 ProfilerOutput Profiler::run(const char* data_type) {
   const Text command = data_type ? format_string("system_profiler -detailLevel full -xml %s", data_type)
                                  : format_string("system_profiler -detailLevel full -xml");
   ProfilerOutput output = {data_type, nullptr, 0};
-  auto pause = kFirstPause;
-  for (int retries_left = retries_;; --retries_left) {
-    output.text = commands_.run(command.get(), &output.length);
-    if (output.length > 0 || retries_left == 0 || commands_.used_up()) break;
-    std::this_thread::sleep_for(pause);
-    pause = std::min(2 * pause, kLongestPause);
-  }
-  if (output.length == 0 && !commands_.used_up()) {
-    std::fprintf(stderr, "No output: %s\n", command.get());
-    retries_ = 0;
-  }
+  output.text = run_again_and_again(command.get(), &output.length);
+  if (output.length == 0 && may_answer()) std::fprintf(stderr, "No output: %s\n", command.get());
   return output;
+}
+
+Text Profiler::run_again_and_again(const char* command, uint32_t* length) {
+  auto left = pauses_left_ / 2;
+  for (auto pause = kFirstPause;; pause = std::min(2 * pause, kLongestPause)) {
+    Text output = commands_.run(command, length);
+    if (*length > 0 || pause > left || !may_answer()) return output;
+    pause_(pause);
+    left -= pause;
+    pauses_left_ -= pause;
+  }
 }
 
 Cut cut_at(size_t index) {
@@ -101,10 +118,13 @@ Text splice_outputs(const std::vector<ProfilerOutput>& outputs, size_t* length) 
   return document;
 }
 
-ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits) {
+void pause_for(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+
+ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits, const Pause& pause) {
   ProfilerDocument document;
-  Profiler profiler(limits);
+  Profiler profiler(limits, pause);
   for (const DataType& data_type : kDataTypes) {
+    announce(data_type.title, document.outputs.size() + 1, std::size(kDataTypes));
     document.outputs.push_back(profiler.run(data_type.name));
     if (progress && data_type.percent > 0) print_now("%d%%\n", data_type.percent);
   }
@@ -112,4 +132,7 @@ ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& li
   return document;
 }
 
-ProfilerOutput run_full_profiler(const SeriesLimits& limits) { return Profiler(limits).run(nullptr); }
+ProfilerOutput run_full_profiler(const SeriesLimits& limits, const Pause& pause) {
+  announce("System profiler");
+  return Profiler(limits, pause).run(nullptr);
+}

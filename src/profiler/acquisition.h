@@ -2,7 +2,9 @@
 // document, as if it had been run once over all of them.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -38,14 +40,22 @@ struct ProfilerDocument {
 // Where in the document an output stands: the first one brings the prologue, the last one the closing tags.
 enum class Cut { kMiddle = 0, kFirst = 1, kLast = 2 };
 
+// How the time between two attempts goes by; tests put something quicker in its place.
+using Pause = std::function<void(std::chrono::milliseconds)>;
+void pause_for(std::chrono::milliseconds time);
+
 // Runs the profiler over all its data types, within limits that tests lower. With `progress` it prints "10%"
-// to "100%" on the way, for a program that waits for the scan. A data type without output is tried again, 20
-// times at most and with growing pauses; when it stays empty a line on standard error names its command, and
-// the data types after it get a single attempt.
-ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits = SeriesLimits());
+// to "100%" on the way, for a program that waits for the scan.
+//
+// A data type without output is tried again, after 10 ms and then pauses that double up to a second. All
+// pauses of a run last 10 s together, and a data type takes half of what is left of them at most, so that one
+// that this system does not know leaves the later ones theirs. When it stays empty a line on standard error
+// names its command. One that was given up because it stayed silent is not tried again.
+ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits = SeriesLimits(),
+                                           const Pause& pause = pause_for);
 
 // The profiler's output over its own choice of data types, uncut; tried again in the same way.
-ProfilerOutput run_full_profiler(const SeriesLimits& limits = SeriesLimits());
+ProfilerOutput run_full_profiler(const SeriesLimits& limits = SeriesLimits(), const Pause& pause = pause_for);
 
 // The document of such outputs, given in the order of the data types.
 Text splice_outputs(const std::vector<ProfilerOutput>& outputs, size_t* length);

@@ -3,14 +3,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
 #include <string>
 
 #include "fake_tools.h"
 
 namespace {
 
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::StartsWith;
 
 const std::string kPrologue =
@@ -112,13 +116,20 @@ class CollectProfilerDocument : public testing::Test {
   std::string collect(bool progress, const SeriesLimits& limits = SeriesLimits()) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    document = collect_profiler_document(progress, limits);
+    pauses.clear();
+    document = collect_profiler_document(progress, limits, remember);
     printed = testing::internal::GetCapturedStdout();
     complaints = testing::internal::GetCapturedStderr();
     return document.text.get();
   }
 
+  // How often the profiler was run.
+  size_t runs() const { return tools.read("runs").size(); }
+
   FakeTools tools;
+  // Those between the attempts, which the tests do not wait for, in milliseconds.
+  std::vector<long long> pauses;
+  const Pause remember = [this](std::chrono::milliseconds time) { pauses.push_back(time.count()); };
   ProfilerDocument document;
   std::string printed;
   std::string complaints;
@@ -154,21 +165,74 @@ TEST_F(CollectProfilerDocument, PrintsTenPercentagesAlsoForTypesWithoutItems) {
   EXPECT_EQ(printed, "10%\n20%\n30%\n40%\n50%\n60%\n70%\n80%\n90%\n100%\n");
 }
 
+// Counts its runs, and answers but for the given condition.
+std::string counting_profiler(const FakeTools& tools, const std::string& silent) {
+  return "echo >> '" + tools.file("runs") + "'; " + silent + " || " + kNamingProfiler;
+}
+
 TEST_F(CollectProfilerDocument, AsksAnEmptyTypeAgain) {
-  tools.write("system_profiler", "echo >> '" + tools.file("runs") + "'; [ $(wc -l < '" + tools.file("runs") +
-                                     "') -lt 3 ] || " + kNamingProfiler);
+  tools.write("system_profiler",
+              counting_profiler(tools, "[ $(wc -l < '" + tools.file("runs") + "') -lt 3 ]"));
   EXPECT_THAT(collect(false), HasSubstr("SPHardwareDataType"));
-  EXPECT_EQ(tools.read("runs").size(), 23u);
+  EXPECT_EQ(runs(), 23u);
+  EXPECT_THAT(pauses, ElementsAre(10, 20));
   EXPECT_EQ(complaints, "");
 }
 
-TEST_F(CollectProfilerDocument, GivesUpAfterTwentyRetriesAndThenAsksOnlyOnce) {
-  tools.write("system_profiler", "echo >> '" + tools.file("runs") + "'");
+TEST_F(CollectProfilerDocument, DoublesThePausesUpToASecond) {
+  tools.write("system_profiler", counting_profiler(tools, "[ \"$4\" = SPHardwareDataType ]"));
+  EXPECT_THAT(collect(false), HasSubstr("SPPowerDataType"));
+  EXPECT_THAT(pauses, ElementsAre(10, 20, 40, 80, 160, 320, 640, 1000, 1000, 1000));
+  EXPECT_EQ(runs(), 21u + 10u);
+  EXPECT_EQ(complaints, "No output: system_profiler -detailLevel full -xml SPHardwareDataType\n");
+}
+
+TEST_F(CollectProfilerDocument, AsksALaterTypeAgainAfterOneThatNeverAnswers) {
+  const std::string seen = tools.file("seen");
+  tools.write("system_profiler",
+              "[ \"$4\" != SPParallelATADataType ] || exit 0\n"
+              "[ \"$4\" != SPPowerDataType ] || [ -e '" +
+                  seen + "' ] || { : > '" + seen + "'; exit 0; }\n" + kNamingProfiler);
+  EXPECT_THAT(collect(false), HasSubstr("SPPowerDataType"));
+  EXPECT_EQ(pauses.back(), 10);
+  EXPECT_EQ(complaints, "No output: system_profiler -detailLevel full -xml SPParallelATADataType\n");
+}
+
+TEST_F(CollectProfilerDocument, PausesTenSecondsInAllAndThenAsksOnlyOnce) {
+  tools.write("system_profiler", counting_profiler(tools, "true"));
   EXPECT_EQ(collect(false), kPrologue + kEpilogue);
-  EXPECT_EQ(tools.read("runs").size(), 21u + 20u);
+  EXPECT_EQ(std::accumulate(pauses.begin(), pauses.end(), 0LL), 9990);
+  EXPECT_EQ(runs(), 21u + pauses.size());
   EXPECT_THAT(complaints,
               StartsWith("No output: system_profiler -detailLevel full -xml SPHardwareDataType\n"));
   EXPECT_THAT(complaints, EndsWith("No output: system_profiler -detailLevel full -xml SPPowerDataType\n"));
+  EXPECT_EQ(std::count(complaints.begin(), complaints.end(), '\n'), 21);
+}
+
+TEST_F(CollectProfilerDocument, AsksATypeThatWasGivenUpOnlyOnce) {
+  set_longest_silence(std::chrono::milliseconds(200));
+  tools.write("system_profiler",
+              counting_profiler(tools, "[ \"$4\" != SPNetworkVolumeDataType ] || exec sleep 1000; false"));
+  EXPECT_THAT(collect(false), EndsWith("SPPowerDataType</string>\n</array>\n</plist>"));
+  set_longest_silence(kLongestSilence);
+  EXPECT_EQ(runs(), 21u);
+  EXPECT_THAT(pauses, IsEmpty());
+  EXPECT_EQ(complaints,
+            "Not waited for any longer: system_profiler -detailLevel full -xml SPNetworkVolumeDataType\n");
+}
+
+TEST_F(CollectProfilerDocument, KeepsWhatATypeSaidBeforeItWasGivenUp) {
+  set_longest_silence(std::chrono::milliseconds(200));
+  tools.write("system_profiler",
+              std::string(kNamingProfiler) + "; [ \"$4\" != SPNetworkVolumeDataType ] || exec sleep 1000");
+  EXPECT_THAT(collect(false), HasSubstr("SPNetworkVolumeDataType"));
+  set_longest_silence(kLongestSilence);
+}
+
+TEST(PauseFor, TakesSoLong) {
+  const auto start = std::chrono::steady_clock::now();
+  pause_for(std::chrono::milliseconds(30));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
 }
 
 TEST_F(CollectProfilerDocument, CutsATypeThatWritesForEver) {
@@ -201,6 +265,25 @@ TEST(RunFullProfiler, NamesNoDataTypeAndCutsNothing) {
   const ProfilerOutput output = run_full_profiler();
   EXPECT_STREQ(output.text.get(), "raw -detailLevel full -xml");
   EXPECT_EQ(output.length, 26u);
+}
+
+TEST(RunFullProfiler, IsTriedAgainLikeATypeAndNamedWhenItStaysSilent) {
+  const FakeTools tools;
+  tools.write("system_profiler", "exit 0");
+  std::vector<long long> pauses;
+  testing::internal::CaptureStderr();
+  const ProfilerOutput output = run_full_profiler(
+      SeriesLimits(), [&](std::chrono::milliseconds time) { pauses.push_back(time.count()); });
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "No output: system_profiler -detailLevel full -xml\n");
+  EXPECT_THAT(pauses, ElementsAre(10, 20, 40, 80, 160, 320, 640, 1000, 1000, 1000));
+  EXPECT_EQ(output.length, 0u);
+}
+
+TEST(RunFullProfiler, TakesALaterAnswer) {
+  const FakeTools tools;
+  const std::string seen = tools.file("seen");
+  tools.write("system_profiler", "[ -e '" + seen + "' ] && exec echo answer; : > '" + seen + "'");
+  EXPECT_STREQ(run_full_profiler().text.get(), "answer\n");
 }
 
 }  // namespace
