@@ -44,19 +44,25 @@ CFRef<CFArrayRef> parse(const char* text, size_t length) {
 
 CFRef<CFArrayRef> parse(const ProfilerOutput& output) { return parse(output.text.get(), output.length); }
 
-CFRef<CFArrayRef> parse_spliced(const std::vector<ProfilerOutput>& outputs) {
-  size_t length = 0;
-  const Text document = splice_outputs(outputs, &length);
-  return parse(document.get(), length);
+void report_unreadable(const ProfilerOutput& output) {
+  if (output.length == 0) return;
+  const char* separator = output.data_type ? ": " : "";
+  const char* name = output.data_type ? output.data_type : "";
+  std::fprintf(stderr, "Unreadable output of the system profiler%s%s\n", separator, name);
 }
 
-void leave_out_unreadable(std::vector<ProfilerOutput>& outputs) {
-  for (ProfilerOutput& output : outputs) {
-    if (parse(output)) continue;
-    std::fprintf(stderr, "Unreadable output of the system profiler: %s\n", output.data_type);
-    output.text.reset();
-    output.length = 0;
+// The lists of all outputs as one.
+CFRef<CFArrayRef> parse_one_by_one(const std::vector<ProfilerOutput>& outputs) {
+  std::vector<CFRef<CFArrayRef>> lists;
+  std::vector<const void*> elements;
+  for (const ProfilerOutput& output : outputs) {
+    CFRef<CFArrayRef> list = parse_profiler_output(output);
+    const CFIndex count = list ? CFArrayGetCount(list.get()) : 0;
+    for (CFIndex i = 0; i < count; ++i) elements.push_back(CFArrayGetValueAtIndex(list.get(), i));
+    lists.push_back(std::move(list));
   }
+  return CFRef<CFArrayRef>(
+      CFArrayCreate(nullptr, elements.data(), static_cast<CFIndex>(elements.size()), &kCFTypeArrayCallBacks));
 }
 
 }  // namespace
@@ -65,16 +71,14 @@ CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document) {
   if (std::none_of(document.outputs.begin(), document.outputs.end(), holds_nul)) {
     if (CFRef<CFArrayRef> list = parse(document.text.get(), document.length)) return list;
   }
-  std::vector<ProfilerOutput> salvaged;
-  for (const ProfilerOutput& output : document.outputs) salvaged.push_back(salvage_output(output));
-  if (CFRef<CFArrayRef> list = parse_spliced(salvaged)) return list;
-  leave_out_unreadable(salvaged);
-  return parse_spliced(salvaged);
+  return parse_one_by_one(document.outputs);
 }
 
 CFRef<CFArrayRef> parse_profiler_output(const ProfilerOutput& output) {
   if (!holds_nul(output)) {
     if (CFRef<CFArrayRef> list = parse(output)) return list;
   }
-  return parse(salvage_output(output));
+  CFRef<CFArrayRef> list = parse(salvage_output(output));
+  if (!list) report_unreadable(output);
+  return list;
 }

@@ -6,11 +6,11 @@
 #include "platform/cf_ref.h"
 #include "profiler/acquisition.h"
 
-// The array of data-type dictionaries. A document that CoreFoundation refuses, would read only in part, that
-// is nested more deeply than is safe, or of outputs that hold NULs, is put together again from what can be
-// salvaged of the single outputs; a data type that stays unreadable is named on standard error and left out.
-// None only when nothing at all can be read.
+// The array of data-type dictionaries, never none. Where CoreFoundation refuses the document, or would read
+// it only in part, where it is nested more deeply than is safe or made of outputs that hold NULs, the outputs
+// are parsed one by one: a healthy one as the tool wrote it, a damaged one as it can be salvaged.
 CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document);
 
-// The same for the profiler's output over its own choice of data types.
+// The same for one output. None when it holds nothing of a list; a line on standard error says so, unless the
+// output is empty.
 CFRef<CFArrayRef> parse_profiler_output(const ProfilerOutput& output);

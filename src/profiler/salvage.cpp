@@ -60,6 +60,7 @@ class ListWriter {
   explicit ListWriter(std::string_view data_type) : data_type_(data_type) {}
 
   void begin_array() {
+    found_list_ = true;
     if (depth_++ > 0) text_ += "<array>";
   }
   void end_array() {
@@ -86,6 +87,9 @@ class ListWriter {
   void boolean(bool value) { text_ += value ? "<true/>" : "<false/>"; }
   void date(double, std::string_view source) { element("date", source); }
   void data(std::string_view source) { element("data", source); }
+
+  // Values that stand outside of any array are in the list as well.
+  bool found_list() const { return found_list_ || text_.size() > kPrologueLength; }
 
   // The list in the profiler's frame; nothing is written after it.
   const std::string& finish() { return text_ += kEpilogue; }
@@ -116,6 +120,7 @@ class ListWriter {
   std::string key_;  // the last one
   std::string text_ = kPrologue;
   size_t depth_ = 0;
+  bool found_list_ = false;
 };
 
 }  // namespace
@@ -123,6 +128,7 @@ class ListWriter {
 ProfilerOutput salvage_output(const ProfilerOutput& output) {
   ListWriter writer(output.data_type ? output.data_type : "");
   plist::scan_leniently({output.text.get(), output.length}, plist::events_for(writer));
+  if (!writer.found_list()) return {output.data_type, nullptr, 0};
   const std::string& list = writer.finish();
   return {output.data_type, copy_range(list.data(), list.data() + list.size()),
           static_cast<uint32_t>(list.size())};

@@ -8,5 +8,5 @@
 // A new output in the profiler's usual frame that holds whatever can still be read of the given one: invalid
 // bytes become U+FFFD, unknown entities text, unreadable values disappear with their key, what is open at the
 // end is closed. The name of the data type, and the keys and values on which many facts hang, are put right
-// where one byte is damaged.
+// where one byte is damaged. Its text is none where the given one holds nothing of a list.
 ProfilerOutput salvage_output(const ProfilerOutput& output);
