@@ -1,5 +1,6 @@
 #include "collectors/network_identity.h"
 
+#include <cstdio>
 #include <utility>
 
 #include "collectors/network_adapters.h"
@@ -86,6 +87,10 @@ NetworkIdentity query_network_identity(CFArrayRef list, const char* given_ip) {
   const CFArrayRef adapters = find_data_type_items(list, CFSTR("SPNetworkDataType"));
   const CFDictionaryRef adapter =
       given_ip ? find_adapter_by_address(adapters, given_ip) : find_primary_adapter(adapters);
+  if (given_ip && !adapter) {
+    std::fprintf(stderr, "No network adapter has the address %s; the machine's identity stays empty\n",
+                 given_ip);
+  }
   NetworkIdentity identity;
   identity.ip_address = given_ip ? copy_text(given_ip) : first_address(adapter);
   identity.manual = is_manual(adapter);

@@ -16,5 +16,6 @@ struct NetworkIdentity {
 };
 
 // The identity from the profiler's parsed list (none counts as an empty list). given_ip chooses the adapter
-// whose first address it is; with none, en0 is chosen, or after an en0 without an address en1, and so on.
+// whose first address it is, and when there is no such adapter a line on standard error says so; with none,
+// en0 is chosen, or after an en0 without an address en1, and so on.
 NetworkIdentity query_network_identity(CFArrayRef list, const char* given_ip);

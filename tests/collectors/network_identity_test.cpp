@@ -71,6 +71,27 @@ TEST(NetworkIdentity, TriesTheNextAdapterAfterOneWithoutAddress) {
                                .ip_address.get());
 }
 
+// What the query prints to standard error.
+std::string complaint_of(const char* given_ip) {
+  testing::internal::CaptureStderr();
+  identity_among({adapter("en0", "10.0.0.5"), adapter("en1", "10.0.0.6")}, given_ip);
+  return testing::internal::GetCapturedStderr();
+}
+
+TEST(NetworkIdentity, TellsOfAnAddressThatNoAdapterHas) {
+  EXPECT_EQ("No network adapter has the address 10.0.0.7; the machine's identity stays empty\n",
+            complaint_of("10.0.0.7"));
+  EXPECT_EQ("No network adapter has the address ; the machine's identity stays empty\n", complaint_of(""));
+}
+
+TEST(NetworkIdentity, SaysNothingOfAnAddressThatIsThereOrNotGiven) {
+  EXPECT_EQ("", complaint_of("10.0.0.6"));
+  EXPECT_EQ("", complaint_of(nullptr));
+  testing::internal::CaptureStderr();
+  identity_among({idle_adapter("en0")});
+  EXPECT_EQ("", testing::internal::GetCapturedStderr());
+}
+
 TEST(NetworkIdentity, DoesNotGoBackToAnEarlierAdapter) {
   EXPECT_EQ(nullptr, identity_among({adapter("en1", "10.0.0.6"), idle_adapter("en0")}).ip_address);
 }
