@@ -1,9 +1,13 @@
 // The question at the prompt, and one scan.
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 
 #include "driver/base/console.h"
+#include "driver/base/progress.h"
+#include "driver/base/shell_process.h"
 #include "driver/options.h"
 #include "driver/scan_driver.h"
 #include "platform/heap.h"
@@ -26,6 +30,21 @@ void silence_console() {
 // ever.
 void outlive_readers() {
   std::signal(SIGPIPE, [](int) {});
+}
+
+// The tools are not in the group that the terminal sends its signals to.
+void end_with_tools(int signal_number) {
+  signal_running_command(signal_number);
+  erase_progress();
+  std::signal(signal_number, SIG_DFL);
+  std::raise(signal_number);
+}
+
+void handle_ends() {
+  for (const int signal_number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+    // What the caller ignores, as nohup does, stays ignored.
+    if (std::signal(signal_number, end_with_tools) == SIG_IGN) std::signal(signal_number, SIG_IGN);
+  }
 }
 
 enum class Answer { kYes, kNo, kIncorrect };
@@ -61,6 +80,7 @@ bool confirm(int& status) {
 int main(int count, char** arguments) {
   prepare_heap();
   outlive_readers();
+  handle_ends();
   const Options options = parse_options(count, arguments);
   int status = 0;
   if (options.silent) {
@@ -68,6 +88,8 @@ int main(int count, char** arguments) {
   } else if (!confirm(status)) {
     return status;
   }
+  // A log tells enough, and all that the tools complain of.
+  show_progress(!options.silent && !options.log && isatty(STDERR_FILENO));
   ScanContext context;
   context.log_enabled = options.log ? 1 : 0;
   ScanDriver(context, options.silent, options.debug, options.ip.get(), options.login.get());

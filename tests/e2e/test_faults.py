@@ -212,6 +212,50 @@ class FailingTools(FaultTestCase):
         self.assertEqual((result.stdout, result.stderr, result.returncode), (f"{PERCENTAGES}>>>{self.files()[0]}\n", "", 0))
 
 
+class ToolPath(FaultTestCase):
+    """The scan's own PATH has the test's tools alone, as cron's has no profiler."""
+
+    COMPLETED = ":/usr/bin:/bin:/usr/sbin:/sbin"
+
+    def test_is_completed_for_the_tools(self):
+        seen = self.folder / "seen"
+        for tool in ("system_profiler", "dscl", "ps"):
+            real = self.folder / tool
+            (self.tools / tool).rename(real)
+            self.write_tool(tool, f'echo "$PATH" >>"{seen}"\nexec "{real}" "$@"\n')
+        self.scan_faulty()
+        self.assertEqual(set(seen.read_text().splitlines()), {str(self.tools) + self.COMPLETED})
+
+    def test_finds_a_tool_that_the_caller_has_not(self):
+        """The machine's own ps, which lies in /usr/bin or /bin on Linux as well."""
+        (self.tools / "ps").unlink()
+        self.assertGreater(len(self.scan_faulty()[0].snapshot.find("Processes").children), 0)
+
+    def test_that_is_told_is_the_callers(self):
+        container, _ = self.scan_faulty()
+        self.assertEqual(container.snapshot.get("Environment/env-var:PATH/value"), str(self.tools))
+        (self.tools / "env").unlink()
+        container, messages = self.scan_faulty()
+        self.assertEqual(messages, "")
+        self.assertEqual(container.snapshot.get("Environment/env-var:PATH/value"), str(self.tools))
+        self.assertEqual(container.snapshot.get("Environment/env-var:VELKARO_TEST_MARK/value"), self.mark)
+
+
+class GivenAddress(FaultTestCase):
+    MESSAGE = "No network adapter has the address {}; the machine's identity stays empty\n"
+
+    def test_that_no_adapter_has_is_told_once(self):
+        for address in ("192.0.2.250", ""):
+            for options in ([], ["/debug"]):
+                with self.subTest(address=address, options=options):
+                    _, messages = self.scan_faulty(f"/ip:{address}", *options)
+                    self.assertEqual(messages, self.MESSAGE.format(address))
+
+    def test_that_an_adapter_has_is_not_told(self):
+        address = self.scan_faulty()[0].snapshot.get("ip-address")
+        self.assertEqual(self.scan_faulty(f"/ip:{address}")[1], "")
+
+
 HOSTILE_NAMES = (
     "$(touch ran)", "`touch ran`", 'a"; touch ran; "', '"$(touch ran)"', "; touch ran", "& touch ran &", "| touch ran",
     "&& touch ran", "> ran", "\\", '\\"', "\\$(touch ran)", "'", "' ; touch ran ; '", "-n", "--help", "-rf", "two words",
@@ -407,6 +451,22 @@ class Salvage(FaultTestCase):
             with self.subTest(garbage=garbage[:20]):
                 self.answer("SPPrintersDataType", garbage)
                 self.assertEqual([path for path in self.lost(whole) if "/Printers" not in path], [])
+
+    def test_names_a_type_whose_output_is_no_list(self):
+        self.answer("SPPrintersDataType", b"Segmentation fault\n" * 50)
+        _, messages = self.scan_faulty()
+        self.assertEqual(messages, "Unreadable output of the system profiler: SPPrintersDataType\n")
+
+    def test_of_one_type_leaves_the_others_as_they_are(self):
+        """A key that salvage would put right, in every healthy type."""
+        for data_type in OddOutputs.PROFILER:
+            self.answer(data_type, recording(data_type).replace(b"<key>_items</key>", "<key>_it\ufffdms</key>".encode(), 1))
+        self.answer("SPHardwareDataType", recording("SPHardwareDataType").replace(b"</string>", b"\xe9</string>", 1))
+        container, messages = self.scan_faulty()
+        self.assertEqual(messages, "")
+        self.assertIsNotNone(container.snapshot.find("Processors"))
+        for path in ("Software", "Memory/Memory-slot:1", "Peripherals", "Storage", "OS/os:1/name", "Network"):
+            self.assertIsNone(container.snapshot.find(path), path)
 
     def test_of_a_debug_run_finds_the_identity_and_leaves_the_bytes_alone(self):
         full = subprocess.run(
