@@ -73,12 +73,10 @@ ProfilerOutput Profiler::run(const char* data_type) {
 }
 
 Text Profiler::run_again_and_again(const char* command, uint32_t* length) {
-  auto left = pauses_left_ / 2;
   for (auto pause = kFirstPause;; pause = std::min(2 * pause, kLongestPause)) {
     Text output = commands_.run(command, length);
-    if (*length > 0 || pause > left || !may_answer()) return output;
+    if (*length > 0 || pause > pauses_left_ || !may_answer()) return output;
     pause_(pause);
-    left -= pause;
     pauses_left_ -= pause;
   }
 }

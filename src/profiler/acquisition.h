@@ -47,10 +47,10 @@ void pause_for(std::chrono::milliseconds time);
 // Runs the profiler over all its data types, within limits that tests lower. With `progress` it prints "10%"
 // to "100%" on the way, for a program that waits for the scan.
 //
-// A data type without output is tried again, after 10 ms and then pauses that double up to a second. All
-// pauses of a run last 10 s together, and a data type takes half of what is left of them at most, so that one
-// that this system does not know leaves the later ones theirs. When it stays empty a line on standard error
-// names its command. One that was given up because it stayed silent is not tried again.
+// A data type without output is tried again, after 10 ms and then pauses that double up to a second, until
+// the pauses of the whole run add up to 10 s; after that there are single attempts. When it stays empty a
+// line on standard error names its command. One that was given up because it stayed silent is not tried
+// again.
 ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits = SeriesLimits(),
                                            const Pause& pause = pause_for);
 

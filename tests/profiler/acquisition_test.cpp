@@ -12,6 +12,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -179,11 +180,15 @@ TEST_F(CollectProfilerDocument, AsksAnEmptyTypeAgain) {
   EXPECT_EQ(complaints, "");
 }
 
+// Ten seconds, but for the last pause that would go beyond them.
+constexpr long long kPausesOfOneType[] = {10,   20,   40,   80,   160,  320,  640, 1000,
+                                          1000, 1000, 1000, 1000, 1000, 1000, 1000};
+
 TEST_F(CollectProfilerDocument, DoublesThePausesUpToASecond) {
   tools.write("system_profiler", counting_profiler(tools, "[ \"$4\" = SPHardwareDataType ]"));
   EXPECT_THAT(collect(false), HasSubstr("SPPowerDataType"));
-  EXPECT_THAT(pauses, ElementsAre(10, 20, 40, 80, 160, 320, 640, 1000, 1000, 1000));
-  EXPECT_EQ(runs(), 21u + 10u);
+  EXPECT_THAT(pauses, ElementsAreArray(kPausesOfOneType));
+  EXPECT_EQ(runs(), 21u + 15u);
   EXPECT_EQ(complaints, "No output: system_profiler -detailLevel full -xml SPHardwareDataType\n");
 }
 
@@ -201,7 +206,7 @@ TEST_F(CollectProfilerDocument, AsksALaterTypeAgainAfterOneThatNeverAnswers) {
 TEST_F(CollectProfilerDocument, PausesTenSecondsInAllAndThenAsksOnlyOnce) {
   tools.write("system_profiler", counting_profiler(tools, "true"));
   EXPECT_EQ(collect(false), kPrologue + kEpilogue);
-  EXPECT_EQ(std::accumulate(pauses.begin(), pauses.end(), 0LL), 9990);
+  EXPECT_EQ(std::accumulate(pauses.begin(), pauses.end(), 0LL), 10000);
   EXPECT_EQ(runs(), 21u + pauses.size());
   EXPECT_THAT(complaints,
               StartsWith("No output: system_profiler -detailLevel full -xml SPHardwareDataType\n"));
@@ -275,7 +280,7 @@ TEST(RunFullProfiler, IsTriedAgainLikeATypeAndNamedWhenItStaysSilent) {
   const ProfilerOutput output = run_full_profiler(
       SeriesLimits(), [&](std::chrono::milliseconds time) { pauses.push_back(time.count()); });
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "No output: system_profiler -detailLevel full -xml\n");
-  EXPECT_THAT(pauses, ElementsAre(10, 20, 40, 80, 160, 320, 640, 1000, 1000, 1000));
+  EXPECT_THAT(pauses, ElementsAreArray(kPausesOfOneType));
   EXPECT_EQ(output.length, 0u);
 }
 
