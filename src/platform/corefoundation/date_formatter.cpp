@@ -7,7 +7,6 @@
 
 #include "platform/cf_ref.h"
 #include "platform/corefoundation/locale.h"
-#include "platform/corefoundation/number_pattern.h"
 #include "platform/corefoundation/string.h"
 #include "platform/corefoundation/time_zone.h"
 #include "platform/corefoundation/utf16.h"
@@ -38,7 +37,6 @@ int32_t length_of(const Utf16& text) { return static_cast<int32_t>(text.size());
 }  // namespace
 
 CFDateFormatterObject::~CFDateFormatterObject() {
-  ucal_close(calendar);
   udat_close(formatter);
 }
 
@@ -53,14 +51,12 @@ CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale, CFD
   UDateFormat* const formatter = udat_open(UDAT_PATTERN, UDAT_PATTERN, identifier.c_str(), zone.data(),
                                            length_of(zone), u"", 0, &status);
   if (U_FAILURE(status)) return nullptr;
-  return cf::create<CFDateFormatterObject>(formatter, ucal_clone(udat_getCalendar(formatter), &status));
+  return cf::create<CFDateFormatterObject>(formatter);
 }
 
 void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef pattern) {
-  const std::string_view text = cf::text_of(pattern);
-  const Utf16 units = to_utf16(text);
+  const Utf16 units = to_utf16(cf::text_of(pattern));
   udat_applyPattern(formatter->formatter, false, units.data(), length_of(units));
-  formatter->number_pattern = cf::is_number_pattern(formatter->formatter, text) ? text : std::string_view();
 }
 
 const CFStringRef kCFDateFormatterAMSymbol = CFSTR("kCFDateFormatterAMSymbol");
@@ -78,10 +74,6 @@ CFTypeRef CFDateFormatterCopyProperty(CFDateFormatterRef formatter, CFStringRef 
 CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef, CFDateFormatterRef formatter,
                                                 CFDateRef date) {
   const UDate milliseconds = (CFDateGetAbsoluteTime(date) + kCFAbsoluteTimeIntervalSince1970) * 1000;
-  if (!formatter->number_pattern.empty()) {
-    if (const auto numbers = cf::format_numbers(formatter->calendar, formatter->number_pattern, milliseconds))
-      return cf::create_string(*numbers, true);
-  }
   const Utf16 text = fill_text([&](char16_t* buffer, int32_t capacity, UErrorCode* status) {
     return udat_format(formatter->formatter, milliseconds, buffer, capacity, nullptr, status);
   });

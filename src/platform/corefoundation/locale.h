@@ -18,12 +18,10 @@ struct CFLocaleObject : cf::Object {
 };
 
 struct CFDateFormatterObject : cf::Object {
-  // Takes over the formatter and the calendar, a UDateFormat and a UCalendar of ICU's.
-  CFDateFormatterObject(void** its_formatter, void** its_calendar)
-      : Object(cf::Kind::date_formatter), formatter(its_formatter), calendar(its_calendar) {}
+  // Takes over the formatter, a UDateFormat of ICU's.
+  explicit CFDateFormatterObject(void** its_formatter)
+      : Object(cf::Kind::date_formatter), formatter(its_formatter) {}
   ~CFDateFormatterObject();
 
   void** const formatter;
-  void** const calendar;
-  std::string number_pattern;  // the pattern, when it needs no formatter (see number_pattern.h); else empty
 };
