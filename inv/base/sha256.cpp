@@ -26,12 +26,4 @@ Digest hmac_sha256(std::string_view key, std::string_view message) {
   return digest;
 }
 
-std::string base64(const Digest& digest) {
-  constexpr int kVariant = sodium_base64_VARIANT_ORIGINAL;
-  std::string text(sodium_base64_ENCODED_LEN(sizeof(Digest), kVariant), '\0');
-  sodium_bin2base64(text.data(), text.size(), digest.data(), digest.size(), kVariant);
-  text.pop_back();  // the end of a C string
-  return text;
-}
-
 }  // namespace inv

@@ -14,6 +14,4 @@ using Digest = std::array<unsigned char, 32>;
 Digest sha256(std::string_view bytes);
 Digest hmac_sha256(std::string_view key, std::string_view message);
 
-std::string base64(const Digest& digest);
-
 }  // namespace inv

@@ -1,4 +1,4 @@
-#include "inv/commands/command.h"
+#include "inv/commands/signature_options.h"
 #include "inv/export/database.h"
 #include "inv/show/terminal.h"
 
@@ -12,6 +12,7 @@ constexpr size_t kBatch = 500;
 struct Options {
   std::string database;
   std::vector<std::string> files;
+  SignatureOptions signature;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -42,22 +43,32 @@ class Progress {
   Terminal terminal_;
 };
 
-bool load(const Options& options, Database& database, int& status) {
+// False when the database cannot be written to; a file that cannot be loaded is told of and left out.
+bool load_file(const std::string& path, const Options& options, const SignatureCheck& signatures,
+               Database& database, int& status) {
+  const std::unique_ptr<Inventory> inventory = open_for_command(path, options.max_size, status);
+  if (!inventory) return true;
+  const std::optional<std::string> signer = signatures.signer_of(path, *inventory, status);
+  return !signer || database.add(*inventory, *signer);
+}
+
+bool load(const Options& options, const SignatureCheck& signatures, Database& database, int& status) {
   Progress progress(options.files.size());
   for (size_t i = 0; i < options.files.size(); ++i) {
     if (i % kBatch == 0 && i > 0 && !database.commit()) return false;
     if (i % kBatch == 0 && !database.begin()) return false;
-    const std::unique_ptr<Inventory> inventory = open_for_command(options.files[i], options.max_size, status);
-    if (inventory && !database.add(*inventory)) return false;
+    if (!load_file(options.files[i], options, signatures, database, status)) return false;
     progress.show(i + 1);
   }
   return database.commit();
 }
 
 int run(const Options& options) {
+  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, options.files);
+  if (!signatures) return kUnusable;
   int status = kDone;
   Database database;
-  if (database.open(options.database) && load(options, database, status)) return status;
+  if (database.open(options.database) && load(options, *signatures, database, status)) return status;
   complain(options.database, database.error());
   return kUnusable;
 }
@@ -74,6 +85,7 @@ void add_load(CLI::App& app, int& status) {
   CLI::App& command = add_command(app, "load", "Load files into an SQLite database", kExamples);
   command.add_option("DATABASE", options->database, "The database; made if missing")->required();
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -1,21 +1,28 @@
 #include "inv/show/summary.h"
 
-#include "inv/commands/command.h"
+#include "inv/commands/signature_options.h"
 
 namespace inv {
 namespace {
 
 struct Options {
   std::vector<std::string> files;
+  SignatureOptions signature;
   uint64_t max_size = kUsualMaxSize;
 };
 
 int run(const Options& options) {
+  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, options.files);
+  if (!signatures) return kUnusable;
   int status = kDone;
   std::vector<Overview> overviews;
   for (const std::string& file : options.files) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
-    if (inventory) overviews.push_back(overview_of(*inventory));
+    if (!inventory) continue;
+    const std::optional<std::string> signer = signatures->signer_of(file, *inventory, status);
+    if (!signer) continue;
+    overviews.push_back(overview_of(*inventory));
+    overviews.back().signed_by = *signer;
   }
   if (overviews.empty()) return status;
   const bool single = options.files.size() == 1;
@@ -34,6 +41,7 @@ void add_summary(CLI::App& app, int& status) {
   CLI::App& command =
       add_command(app, "summary", "Say what a machine is: one screen, or a line each", kExamples);
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

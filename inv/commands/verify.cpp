@@ -1,7 +1,7 @@
 #include "inv/file/verify.h"
 
 #include "inv/base/utf8.h"
-#include "inv/commands/command.h"
+#include "inv/commands/signature_options.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
@@ -10,6 +10,7 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   bool quiet = false;
+  SignatureOptions signature;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -25,7 +26,30 @@ std::string verdict_line(const Verdict& verdict, const Terminal& terminal) {
   return line;
 }
 
+// What is said of the signature, behind the verdict of the file itself.
+std::string signature_text(const SignatureVerdict& signature, const Terminal& terminal) {
+  if (signature.refusal.empty()) return ", signed by " + printable(signature.signer);
+  return "; " + terminal.red("signature refused") + ": " + printable(signature.refusal);
+}
+
+// The line about one file. The status becomes kNo, unless it is worse already, when the file or its signature
+// is no good.
+std::string line_about(const std::string& path, const Inventory& inventory, const SignatureCheck& signatures,
+                       const Terminal& terminal, int& status) {
+  const Verdict verdict = verify(inventory);
+  if (!verdict.faults.empty()) status = worse(status, kNo);
+  std::string line = printable(inventory.file_name) + ": " + verdict_line(verdict, terminal);
+  if (signatures.wanted()) {
+    const SignatureVerdict signature = signatures.judge(path, inventory);
+    if (!signature.refusal.empty()) status = worse(status, kNo);
+    line += signature_text(signature, terminal);
+  }
+  return line + "\n";
+}
+
 int run(const Options& options) {
+  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, options.files);
+  if (!signatures) return kUnusable;
   int status = kDone;
   const Terminal terminal = output_terminal();
   std::string lines;
@@ -37,16 +61,15 @@ int run(const Options& options) {
       status = worse(status, kUnusable);
       continue;
     }
-    const Verdict verdict = verify(*inventory);
-    if (!verdict.faults.empty()) status = worse(status, kNo);
-    lines += printable(inventory->file_name) + ": " + verdict_line(verdict, terminal) + "\n";
+    lines += line_about(path, *inventory, *signatures, terminal, status);
   }
   return options.quiet ? status : worse(status, print_result(lines));
 }
 
 constexpr char kExamples[] =
     "  inv verify *.inv                        a line for each file\n"
-    "  inv verify --quiet MAC.inv && import MAC.inv\n";
+    "  inv verify --quiet MAC.inv && import MAC.inv\n"
+    "  inv verify --allowed-signers allowed_signers *.inv     and each has its FILE.sig\n";
 
 }  // namespace
 
@@ -56,6 +79,7 @@ void add_verify(CLI::App& app, int& status) {
       add_command(app, "verify", "Say whether a console can import files, and where not", kExamples);
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   command.add_flag("-q,--quiet", options->quiet, "Only the exit status");
+  add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -4,6 +4,7 @@
 
 #include "inv/base/json_text.h"
 #include "inv/base/utf8.h"
+#include "inv/base/wildcards.h"
 #include "inv/facts/element_identity.h"
 #include "inv/facts/paths.h"
 

@@ -10,7 +10,7 @@
 namespace inv {
 namespace {
 
-constexpr int kSchemaVersion = 1;
+constexpr int kSchemaVersion = 2;
 // Another program may be reading; in milliseconds.
 constexpr int kPatience = 10'000;
 
@@ -44,8 +44,10 @@ bool Database::open(const std::string& path) {
   return check_version() && run("PRAGMA foreign_keys = ON") && run(kCache) &&
          run(std::string(kDatabaseSchema).c_str()) &&
          prepare("DELETE FROM machines WHERE machine = ?1 AND timestamp = ?2", remove_machine_) &&
-         prepare("INSERT INTO machines (machine, timestamp, name, scanned, file) VALUES (?1, ?2, ?3, ?4, ?5)",
-                 add_machine_) &&
+         prepare(
+             "INSERT INTO machines (machine, timestamp, name, scanned, file, signed_by) VALUES (?1, ?2, ?3, "
+             "?4, ?5, ?6)",
+             add_machine_) &&
          prepare("INSERT INTO facts VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)", add_fact_);
 }
 
@@ -66,7 +68,7 @@ bool Database::begin() { return run("BEGIN IMMEDIATE"); }
 
 bool Database::commit() { return run("COMMIT"); }
 
-bool Database::add(const Inventory& inventory) {
+bool Database::add(const Inventory& inventory, const std::string& signed_by) {
   const std::string machine = machine_identity(inventory);
   const std::string timestamp = scan_timestamp(inventory);
   bind_text(remove_machine_.get(), 1, machine);
@@ -78,6 +80,7 @@ bool Database::add(const Inventory& inventory) {
   bind_text(add_machine_.get(), 3, machine_name(inventory));
   bind_text(add_machine_.get(), 4, readable_time(timestamp));
   bind_text(add_machine_.get(), 5, inventory.file_name);
+  bind_text(add_machine_.get(), 6, signed_by);
   if (!step(add_machine_)) return false;
 
   const int64_t id = sqlite3_last_insert_rowid(handle_);

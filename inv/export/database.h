@@ -23,8 +23,9 @@ class Database {
   bool open(const std::string& path);
 
   bool begin();
-  // Puts a scan in; one of the same machine and timestamp is replaced by it.
-  bool add(const Inventory& inventory);
+  // Puts a scan in; one of the same machine and timestamp is replaced by it. `signed_by` is empty when no
+  // signature was asked for.
+  bool add(const Inventory& inventory, const std::string& signed_by = {});
   bool commit();
 
   const std::string& error() const { return error_; }

@@ -7,6 +7,7 @@ CREATE TABLE IF NOT EXISTS machines (
   name TEXT NOT NULL,       -- what people call it
   scanned TEXT NOT NULL,    -- the timestamp for people: 2012-01-18 15:30:45 +02:00
   file TEXT NOT NULL,       -- where the scan was loaded from
+  signed_by TEXT NOT NULL,  -- who signed the file; empty when no signature was asked for
   UNIQUE (machine, timestamp)
 );
 
@@ -103,4 +104,4 @@ FROM facts f JOIN machines m ON m.id = f.machine_id
 WHERE f.path GLOB '/User-accounts/usr-acc:*'
 GROUP BY f.machine_id, f.element;
 
-PRAGMA user_version = 1;
+PRAGMA user_version = 2;

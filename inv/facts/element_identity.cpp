@@ -1,5 +1,6 @@
 #include "inv/facts/element_identity.h"
 
+#include "inv/base/wildcards.h"
 #include "inv/facts/paths.h"
 
 namespace inv {

@@ -61,6 +61,7 @@ struct Overview {
   std::string architecture;
   std::string uptime;  // "2 days 3:04:05"
   std::string timestamp;
+  std::string signed_by;  // only who has checked a signature knows it
   std::string user;
   std::string processor;
   uint64_t packages = 0;

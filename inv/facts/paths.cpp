@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "inv/base/wildcards.h"
+
 namespace inv {
 namespace {
 
@@ -30,31 +32,6 @@ std::string path_below(Element element, std::string_view name) {
   std::string path = path_of(element);
   if (path != "/") path += '/';
   return path.append(name);
-}
-
-// Each star first stands for nothing and takes a byte more whenever the rest does not fit: only the last star
-// needs to.
-bool matches(std::string_view pattern, std::string_view text) {
-  size_t at = 0;
-  size_t star = std::string_view::npos;
-  size_t star_end = 0;  // of the text that the last star stands for
-  size_t i = 0;
-  while (i < text.size()) {
-    if (at < pattern.size() && pattern[at] == '*') {
-      star = at++;
-      star_end = i;
-    } else if (at < pattern.size() && pattern[at] == text[i]) {
-      ++at;
-      ++i;
-    } else if (star != std::string_view::npos) {
-      at = star + 1;
-      i = ++star_end;
-    } else {
-      return false;
-    }
-  }
-  while (at < pattern.size() && pattern[at] == '*') ++at;
-  return at == pattern.size();
 }
 
 std::vector<Match> find_matches(const Document& document, std::string_view path) {

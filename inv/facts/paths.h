@@ -16,9 +16,6 @@ std::string path_of(Element element);
 // The path of something named `name` below the tag.
 std::string path_below(Element element, std::string_view name);
 
-// Whether a text matches a pattern in which "*" stands for any text, the empty one included.
-bool matches(std::string_view pattern, std::string_view text);
-
 // What a path names: a tag, or one of its attributes.
 struct Match {
   Element element;

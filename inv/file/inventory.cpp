@@ -1,11 +1,9 @@
 #include "inv/file/inventory.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <utility>
 
+#include "inv/base/input_file.h"
 #include "inv/file/inflate.h"
 #include "inv/file/zxml_parser.h"
 
@@ -67,18 +65,6 @@ Content read_content(const Section& section, bool big_endian, const Allowance& l
   return content;
 }
 
-// All of a stream, or a byte more than the limit of one that is longer.
-bool read_stream(std::FILE* stream, uint64_t limit, std::string& bytes) {
-  constexpr size_t kPiece = 1 << 16;
-  size_t length = 0;
-  do {
-    bytes.resize(std::min<uint64_t>(length < kPiece ? kPiece : length * 2, limit + 1));
-    length += std::fread(&bytes[length], 1, bytes.size() - length, stream);
-  } while (length == bytes.size() && length <= limit);
-  bytes.resize(length);
-  return std::ferror(stream) == 0;
-}
-
 }  // namespace
 
 const Document* Inventory::first_tree(Section::Kind kind) const {
@@ -112,20 +98,10 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
 }
 
 std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error) {
-  const bool is_input = path == "-";
-  std::FILE* stream = is_input ? stdin : std::fopen(path.c_str(), "rb");
   // A small limit is for texts, and compressed ones may well be larger than the smallest of them.
-  const uint64_t limit = std::max(max_size, kUsualMaxSize);
-  std::string bytes;
-  const bool read = stream && read_stream(stream, limit, bytes);
-  if (!read) *error = std::string("cannot be read: ") + std::strerror(errno);
-  if (stream && !is_input) std::fclose(stream);
-  if (!read) return nullptr;
-  if (bytes.size() > limit) {
-    *error = "is larger than " + std::to_string(limit) + " bytes";
-    return nullptr;
-  }
-  return open_inventory(is_input ? "standard input" : path, std::move(bytes), max_size);
+  std::optional<std::string> bytes = read_file(path, std::max(max_size, kUsualMaxSize), error);
+  if (!bytes) return nullptr;
+  return open_inventory(path == "-" ? "standard input" : path, std::move(*bytes), max_size);
 }
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "inv/base/sha256.h"
+#include "inv/base/base64.h"
 #include "inv/compare/diff.h"
 #include "inv/facts/overview.h"
 #include "inv/report/html.h"

@@ -1,6 +1,6 @@
 #include "inv/report/report_tables.h"
 
-#include "inv/facts/paths.h"
+#include "inv/base/wildcards.h"
 #include "inv/report/html.h"
 
 namespace inv {

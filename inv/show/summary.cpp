@@ -141,6 +141,19 @@ std::string contents_text(const Overview& overview) {
                readable_count(overview.usb_devices, "USB device")});
 }
 
+std::vector<std::string> row_of(const Overview& overview) {
+  uint64_t bytes = 0;
+  for (const Disk& disk : overview.disks) bytes += disk.bytes;
+  return {printable(overview.name),
+          printable(overview.model),
+          printable(overview.serial),
+          printable(overview.os),
+          overview.memory_megabytes > 0 ? readable_memory(overview.memory_megabytes) : "",
+          bytes > 0 ? readable_size(bytes) : "",
+          overview.has_snapshot ? std::to_string(overview.applications) : "",
+          printable(readable_time(overview.timestamp))};
+}
+
 }  // namespace
 
 std::string summary_screen(const Overview& overview, const Terminal& terminal) {
@@ -152,6 +165,7 @@ std::string summary_screen(const Overview& overview, const Terminal& terminal) {
   screen.line("Kernel", printable(overview.kernel));
   screen.line("Uptime", printable(overview.uptime));
   screen.line("Scanned", printable(readable_time(overview.timestamp)));
+  screen.line("Signed by", printable(overview.signed_by));
   screen.line("Processor", processor_text(overview));
   screen.line("Memory", memory_text(overview));
   screen.lines("Disks", overview.disks, disk_text);
@@ -164,23 +178,22 @@ std::string summary_screen(const Overview& overview, const Terminal& terminal) {
 }
 
 std::string summary_table(const std::vector<Overview>& overviews) {
-  Table table({{"Machine"},
-               {"Model"},
-               {"Serial"},
-               {"System"},
-               {"Memory", true},
-               {"Disks", true},
-               {"Applications", true},
-               {"Scanned"}});
+  std::vector<Column> columns = {{"Machine"},
+                                 {"Model"},
+                                 {"Serial"},
+                                 {"System"},
+                                 {"Memory", true},
+                                 {"Disks", true},
+                                 {"Applications", true},
+                                 {"Scanned"}};
+  const bool signatures = std::any_of(overviews.begin(), overviews.end(),
+                                      [](const Overview& overview) { return !overview.signed_by.empty(); });
+  if (signatures) columns.push_back({"Signed by"});
+  Table table(std::move(columns));
   for (const Overview& overview : overviews) {
-    uint64_t bytes = 0;
-    for (const Disk& disk : overview.disks) bytes += disk.bytes;
-    table.add({printable(overview.name), printable(overview.model), printable(overview.serial),
-               printable(overview.os),
-               overview.memory_megabytes > 0 ? readable_memory(overview.memory_megabytes) : "",
-               bytes > 0 ? readable_size(bytes) : "",
-               overview.has_snapshot ? std::to_string(overview.applications) : "",
-               printable(readable_time(overview.timestamp))});
+    std::vector<std::string> row = row_of(overview);
+    if (signatures) row.push_back(printable(overview.signed_by));
+    table.add(std::move(row));
   }
   return table.text();
 }

@@ -2,19 +2,22 @@
 
 _inv() {
     local current=${COMP_WORDS[COMP_CWORD]} words
+    local signed="--allowed-signers --signature --identity --revoked-keys"
     COMPREPLY=()
     case $COMP_CWORD,${COMP_WORDS[COMP_CWORD - 1]} in
     1,*) words="summary show get list verify export diff unpack report load redact -h --help --version" ;;
     *,-f | *,--format) words="json ndjson csv zxml" ;;
     *,--section) words="snapshot asset" ;;
     *,-o | *,--output | *,--depth | *,--key | *,--max-size) return ;;
+    *,--allowed-signers | *,--signature | *,--identity | *,--revoked-keys) return ;;
     *)
         # Without a word here, bash offers files.
         [[ $current == -* ]] || return
         case ${COMP_WORDS[1]} in
-        summary | get | list | unpack | load) words="" ;;
+        get | list | unpack) words="" ;;
+        summary | load) words=$signed ;;
         show) words="--section --depth" ;;
-        verify) words="-q --quiet" ;;
+        verify) words="-q --quiet $signed" ;;
         export) words="-f --format -o --output" ;;
         diff) words="--all --json" ;;
         report) words="--compare -o --output" ;;

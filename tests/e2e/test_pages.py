@@ -14,7 +14,7 @@ import inventories
 import same_host
 from inventories import FOLDER, ROOT, SCANNER, SIMULATOR, InventoryTestCase
 
-PAGES = ["README.md", "docs/inv-tool.md", "docs/redact.md", "simulator/README.md"]
+PAGES = ["README.md", "docs/inv-tool.md", "docs/fleet.md", "docs/redact.md", "simulator/README.md"]
 MANUAL_PAGES = ["docs/man/inv.1", "docs/man/velkaro-scanner.1"]
 MACHINES = SIMULATOR / "machines"
 
@@ -108,7 +108,7 @@ class Pages(InventoryTestCase):
 
     def run_command(self, command):
         """The status and the output, as an operator sees it who answers the scanner's question in the folder /home/mira."""
-        for tool in ("sqlite3", "jq"):
+        for tool in ("sqlite3", "jq", "ssh-keygen"):
             if re.search(rf"\b{tool} -?", command) and not shutil.which(tool):
                 self.skipTest(f"{tool} is not installed")
         result = subprocess.run([*same_host.ALONE, "bash", "-c", command], cwd=self.folder, env=self.environment, input=b"y\n",

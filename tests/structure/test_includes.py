@@ -25,13 +25,14 @@ BELOW = {
     # The reader stands on the tree and the scanner of property lists, and on nothing above them.
     "inv/base": ["src/driver/base"],
     "inv/file": ["inv/base", "src/zxml", "src/plist"],
+    "inv/signature": ["inv/base"],
     "inv/facts": ["inv/file"],
     "inv/show": ["inv/facts"],
     "inv/export": ["inv/facts"],
     "inv/compare": ["inv/show"],
     "inv/report": ["inv/compare"],
     "inv/redact": ["inv/file"],
-    "inv/commands": ["inv/show", "inv/export", "inv/compare", "inv/report", "inv/redact"],
+    "inv/commands": ["inv/signature", "inv/show", "inv/export", "inv/compare", "inv/report", "inv/redact"],
     "inv": ["inv/commands"],
 }
 

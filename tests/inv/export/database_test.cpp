@@ -63,6 +63,19 @@ TEST_F(DatabaseTest, HoldsMachinesAndTheirFacts) {
   EXPECT_EQ(query("SELECT element, name FROM facts WHERE path = '/timestamp'"), "/|timestamp\n");
 }
 
+TEST_F(DatabaseTest, RecordsWhoSigned) {
+  const auto load_signed = [this](const std::string& signer) {
+    inv::Database database;
+    ASSERT_TRUE(database.open(path) && database.begin()) << database.error();
+    ASSERT_TRUE(database.add(*maker::open(maker::file()), signer)) << database.error();
+    ASSERT_TRUE(database.commit());
+  };
+  load_signed("imac@studio.example.com");
+  EXPECT_EQ(query("SELECT signed_by FROM latest"), "imac@studio.example.com\n");
+  load_signed("");
+  EXPECT_EQ(query("SELECT signed_by FROM machines"), "\n");
+}
+
 TEST_F(DatabaseTest, LoadingAgainChangesNothing) {
   load({maker::file(), maker::file()});
   const std::string facts = query("SELECT path, value FROM facts ORDER BY position");
@@ -118,6 +131,11 @@ TEST_F(DatabaseTest, RefusesWhatIsNotItsOwn) {
   inv::Database other;
   EXPECT_FALSE(other.open(path));
   EXPECT_EQ(other.error(), "is a database of something else, or of another version of inv");
+  fs::remove(path);
+  query("CREATE TABLE machines (x); PRAGMA user_version = 1");
+  inv::Database older;
+  EXPECT_FALSE(older.open(path));
+  EXPECT_EQ(older.error(), "is a database of something else, or of another version of inv");
   inv::Database nowhere;
   EXPECT_FALSE(nowhere.open("/nowhere/at/all.db"));
   EXPECT_EQ(nowhere.error(), "unable to open database file");

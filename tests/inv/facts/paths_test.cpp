@@ -65,20 +65,4 @@ TEST_F(PathsTest, TheTopElementsHavePathsToo) {
   EXPECT_EQ(found(asset, "AssetInfo"), Paths{"AssetInfo (tag)"});
 }
 
-TEST(Matches, StarStandsForAnyText) {
-  EXPECT_TRUE(inv::matches("*", ""));
-  EXPECT_TRUE(inv::matches("a*c*", "abcabd"));
-  EXPECT_TRUE(inv::matches("*.app", "x.app.app"));
-  EXPECT_TRUE(inv::matches("**", "x"));
-  EXPECT_FALSE(inv::matches("", "x"));
-  EXPECT_FALSE(inv::matches("a*b", "a"));
-  EXPECT_FALSE(inv::matches("*.app", "x.apps"));
-}
-
-TEST(Matches, ManyStarsStayFast) {
-  std::string pattern;
-  for (int i = 0; i < 2000; ++i) pattern += "a*";
-  EXPECT_FALSE(inv::matches(pattern + "b", std::string(20'000, 'a')));
-}
-
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "inv/base/sha256.h"
+#include "inv/base/base64.h"
 #include "inv/maker.h"
 #include "inv/report/page.h"
 

@@ -42,6 +42,16 @@ TEST(Summary, SaysNothingOfWhatIsNotKnown) {
             "              C\n");
 }
 
+TEST(Summary, TellsWhoSignedWhenSomebodyAsked) {
+  inv::Overview overview;
+  overview.name = "Office Mac";
+  overview.signed_by = "imac@\x1Bstudio";
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "Office Mac\nSigned by     imac@\uFFFDstudio\n");
+  EXPECT_EQ(inv::summary_table({inv::Overview(), overview}),
+            "Machine     Model  Serial  System  Memory  Disks  Applications  Scanned  Signed by\n\n"
+            "Office Mac                                                               imac@\uFFFDstudio\n");
+}
+
 TEST(Summary, KeepsToOneScreen) {
   inv::Overview overview = office_mac();
   overview.adapters.resize(50, {"Ethernet", "en0", "", ""});

@@ -1,0 +1,15 @@
+// Patterns: texts in which some characters stand for others.
+#pragma once
+
+#include <string_view>
+
+namespace inv {
+
+enum class Wildcards {
+  star,           // "*" stands for any text, the empty one included
+  star_and_mark,  // "?" as well, for any one byte
+};
+
+bool matches(std::string_view pattern, std::string_view text, Wildcards wildcards = Wildcards::star);
+
+}  // namespace inv

@@ -1,0 +1,12 @@
+// Lists of patterns, as the files of OpenSSH have them: "*@example.com,!guest?@example.com".
+#pragma once
+
+#include <string_view>
+
+namespace inv {
+
+// Whether a text matches one of a list's patterns and none of those that begin with "!". In a pattern, "*"
+// stands for any text and "?" for any one byte.
+bool matches_list(std::string_view list, std::string_view text);
+
+}  // namespace inv
