@@ -4,33 +4,19 @@
 
 #include "inv/base/json_text.h"
 #include "inv/base/utf8.h"
-#include "inv/base/wildcards.h"
+#include "inv/facts/catalogue.h"
 #include "inv/facts/element_identity.h"
 #include "inv/facts/paths.h"
 
 namespace inv {
 namespace {
 
-// What no two scans have in common. A star here may stand for several segments.
-constexpr std::string_view kPassing[] = {
-    "/timestamp",
-    "/scan-time",
-    "/OS/os:*/uptime",
-    "/Storage/Logical-disks/partition:*/free",
-    "/Storage/Logical-disks/partition:*/used%",
-    "/Processes*",
-    "/Environment*",
-    "AssetInfo/first-scan",
-    "AssetInfo/last-scan",
-    "AssetInfo/snapshot-list",
-    "AssetInfo/scan-attempt",
-};
-
-bool is_passing(std::string_view path) {
-  for (const std::string_view pattern : kPassing) {
-    if (matches(pattern, path)) return true;
-  }
-  return false;
+// Whether no two scans have an element or, when there is a name, that part of it in common. What the
+// catalogue does not know passes with what it is below.
+bool is_passing(Element element, std::string_view name) {
+  const CatalogueFact* fact = name.empty() ? nullptr : find_fact_below(find_fact(element), name);
+  for (; !fact && element; element = element.parent()) fact = find_fact(element);
+  return fact && fact->passing;
 }
 
 class Differ {
@@ -135,22 +121,25 @@ class Differ {
   }
 
   void add(Element element) {
+    if (is_left_out(element)) return;
     Change change = change_of(element);
     change.kind = Change::Kind::added;
     change.new_value = element.value();
-    keep(std::move(change));
+    changes.push_back(std::move(change));
   }
 
   void remove(Element element) {
+    if (is_left_out(element)) return;
     Change change = change_of(element);
     change.kind = Change::Kind::removed;
     change.old_path = change.path;
     change.old_value = element.value();
-    keep(std::move(change));
+    changes.push_back(std::move(change));
   }
 
   void report(const Pair& pair, const std::string& name, std::string_view old_value,
               std::string_view new_value, Change::Kind kind = Change::Kind::changed) {
+    if (is_left_out(pair.new_element, name)) return;
     Change change = change_of(pair.new_element);
     change.kind = kind;
     change.old_path = path_of(pair.old_element);
@@ -161,7 +150,7 @@ class Differ {
     change.name = name;
     change.old_value = old_value;
     change.new_value = new_value;
-    keep(std::move(change));
+    changes.push_back(std::move(change));
   }
 
   static Change change_of(Element element) {
@@ -172,8 +161,8 @@ class Differ {
     return change;
   }
 
-  void keep(Change change) {
-    if (facts_ == Facts::all || !is_passing(change.path)) changes.push_back(std::move(change));
+  bool is_left_out(Element element, std::string_view name = {}) const {
+    return facts_ == Facts::lasting && is_passing(element, name);
   }
 
   Facts facts_;

@@ -42,7 +42,7 @@ bool Database::open(const std::string& path) {
   if (sqlite3_open(file_name(path).c_str(), &handle_) != SQLITE_OK) return fail();
   sqlite3_busy_timeout(handle_, kPatience);
   return check_version() && run("PRAGMA foreign_keys = ON") && run(kCache) &&
-         run(std::string(kDatabaseSchema).c_str()) &&
+         run(std::string(kDatabaseSchema).append(kDatabaseViews).c_str()) &&
          prepare("DELETE FROM machines WHERE machine = ?1 AND timestamp = ?2", remove_machine_) &&
          prepare(
              "INSERT INTO machines (machine, timestamp, name, scanned, file, signed_by) VALUES (?1, ?2, ?3, "

@@ -1,4 +1,4 @@
-// Inventories as an SQLite database: assets/schema.sql has its tables and views.
+// Inventories as an SQLite database: schema.h has its tables and views.
 #pragma once
 
 #include <memory>

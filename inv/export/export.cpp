@@ -17,9 +17,9 @@ Json json_annotations(const Range<Annotation>& annotations) {
   return list;
 }
 
-Json json_attribute(Element element, const Attribute& attribute) {
+Json json_attribute(const CatalogueFact* tag, const Attribute& attribute) {
   Json object = {{"name", json_text(attribute.name)}, {"value", json_text(attribute.value)}};
-  const std::string_view unit = unit_of(element, attribute);
+  const std::string_view unit = unit_of(tag, attribute);
   if (!unit.empty()) object["unit"] = json_text(unit);
   if (!attribute.annotations.empty()) object["annotations"] = json_annotations(attribute.annotations);
   return object;
@@ -120,9 +120,10 @@ void Exporter::add_json_tree(Element top) {
 
 void Exporter::add_json_element(Element element) {
   write(with_open_list(json_element(element), "attributes"));
+  const CatalogueFact* known = find_fact(element);
   const char* separator = "";
   for (const Attribute& attribute : element.attributes()) {
-    write(separator + json_attribute(element, attribute).dump());
+    write(separator + json_attribute(known, attribute).dump());
     separator = ",";
   }
   write("],\"children\":[");

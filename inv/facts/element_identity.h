@@ -8,8 +8,9 @@
 
 namespace inv {
 
-// The identity of an element among its siblings: what its kind is known by (an application by its location, a
-// disk by its serial number, ...), else its name in the tree.
+// The identity of an element among its siblings: those of the attributes that its kind is known by which it
+// has, with blanks between them (an application by its location, a disk by its serial number, ...), else its
+// name in the tree.
 std::string identity_of(Element element);
 
 }  // namespace inv

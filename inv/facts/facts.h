@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "inv/facts/catalogue.h"
 #include "inv/facts/paths.h"
 #include "inv/file/inventory.h"
 
@@ -19,9 +20,9 @@ struct Fact {
   std::string_view base_value;  // the exact value that a rounded one stands for: bytes for sizes, else empty
 };
 
-// The unit of an attribute of a tag: what the file says, else what the scanner is known to write; empty for
-// none.
-std::string_view unit_of(Element element, const Attribute& attribute);
+// The unit of an attribute of a tag, which the catalogue knows or not: what the file says, else what the
+// scanner is known to write; empty for none.
+std::string_view unit_of(const CatalogueFact* tag, const Attribute& attribute);
 
 // Whether a tag or an attribute is a fact by itself. A tag without a value only holds others; an attribute
 // that is marked "complex" stands for the tag of the same name, which holds its members.
@@ -39,10 +40,11 @@ void each_fact(const Document& document, Visit visit) {
     if (is_fact(tag)) visit(Fact{element, element, tag.name(), tag.value(), {}, {}});
     std::string path = element == "/" ? element : element + "/";
     const size_t start = path.size();
+    const CatalogueFact* known = find_fact(tag);
     for (const Attribute& attribute : tag.attributes()) {
       if (!is_fact(attribute)) continue;
       path.replace(start, std::string::npos, attribute.name);
-      visit(Fact{path, element, attribute.name, attribute.value, unit_of(tag, attribute),
+      visit(Fact{path, element, attribute.name, attribute.value, unit_of(known, attribute),
                  attribute.annotation("base-value")});
     }
   }

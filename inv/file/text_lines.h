@@ -13,7 +13,7 @@ struct TextLine {
   char marker = 0;        // "+", "*", "~" or "-" as the line begins; 0 for an attribute
   std::string_view name;  // of the tag or attribute, or an annotation's key
   std::string_view value;
-  std::string_view tag;  // the name of the tag that the line belongs to; its own for a tag
+  Element element;  // the tag that the line belongs to; itself for a tag, and for "-" the last one
 
   bool is_tag() const { return marker == kBranchMarker || marker == kLeafMarker; }
 };
@@ -22,16 +22,17 @@ struct TextLine {
 template <typename Visit>
 void each_line(const Document& document, Visit visit) {
   std::string_view rest = std::string_view(document.text()).substr(kTextMark.size());
-  std::string_view tag;
+  const Record* next = document.top().subtree().begin();
+  Element element;
   while (const std::optional<std::string_view> line = take_line(rest)) {
     constexpr char kMarkers[] = {kBranchMarker, kLeafMarker, kAnnotationMarker, '\0'};
     const bool marked =
         *line == "-" || std::string_view(kMarkers).find(line->front()) != std::string_view::npos;
     const std::string_view content = line->substr(marked ? 1 : 0);
     const size_t equals = content.find('=');
-    TextLine parts{marked ? line->front() : '\0', content.substr(0, equals), {}, tag};
+    TextLine parts{marked ? line->front() : '\0', content.substr(0, equals), {}, element};
     if (equals != std::string_view::npos) parts.value = content.substr(equals + 1);
-    if (parts.is_tag()) parts.tag = tag = parts.name;
+    if (parts.is_tag()) parts.element = element = Element(next++);
     visit(parts);
   }
 }

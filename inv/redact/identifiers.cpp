@@ -9,45 +9,6 @@ namespace {
 
 using Kind = IdentifierKind;
 
-// An empty tag stands for every tag, an empty attribute for the tag's own value.
-struct PlaceRow {
-  std::string_view tag;
-  std::string_view attribute;
-  Kind kind;
-};
-constexpr PlaceRow kPlaces[] = {
-    {"", "hostname", Kind::text},
-    {"", "int-name", Kind::text},
-    {"", "alias", Kind::text},
-    {"", "domain", Kind::text},
-    {"", "description", Kind::text},
-    {"", "comment", Kind::text},
-    {"", "inv-number", Kind::text},
-    {"", "print-server", Kind::addresses},
-    {"", "ip-address", Kind::addresses},
-    {"", "default-gateway", Kind::addresses},
-    {"", "mac-address", Kind::text},
-    {"", "uuid", Kind::text},
-    {"", "scanner-uuid", Kind::text},
-    {"", "uri", Kind::uri},
-    {"", "serial", Kind::serial},
-    {"", "serial-number", Kind::serial},
-    {"", "serial-digital", Kind::number},
-    {"", "user-name", Kind::account},
-    {"", "login", Kind::account},
-    {"", "fullname", Kind::text},
-    {"", "cmd-line", Kind::text},
-    {"process", "user", Kind::account},
-    {"usr-acc", "", Kind::account},
-    {"usr-acc", "id", Kind::account_id},
-    {"usr-acc", "group", Kind::account_id},
-    {"env-var", "value", Kind::text},
-    {"partition", "", Kind::text},
-    {"control", "disk", Kind::text},
-    {"Printer", "", Kind::text},
-    {"net-adapter", "", Kind::network_name},
-};
-
 // Accounts that run parts of the system; the others of that sort begin with an underscore.
 constexpr std::string_view kSystemAccounts[] = {"root", "daemon", "nobody"};
 
@@ -140,8 +101,6 @@ bool is_one_of(const std::string_view (&texts)[count], std::string_view text) {
 }
 
 bool is_control(char character) { return static_cast<unsigned char>(character) < ' ' || character == '\x7F'; }
-
-std::string_view up_to_colon(std::string_view name) { return name.substr(0, name.find(':')); }
 
 std::string_view trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(' ');
@@ -245,13 +204,10 @@ bool is_scan_time(std::string_view text) {
 
 }  // namespace
 
-std::optional<IdentifierKind> identifier_kind(std::string_view tag, std::string_view attribute) {
-  tag = up_to_colon(tag);
-  attribute = up_to_colon(attribute);
-  for (const PlaceRow& row : kPlaces) {
-    if (row.attribute == attribute && (row.tag.empty() || row.tag == tag)) return row.kind;
-  }
-  return std::nullopt;
+std::optional<IdentifierKind> identifier_kind(Element element, std::string_view attribute) {
+  const CatalogueFact* tag = find_fact(element);
+  const CatalogueFact* fact = attribute.empty() ? tag : find_fact_below(tag, attribute);
+  return fact ? fact->identifier : identifier_by_name(attribute.empty() ? element.name() : attribute);
 }
 
 std::vector<std::string_view> identifiers_in(IdentifierKind kind, std::string_view value) {

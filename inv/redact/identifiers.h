@@ -6,23 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include "inv/facts/catalogue.h"
+
 namespace inv {
 
-enum class IdentifierKind {
-  text,          // a name, a UUID, a command line: the whole value is one
-  serial,        // a serial number
-  number,        // a serial number as an integer; 0 is none
-  account,       // names of accounts, blanks between them; the system's own belong to nobody
-  account_id,    // of a user or a group; those that every Mac counts from 0 on belong to nobody
-  addresses,     // IP addresses, or host names, with commas between them
-  uri,           // what follows the scheme
-  network_name,  // of a network service; those that the system gives belong to nobody
-};
-
 // The kind of identifier that an attribute of a tag holds, or the tag's own value when the attribute is
-// empty; none for everything that could be any machine's. Both names count up to their colon ("disk:2" is a
-// disk).
-std::optional<IdentifierKind> identifier_kind(std::string_view tag, std::string_view attribute);
+// empty; none for everything that could be any machine's. In a place that the catalogue does not know, a name
+// means what it means in one that it knows.
+std::optional<IdentifierKind> identifier_kind(Element element, std::string_view attribute);
 
 // The identifiers in a value of this kind, in order, as views into it. Line ends and other control characters
 // separate, and blanks around an identifier do not belong to it.

@@ -22,13 +22,13 @@ OwnText own_part_of_name(const TextLine& line) {
   if (colon == std::string_view::npos) return {};
   const std::string_view part = line.name.substr(colon + 1);
   if (part.find_first_not_of("0123456789") == std::string_view::npos) return {};
-  return {line.is_tag() ? identifier_kind(line.name, "") : std::nullopt, part};
+  return {line.is_tag() ? identifier_kind(line.element, "") : std::nullopt, part};
 }
 
 OwnText own_value(const TextLine& line) {
   const bool is_annotation = line.marker == kAnnotationMarker;
   const std::string_view attribute = line.is_tag() ? std::string_view() : line.name;
-  const auto kind = is_annotation ? std::nullopt : identifier_kind(line.tag, attribute);
+  const auto kind = is_annotation ? std::nullopt : identifier_kind(line.element, attribute);
   if (!kind && is_scanner_word(line.value)) return {};
   return {kind, line.value};
 }

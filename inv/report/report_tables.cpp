@@ -6,123 +6,6 @@
 namespace inv {
 namespace {
 
-struct TableForm {
-  std::string_view title;
-  std::string_view rows;  // below the snapshot's top element: "Software/Soft:*"
-  std::vector<ReportColumn> columns;
-};
-
-const std::vector<TableForm>& table_forms() {
-  static const std::vector<TableForm> forms = {
-      {"Applications",
-       "Software/Soft:*",
-       {{"Name", ""},
-        {"Version", "version"},
-        {"Modified", "inst-date", ColumnForm::date},
-        {"Kind", "runtime-environment"},
-        {"64 bit", "64bit-app", ColumnForm::yes_no},
-        {"Info", "info"},
-        {"Location", "location"}}},
-      {"Disks",
-       "Storage/Physical-disks/*",
-       {{"Model", "model"},
-        {"Interface", "interface"},
-        {"Size, GB", "size", ColumnForm::number},
-        {"Serial", "serial"},
-        {"Firmware", "fw-rev"},
-        {"Partitions", "partitions", ColumnForm::number}}},
-      {"Volumes",
-       "Storage/Logical-disks/*",
-       {{"Name", ""},
-        {"File system", "file-sys"},
-        {"Mount point", "mount-point"},
-        {"Device", "bsd-name"},
-        {"Size, GB", "size", ColumnForm::number},
-        {"Free, GB", "free", ColumnForm::number},
-        {"Used, %", "used%", ColumnForm::number}}},
-      {"Memory slots",
-       "Memory/Memory-slot:*",
-       {{"Bank", "bank-label"},
-        {"Used", "used", ColumnForm::yes_no},
-        {"Capacity, MB", "capacity", ColumnForm::number},
-        {"Type", "mem-type"},
-        {"Speed, MHz", "speed", ColumnForm::number},
-        {"Manufacturer", "manuf"}}},
-      {"Processors",
-       "Processors/*",
-       {{"Model", ""},
-        {"Cores", "core-count", ColumnForm::number},
-        {"MHz", "current-clock-speed", ColumnForm::number},
-        {"L2, KB", "l2-cache-size", ColumnForm::number},
-        {"L3, KB", "l3-cache-size", ColumnForm::number}}},
-      {"Displays",
-       "Video/Monitors/*",
-       {{"Model", "model"},
-        {"Identifier", "id"},
-        {"Main", "main-monitor", ColumnForm::yes_no},
-        {"Largest resolution", "max-resolution"},
-        {"Inches", "max-visible-image-size/diagonal", ColumnForm::number},
-        {"Aspect", "aspect-ratio"},
-        {"Made in", "manufacture-date/manufacture-year", ColumnForm::number},
-        {"Serial", "serial"}}},
-      {"Graphics", "Video/Video-devices/*", {{"Name", ""}, {"Memory, MB", "ram", ColumnForm::number}}},
-      {"Network adapters",
-       "Network/Adapters/*",
-       {{"Name", ""},
-        {"Device", "bsd-device-name"},
-        {"Type", "type"},
-        {"Addresses", "ip-address"},
-        {"Subnet", "ip-subnet"},
-        {"Gateway", "default-gateway"},
-        {"Hardware address", "mac-address"}}},
-      {"Printers",
-       "Peripherals/Printers/*",
-       {{"Name", ""},
-        {"Default", "is-default", ColumnForm::yes_no},
-        {"Status", "status"},
-        {"Driver", "driver-version"},
-        {"Address", "uri"}}},
-      {"USB devices",
-       "Peripherals/USB/*",
-       {{"Name", ""},
-        {"Manufacturer", "manuf"},
-        {"Vendor", "vendor-id"},
-        {"Product", "product-id"},
-        {"Speed", "device-speed", ColumnForm::number},
-        {"Serial", "serial-number"}}},
-      {"Accounts",
-       "User-accounts/*",
-       {{"Name", ""},
-        {"Full name", "fullname"},
-        {"Id", "id", ColumnForm::number},
-        {"Group", "group", ColumnForm::number},
-        {"Shell", "shell"},
-        {"Home", "hdir"}}},
-      {"Firewall services",
-       "Security/Firewall/Services/*",
-       {{"Name", ""}, {"Allowed", "status", ColumnForm::yes_no}}},
-      {"Firewall applications",
-       "Security/Firewall/Apps/*",
-       {{"Name", ""}, {"Allowed", "status", ColumnForm::yes_no}}},
-      {"Power profiles",
-       "System/PowerManagement/*",
-       {{"Profile", ""},
-        {"System sleep, min", "system-sleep-timer", ColumnForm::number},
-        {"Disk sleep, min", "disk-sleep-timer", ColumnForm::number},
-        {"Display sleep, min", "display-sleep-timer", ColumnForm::number},
-        {"Wake on LAN", "wake-on-lan"}}},
-      {"Processes",
-       "Processes/*",
-       {{"Id", "pid", ColumnForm::number},
-        {"Parent", "ppid", ColumnForm::number},
-        {"Name", ""},
-        {"User", "user"},
-        {"Command", "cmd-line"}}},
-      {"Environment", "Environment/*", {{"Variable", ""}, {"Value", "value"}}},
-  };
-  return forms;
-}
-
 std::string_view value_of(Element element, std::string_view attribute) {
   if (attribute.empty()) return element.value();
   const size_t slash = attribute.find('/');
@@ -206,16 +89,16 @@ std::string table_section(std::string_view title, const std::vector<ReportColumn
 
 std::string report_tables(Element snapshot) {
   std::string html;
-  for (const TableForm& form : table_forms()) {
+  for (const ReportTable& table : report_table_list()) {
     std::vector<std::vector<std::string>> rows;
-    for (const Element element : rows_of(snapshot, form.rows)) {
+    for (const Element element : rows_of(snapshot, table.rows)) {
       std::vector<std::string> cells;
-      for (const ReportColumn& column : form.columns) {
+      for (const ReportColumn& column : table.columns) {
         cells.push_back(cell(value_of(element, column.attribute), column.form));
       }
       rows.push_back(std::move(cells));
     }
-    if (!rows.empty()) html += table_section(form.title, form.columns, rows);
+    if (!rows.empty()) html += table_section(table.title, table.columns, rows);
   }
   return html;
 }

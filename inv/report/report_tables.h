@@ -23,6 +23,15 @@ struct ReportColumn {
   ColumnForm form = ColumnForm::text;
 };
 
+struct ReportTable {
+  std::string_view title;
+  std::string_view rows;  // below the snapshot's top element: "Software/Soft:*"
+  std::vector<ReportColumn> columns;
+};
+
+// The tables of a report in their order, as the catalogue of facts has them.
+const std::vector<ReportTable>& report_table_list();
+
 // A section of the page with a table in it; nothing when the snapshot has no such elements.
 std::string report_tables(Element snapshot);
 // A table of any rows: cells as HTML, a row for each vector.

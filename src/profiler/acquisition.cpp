@@ -7,6 +7,7 @@
 
 #include "driver/base/console.h"
 #include "driver/base/progress.h"
+#include "profiler/data_types.h"
 
 namespace {
 
@@ -14,38 +15,6 @@ constexpr uint32_t kChunk = 65536;
 constexpr std::chrono::milliseconds kFirstPause(10);
 constexpr std::chrono::milliseconds kLongestPause(1000);
 constexpr std::chrono::milliseconds kAllPauses(10000);
-
-// The data types of a scan, in the order of the document, the names that the operator sees, and the progress
-// that is told once each has run (0: nothing).
-struct DataType {
-  const char* name;
-  const char* title;
-  int percent;
-};
-
-constexpr DataType kDataTypes[] = {
-    {"SPHardwareDataType", "Hardware", 0},
-    {"SPNetworkDataType", "Network", 10},
-    {"SPSoftwareDataType", "Software", 0},
-    {"SPParallelATADataType", "Parallel ATA", 20},
-    {"SPAudioDataType", "Audio", 0},
-    {"SPBluetoothDataType", "Bluetooth", 30},
-    {"SPFireWireDataType", "FireWire", 0},
-    {"SPDisplaysDataType", "Displays", 40},
-    {"SPMemoryDataType", "Memory", 0},
-    {"SPPrintersDataType", "Printers", 50},
-    {"SPSerialATADataType", "Serial ATA", 0},
-    {"SPParallelSCSIDataType", "Parallel SCSI", 0},
-    {"SPUSBDataType", "USB", 60},
-    {"SPAirPortDataType", "AirPort", 0},
-    {"SPFirewallDataType", "Firewall", 70},
-    {"SPNetworkLocationDataType", "Network locations", 0},
-    {"SPNetworkVolumeDataType", "Network volumes", 80},
-    {"SPApplicationsDataType", "Applications", 0},
-    {"SPStartupItemDataType", "Startup items", 90},
-    {"SPDiscBurningDataType", "Disc burning", 0},
-    {"SPPowerDataType", "Power", 100},
-};
 
 // Runs the profiler; the pauses of all its runs are limited together.
 class Profiler {

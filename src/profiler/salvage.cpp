@@ -1,37 +1,16 @@
 #include "profiler/salvage.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <string_view>
 
 #include "plist/scanner.h"
+#include "profiler/data_types.h"
 
 namespace {
 
-// Keys on which many facts hang: whatever stands below them, or what is read only where they say so.
-constexpr std::string_view kKeys[] = {"_items",
-                                      "_dataType",
-                                      "volumes",
-                                      "spdisplays_ndrvs",
-                                      "_spdisplays_edid",
-                                      "spnetworklocation_services",
-                                      "SMB",
-                                      "Ethernet",
-                                      "MAC Address",
-                                      "interface",
-                                      "ip_address",
-                                      "AC Power",
-                                      "default",
-                                      "os_version",
-                                      "removable_media",
-                                      "smart_status",
-                                      "dimm_status",
-                                      "spfirewall_globalstate",
-                                      "spfirewall_services",
-                                      "spfirewall_applications"};
-// And such values: what tells the settings of the power supply, and that a firewall has rules.
-constexpr std::string_view kValues[] = {"sppower_information", "spfirewall_globalstate_limit_connections"};
+// In the lists of all data types many facts hang on these.
+constexpr std::string_view kCommonKeys[] = {"_items", "_dataType"};
 
 // A text in which one byte was damaged in a way that a list shows: not UTF-8 any more, a NUL, or markup.
 bool is_damaged(std::string_view text, std::string_view name) {
@@ -44,12 +23,26 @@ bool is_damaged(std::string_view text, std::string_view name) {
   return byte == "\uFFFD" || byte == "<" || byte == "&" || byte == std::string_view("\0", 1);
 }
 
-// The one of the names that the text is a damaged form of; otherwise the text.
-template <size_t count>
-std::string_view put_right(std::string_view text, const std::string_view (&names)[count]) {
-  const auto name = std::find_if(std::begin(names), std::end(names),
-                                 [&](std::string_view known) { return is_damaged(text, known); });
-  return name == std::end(names) ? text : *name;
+// The key that the text is a damaged form of; otherwise the text. It may be one of any data type, since a
+// list that the profiler was asked for without one holds them all.
+std::string_view put_key_right(std::string_view text) {
+  for (const std::string_view key : kCommonKeys) {
+    if (is_damaged(text, key)) return key;
+  }
+  for (const DataType& data_type : kDataTypes) {
+    for (const std::string_view key : data_type.keys) {
+      if (is_damaged(text, key)) return key;
+    }
+  }
+  return text;
+}
+
+// The same of a value.
+std::string_view put_value_right(std::string_view text) {
+  for (const DataType& data_type : kDataTypes) {
+    if (is_damaged(text, data_type.value)) return data_type.value;
+  }
+  return text;
 }
 
 // Writes the elements of a list as text again. The arrays at the top, one per list of the input, are left
@@ -75,12 +68,12 @@ class ListWriter {
     text_ += "</dict>";
   }
   void key(plist::Characters text) {
-    key_ = put_right(text.bytes, kKeys);
+    key_ = put_key_right(text.bytes);
     element("key", key_);
   }
   void string(plist::Characters text) {
     const bool renamed = key_ == "_dataType" && is_damaged(text.bytes, data_type_);
-    element("string", renamed ? data_type_ : put_right(text.bytes, kValues));
+    element("string", renamed ? data_type_ : put_value_right(text.bytes));
   }
   void integer(plist::Integer, std::string_view source) { element("integer", source); }
   void real(double, std::string_view source) { element("real", source); }

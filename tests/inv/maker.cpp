@@ -1,5 +1,6 @@
 #include "inv/maker.h"
 
+#include "inv/file/zxml_parser.h"
 #include "zxml/deflate.h"
 
 namespace maker {
@@ -94,6 +95,17 @@ std::string file_of_text(std::string_view text) {
   return container(section,
                    "[H]\ncount=1\nsnapshotcount=1\n[0]\noffset=0\nlength=" + std::to_string(section.size()) +
                        "\ntype=snapshot\ntimestamp=20120118153045.000000+120\nsnaptype=mac:1\n");
+}
+
+inv::Document document_of_tags(const std::vector<std::string>& tags) {
+  std::string text(kTextMark);
+  for (const std::string& tag : tags) text.append("+").append(tag).append("=\n");
+  for (size_t i = 0; i < tags.size(); ++i) text += "-\n";
+  return std::move(*inv::parse_text(std::move(text), nullptr));
+}
+
+inv::Element last_tag(const inv::Document& document) {
+  return inv::Element(document.top().subtree().end() - 1);
 }
 
 std::unique_ptr<inv::Inventory> open(std::string bytes) {

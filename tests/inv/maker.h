@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "inv/file/inventory.h"
 #include "zxml/INVfile.h"
@@ -38,6 +39,10 @@ std::string file_of_text(std::string_view text);
 
 // The 14 bytes at a file's end.
 std::string trailer(uint64_t header_offset, bool big_endian, char version = 3, char compressed = 0);
+
+// A text of tags without anything, each in the one before it, and the last of them.
+inv::Document document_of_tags(const std::vector<std::string>& tags);
+inv::Element last_tag(const inv::Document& document);
 
 // open_inventory with the usual limit.
 std::unique_ptr<inv::Inventory> open(std::string bytes);

@@ -31,7 +31,7 @@ BELOW = {
     "inv/export": ["inv/facts"],
     "inv/compare": ["inv/show"],
     "inv/report": ["inv/compare"],
-    "inv/redact": ["inv/file"],
+    "inv/redact": ["inv/facts"],
     "inv/commands": ["inv/signature", "inv/show", "inv/export", "inv/compare", "inv/report", "inv/redact"],
     "inv": ["inv/commands"],
 }

@@ -71,6 +71,16 @@ TEST(Diff, LeavesOutWhatChangesInEveryScan) {
   EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 8) << all;
 }
 
+TEST(Diff, LeavesOutWhatItDoesNotKnowBelowWhatChangesInEveryScan) {
+  const auto below = [](const std::string& lines) {
+    return snapshot("+Processes=\n~note=" + lines + "*process:1=ls\npid=1\nlater=" + lines + "-\n");
+  };
+  EXPECT_EQ(changes(below("1\n"), below("2\n")), "");
+  EXPECT_EQ(changes(snapshot("+OS=\n*os:1=Lion\nlater=1\n-\n"), snapshot("+OS=\n*os:1=Lion\nlater=2\n-\n")),
+            "~ /OS/os:1/later  Lion (os:1)  1 -> 2\n");
+  EXPECT_EQ(changes(snapshot("later=1\n"), snapshot("later=2\n")), "~ /later  1 -> 2\n");
+}
+
 TEST(Diff, ElementsOfEqualIdentityPairInOrder) {
   const char* two = "+Peripherals=\n+USB=\n*Device:1=Hub\nvendor-id=1\n*Device:2=Hub\nvendor-id=1\n-\n-\n";
   const char* one = "+Peripherals=\n+USB=\n*Device:1=Hub\nvendor-id=1\n-\n-\n";

@@ -21,7 +21,12 @@ TEST(TextLines, TellEveryLineWithItsTag) {
   std::string lines;
   inv::each_line(*inventory->snapshot(), [&](const inv::TextLine& line) {
     lines += line.marker == 0 ? '.' : line.marker;
-    lines.append(line.name).append("|").append(line.value).append("|").append(line.tag).append("\n");
+    lines.append(line.name)
+        .append("|")
+        .append(line.value)
+        .append("|")
+        .append(line.element.name())
+        .append("\n");
   });
   EXPECT_EQ(lines,
             "+Snapshot||Snapshot\n"

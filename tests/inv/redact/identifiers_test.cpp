@@ -4,63 +4,107 @@
 
 #include <string>
 
+#include "inv/maker.h"
+
 namespace {
 
 using inv::IdentifierKind;
 using Texts = std::vector<std::string_view>;
 
+// The kind at the end of a path of tags from the tree's top on.
+std::optional<IdentifierKind> kind_at(std::vector<std::string> tags, std::string_view attribute) {
+  const inv::Document document = maker::document_of_tags(tags);
+  return inv::identifier_kind(maker::last_tag(document), attribute);
+}
+
 struct PlaceCase {
-  const char* tag;
+  std::vector<std::string> tags;
   const char* attribute;
   IdentifierKind kind;
 };
 
 TEST(IdentifierKind, KnowsThePlaces) {
   const PlaceCase cases[] = {
-      {"Snapshot", "hostname", IdentifierKind::text},
-      {"Snapshot", "domain", IdentifierKind::text},
-      {"Snapshot", "user-name", IdentifierKind::account},
-      {"Snapshot", "ip-address", IdentifierKind::addresses},
-      {"AssetInfo", "int-name", IdentifierKind::text},
-      {"AssetInfo", "alias", IdentifierKind::text},
-      {"AssetInfo", "login", IdentifierKind::account},
-      {"AssetInfo", "mac-address", IdentifierKind::text},
-      {"AssetInfo", "uuid", IdentifierKind::text},
-      {"AssetInfo", "serial-number", IdentifierKind::serial},
-      {"control", "domain", IdentifierKind::text},
-      {"control", "disk:2", IdentifierKind::text},
-      {"Chassis", "serial", IdentifierKind::serial},
-      {"Computer-system", "uuid", IdentifierKind::text},
-      {"HDD:1", "serial", IdentifierKind::serial},
-      {"Monitor:2", "serial-digital", IdentifierKind::number},
-      {"Device:3", "serial-number", IdentifierKind::serial},
-      {"partition:12", "", IdentifierKind::text},
-      {"net-adapter:1", "", IdentifierKind::network_name},
-      {"net-adapter:1", "default-gateway", IdentifierKind::addresses},
-      {"Printer:1", "", IdentifierKind::text},
-      {"Printer:1", "uri", IdentifierKind::uri},
-      {"Printer:1", "print-server", IdentifierKind::addresses},
-      {"Printer:1", "scanner-uuid", IdentifierKind::text},
-      {"usr-acc:jane", "", IdentifierKind::account},
-      {"usr-acc:jane", "fullname", IdentifierKind::text},
-      {"usr-acc:jane", "id", IdentifierKind::account_id},
-      {"process:1", "user", IdentifierKind::account},
-      {"process:1", "cmd-line", IdentifierKind::text},
-      {"env-var:HOME", "value", IdentifierKind::text},
+      {{"Snapshot"}, "hostname", IdentifierKind::text},
+      {{"Snapshot"}, "domain", IdentifierKind::text},
+      {{"Snapshot"}, "user-name", IdentifierKind::account},
+      {{"Snapshot"}, "ip-address", IdentifierKind::addresses},
+      {{"AssetInfo"}, "hostname", IdentifierKind::text},
+      {{"AssetInfo"}, "user-name", IdentifierKind::account},
+      {{"AssetInfo"}, "ip-address", IdentifierKind::addresses},
+      {{"AssetInfo"}, "int-name", IdentifierKind::text},
+      {{"AssetInfo"}, "alias", IdentifierKind::text},
+      {{"AssetInfo"}, "description", IdentifierKind::text},
+      {{"AssetInfo"}, "comment", IdentifierKind::text},
+      {{"AssetInfo"}, "inv-number", IdentifierKind::text},
+      {{"AssetInfo"}, "login", IdentifierKind::account},
+      {{"AssetInfo"}, "mac-address", IdentifierKind::text},
+      {{"AssetInfo"}, "uuid", IdentifierKind::text},
+      {{"AssetInfo"}, "serial-number", IdentifierKind::serial},
+      {{"AssetInfo", "control"}, "domain", IdentifierKind::text},
+      {{"AssetInfo", "control"}, "disk:2", IdentifierKind::text},
+      {{"Snapshot", "System", "Chassis"}, "serial", IdentifierKind::serial},
+      {{"Snapshot", "System", "Computer-system"}, "uuid", IdentifierKind::text},
+      {{"Snapshot", "Storage", "Physical-disks", "HDD:1"}, "serial", IdentifierKind::serial},
+      {{"Snapshot", "Storage", "Physical-disks", "Removable:1"}, "serial", IdentifierKind::serial},
+      {{"Snapshot", "Storage", "Logical-disks", "partition:12"}, "", IdentifierKind::text},
+      {{"Snapshot", "Video", "Monitors", "Monitor:2"}, "serial", IdentifierKind::serial},
+      {{"Snapshot", "Video", "Monitors", "Monitor:2"}, "serial-digital", IdentifierKind::number},
+      {{"Snapshot", "Peripherals", "USB", "Device:3"}, "serial-number", IdentifierKind::serial},
+      {{"Snapshot", "Network", "Adapters", "net-adapter:1"}, "", IdentifierKind::network_name},
+      {{"Snapshot", "Network", "Adapters", "net-adapter:1"}, "ip-address", IdentifierKind::addresses},
+      {{"Snapshot", "Network", "Adapters", "net-adapter:1"}, "default-gateway", IdentifierKind::addresses},
+      {{"Snapshot", "Network", "Adapters", "net-adapter:1"}, "mac-address", IdentifierKind::text},
+      {{"Snapshot", "Peripherals", "Printers", "Printer:1"}, "", IdentifierKind::text},
+      {{"Snapshot", "Peripherals", "Printers", "Printer:1"}, "uri", IdentifierKind::uri},
+      {{"Snapshot", "Peripherals", "Printers", "Printer:1"}, "print-server", IdentifierKind::addresses},
+      {{"Snapshot", "Peripherals", "Printers", "Printer:1"}, "scanner-uuid", IdentifierKind::text},
+      {{"Snapshot", "User-accounts", "usr-acc:jane"}, "", IdentifierKind::account},
+      {{"Snapshot", "User-accounts", "usr-acc:jane"}, "fullname", IdentifierKind::text},
+      {{"Snapshot", "User-accounts", "usr-acc:jane"}, "id", IdentifierKind::account_id},
+      {{"Snapshot", "User-accounts", "usr-acc:jane"}, "group", IdentifierKind::account_id},
+      {{"Snapshot", "Processes", "process:1"}, "user", IdentifierKind::account},
+      {{"Snapshot", "Processes", "process:1"}, "cmd-line", IdentifierKind::text},
+      {{"Snapshot", "Environment", "env-var:HOME"}, "value", IdentifierKind::text},
   };
   for (const PlaceCase& place : cases) {
-    EXPECT_EQ(inv::identifier_kind(place.tag, place.attribute), place.kind)
-        << place.tag << " " << place.attribute;
+    EXPECT_EQ(kind_at(place.tags, place.attribute), place.kind)
+        << place.tags.back() << " " << place.attribute;
   }
 }
 
 TEST(IdentifierKind, IsNoneForWhatCouldBeAnyMachines) {
-  for (const auto& [tag, attribute] :
-       {std::pair("Soft:1", ""), std::pair("Soft:1", "version"), std::pair("HDD:1", "model"),
-        std::pair("process:1", ""), std::pair("partition:1", "free"), std::pair("os:1", "name"),
-        std::pair("net-adapter:1", "manuf-by-mac"), std::pair("Snapshot", "")}) {
-    EXPECT_FALSE(inv::identifier_kind(tag, attribute)) << tag << " " << attribute;
+  const std::pair<std::vector<std::string>, const char*> places[] = {
+      {{"Snapshot"}, ""},
+      {{"Snapshot"}, "timestamp"},
+      {{"Snapshot", "Software", "Soft:1"}, ""},
+      {{"Snapshot", "Software", "Soft:1"}, "version"},
+      {{"Snapshot", "Storage", "Physical-disks", "HDD:1"}, "model"},
+      {{"Snapshot", "Storage", "Logical-disks", "partition:1"}, "free"},
+      {{"Snapshot", "Processes", "process:1"}, ""},
+      {{"Snapshot", "OS", "os:1"}, "name"},
+      {{"Snapshot", "Network", "Adapters", "net-adapter:1"}, "manuf-by-mac"},
+      {{"Snapshot", "Video", "Monitors", "Monitor:1"}, "id"},
+  };
+  for (const auto& [tags, attribute] : places) {
+    EXPECT_FALSE(kind_at(tags, attribute)) << tags.back() << " " << attribute;
   }
+}
+
+// The values of accounts and disks name folders, which are found in all texts.
+TEST(IdentifierKind, IsNoneForWhatIsFoundByItsPath) {
+  EXPECT_FALSE(kind_at({"Snapshot", "User-accounts", "usr-acc:jane"}, "hdir"));
+  EXPECT_FALSE(kind_at({"Snapshot", "Storage", "Logical-disks", "partition:1"}, "mount-point"));
+}
+
+TEST(IdentifierKind, OfAnUnknownPlaceIsThatOfTheSameNameElsewhere) {
+  EXPECT_EQ(kind_at({"Snapshot", "Later", "thing:1"}, "serial"), IdentifierKind::serial);
+  EXPECT_EQ(kind_at({"Snapshot", "Later", "thing:1"}, "disk:7"), IdentifierKind::text);
+  EXPECT_EQ(kind_at({"Snapshot", "Later", "usr-acc:jane"}, ""), IdentifierKind::account);
+  EXPECT_EQ(kind_at({"Snapshot", "Later", "usr-acc:jane"}, "id"), IdentifierKind::account_id);
+  EXPECT_EQ(kind_at({"Other"}, "hostname"), IdentifierKind::text);
+  EXPECT_FALSE(kind_at({"Snapshot", "Later", "thing:1"}, "model"));
+  EXPECT_FALSE(kind_at({"Snapshot", "Later", "thing:1"}, ""));
 }
 
 TEST(IdentifiersIn, SeparatesAtControlCharacters) {

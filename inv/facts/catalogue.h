@@ -1,0 +1,48 @@
+// What is known of each fact that the scanner writes: catalogue.txt, as the build puts it into the program.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "inv/file/document.h"
+
+namespace inv {
+
+// What the identifiers in a value look like, when the value tells whose machine it is.
+enum class IdentifierKind {
+  text,          // a name, a UUID, a command line: the whole value is one
+  serial,        // a serial number
+  number,        // a serial number as an integer; 0 is none
+  account,       // names of accounts, blanks between them; the system's own belong to nobody
+  account_id,    // of a user or a group; those that every Mac counts from 0 on belong to nobody
+  addresses,     // IP addresses, or host names, with commas between them
+  uri,           // what follows the scheme
+  network_name,  // of a network service; those that the system gives belong to nobody
+};
+
+struct CatalogueFact {
+  std::string_view name;                     // its last segment, up to its colon: "Processor", "core-count"
+  std::string_view unit;                     // of its value; empty for texts and plain numbers
+  std::optional<IdentifierKind> identifier;  // none: the value could be any machine's
+  bool passing;                              // no two scans have it in common
+  // The attributes that make an element the same thing in every scan; an empty one is its own value.
+  Range<std::string_view> known_by;
+  Range<CatalogueFact> below;  // its attributes and children, the shortest names first, then by name
+};
+
+// The trees are below the first of them.
+extern const CatalogueFact kCatalogue[];
+// Of the deepest tag in it; a tree's top element has 0.
+extern const uint32_t kCatalogueDepth;
+
+// What the catalogue knows of a tag; null when it stands where the scanner writes no such tag.
+const CatalogueFact* find_fact(Element element);
+// The same of what is named `name` below a fact, an attribute or a tag; null when the fact is. Names count up
+// to their colon.
+const CatalogueFact* find_fact_below(const CatalogueFact* fact, std::string_view name);
+
+// What identifies a machine wherever the catalogue has this name: for places that it does not know.
+std::optional<IdentifierKind> identifier_by_name(std::string_view name);
+
+}  // namespace inv

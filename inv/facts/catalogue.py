@@ -1,0 +1,467 @@
+#!/usr/bin/env python3
+"""Writes what follows from catalogue.txt, the list of all facts; catalogue.txt itself says how it is written.
+
+    inv/facts/catalogue.py page      # docs/snapshot.md, for the developer of a console
+    inv/facts/catalogue.py facts     # C++: units, identifiers, identities and passing facts by path
+    inv/facts/catalogue.py reports   # C++: the tables of a report
+    inv/facts/catalogue.py views     # C++: the views of the database
+
+Prints to standard output, or into the file that -o names."""
+
+import argparse
+import re
+import sys
+from pathlib import Path
+
+CATALOGUE = Path(__file__).with_name("catalogue.txt")
+
+KINDS = ("text", "integer", "decimal", "yes/no", "element", "element, text", "compound", "compound, text")
+UNITS = ("KB", "MB", "GB", "kHz", "Hz", "MHz", "ms", "min", "cm", "in", "mA", "%")
+OWNERS = ("nobody", "machine", "person", "secret")
+# How an owner's value is recognised in a file: IdentifierKind in catalogue.h. Paths are looked for in all texts.
+IDENTIFIERS = ("text", "serial", "number", "account", "account-id", "addresses", "uri", "network-name", "path")
+FIELDS = ("annotations", "unit", "form", "source", "present", "debug run", "known by")
+
+OWN_VALUE = "own value"
+# How a column shows its values: ColumnForm in report_tables.h, and the type of a view's column.
+COLUMN_FORMS = {"text": None, "date": None, "number": "INTEGER", "yes/no": "INTEGER"}
+FORMS_OF_KINDS = {"integer": "number", "decimal": "number", "yes/no": "yes/no"}
+
+
+class Mistake(Exception):
+    """What is wrong with the catalogue, and in which line."""
+
+    def __init__(self, line, problem):
+        super().__init__(f"{line}: error: {problem}")
+
+
+class Fact:
+    """A row of the page: what the scanner writes at a path of a tree."""
+
+    def __init__(self, line, tree, path, kind, owner, identifier, passing):
+        self.line, self.tree, self.path, self.kind = line, tree, path, kind
+        self.owner, self.identifier, self.passing = owner, identifier, passing
+        self.fields = {}
+
+    @property
+    def key(self):
+        """The path from the tree on, with what follows the colons left out."""
+        names = [name for name in self.path.split("/") if name]
+        return (self.tree, *(name.partition(":")[0] for name in names))
+
+    @property
+    def is_element(self):
+        return self.kind.startswith(("element", "compound"))
+
+    @property
+    def has_value(self):
+        return not self.is_element or self.kind.endswith(", text")
+
+    @property
+    def known_by(self):
+        return self.fields["known by"].split(", ") if "known by" in self.fields else []
+
+
+class Table:
+    """What the report or the database shows of some elements: a column for each of the chosen facts."""
+
+    def __init__(self, line, use, title, rows):
+        self.line, self.use, self.title, self.rows = line, use, title, rows
+        self.columns = []
+
+    @property
+    def pattern(self):
+        """The rows with "*" in place of numbers and names."""
+        return re.sub(r":\w+", ":*", self.rows)
+
+
+class Column:
+    def __init__(self, line, title, source, form):
+        self.line, self.title, self.source, self.form = line, title, source, form
+        self.kind = None
+
+
+class Catalogue:
+    """What the file says: the facts, the tables, and the blocks of the page in their order."""
+
+    def __init__(self, text):
+        self.facts, self.tables = [], []
+        self.page = []  # texts, and lists of facts that are a table
+        self.tree = None
+        self.block = None  # the fact or table that an indented line belongs to
+        self.prose = []
+        for number, line in enumerate(text.splitlines(), 1):
+            self.read_line(number, line.rstrip())
+        self.end_prose()
+        self.check()
+
+    def read_line(self, number, line):
+        if line.startswith("#"):
+            return
+        if line.startswith("  ") and self.block:
+            self.read_field(number, line.strip())
+        elif line.startswith("/"):
+            self.begin(self.read_fact(number, line))
+        elif line.startswith("["):
+            self.begin(self.read_table(number, line))
+        elif line:
+            self.read_prose(line)
+        else:
+            self.block = None
+            self.end_prose()
+
+    def begin(self, block):
+        self.end_prose()
+        self.block = block
+
+    def read_prose(self, line):
+        self.block = None
+        heading = re.match(r"=+ ", line)
+        if heading and line.startswith("= "):
+            self.tree = line[2:]
+        self.prose.append(line.replace("=", "#", len(heading[0]) - 1) if heading else line)
+
+    def end_prose(self):
+        if self.prose:
+            self.page.append("\n".join(self.prose))
+        self.prose = []
+
+    def read_fact(self, number, line):
+        path, *cells = (cell.strip() for cell in line.split("|"))
+        if not self.tree:
+            raise Mistake(number, f"{path} stands below no tree")
+        if not cells or cells[0] not in KINDS:
+            raise Mistake(number, f"{path}: the kind must be one of: {'; '.join(KINDS)}")
+        if len(cells) < 2 or not cells[1]:
+            raise Mistake(number, f"{path} does not say whose it is: {', '.join(OWNERS)}")
+        if cells[2:] not in ([], ["passing"]):
+            raise Mistake(number, f'{path}: only "passing" may follow whose it is')
+        fact = Fact(number, self.tree, path, cells[0], *self.read_owner(number, path, cells[1]), len(cells) > 2)
+        self.add_to_page(fact)
+        self.facts.append(fact)
+        return fact
+
+    def read_owner(self, number, path, text):
+        owner, _, identifier = text.partition(", ")
+        if owner not in OWNERS:
+            raise Mistake(number, f'{path}: "{owner}" owns nothing; whose it is must be one of: {", ".join(OWNERS)}')
+        if owner == "nobody" and identifier:
+            raise Mistake(number, f'{path}: what is nobody\'s needs no "{identifier}"')
+        if identifier and identifier not in IDENTIFIERS:
+            raise Mistake(number, f'{path}: "{identifier}" is not one of: {", ".join(IDENTIFIERS)}')
+        return owner, identifier or (None if owner == "nobody" else "text")
+
+    def add_to_page(self, fact):
+        self.end_prose()
+        if not self.page or not isinstance(self.page[-1], list):
+            self.page.append([])
+        self.page[-1].append(fact)
+
+    def read_table(self, number, line):
+        parts = re.fullmatch(r"\[(report|view) (.+): (/.+)\]", line)
+        if not parts:
+            raise Mistake(number, f"not [report TITLE: /ROWS] or [view NAME: /ROWS]: {line}")
+        self.tables.append(Table(number, *parts.groups()))
+        return self.tables[-1]
+
+    def read_field(self, number, line):
+        name, colon, text = line.partition(": ")
+        if not colon:
+            raise Mistake(number, f"not NAME: TEXT: {line}")
+        if isinstance(self.block, Table):
+            self.read_column(number, name, text)
+        elif name not in FIELDS:
+            raise Mistake(number, f'{self.block.path}: unknown column "{name}"; known are: {", ".join(FIELDS)}')
+        elif name in self.block.fields:
+            raise Mistake(number, f'{self.block.path}: "{name}" is there twice')
+        else:
+            self.block.fields[name] = text
+
+    def read_column(self, number, title, text):
+        source, _, form = text.partition(" as ")
+        if form and form not in COLUMN_FORMS:
+            raise Mistake(number, f'"{form}" is not one of: {", ".join(COLUMN_FORMS)}')
+        if title in (column.title for column in self.block.columns):
+            raise Mistake(number, f'"{title}" is a column already')
+        self.block.columns.append(Column(number, title, source, form))
+
+    def check(self):
+        self.by_key = {}
+        for fact in self.facts:
+            self.check_fact(fact)
+            self.by_key[fact.key] = fact
+        for fact in self.facts:
+            self.check_known_by(fact)
+        titles = set()
+        for table in self.tables:
+            self.check_table(table)
+            if (table.use, table.title) in titles:
+                raise Mistake(table.line, f"there is a {table.use} {table.title} already")
+            titles.add((table.use, table.title))
+
+    def check_fact(self, fact):
+        if fact.key in self.by_key:
+            raise Mistake(fact.line, f"{fact.path} is there already, in line {self.by_key[fact.key].line}")
+        above = self.by_key.get(fact.key[:-1])
+        if len(fact.key) > 1 and not (above and above.is_element):
+            raise Mistake(fact.line, f"{fact.path}: the element above it must come first")
+        if fact.fields.get("unit", UNITS[0]) not in UNITS:
+            raise Mistake(fact.line, f'{fact.path}: unknown unit "{fact.fields["unit"]}"; known are: {", ".join(UNITS)}')
+        # What passes, passes with all that is below it.
+        fact.passing = fact.passing or bool(above and above.passing)
+
+    def check_known_by(self, fact):
+        for name in fact.known_by:
+            part = fact if name == OWN_VALUE else self.by_key.get((*fact.key, name))
+            if not (fact.is_element and part and part.has_value):
+                raise Mistake(fact.line, f'{fact.path} cannot be known by "{name}", which it does not have')
+
+    def check_table(self, table):
+        elements = [fact for fact in self.elements_of(table) if fact.is_element]
+        if not elements:
+            raise Mistake(table.line, f"no element is called {table.rows}")
+        for column in table.columns:
+            self.check_column(table, column, elements)
+
+    def elements_of(self, table):
+        pattern = re.compile(re.escape(table.rows).replace(r"\*", "[^/]+"))
+        return [fact for fact in self.facts if fact.tree == "Snapshot" and pattern.fullmatch(fact.path)]
+
+    def check_column(self, table, column, elements):
+        if table.use == "view" and column.source in NAMES_OF_ELEMENTS:
+            return
+        name = column.source
+        if table.use == "view":
+            name = without_prefix(name, BASE_VALUE)
+        if name == OWN_VALUE:
+            facts = [fact for fact in elements if fact.has_value]
+        else:
+            found = (self.by_key.get((*element.key, *name.split("/"))) for element in elements)
+            facts = [fact for fact in found if fact]
+        if not facts:
+            raise Mistake(column.line, f'{table.rows} has no "{name}"')
+        kinds = {"text" if name == OWN_VALUE else fact.kind for fact in facts}
+        if len(kinds) > 1:
+            raise Mistake(column.line, f'"{name}" has several kinds: {"; ".join(sorted(kinds))}')
+        column.kind = kinds.pop()
+        column.form = column.form or FORMS_OF_KINDS.get(column.kind, "text")
+
+
+def without_prefix(text, prefix):
+    return text[len(prefix) :] if text.startswith(prefix) else text
+
+
+# The page. A column that no fact of a table fills is left out.
+
+PAGE_COLUMNS = {
+    "Path": lambda fact: f"`{fact.path}`",
+    "Kind": lambda fact: fact.kind,
+    "Whose": lambda fact: "" if fact.owner == "nobody" else fact.owner,
+    "Annotations": lambda fact: fact.fields.get("annotations"),
+    "Unit": lambda fact: ", ".join(fact.fields[name] for name in ("unit", "form") if name in fact.fields),
+    "Source": lambda fact: fact.fields.get("source"),
+    "Present": lambda fact: fact.fields.get("present"),
+    "Debug run": lambda fact: fact.fields.get("debug run"),
+    "Known by": lambda fact: ", ".join(name if name == OWN_VALUE else f"`{name}`" for name in fact.known_by),
+    "Passing": lambda fact: "yes" if fact.passing else "",
+}
+
+
+def page_row(cells):
+    return "".join("| " + (cell + " " if cell else "") for cell in cells) + "|"
+
+
+def page_table(facts):
+    columns = {}
+    for title, cell_of in PAGE_COLUMNS.items():
+        cells = [(cell_of(fact) or "").replace("|", "\\|") for fact in facts]
+        if any(cells):
+            columns[title] = cells
+    return "\n".join([page_row(columns), "|---" * len(columns) + "|", *map(page_row, zip(*columns.values()))])
+
+
+def write_page(catalogue):
+    note = "<!-- Written by inv/facts/catalogue.py from inv/facts/catalogue.txt: change that file and run it again. -->"
+    blocks = [block if isinstance(block, str) else page_table(block) for block in catalogue.page]
+    return "\n\n".join([note, *blocks]) + "\n"
+
+
+# The facts, as a tree of names: what is below a fact lies together, sorted as catalogue.cpp searches it, behind all that is
+# above it.
+
+
+def cpp_text(text):
+    return '"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
+
+
+def cpp_enumerator(text):
+    return re.sub(r"\W", "_", text)
+
+
+def cpp_range(array, first, count):
+    return f"{{{array} + {first}, {array} + {first + count}}}" if count else "{}"
+
+
+def names_below(catalogue):
+    """For each key, level by level, the keys one level below it."""
+    keys = {key[:depth] for key in catalogue.by_key for depth in range(len(key) + 1)}
+    below = {}
+    for key in sorted(keys, key=lambda key: (len(key), [(len(name), name) for name in key])):
+        below[key] = []
+        if key:
+            below[key[:-1]].append(key)
+    return below
+
+
+def write_facts(catalogue):
+    below = names_below(catalogue)
+    rows, known_by, next_row = [], [], 1
+    for key, children in below.items():
+        fact = catalogue.by_key.get(key)
+        parts = ["" if part == OWN_VALUE else part for part in fact.known_by] if fact else []
+        identifier = fact.identifier if fact and fact.identifier != "path" else None
+        cells = [
+            cpp_text(key[-1] if key else ""),
+            cpp_text(fact.fields.get("unit", "") if fact else ""),
+            f"IdentifierKind::{cpp_enumerator(identifier)}" if identifier else "{}",
+            "true" if fact and fact.passing else "false",
+            cpp_range("kKnownBy", len(known_by), len(parts)),
+            cpp_range("kCatalogue", next_row, len(children)),
+        ]
+        rows.append(f"    {{{', '.join(cells)}}},  // {'/'.join(key) or 'the trees'}")
+        known_by += parts
+        next_row += len(children)
+    depth = max(len(fact.key) - 1 for fact in catalogue.facts if fact.is_element)
+    return FACTS.format(known_by=", ".join(map(cpp_text, known_by)), rows="\n".join(rows), depth=depth)
+
+
+FACTS = """// Written by catalogue.py.
+#include "inv/facts/catalogue.h"
+
+namespace inv {{
+
+static constexpr std::string_view kKnownBy[] = {{{known_by}}};
+
+const CatalogueFact kCatalogue[] = {{
+{rows}
+}};
+
+const uint32_t kCatalogueDepth = {depth};
+
+}}  // namespace inv
+"""
+
+
+# The tables of a report.
+
+
+def report_column(column):
+    source = "" if column.source == OWN_VALUE else column.source
+    return f"{{{cpp_text(column.title)}, {cpp_text(source)}, ColumnForm::{cpp_enumerator(column.form)}}}"
+
+
+def report_table(table):
+    columns = ",\n       ".join(map(report_column, table.columns))
+    return f"      {{{cpp_text(table.title)},\n       {cpp_text(table.pattern[1:])},\n       {{{columns}}}}},"
+
+
+def write_reports(catalogue):
+    return REPORTS.format(tables="\n".join(report_table(table) for table in catalogue.tables if table.use == "report"))
+
+
+REPORTS = """// Written by catalogue.py.
+#include "inv/report/report_tables.h"
+
+namespace inv {{
+
+const std::vector<ReportTable>& report_table_list() {{
+  static const std::vector<ReportTable> tables = {{
+{tables}
+  }};
+  return tables;
+}}
+
+}}  // namespace inv
+"""
+
+
+# The views of the database: a row for each element of each scan.
+
+ELEMENT_NAME, ELEMENT_NUMBER = NAMES_OF_ELEMENTS = ("its name", "its number")
+BASE_VALUE = "base value of "
+
+
+def sql_cast(column, value):
+    sql_type = "REAL" if column.kind == "decimal" else COLUMN_FORMS[column.form]
+    return f"CAST({value} AS {sql_type})" if sql_type else value
+
+
+def view_value(table, column):
+    source = column.source
+    if source in NAMES_OF_ELEMENTS:
+        start = table.pattern[: table.pattern.index("*")]
+        name = f"replace(f.element, '{start}', '')"
+        return name if source == ELEMENT_NAME else f"CAST({name} AS INTEGER)"
+    if source == OWN_VALUE:
+        return "max(CASE WHEN f.path = f.element THEN f.value END)"
+    if "/" in source:
+        return f"(SELECT {sql_cast(column, 'd.value')} FROM facts d\n   WHERE d.path = f.element || '/{source}' AND d.machine_id = f.machine_id)"
+    if source.startswith(BASE_VALUE):
+        return f"max(CASE f.name WHEN '{without_prefix(source, BASE_VALUE)}' THEN CAST(nullif(f.base_value, '') AS INTEGER) END)"
+    return f"max(CASE f.name WHEN '{source}' THEN {sql_cast(column, 'f.value')} END)"
+
+
+def view(catalogue, table):
+    columns = ",\n".join(f"  {view_value(table, column)} AS {column.title}" for column in table.columns)
+    condition = f"f.path GLOB '{table.pattern}'"
+    rows = {element.key for element in catalogue.elements_of(table)}
+    # A star of GLOB stands for slashes too.
+    if any(fact.is_element and fact.key[:-1] in rows for fact in catalogue.facts):
+        condition += f" AND f.element NOT GLOB '{table.pattern}/*'"
+    return VIEW.format(name=table.title, columns=columns, condition=condition)
+
+
+def write_views(catalogue):
+    return VIEWS.format(views="\n".join(view(catalogue, table) for table in catalogue.tables if table.use == "view"))
+
+
+VIEW = """CREATE VIEW IF NOT EXISTS {name} AS
+SELECT m.machine, m.name AS machine_name, m.timestamp,
+{columns}
+FROM facts f JOIN machines m ON m.id = f.machine_id
+WHERE {condition}
+GROUP BY f.machine_id, f.element;
+"""
+
+VIEWS = """// Written by catalogue.py.
+#include "inv/export/schema.h"
+
+namespace inv {{
+
+const std::string_view kDatabaseViews = R"sql(
+{views})sql";
+
+}}  // namespace inv
+"""
+
+PRODUCTS = {"page": write_page, "facts": write_facts, "reports": write_reports, "views": write_views}
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("product", choices=PRODUCTS)
+    parser.add_argument("-o", metavar="FILE", type=Path)
+    parser.add_argument("--catalogue", metavar="FILE", type=Path, default=CATALOGUE, help="instead of catalogue.txt")
+    options = parser.parse_args()
+    try:
+        text = PRODUCTS[options.product](Catalogue(options.catalogue.read_text(encoding="utf-8")))
+    except Mistake as mistake:
+        sys.exit(f"{options.catalogue}:{mistake}")
+    if options.o:
+        options.o.write_bytes(text.encode("utf-8"))
+    else:
+        sys.stdout.buffer.write(text.encode("utf-8"))
+
+
+if __name__ == "__main__":
+    main()

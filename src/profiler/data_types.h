@@ -1,0 +1,18 @@
+// The data types that a scan asks the system profiler for.
+#pragma once
+
+#include <string_view>
+
+struct DataType {
+  const char* name;
+  const char* title;  // that the operator sees
+  int percent;        // the progress that is told once it has run; 0: nothing
+  // Keys on which many facts hang: whatever stands below them, or what is read only where they say so. And
+  // such a value of a key. They are put right where a byte of them is damaged; the rest of the places is
+  // empty.
+  std::string_view keys[4];
+  std::string_view value;
+};
+
+// In the order of the document.
+extern const DataType kDataTypes[21];

@@ -1,0 +1,240 @@
+#!/usr/bin/env python3
+"""The catalogue of facts: what its generator makes of it, and what it says about mistakes. The page is up to date."""
+
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+GENERATOR = ROOT / "inv/facts/catalogue.py"
+sys.path.insert(0, str(GENERATOR.parent))
+
+import catalogue  # noqa: E402
+
+SMALL = """\
+# A comment.
+= Snapshot
+
+== Software
+
+From SPApplicationsDataType.
+
+/ | element | nobody
+/Software | element | nobody
+/Software/Soft:N | element, text | nobody
+  source: `_name`
+  known by: location, own value
+/Software/Soft:N/location | text | person, path
+/Software/Soft:N/size | integer | nobody | passing
+  unit: MB
+  form: cut off
+  present: given
+
+[report Applications: /Software/Soft:N]
+  Name: own value
+  Size, MB: size
+  Location: location as number
+
+[view software: /Software/Soft:N]
+  name: own value
+  size_mb: size
+"""
+
+
+def line_of(text):
+    """The number of the line of SMALL that begins so."""
+    return 1 + next(i for i, line in enumerate(SMALL.splitlines()) if line.startswith(text))
+
+
+class Page(unittest.TestCase):
+    def test_is_the_one_that_the_catalogue_makes(self):
+        made = catalogue.write_page(catalogue.Catalogue(catalogue.CATALOGUE.read_text(encoding="utf-8")))
+        page = (ROOT / "docs/snapshot.md").read_text(encoding="utf-8")
+        self.assertTrue(page == made, "run: inv/facts/catalogue.py page -o docs/snapshot.md")
+
+    def test_shows_texts_and_tables_without_empty_columns(self):
+        page = catalogue.write_page(catalogue.Catalogue(SMALL))
+        self.assertEqual(
+            page.split("\n\n", 1)[1],
+            "# Snapshot\n\n## Software\n\nFrom SPApplicationsDataType.\n\n"
+            "| Path | Kind | Whose | Unit | Source | Present | Known by | Passing |\n"
+            "|---|---|---|---|---|---|---|---|\n"
+            "| `/` | element | | | | | | |\n"
+            "| `/Software` | element | | | | | | |\n"
+            "| `/Software/Soft:N` | element, text | | | `_name` | | `location`, own value | |\n"
+            "| `/Software/Soft:N/location` | text | person | | | | | |\n"
+            "| `/Software/Soft:N/size` | integer | | MB, cut off | | given | | yes |\n",
+        )
+
+    def test_keeps_bars_within_their_cells(self):
+        page = catalogue.write_page(catalogue.Catalogue("= Snapshot\n/ | element | nobody\n  source: a|b\n"))
+        self.assertIn("| a\\|b |", page)
+
+    def test_shows_that_all_below_a_passing_element_passes(self):
+        text = "= Snapshot\n/ | element | nobody\n/P | element | nobody | passing\n/P/p:N | text | nobody\n"
+        self.assertIn("| `/P/p:N` | text | yes |", catalogue.write_page(catalogue.Catalogue(text)))
+
+
+class Code(unittest.TestCase):
+    def test_has_the_facts_level_by_level_with_those_below_each_sorted(self):
+        made = catalogue.write_facts(catalogue.Catalogue(SMALL))
+        self.assertIn('kKnownBy[] = {"location", ""};', made)
+        self.assertIn(
+            '    {"", "", {}, false, {}, {kCatalogue + 1, kCatalogue + 2}},  // the trees\n'
+            '    {"Snapshot", "", {}, false, {}, {kCatalogue + 2, kCatalogue + 3}},  // Snapshot\n'
+            '    {"Software", "", {}, false, {}, {kCatalogue + 3, kCatalogue + 4}},  // Snapshot/Software\n'
+            '    {"Soft", "", {}, false, {kKnownBy + 0, kKnownBy + 2}, {kCatalogue + 4, kCatalogue + 6}},  // Snapshot/Software/Soft\n'
+            '    {"size", "MB", {}, true, {}, {}},  // Snapshot/Software/Soft/size\n'
+            '    {"location", "", {}, false, {}, {}},  // Snapshot/Software/Soft/location\n',
+            made,
+        )
+        self.assertIn("kCatalogueDepth = 2;", made)
+
+    def test_has_the_identifiers(self):
+        text = "= Snapshot\n/ | element | nobody\n/a | text | machine\n/b | text | person, account-id\n/c | text | secret\n"
+        made = catalogue.write_facts(catalogue.Catalogue(text))
+        self.assertIn('{"a", "", IdentifierKind::text,', made)
+        self.assertIn('{"b", "", IdentifierKind::account_id,', made)
+        self.assertIn('{"c", "", IdentifierKind::text,', made)
+
+    def test_has_the_tables_of_the_report(self):
+        made = catalogue.write_reports(catalogue.Catalogue(SMALL))
+        self.assertIn('{"Applications",\n       "Software/Soft:*",\n       {{"Name", "", ColumnForm::text},', made)
+        self.assertIn('{"Size, MB", "size", ColumnForm::number}', made)
+        self.assertIn('{"Location", "location", ColumnForm::number}', made)
+        self.assertNotIn("size_mb", made)
+
+    def test_has_the_views(self):
+        made = catalogue.write_views(catalogue.Catalogue(SMALL))
+        self.assertIn("CREATE VIEW IF NOT EXISTS software AS\n", made)
+        self.assertIn("  max(CASE f.name WHEN 'size' THEN CAST(f.value AS INTEGER) END) AS size_mb\nFROM", made)
+        self.assertIn("WHERE f.path GLOB '/Software/Soft:*'\nGROUP BY", made)
+        self.assertNotIn("Applications", made)
+
+    def test_keeps_what_is_below_the_rows_out_of_a_view(self):
+        text = SMALL.replace("/Software/Soft:N/size | integer", "/Software/Soft:N/x | element | nobody\n/Software/Soft:N/size | integer")
+        made = catalogue.write_views(catalogue.Catalogue(text))
+        self.assertIn("WHERE f.path GLOB '/Software/Soft:*' AND f.element NOT GLOB '/Software/Soft:*/*'\n", made)
+
+
+class Mistakes(unittest.TestCase):
+    def expect(self, line, problem, old, new):
+        """SMALL with `new` in place of `old` is wrong in this line."""
+        self.assertIn(old, SMALL)
+        with self.assertRaises(catalogue.Mistake) as raised:
+            catalogue.Catalogue(SMALL.replace(old, new, 1))
+        self.assertEqual(str(raised.exception), f"{line}: error: {problem}")
+
+    def test_a_fact_says_whose_it_is(self):
+        line = line_of("/Software/Soft:N/location")
+        problem = "/Software/Soft:N/location does not say whose it is: nobody, machine, person, secret"
+        self.expect(line, problem, "location | text | person, path", "location | text")
+        self.expect(line, problem, "location | text | person, path", "location | text |")
+
+    def test_owners_are_known(self):
+        line = line_of("/Software/Soft:N/location")
+        problem = '/Software/Soft:N/location: "Jane" owns nothing; whose it is must be one of: nobody, machine, person, secret'
+        self.expect(line, problem, "person, path", "Jane")
+
+    def test_identifiers_are_known(self):
+        line = line_of("/Software/Soft:N/location")
+        kinds = "text, serial, number, account, account-id, addresses, uri, network-name, path"
+        self.expect(line, f'/Software/Soft:N/location: "folder" is not one of: {kinds}', "person, path", "person, folder")
+        self.expect(line, '/Software/Soft:N/location: what is nobody\'s needs no "path"', "person, path", "nobody, path")
+
+    def test_kinds_are_known(self):
+        kinds = "text; integer; decimal; yes/no; element; element, text; compound; compound, text"
+        problem = f"/Software/Soft:N/size: the kind must be one of: {kinds}"
+        self.expect(line_of("/Software/Soft:N/size"), problem, "size | integer", "size | number")
+        self.expect(line_of("/Software/Soft:N/size"), problem, "size | integer | nobody | passing", "size")
+
+    def test_nothing_but_passing_follows_the_owner(self):
+        problem = '/Software/Soft:N/size: only "passing" may follow whose it is'
+        self.expect(line_of("/Software/Soft:N/size"), problem, "| passing", "| passes")
+        self.expect(line_of("/Software/Soft:N/size"), problem, "| passing", "| passing | passing")
+
+    def test_columns_are_known(self):
+        known = "annotations, unit, form, source, present, debug run, known by"
+        problem = f'/Software/Soft:N/size: unknown column "units"; known are: {known}'
+        self.expect(line_of("  unit"), problem, "  unit: MB", "  units: MB")
+
+    def test_a_field_has_a_name(self):
+        self.expect(line_of("  unit"), "not NAME: TEXT: MB", "  unit: MB", "  MB")
+
+    def test_a_field_is_there_once(self):
+        self.expect(line_of("  form"), '/Software/Soft:N/size: "unit" is there twice', "  form: cut off", "  unit: MB")
+
+    def test_units_are_known(self):
+        problem = '/Software/Soft:N/size: unknown unit "mb"; known are: KB, MB, GB, kHz, Hz, MHz, ms, min, cm, in, mA, %'
+        self.expect(line_of("/Software/Soft:N/size"), problem, "unit: MB", "unit: mb")
+
+    def test_a_fact_is_there_once(self):
+        line = line_of("/Software/Soft:N/size")
+        problem = f"/Software/Soft:NAME/location is there already, in line {line - 1}"
+        self.expect(line, problem, "/Software/Soft:N/size", "/Software/Soft:NAME/location")
+
+    def test_facts_follow_their_element(self):
+        line = line_of("/Software/Soft:N/size")
+        self.expect(line, "/Soft/size: the element above it must come first", "/Software/Soft:N/size", "/Soft/size")
+        problem = "/Software/Soft:N/location/size: the element above it must come first"
+        self.expect(line, problem, "/Software/Soft:N/size", "/Software/Soft:N/location/size")
+
+    def test_facts_belong_to_a_tree(self):
+        self.expect(line_of("/ |"), "/ stands below no tree", "= Snapshot", "No tree")
+
+    def test_elements_are_known_by_what_they_have(self):
+        line = line_of("/Software/Soft:N |")
+        problem = '/Software/Soft:N cannot be known by "{}", which it does not have'
+        self.expect(line, problem.format("place"), "known by: location", "known by: place")
+        self.expect(line, problem.format("own value"), "| element, text", "| element")
+
+    def test_attributes_are_known_by_nothing(self):
+        line = line_of("/Software/Soft:N/size")
+        self.expect(line, '/Software/Soft:N/size cannot be known by "own value", which it does not have', "unit: MB", "known by: own value")
+
+    def test_tables_have_a_use_and_rows(self):
+        head = "[report Applications: /Software/Soft:N]"
+        line = line_of(head)
+        self.expect(line, "not [report TITLE: /ROWS] or [view NAME: /ROWS]: [page Applications: /Software/Soft:N]", "[report", "[page")
+        self.expect(line, "not [report TITLE: /ROWS] or [view NAME: /ROWS]: [report Applications]", head, "[report Applications]")
+        self.expect(line, "no element is called /Software/Hard:N", head, "[report Applications: /Software/Hard:N]")
+        self.expect(line, "no element is called /Software/Soft:N/size", head, "[report Applications: /Software/Soft:N/size]")
+
+    def test_tables_are_there_once(self):
+        again = "[view software: /Software/Soft:N]\n\n[view software:"
+        self.expect(line_of("[view") + 2, "there is a view software already", "[view software:", again)
+
+    def test_columns_show_what_the_elements_have(self):
+        line = line_of("  Size, MB")
+        self.expect(line, '/Software/Soft:N has no "mass"', "Size, MB: size", "Size, MB: mass")
+        self.expect(line, '/Software/Soft:N has no "its name"', "Size, MB: size", "Size, MB: its name")
+        self.expect(line_of("  Name"), '/Software/Soft:N has no "own value"', "| element, text | nobody\n  source: `_name`\n  known by: location, own value", "| element | nobody\n\n")
+
+    def test_columns_have_one_kind(self):
+        more = "/Software/Hard:N | element | nobody\n/Software/Hard:N/size | text | nobody\n\n[report Applications: /Software/*]"
+        text = "[report Applications: /Software/Soft:N]"
+        self.expect(line_of("  Size, MB") + 3, '"size" has several kinds: integer; text', text, more)
+
+    def test_columns_have_a_form_that_is_known(self):
+        line = line_of("  Location")
+        self.expect(line, '"digits" is not one of: text, date, number, yes/no', "as number", "as digits")
+
+    def test_columns_have_titles_of_their_own(self):
+        self.expect(line_of("  Location"), '"Name" is a column already', "  Location:", "  Name:")
+
+    def test_the_build_stops_with_the_file_and_the_line(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder) / "facts.txt"
+            file.write_text("= Snapshot\n/ | element\n", encoding="utf-8")
+            output = Path(folder) / "facts.cpp"
+            command = [sys.executable, GENERATOR, "facts", "--catalogue", file, "-o", output]
+            run = subprocess.run(command, stderr=subprocess.PIPE, universal_newlines=True, check=False)
+            self.assertNotEqual(run.returncode, 0)
+            self.assertEqual(run.stderr, f"{file}:2: error: / does not say whose it is: nobody, machine, person, secret\n")
+            self.assertFalse(output.exists())
+
+
+if __name__ == "__main__":
+    unittest.main()
