@@ -13,9 +13,7 @@ namespace {
 
 constexpr char kListCommand[] = "ls -1 /Users/";
 constexpr uint32_t kChunk = 100;
-// A school's server may have thousands of home folders; a record may hold a portrait.
 constexpr SeriesLimits kListLimits = {16u << 20, 16u << 20, 21, 1};
-constexpr SeriesLimits kRecordLimits = {64u << 20, 512u << 20, 10000, 3};
 
 // A key whose value ends with its line.
 struct LineField {
@@ -124,11 +122,11 @@ Text account_command(const char* folder) {
   return format_string("dscl . -read \"/users/%s\"", escaped.c_str());
 }
 
-void collect_user_accounts(InventoryTree& snapshot) {
+void collect_user_accounts(InventoryTree& snapshot, const SeriesLimits& limits) {
   announce("Accounts");
   uint32_t length = 0;
   const Text listing = list_folders(&length);
-  CommandSeries records(kChunk, kRecordLimits);
+  CommandSeries records(kChunk, limits);
   std::string_view rest(listing.get(), length);
   const auto count = static_cast<size_t>(std::count(rest.begin(), rest.end(), '\n'));
   size_t number = 0;

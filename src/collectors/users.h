@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "driver/base/command.h"
 #include "zxml/zXML.h"
 
 // An account as the directory holds it, without the blanks and line ends around its texts. A text that the
@@ -24,7 +25,11 @@ std::optional<Account> parse_account(std::string_view record);
 // dscl as it is, whatever it is made of.
 Text account_command(const char* folder);
 
+// What is read of all records. A school's server may have thousands of home folders; a record may hold a
+// portrait.
+constexpr SeriesLimits kAccountLimits = {64u << 20, 512u << 20, 10000, 3};
+
 // Writes "/User-accounts/usr-acc:NAME" for the account of every folder that `ls -1 /Users/` lists: its record
 // name, full name, group, id and shell where dscl tells them, and its home folder. An empty listing is asked
-// for again, 20 times at most.
-void collect_user_accounts(InventoryTree& snapshot);
+// for again, 20 times at most. Tests lower the limits of dscl.
+void collect_user_accounts(InventoryTree& snapshot, const SeriesLimits& limits = kAccountLimits);

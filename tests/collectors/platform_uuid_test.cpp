@@ -30,6 +30,12 @@ TEST(PlatformUuid, IsEmptyWhenNoneIsTold) {
   }
 }
 
+TEST(PlatformUuid, GivesIoregTwoSecondsOfWork) {
+  const FakeTools tools;
+  tools.write("ioreg", "printf '\"IOPlatformUUID\" = \"%s\"\\n' \"$(ulimit -t)\"");
+  EXPECT_STREQ("2", query_platform_uuid().get());
+}
+
 TEST(PlatformUuid, EndsWhenTheRegistryDoesNot) {
   const FakeTools tools;
   tools.write("ioreg", "exec yes '\"IOPlatformUUID\" = \"00000000\"'");

@@ -155,6 +155,19 @@ TEST_F(Processes, WritesNoElementWithoutProcesses) {
   EXPECT_EQ(collect({complete_table({{5, 1, "gone"}})}), "none");
 }
 
+// What ps prints is no process, so that none has to be kept.
+TEST_F(Processes, CutsTheLinesThatPsPrintsAtTheirLimits) {
+  tools_.write("ps", "exec head -c 4194305 /dev/zero");
+  std::vector<ProcessRecord> records;
+  for (int32_t pid = 1; pid <= 66; ++pid) records.push_back({pid, 0, "x"});
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(collect({complete_table(records)}), "none");
+  const std::string complaints = testing::internal::GetCapturedStderr();
+  EXPECT_THAT(complaints, testing::StartsWith("Output cut after 4194304 bytes: ps -p1 "));
+  EXPECT_THAT(complaints, testing::HasSubstr("\nOutput cut after 4194304 bytes: ps -p64 "));
+  EXPECT_THAT(complaints, testing::EndsWith("\nNot run any more: ps -p65 -o user=\"\" -o command=\"\"\n"));
+}
+
 TEST_F(Processes, StampsTheTime) {
   InventoryTree profiler = empty_profiler();
   collect_processes(profiler, [] { return complete_table({}); });

@@ -1,5 +1,6 @@
 #include "collectors/usb.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "collectors/fields.h"
@@ -8,6 +9,9 @@
 #include "tests/collectors/tool_helpers.h"
 
 namespace {
+
+using testing::EndsWith;
+using testing::StartsWith;
 
 constexpr char kUsb[] = "SPUSBDataType";
 
@@ -357,6 +361,36 @@ TEST(CollectUsb, WritesNoModelWhenTheDiskUtilityFails) {
   EXPECT_EQ(disk_fact("model", {{"bsd_name", "disk1"}}), "(none)");
 }
 
+// What a collection of so many sticks complains of.
+std::string complaints_of(int sticks) {
+  InventoryTree profiler = empty_profiler();
+  for (int i = 1; i <= sticks; ++i) {
+    Item entry = stick("Stick");
+    entry.push_back({"bsd_name", ("disk" + std::to_string(i)).c_str()});
+    add_item(profiler, kUsb, hub({entry}));
+  }
+  InventoryTree snapshot = empty_snapshot();
+  testing::internal::CaptureStderr();
+  collect_usb(snapshot, profiler);
+  return testing::internal::GetCapturedStderr();
+}
+
+TEST(CollectUsb, CutsThePagesOfTheDiskUtilityAtTheirLimits) {
+  const FakeTools tools;
+  tools.write("diskutil", "exec head -c 1048577 /dev/zero");
+  const std::string complaints = complaints_of(66);
+  EXPECT_THAT(complaints, StartsWith("Output cut after 1048576 bytes: diskutil info /dev/disk1\n"));
+  EXPECT_THAT(complaints, EndsWith("Output cut after 1048576 bytes: diskutil info /dev/disk64\n"
+                                   "Not run any more: diskutil info /dev/disk65\n"));
+}
+
+TEST(CollectUsb, AsksTheDiskUtilityAThousandTimesAtMost) {
+  const FakeTools tools;
+  tools.write("diskutil", "echo >> '" + tools.file("runs") + "'");
+  EXPECT_EQ(complaints_of(1002), "Not run any more: diskutil info /dev/disk1001\n");
+  EXPECT_EQ(tools.read("runs").size(), 1000u);
+}
+
 TEST(CollectUsb, WritesABlankMediaNameAsAnEmptyModel) {
   FakeTools tools;
   write_printing_tool(tools, "diskutil", "   Device / Media Name:       Media\n");
@@ -457,6 +491,10 @@ TEST(ParseMediaName, RunsToTheFirstMarkerAlsoOverLines) {
 
 TEST(ParseMediaName, KeepsBlanksInsideAndAtTheEnd) {
   EXPECT_EQ(media_name("Device / Media Name:   A  Media B  Media\n"), "A  Media B ");
+}
+
+TEST(ParseMediaName, SkipsNothingButBlanksBeforeTheName) {
+  EXPECT_EQ(media_name("Device / Media Name:  \t A Media\n"), "\t A");
 }
 
 TEST(ParseMediaName, GivesAnEmptyTextForABlankName) {

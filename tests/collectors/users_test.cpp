@@ -68,6 +68,16 @@ TEST(ParseAccount, JoinsSeveralRecordNamesByBlanks) {
       "jdoe com.example.id jane|(none)|(none)|(none)|(none)");
 }
 
+TEST(ParseAccount, TrimsLineEndsTabsAndBlanksOffEveryText) {
+  EXPECT_EQ(
+      parsed("x\nNFSHomeDirectory: /\nPrimaryGroupID:\t 20 \t\nRealName:\n\t Jane\t\nRecordName:\t\n jdoe\t\n"
+             "RecordType: t\nUniqueID: \t501\t \nUserShell:\t/bin/sh\t\n"),
+      "jdoe|Jane|20|501|/bin/sh");
+  // No other blanks.
+  EXPECT_EQ(parsed("x\nNFSHomeDirectory: /\nRecordName: \rjdoe\v\nRecordType: t\n"),
+            "\rjdoe\v|(none)|(none)|(none)|(none)");
+}
+
 TEST(ParseAccount, KeepsBlanksInsideARecordName) {
   EXPECT_EQ(parsed("x\nNFSHomeDirectory: /\nRecordName: _mysql  mysql\t2\nRecordType: t\n"),
             "_mysql  mysql\t2|(none)|(none)|(none)|(none)");
@@ -130,9 +140,12 @@ class UserAccounts : public testing::Test {
   void add_record(const std::string& folder, const std::string& record) {
     write_file(tools_, "record-" + folder, record);
   }
-  std::string collect() {
+  // The snapshot's text; what the run complains of is left in `complaints_`.
+  std::string collect(const SeriesLimits& limits = kAccountLimits) {
     InventoryTree snapshot = empty_snapshot();
-    collect_user_accounts(snapshot);
+    testing::internal::CaptureStderr();
+    collect_user_accounts(snapshot, limits);
+    complaints_ = testing::internal::GetCapturedStderr();
     return tree_text(snapshot);
   }
   void SetUp() override {
@@ -141,6 +154,7 @@ class UserAccounts : public testing::Test {
   }
 
   FakeTools tools_;
+  std::string complaints_;
 };
 
 std::string short_record(const std::string& name) {
@@ -248,6 +262,38 @@ TEST_F(UserAccounts, GivesUpAfterTwentyFurtherEmptyListings) {
   tools_.write("ls", "printf x >> '" + tools_.file("runs") + "'");
   EXPECT_EQ(collect(), "*Snapshot=\n");
   EXPECT_EQ(tools_.read("runs"), std::string(21, 'x'));
+}
+
+TEST_F(UserAccounts, CutsAListingWithoutEnd) {
+  tools_.write("ls", "exec head -c 16777217 /dev/zero");
+  collect();
+  EXPECT_EQ(complaints_, "Output cut after 16777216 bytes: ls -1 /Users/\n");
+}
+
+TEST_F(UserAccounts, ReadsNoMoreRecordsThanItsLimit) {
+  list("a\nb\nc\nd\n");
+  SeriesLimits limits;
+  limits.runs = 2;
+  collect(limits);
+  EXPECT_EQ(tools_.read("arguments"), "<.><-read></users/a>\n<.><-read></users/b>\n");
+  EXPECT_EQ(complaints_, "Not run any more: dscl . -read \"/users/c\"\n");
+}
+
+TEST_F(UserAccounts, CutsTheRecordsAtTheirLimits) {
+  list("a\nb\nc\nd\n");
+  for (const char* folder : {"a", "b", "c"}) add_record(folder, std::string(100, 'x'));
+  collect({80, 200});
+  EXPECT_EQ(complaints_,
+            "Output cut after 80 bytes: dscl . -read \"/users/a\"\n"
+            "Output cut after 80 bytes: dscl . -read \"/users/b\"\n"
+            "Output cut after 40 bytes: dscl . -read \"/users/c\"\n"
+            "Not run any more: dscl . -read \"/users/d\"\n");
+}
+
+TEST(AccountLimits, LeaveRoomForASchoolsServer) {
+  EXPECT_EQ(kAccountLimits.runs, 10000u);
+  EXPECT_EQ(kAccountLimits.one_output, 64u << 20);
+  EXPECT_EQ(kAccountLimits.all_outputs, 512u << 20);
 }
 
 }  // namespace
