@@ -18,7 +18,10 @@ from scans import IMAC, PERCENTAGES, SAMPLES, SCANNER, SIMULATOR, ScanTestCase
 
 PROLOGUE, EPILOGUE = plistlib.dumps([]).replace(b"<array/>", b"<array>\n</array>").split(b"</array>")
 EPILOGUE = b"</array>" + EPILOGUE
+EMPTY = plistlib.dumps([])
 NAME = "STUDIO-IMAC_00005E00531A.inv"
+# What the hardware's data type alone knows.
+HARDWARE = r"/Processors|/Computer-system|/Chassis|/General-info|/AssetInfo/"
 SLOW_BUILD = os.environ["VELKARO_BUILD"].endswith("sanitize")
 
 
@@ -371,6 +374,29 @@ class OddOutputs(FaultTestCase):
         container, messages = self.scan_faulty()
         self.assertEqual(messages, "")
         self.assertEqual({child.name for child in container.snapshot.children}, set())
+
+    def test_without_items_as_a_mac_writes_that(self):
+        """One empty element, and so eight bytes less than the frame that the outputs are cut by."""
+        self.assertEqual(len(EMPTY), 182)
+        whole = self.whole_facts()
+        for types, known in (
+            (["SPHardwareDataType"], HARDWARE),
+            (["SPPowerDataType"], "/System/PowerManagement"),
+            (["SPHardwareDataType", "SPPrintersDataType", "SPPowerDataType"], f"{HARDWARE}|/PowerManagement|/Peripherals"),
+        ):
+            with self.subTest(types=types):
+                for data_type in self.PROFILER:
+                    self.answer(data_type, EMPTY if data_type in types else recording(data_type))
+                lost = self.lost(whole)
+                self.assertTrue(lost)
+                self.assertEqual([path for path in lost if not re.search(known, path)], [])
+
+    def test_without_items_anywhere(self):
+        for data_type in self.PROFILER:
+            self.answer(data_type, EMPTY)
+        container, messages = self.scan_faulty()
+        self.assertEqual(messages, "")
+        self.assertEqual({child.name for child in container.snapshot.children} - {"Environment", "Processes"}, {"User-accounts"})
 
     def test_with_two_thousand_million_packages(self):
         (data,) = plistlib.loads(recording("SPHardwareDataType"))

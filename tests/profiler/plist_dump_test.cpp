@@ -221,6 +221,18 @@ TEST(DumpProfiler, ListsFirewallRulesByNameAndState) {
             "*item0=\nspfirewall_services=none\n");
 }
 
+TEST(DumpProfiler, TakesAFirewallListDirectlyUnderADataTypeForAnyDictionary) {
+  for (const std::string list : {"spfirewall_applications", "spfirewall_services"}) {
+    EXPECT_EQ(dump_type(key(list, "<dict>" + key("com.apple.a", "<string>x</string>") + "</dict>")),
+              "+Macintosh=\n+D=\n*" + list + "=\ncom.apple.a=x\n-\n-\n");
+  }
+}
+
+TEST(DumpProfiler, KnowsAFirewallListByItsKeyAsTheProfilerWritesIt) {
+  EXPECT_EQ(dump_item(key("spfirewall services", "<dict>" + key("a", "<string>x</string>") + "</dict>")),
+            "+item0=\n*spfirewall_services=\na=x\n-\n");
+}
+
 TEST(DumpProfiler, JoinsKeysThatBecomeAlike) {
   EXPECT_EQ(dump_item(key("a b", "<string>1</string>") + key("a_b", "<string>2</string>")),
             "*item0=\na_b=2\n");
