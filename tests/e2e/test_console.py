@@ -2,6 +2,7 @@
 
 import os
 import re
+import shutil
 import subprocess
 import time
 import unittest
@@ -67,6 +68,11 @@ class SilentRun(ScanTestCase):
         self.assertEqual(os.read(read_end, 100), b"n\nleft")
         os.close(read_end)
 
+    def test_gives_its_tools_nothing_to_read(self):
+        self.write_tool("env", f'exec cat >"{self.folder}/read"\n')
+        self.scan("/silent", answer="y\n")
+        self.assertEqual((self.folder / "read").read_text(), "")
+
     def test_shows_each_percentage_while_the_scan_runs(self):
         """The third data type's run waits until the reader of the pipe has seen the line of the second."""
         gate = self.folder / "gate"
@@ -121,7 +127,32 @@ class LoggedRun(ScanTestCase):
         self.assertEqual(result.stdout, f">>>{self.files()[0]}\n")
 
 
+class DebugRun(ScanTestCase):
+    def test_tells_an_operator_the_whole_path(self):
+        result = self.scan("/debug", answer="y\n")
+        path = self.out.resolve() / self.files()[0]
+        self.assertEqual(result.stdout, f'{PROMPT}Scan started...\n\nScan finished. Results saved to file "{path}"\n')
+
+    def test_takes_the_adapter_of_the_given_address(self):
+        """The first adapter's address, and one that no adapter has."""
+        for address, hardware_address in (("192.0.2.17", "00-00-5E-00-53-1A"), ("198.51.100.1", "")):
+            with self.subTest(address=address):
+                facts = self.scan_silently(IMAC, "/debug", f"/ip:{address}").asset_info
+                self.assertEqual((facts.get("ip-address"), facts.get("mac-address")), (address, hardware_address))
+
+    def test_asks_a_profiler_that_answers_empty_again(self):
+        count = self.folder / "count"
+        self.write_tool("system_profiler", f'echo >>"{count}"; [ $(wc -l <"{count}") -lt 4 ] || echo answer\n')
+        (section,) = [section for section in self.scan_silently(IMAC, "/debug").sections if section.kind == "customdata"]
+        self.assertEqual((section.content, len(count.read_text())), (b"answer\n", 4))
+
+
 class OutputFile(ScanTestCase):
+    def test_has_the_most_significant_byte_of_its_offset_first(self):
+        for option in ((), ("/debug",)):
+            with self.subTest(option=option):
+                self.assertEqual(self.scan_silently(IMAC, *option).byte_order, "big")
+
     def test_is_named_after_the_netbios_name_and_the_hardware_address(self):
         self.scan_silently()
         self.assertEqual(self.files(), [NAME])
@@ -130,6 +161,18 @@ class OutputFile(ScanTestCase):
         for expected in (NAME, NAME.replace(".inv", "(1).inv"), NAME.replace(".inv", "(2).inv")):
             self.assertEqual(self.scan("/silent").stdout, f"{PERCENTAGES}>>>{expected}\n")
             self.assertIn(expected, self.files())
+
+    def test_counts_on_as_far_as_it_must(self):
+        for taken in (NAME, *(NAME.replace(".inv", f"({number}).inv") for number in range(1, 120))):
+            (self.out / taken).touch()
+        self.assertIn(f">>>{NAME.replace('.inv', '(120).inv')}\n", self.scan("/silent").stdout)
+
+    def test_that_cannot_be_saved_does_not_end_the_log(self):
+        """In a folder that is gone nothing can be saved, and the file has no path but its name."""
+        result = self.scan("/log", answer="y", prefix=("sh", "-c", 'rmdir "$PWD" && exec "$0" "$@"'))
+        self.assertTrue(result.stdout.endswith("VII. Saving to file....done\n------End Log------\n"), result.stdout)
+        self.assertIn(f"Cannot create file :{NAME}\n", result.stderr)
+        self.assertEqual(result.returncode, 0)
 
     def test_an_unreadable_file_of_that_name_is_never_replaced(self):
         (self.out / NAME).write_text("mine")
@@ -220,6 +263,30 @@ class SnapshotAttributes(ScanTestCase):
         self.assertEqual(values["client-version"], "12.01.18.0")
         self.assertEqual(values["scan-subtype"], "sstService")
         self.assertEqual(values["snaptype"], "mac:1")
+
+    def test_tell_the_end_of_the_scan_and_how_long_it_took(self):
+        """The last tool of a scan takes more than a second and then looks at the clock."""
+        env, clock = shutil.which("env"), self.folder / "clock"
+        self.write_tool("env", f'sleep 1.1\ndate -u +%Y%m%d%H%M%S >"{clock}"\nexec "{env}"\n')
+        start = time.monotonic()
+        top = self.scan_silently().snapshot
+        took = time.monotonic() - start
+        self.assertGreaterEqual(top.get("timestamp")[:14], clock.read_text().strip())
+        self.assertEqual(int(top.get("scan-time")) % 1000, 0)
+        self.assertTrue(1 <= int(top.get("scan-time")) / 1000 <= took + 1, (top.get("scan-time"), took))
+
+    def test_have_an_address_only_where_one_is_known(self):
+        for option, address, hardware_address in (
+            ((), "192.0.2.17", "00-00-5E-00-53-1A"),
+            (("-ip:",), "", ""),
+            (("/ip:",), "", ""),
+            (("/ip:192.0.2.17", "-ip:"), "", ""),
+        ):
+            with self.subTest(option=option):
+                container = self.scan_silently(IMAC, *option)
+                self.assertEqual(container.snapshot.get("ip-address"), address)
+                self.assertEqual(container.asset_info.get("ip-address"), address)
+                self.assertEqual(container.asset_info.get("mac-address"), hardware_address)
 
     def test_the_timestamp_is_readable_in_every_locale_and_zone(self):
         for locale, zone, expected in (

@@ -75,6 +75,14 @@ TEST(Serialize, SplitFormsWriteTheIndexOffsetInTheTreesByteOrder) {
   EXPECT_EQ(big.substr(0, big.size() - 6), little.substr(0, little.size() - 6));
 }
 
+TEST(Serialize, ACopyWritesInTheByteOrderOfItsOriginal) {
+  for (const int32_t byte_order_flag : {1, 0}) {
+    InventoryTree tree = small_tree(byte_order_flag);
+    InventoryTree copy(tree);
+    EXPECT_EQ(as_string(copy.serialize(Layout::split_plain)), as_string(tree.serialize(Layout::split_plain)));
+  }
+}
+
 // The record that an index should hold for a section of this length, following the others.
 std::string index_record(const char* name, size_t* offset, size_t length) {
   const std::string record = std::string("[") + name + "]\noffset=" + std::to_string(*offset) +
