@@ -58,6 +58,16 @@ TEST(ComputerSystem, TakesTheUuidFromIoregWhenTheProfilerHasNone) {
                      "serial=4H0000000AA\n"));
 }
 
+TEST(ComputerSystem, CopiesWhateverTheProfilerTellsAsUuid) {
+  const auto uuid = [](const Key& key) { return system_of(kHardware, {{{"machine_model", "m"}, key}}); };
+  FakeTools tools;
+  write_printing_tool(tools, "ioreg", "\"IOPlatformUUID\" = \"another\"\n");
+  EXPECT_EQ(uuid({"platform_UUID", ""}),
+            computer("*Computer-system=\nmodel=m\nmanuf=Apple Inc.\nuuid=\n*Chassis=\nmanuf=Apple Inc.\n"));
+  EXPECT_EQ(uuid({"platform_UUID", 7}),
+            computer("*Computer-system=\nmodel=m\nmanuf=Apple Inc.\nuuid=7\n*Chassis=\nmanuf=Apple Inc.\n"));
+}
+
 TEST(ComputerSystem, WritesAnEmptyUuidWhenIoregPrintsNothing) {
   FakeTools tools;
   tools.write("ioreg", "exit 1");

@@ -185,6 +185,13 @@ TEST(CollectDisplays, EndsAConnectedDisplaysNameWithItsFirstLine) {
   EXPECT_EQ(monitor.text("name"), "?@@@   0|Cinema");
 }
 
+TEST(CollectDisplays, CutsAConnectedDisplaysNameAtALineFeedOnly) {
+  // A carriage return within a line is dropped, as from every text.
+  const OneMonitor monitor(connector_with(EdidBlock().describe(0, 0xFC, "Cine\rma\t2\nx")));
+  EXPECT_EQ(monitor.text("model"), "Cinema\t2");
+  EXPECT_EQ(monitor.text("name"), "?@@@   0|Cinema\t2");
+}
+
 TEST(CollectDisplays, MarksThatAPlainDisplayHasNoName) {
   const OneMonitor monitor{EdidBlock()};
   EXPECT_EQ(monitor.text("name"), "?@@@   0|(null)");
@@ -281,6 +288,23 @@ TEST(CollectDisplays, RoundsTheDiagonalUpFromFourTenths) {
   }
 }
 
+TEST(CollectDisplays, RoundsTheDiagonalUpOnlyAboveFourTenths) {
+  // The sizes whose diagonals come closest to four tenths of an inch, from either side.
+  struct {
+    uint8_t width;
+    uint8_t height;
+    int64_t diagonal;
+  } const rows[] = {
+      {69, 40, 31},  {81, 63, 40},   {252, 123, 110},  // 31.39995, 40.39992, 110.39991
+      {100, 99, 56}, {141, 137, 78}, {145, 64, 63},    // 55.40001, 77.40001, 62.40002
+  };                                                   // 22.44, 2.36, 0.39
+  for (const auto& row : rows) {
+    const OneMonitor monitor(EdidBlock().set(21, {row.width, row.height}));
+    EXPECT_EQ(monitor.member("max-visible-image-size", "diagonal"), row.diagonal)
+        << int{row.width} << " x " << int{row.height};
+  }
+}
+
 std::string aspect_ratio(uint8_t width, uint8_t height) {
   return OneMonitor(EdidBlock().set(21, {width, height})).text("aspect-ratio");
 }
@@ -314,6 +338,25 @@ TEST(CollectDisplays, ComparesTheAspectInSinglePrecisionWithOpenBounds) {
   // Both are exactly 11/8.
   EXPECT_EQ(aspect_ratio(11, 8), "");
   EXPECT_EQ(aspect_ratio(33, 24), "");
+}
+
+TEST(CollectDisplays, DrawsTheBoundsOfEachAspectBetweenTheClosestSizes) {
+  // Of all sizes in whole centimetres, those that come closest to a bound from below and from above.
+  struct {
+    uint8_t width;
+    uint8_t height;
+    const char* aspect;
+  } const rows[] = {
+      {238, 197, ""},      {255, 211, "5:4"},   // 29/24
+      {226, 175, "5:4"},   {239, 185, "4:3"},   // 31/24
+      {246, 179, "4:3"},   {249, 181, ""},      // 11/8
+      {254, 163, ""},      {120, 77, "16:10"},  // 187/120
+      {255, 151, "16:10"}, {201, 119, ""},      // 76/45
+      {217, 125, ""},      {158, 91, "16:9"},   // 125/72
+      {237, 127, "16:9"},  {239, 128, ""},      // 28/15
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(aspect_ratio(row.width, row.height), row.aspect) << int{row.width} << " x " << int{row.height};
 }
 
 TEST(CollectDisplays, SaysWhyAnAspectHasNoName) {

@@ -72,6 +72,12 @@ TEST(DecodeEdid, ReadsTheSingleByteFields) {
   EXPECT_EQ(info.features, 0xEA);
 }
 
+TEST(DecodeEdid, CountsTheYearsFrom1990ToTheLast) {
+  EXPECT_EQ(decode(EdidBlock().set(17, {127})).year, 2117);
+  EXPECT_EQ(decode(EdidBlock().set(17, {128})).year, 2118);
+  EXPECT_EQ(decode(EdidBlock().set(17, {255})).year, 2245);
+}
+
 TEST(DecodeEdid, GivesAnUnstatedGammaNoExemption) {
   EXPECT_EQ(decode(EdidBlock().set(23, {0xFF})).gamma, 3.55);
   EXPECT_EQ(decode(EdidBlock()).gamma, 1.0);
@@ -119,6 +125,11 @@ TEST(DecodeEdid, TakesTheLastDescriptorOfAKind) {
   EXPECT_STREQ(info.monitor_name.get(), "Last");
   EXPECT_STREQ(info.v_range_text.get(), "5 - 6");
   EXPECT_STREQ(info.h_range_text.get(), "7 - 8");
+}
+
+TEST(DecodeEdid, TakesTheFourthDescriptorForTheLast) {
+  EXPECT_STREQ(decode(EdidBlock().describe(2, 0xFC, "Third").describe(3, 0xFC, "Fourth")).monitor_name.get(),
+               "Fourth");
 }
 
 TEST(DecodeEdid, KeepsLineFeedAndPaddingOfATextUpToTheFirstZeroByte) {
@@ -280,6 +291,15 @@ TEST(EdidVideoModes, ListsTheBlocksOwnPairsBeforeThoseOfItsDescriptors) {
   EXPECT_EQ(modes(block),
             "1280x1024 5:4 60\n640x480 4:3 60\n800x600 4:3 60\n1024x768 4:3 60\n1152x864 4:3 60\n"
             "1280x960 4:3 60\n1600x1200 4:3 60\n1920x1080 16:9 60\n1680x1050 16:10 62\n");
+}
+
+TEST(EdidVideoModes, ListsTheDescriptorsInTheirOrder) {
+  EdidBlock block;
+  for (const size_t descriptor : {3, 2, 1, 0})
+    block.describe(descriptor, 0xFA,
+                   std::string(1, static_cast<char>(2 + descriptor)) + "\x40" +
+                       "\x01\x01\x01\x01\x01\x01\x01\x01\x01\x01");
+  EXPECT_EQ(modes(block), "264x198 4:3 60\n272x204 4:3 60\n280x210 4:3 60\n288x216 4:3 60\n");
 }
 
 TEST(EdidVideoModes, TakesNoPairsFromOtherDescriptors) {

@@ -81,6 +81,19 @@ TEST(Memory, BringsTextsIntoOneLine) {
           {{{"dimm_status", "ok"}, {"dimm_manufacturer", "a\nb"}, {"dimm_type", 7}, {"_name", "  x "}}}));
 }
 
+TEST(Memory, KeepsASpeedThatIsNoNumber) {
+  EXPECT_EQ(memory_text("*Memory-slot:1=\nused=1\nmanuf=\nspeed=not\n"),
+            memory_of({{{"dimm_status", "ok"}, {"dimm_speed", "not specified"}}}));
+}
+
+TEST(Memory, WritesASpeedAsText) {
+  InventoryTree profiler = profiler_with("SPMemoryDataType", {kModule});
+  InventoryTree snapshot = empty_snapshot();
+  collect_memory(snapshot, profiler);
+  const Tag* slot = snapshot.top().find_child("Memory")->find_child("Memory-slot:1");
+  EXPECT_EQ(slot->find_attribute("speed")->value().kind(), Value::Kind::text);
+}
+
 TEST(Memory, KeepsASpeedWithoutUnitWhole) {
   EXPECT_EQ(memory_text("*Memory-slot:1=\nused=1\nmanuf=\nspeed=1067\n"),
             memory_of({{{"dimm_status", "ok"}, {"dimm_speed", "1067"}}}));

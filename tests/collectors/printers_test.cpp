@@ -74,6 +74,11 @@ TEST(Printers, CountsEveryTextButLowerCaseNoAsYes) {
             one_printer("*Printer:1=A\n~kind=MFP\nis-default=1\nis-fax=1\n"));
 }
 
+TEST(Printers, TellsAFaxWhoseSwitchIsNo) {
+  EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "no"}, {"fax", "no"}}}),
+            one_printer("*Printer:1=A\nis-default=0\nis-fax=0\n"));
+}
+
 TEST(Printers, TellsThePrintServerOnlyBesideAUri) {
   EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "no"}, {"printserver", "srv"}}}),
             one_printer("*Printer:1=A\nis-default=0\n"));

@@ -54,6 +54,23 @@ TEST(Processors, CutsPerCoreSharesOffOnlyAtTheEnd) {
   EXPECT_NE(std::string::npos, text.find("l3-cache-size=1\n")) << text;
 }
 
+TEST(Processors, SharesCachesInDoublePrecision) {
+  // 0.7 in single precision, times 10, is just below 7; in single precision it would round to 7.
+  EXPECT_EQ(one_processor("CPU #1", "core-count=10\nl2-cache-size=6\nl3-cache-size=6\n"),
+            processors_of({{"packages", 1},
+                           {"number_processors", 10},
+                           {"l2_cache_core", "0.7 KB"},
+                           {"l3_cache_core", "0.7 KB"}}));
+}
+
+TEST(Processors, MultipliesTheClockSpeedInSinglePrecision) {
+  // 1.001 times 1000 is below 1001 in double precision, 1.012 times 1000 is below 1012 in single precision.
+  EXPECT_EQ(one_processor("CPU #1", "current-clock-speed=1001\n"),
+            processors_of({{"packages", 1}, {"current_processor_speed", "1.001 GHz"}}));
+  EXPECT_EQ(one_processor("CPU #1", "current-clock-speed=1011\n"),
+            processors_of({{"packages", 1}, {"current_processor_speed", "1.012 GHz"}}));
+}
+
 TEST(Processors, PrefersTheCacheToldPerCore) {
   EXPECT_EQ(one_processor("CPU #1", "core-count=2\nl2-cache-size=512\nl3-cache-size=4096\n"),
             processors_of({{"packages", 1},
