@@ -1,0 +1,196 @@
+#!/usr/bin/env python3
+"""Puts each deliberate fault of the tables into a copy of the sources and tells which of them no test notices.
+
+    tests/mutation/run.py                 # all of them: hours
+    tests/mutation/run.py 'printers|usb'  # those whose source, or rule, matches
+    tests/mutation/run.py --resume        # those without a result from an earlier run
+
+The copy, its build and the results are in build/mutation. For each fault the test program of its layer is built and
+run, first the tests that stand beside the source; when they pass, the rest of the program, and then the end-to-end
+tests that the table names. The exit status is 0 when every fault was noticed.
+"""
+
+import argparse
+import os
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+from fault_table import ROOT, TableError, read_tables
+
+WORK = ROOT / "build" / "mutation"
+TREE = WORK / "tree"
+BUILD = WORK / "build"
+RESULTS = WORK / "results.txt"
+# A fault may make a test wait, or ask for memory, without end.
+SECONDS = 300
+MEMORY = 8 << 30
+NOTICED, SURVIVED, BROKEN = "noticed", "SURVIVED", "does not compile"
+
+
+def run(command, seconds=SECONDS, **options):
+    """The exit status; 124 when it took too long, and then it and what it started are ended."""
+    process = subprocess.Popen(
+        command,
+        stdout=subprocess.DEVNULL,
+        stderr=subprocess.DEVNULL,
+        stdin=subprocess.DEVNULL,
+        start_new_session=True,
+        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY)),
+        **options,
+    )
+    try:
+        return process.wait(seconds)
+    except subprocess.TimeoutExpired:
+        os.killpg(process.pid, signal.SIGKILL)
+        process.wait()
+        return 124
+
+
+def copy_tree():
+    """The copy as the sources are now; files that are the same stay untouched, so that they are not built again."""
+    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, capture_output=True, text=True, check=True)
+    names = {name for name in listed.stdout.splitlines() if (ROOT / name).is_file()}
+    for path in [path for path in TREE.rglob("*") if path.is_file()]:
+        if path.relative_to(TREE).as_posix() not in names:
+            path.unlink()
+    for name in names:
+        source, copy = ROOT / name, TREE / name
+        if not copy.exists() or copy.read_bytes() != source.read_bytes():
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(source, copy)
+
+
+def configure():
+    options = ["-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0", "-DVELKARO_TESTS=ON"]
+    if shutil.which("ccache"):
+        options.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
+    if shutil.which("ninja"):
+        options.append("-GNinja")
+    subprocess.run(["cmake", "-S", TREE, "-B", BUILD, *options], check=True, stdout=subprocess.DEVNULL)
+
+
+def build(targets, jobs):
+    return run(["cmake", "--build", BUILD, "-j", str(jobs), "--target", *targets], seconds=None) == 0
+
+
+def layer(source):
+    """The folder below tests/ that tests a source, as the folders there mirror src/; none for the programs' mains."""
+    parts = Path(source).parts
+    if "main.cpp" in parts or "commands" in parts:
+        return None
+    return "inv" if parts[0] == "inv" else "contract" if "corefoundation" in parts else parts[1]
+
+
+def own_suites(source):
+    """The suites of the tests that stand beside a source, as a filter of GoogleTest; empty when there are none."""
+    files = (TREE / "tests" / layer(source)).rglob(f"{Path(source).stem}*_test.cpp")
+    suites = {suite for file in files for suite in re.findall(r"^TEST(?:_[FP])?\((\w+),", file.read_text(), re.MULTILINE)}
+    return ":".join(f"*{suite}.*" for suite in sorted(suites))
+
+
+class Session:
+    """One run over the faults."""
+
+    def __init__(self, jobs):
+        self.jobs = jobs
+
+    def try_fault(self, fault):
+        """The outcome and, where a test noticed the fault, what noticed it."""
+        path = TREE / fault.source
+        healthy = path.read_text()
+        path.write_text(fault.apply(healthy))
+        try:
+            return self.judge(fault)
+        finally:
+            path.write_text(healthy)
+
+    def judge(self, fault):
+        if layer(fault.source):
+            program = f"{layer(fault.source)}_tests"
+            if not build([program], self.jobs):
+                return BROKEN, "the compiler"
+            suites = own_suites(fault.source)
+            filters = ([suites] if suites else []) + [f"-{suites}" if suites else "*"]
+            for chosen in filters:
+                if run([BUILD / "tests" / program, f"--gtest_filter={chosen}", "--gtest_fail_fast"], cwd=WORK) != 0:
+                    return NOTICED, program
+        if fault.e2e:
+            if not build(["velkaro-scanner", "inv"], self.jobs):
+                return BROKEN, "the compiler"
+            for test in fault.e2e:
+                if self.run_script(test) != 0:
+                    return NOTICED, test
+        return SURVIVED, ""
+
+    @staticmethod
+    def run_script(test):
+        script, _, case = test.partition(".")
+        environment = dict(
+            os.environ, VELKARO_SCANNER=str(BUILD / "velkaro-scanner"), VELKARO_BUILD=str(BUILD), PYTHONDONTWRITEBYTECODE="1"
+        )
+        arguments = [f"{script}.py", "--failfast", *([case] if case else [])]
+        return run([sys.executable, *arguments], cwd=TREE / "tests" / "e2e", env=environment)
+
+    def check_health(self, faults):
+        """Ends the program unless all that is to notice the faults passes without them."""
+        programs = sorted({f"{layer(fault.source)}_tests" for fault in faults if layer(fault.source)})
+        if not build([*programs, "velkaro-scanner", "inv"], self.jobs):
+            sys.exit("The sources do not compile without a fault")
+        for program in programs:
+            if run([BUILD / "tests" / program, "--gtest_fail_fast"], cwd=WORK) != 0:
+                sys.exit(f"{program} fails without a fault")
+        for test in sorted({test for fault in faults for test in fault.e2e}):
+            if self.run_script(test) != 0:
+                sys.exit(f"{test} fails without a fault")
+
+
+def read_results():
+    """The outcome of each fault's last trial, by its name."""
+    if not RESULTS.exists():
+        return {}
+    return {name: outcome for outcome, name in (line.split("\t")[:2] for line in RESULTS.read_text().splitlines())}
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("pattern", nargs="?", default="", help="only faults whose source or rule matches this expression")
+    parser.add_argument("--resume", action="store_true", help="leave out what has a result, but for survivors")
+    parser.add_argument("--unchecked", action="store_true", help="trust that the tests pass without a fault")
+    parser.add_argument("--jobs", type=int, default=2, help="compilers at a time")
+    options = parser.parse_args()
+    os.nice(19)
+    try:
+        faults = [fault for fault in read_tables() if re.search(options.pattern, fault.name)]
+    except TableError as error:
+        sys.exit(str(error))
+    known = read_results() if options.resume else {}
+    faults = [fault for fault in faults if known.get(fault.name) != NOTICED]
+    copy_tree()
+    configure()
+    session = Session(options.jobs)
+    if not options.unchecked:
+        session.check_health(faults)
+    outcomes = []
+    with RESULTS.open("a" if options.resume else "w") as results:
+        for fault in faults:
+            start = time.monotonic()
+            try:
+                outcome, test = session.try_fault(fault)
+            except TableError as error:
+                outcome, test = "is not there any more", str(error)
+            outcomes.append(outcome)
+            print(f"{outcome:9} {time.monotonic() - start:4.0f} s  {fault.place}: {fault.name}  {test}", flush=True)
+            print(outcome, fault.name, test, sep="\t", file=results, flush=True)
+    noticed = outcomes.count(NOTICED)
+    print(f"{len(outcomes)} faults, {noticed} noticed, {len(outcomes) - noticed} not" + (f"; {len(known)} tried before" if known else ""))
+    sys.exit(noticed != len(outcomes))
+
+
+if __name__ == "__main__":
+    main()
