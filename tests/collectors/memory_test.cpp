@@ -53,6 +53,13 @@ TEST(Memory, NumbersSlotsThroughGroupsAndLoneSlots) {
             memory_of({bank_group({kModule, {{"dimm_status", "empty"}}}), kModule}));
 }
 
+TEST(Memory, NumbersSlotsThroughALoneSlotAndSeveralGroups) {
+  const Item empty = {{"dimm_status", "empty"}};
+  EXPECT_EQ(memory_text("*Memory-slot:1=\nused=0\n*Memory-slot:2=\nused=0\n*Memory-slot:3=\nused=0\n"
+                        "*Memory-slot:4=\nused=0\n"),
+            memory_of({empty, bank_group({empty, empty}), bank_group({empty})}));
+}
+
 TEST(Memory, PassesOverEmptyEntriesOfAGroup) {
   InventoryTree profiler = profiler_with("SPMemoryDataType", {bank_group({kModule})});
   profiler.set_tag_value("/SPMemoryDataType/_items/item0/_items/item1", Value());

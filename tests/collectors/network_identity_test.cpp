@@ -132,6 +132,12 @@ TEST(NetworkIdentity, KeepsAGivenAddressThatNoAdapterHas) {
   EXPECT_EQ(nullptr, identity.workgroup);
 }
 
+TEST(NetworkIdentity, TakesAnEmptyAddressForOneThatNoAdapterHas) {
+  const NetworkIdentity identity = identity_among({adapter("en0", "10.0.0.5")}, "");
+  EXPECT_STREQ("", identity.ip_address.get());
+  EXPECT_EQ(nullptr, identity.hardware_address);
+}
+
 TEST(NetworkIdentity, IsManualOnlyByThatWord) {
   EXPECT_TRUE(identity_among({adapter("en0", "10.0.0.5", kAddress, "Manual")}).manual);
   for (const char* method : {"manual", "DHCP", "ManualDHCP", ""})

@@ -27,35 +27,46 @@ WORK = ROOT / "build" / "mutation"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 RESULTS = WORK / "results.txt"
+OUTPUT = WORK / "output.txt"
 # A fault may make a test wait, or ask for memory, without end.
 SECONDS = 300
 MEMORY = 8 << 30
-NOTICED, SURVIVED, BROKEN = "noticed", "SURVIVED", "does not compile"
+# What may become of a fault.
+NOTICED, SURVIVED, BROKEN, MISSING = "noticed", "SURVIVED", "does not compile", "is not there any more"
 
 
 def run(command, seconds=SECONDS, **options):
-    """The exit status; 124 when it took too long, and then it and what it started are ended."""
-    process = subprocess.Popen(
-        command,
-        stdout=subprocess.DEVNULL,
-        stderr=subprocess.DEVNULL,
-        stdin=subprocess.DEVNULL,
-        start_new_session=True,
-        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY)),
-        **options,
-    )
-    try:
-        return process.wait(seconds)
-    except subprocess.TimeoutExpired:
-        os.killpg(process.pid, signal.SIGKILL)
-        process.wait()
-        return 124
+    """Whether it ended well, and in time; else it and what it started are ended. What it said is in OUTPUT."""
+    with OUTPUT.open("wb") as output:
+        process = subprocess.Popen(
+            command,
+            stdout=output,
+            stderr=output,
+            stdin=subprocess.DEVNULL,
+            start_new_session=True,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY)),
+            **options,
+        )
+        try:
+            return process.wait(seconds) == 0
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+            return False
+
+
+def failed_test():
+    """The test that failed in what was run last; what that said last where it did not come to tell."""
+    said = OUTPUT.read_text(errors="replace")
+    failed = re.search(r"^\[  FAILED  \] ([\w./]+)|^(?:FAIL|ERROR): (\w+)", said, re.MULTILINE)
+    running = re.findall(r"^\[ RUN      \] ([\w./]+)", said, re.MULTILINE)
+    return (failed[1] or failed[2]) if failed else f"the end of {running[-1]}" if running else "its end"
 
 
 def copy_tree():
     """The copy as the sources are now; files that are the same stay untouched, so that they are not built again."""
-    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, capture_output=True, text=True, check=True)
-    names = {name for name in listed.stdout.splitlines() if (ROOT / name).is_file()}
+    listed = subprocess.check_output(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, text=True)
+    names = {name for name in listed.splitlines() if (ROOT / name).is_file()}
     for path in [path for path in TREE.rglob("*") if path.is_file()]:
         if path.relative_to(TREE).as_posix() not in names:
             path.unlink()
@@ -72,11 +83,13 @@ def configure():
         options.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
     if shutil.which("ninja"):
         options.append("-GNinja")
+    if shutil.which("ld.lld"):
+        options.append("-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld")
     subprocess.run(["cmake", "-S", TREE, "-B", BUILD, *options], check=True, stdout=subprocess.DEVNULL)
 
 
 def build(targets, jobs):
-    return run(["cmake", "--build", BUILD, "-j", str(jobs), "--target", *targets], seconds=None) == 0
+    return run(["cmake", "--build", BUILD, "-j", str(jobs), "--target", *targets], seconds=None)
 
 
 def layer(source):
@@ -114,18 +127,19 @@ class Session:
         if layer(fault.source):
             program = f"{layer(fault.source)}_tests"
             if not build([program], self.jobs):
-                return BROKEN, "the compiler"
+                return BROKEN, ""
             suites = own_suites(fault.source)
             filters = ([suites] if suites else []) + [f"-{suites}" if suites else "*"]
             for chosen in filters:
-                if run([BUILD / "tests" / program, f"--gtest_filter={chosen}", "--gtest_fail_fast"], cwd=WORK) != 0:
-                    return NOTICED, program
+                if not run([BUILD / "tests" / program, f"--gtest_filter={chosen}", "--gtest_fail_fast"], cwd=WORK):
+                    return NOTICED, failed_test()
         if fault.e2e:
-            if not build(["velkaro-scanner", "inv"], self.jobs):
-                return BROKEN, "the compiler"
+            programs = ["velkaro-scanner", "inv"] if fault.source.startswith("inv/") else ["velkaro-scanner"]
+            if not build(programs, self.jobs):
+                return BROKEN, ""
             for test in fault.e2e:
-                if self.run_script(test) != 0:
-                    return NOTICED, test
+                if not self.run_script(test):
+                    return NOTICED, f"{test}: {failed_test()}"
         return SURVIVED, ""
 
     @staticmethod
@@ -143,53 +157,58 @@ class Session:
         if not build([*programs, "velkaro-scanner", "inv"], self.jobs):
             sys.exit("The sources do not compile without a fault")
         for program in programs:
-            if run([BUILD / "tests" / program, "--gtest_fail_fast"], cwd=WORK) != 0:
-                sys.exit(f"{program} fails without a fault")
+            if not run([BUILD / "tests" / program, "--gtest_fail_fast"], cwd=WORK):
+                sys.exit(f"{program} fails without a fault: {failed_test()}")
         for test in sorted({test for fault in faults for test in fault.e2e}):
-            if self.run_script(test) != 0:
-                sys.exit(f"{test} fails without a fault")
+            if not self.run_script(test):
+                sys.exit(f"{test} fails without a fault: {failed_test()}")
 
 
 def read_results():
     """The outcome of each fault's last trial, by its name."""
-    if not RESULTS.exists():
-        return {}
-    return {name: outcome for outcome, name in (line.split("\t")[:2] for line in RESULTS.read_text().splitlines())}
+    lines = RESULTS.read_text().splitlines() if RESULTS.exists() else []
+    return {name: outcome for outcome, name, _ in (line.split("\t") for line in lines)}
+
+
+def tell_figure(faults):
+    """What became of all faults of the tables; true when each was noticed."""
+    results = read_results()
+    outcomes = [results.get(fault.name, "not tried") for fault in faults]
+    print(f"{len(faults)} faults: " + ", ".join(f"{outcomes.count(outcome)} {outcome}" for outcome in sorted(set(outcomes))))
+    return set(outcomes) == {NOTICED}
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("pattern", nargs="?", default="", help="only faults whose source or rule matches this expression")
-    parser.add_argument("--resume", action="store_true", help="leave out what has a result, but for survivors")
+    parser.add_argument("--resume", action="store_true", help="leave out what was noticed in an earlier run")
     parser.add_argument("--unchecked", action="store_true", help="trust that the tests pass without a fault")
     parser.add_argument("--jobs", type=int, default=2, help="compilers at a time")
     options = parser.parse_args()
-    os.nice(19)
+    os.nice(10)
     try:
-        faults = [fault for fault in read_tables() if re.search(options.pattern, fault.name)]
+        all_faults = read_tables()
     except TableError as error:
         sys.exit(str(error))
+    if not options.resume and not options.pattern:
+        RESULTS.unlink(missing_ok=True)
     known = read_results() if options.resume else {}
-    faults = [fault for fault in faults if known.get(fault.name) != NOTICED]
+    faults = [fault for fault in all_faults if re.search(options.pattern, fault.name) and known.get(fault.name) != NOTICED]
     copy_tree()
     configure()
     session = Session(options.jobs)
     if not options.unchecked:
         session.check_health(faults)
-    outcomes = []
-    with RESULTS.open("a" if options.resume else "w") as results:
+    with RESULTS.open("a") as results:
         for fault in faults:
             start = time.monotonic()
             try:
                 outcome, test = session.try_fault(fault)
             except TableError as error:
-                outcome, test = "is not there any more", str(error)
-            outcomes.append(outcome)
+                outcome, test = MISSING, str(error)
             print(f"{outcome:9} {time.monotonic() - start:4.0f} s  {fault.place}: {fault.name}  {test}", flush=True)
             print(outcome, fault.name, test, sep="\t", file=results, flush=True)
-    noticed = outcomes.count(NOTICED)
-    print(f"{len(outcomes)} faults, {noticed} noticed, {len(outcomes) - noticed} not" + (f"; {len(known)} tried before" if known else ""))
-    sys.exit(noticed != len(outcomes))
+    sys.exit(0 if tell_figure(all_faults) else 1)
 
 
 if __name__ == "__main__":
