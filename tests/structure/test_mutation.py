@@ -22,7 +22,7 @@ class FaultTables(unittest.TestCase):
                 fault.apply((ROOT / fault.source).read_text())
             except (OSError, TableError) as error:
                 wrong.append(str(error))
-        self.assertEqual(wrong, [])
+        self.assertEqual("\n".join(wrong), "")
 
     def test_name_end_to_end_tests_that_there_are(self):
         wrong = set()
