@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
-#include "tests/collectors/tree_helpers.h"
+#include "tests/collectors/item_lists.h"
+#include "tests/collectors/tool_helpers.h"
 
 namespace {
 
@@ -26,17 +26,31 @@ std::vector<std::string> elements(const InventoryTree& tree) {
   return names;
 }
 
-TEST(PostProcess, RunsTheCollectorsInTheirOrder) {
+// Something for every collector.
+InventoryTree full_profiler() {
   InventoryTree profiler = small_profiler();
+  add_item(profiler, "SPFirewallDataType", {{"spfirewall_globalstate", "spfirewall_globalstate_allow_all"}});
+  add_item(profiler, "SPUSBDataType", holding("_items", {{{"_name", "Mouse"}}}));
+  add_item(profiler, "SPPrintersDataType", {{"_name", "Printer"}, {"default", "yes"}});
+  add_item(profiler, "SPSerialATADataType", holding("_items", {{{"smart_status", "Verified"}}}));
+  add_item(profiler, "SPDisplaysDataType", {{"sppci_model", "Graphics 9400"}});
+  return profiler;
+}
+
+TEST(PostProcess, RunsTheCollectorsInTheirOrder) {
+  FakeTools tools;
+  tools.write("ls", "echo jdoe");
+  write_printing_tool(tools, "dscl", "x\nNFSHomeDirectory: /\nRecordName: jdoe\nRecordType: t\n");
+  InventoryTree profiler = full_profiler();
   InventoryTree snapshot = empty_snapshot();
   post_process(snapshot, profiler, false);
-  const std::vector<std::string> order = {"Processors", "Memory",    "Network",    "OS",
-                                          "Software",   "Processes", "Environment"};
-  std::vector<std::string> found;
-  for (const std::string& name : elements(snapshot)) {
-    if (std::find(order.begin(), order.end(), name) != order.end()) found.push_back(name);
-  }
-  EXPECT_EQ(order, found);
+  const std::vector<std::string> order = {"System",    "Processors",  "Memory",  "Video",         "Storage",
+                                          "Network",   "Peripherals", "OS",      "User-accounts", "Software",
+                                          "Processes", "Environment", "Security"};
+  EXPECT_EQ(order, elements(snapshot));
+  const Tag* peripherals = snapshot.top().find_child("Peripherals");
+  EXPECT_EQ("Printers", peripherals->child_at(0)->name());
+  EXPECT_EQ("USB", peripherals->child_at(1)->name());
 }
 
 TEST(PostProcess, CopiesTheProcessesWhole) {
