@@ -169,6 +169,8 @@ TEST(CollectUsb, GivesARemovableDiskNoDeviceNumber) {
   EXPECT_EQ(disks(snapshot), "Removable:1=Stick ");
 }
 
+TEST(CollectUsb, CodesTheMediaOfARemovableDiskAsText) { EXPECT_EQ(disk_fact("media-type", {}), "2"); }
+
 TEST(CollectUsb, DoesNotLookBelowARemovableDisk) {
   EXPECT_EQ(devices(collect({holding("_items", {device("A")}, stick("Stick"))})), "");
 }
