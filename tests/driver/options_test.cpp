@@ -18,6 +18,11 @@ TEST(ParseOptions, WithoutArgumentsNothingIsSet) {
   EXPECT_STREQ(options.login.get(), "");
 }
 
+TEST(ParseOptions, TakesTheProgramsOwnNameForNone) {
+  const char* const arguments[] = {"/silent"};
+  EXPECT_FALSE(parse_options(1, arguments).silent);
+}
+
 TEST(ParseOptions, TakesBothPrefixes) {
   for (const bool slash : {true, false}) {
     const Options options = slash ? parse({"/silent", "/log", "/debug", "/ip:1.2.3.4", "/login:me"})
