@@ -162,11 +162,6 @@ class OutputFile(ScanTestCase):
             self.assertEqual(self.scan("/silent").stdout, f"{PERCENTAGES}>>>{expected}\n")
             self.assertIn(expected, self.files())
 
-    def test_counts_on_as_far_as_it_must(self):
-        for taken in (NAME, *(NAME.replace(".inv", f"({number}).inv") for number in range(1, 120))):
-            (self.out / taken).touch()
-        self.assertIn(f">>>{NAME.replace('.inv', '(120).inv')}\n", self.scan("/silent").stdout)
-
     def test_that_cannot_be_saved_does_not_end_the_log(self):
         """In a folder that is gone nothing can be saved, and the file has no path but its name."""
         result = self.scan("/log", answer="y", prefix=("sh", "-c", 'rmdir "$PWD" && exec "$0" "$@"'))
