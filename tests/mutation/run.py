@@ -11,6 +11,7 @@ tests that the table names. The exit status is 0 when every fault was noticed.
 """
 
 import argparse
+import fcntl
 import os
 import re
 import resource
@@ -63,6 +64,17 @@ def failed_test():
     return (failed[1] or failed[2]) if failed else f"the end of {running[-1]}" if running else "its end"
 
 
+def claim_copy():
+    """An open file that keeps other runs out of the copy. Ends the program where another one is at it."""
+    WORK.mkdir(parents=True, exist_ok=True)
+    lock = (WORK / "lock").open("w")
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        sys.exit(f"Another run is at work in {WORK}")
+    return lock
+
+
 def copy_tree():
     """The copy as the sources are now; files that are the same stay untouched, so that they are not built again."""
     listed = subprocess.check_output(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, text=True)
@@ -92,19 +104,30 @@ def build(targets, jobs):
     return run(["cmake", "--build", BUILD, "-j", str(jobs), "--target", *targets], seconds=None)
 
 
-def layer(source):
-    """The folder below tests/ that tests a source, as the folders there mirror src/; none for the programs' mains."""
+def layers(source):
+    """The folders below tests/ that test a source, as the folders there mirror src/; none for the programs' mains."""
     parts = Path(source).parts
     if "main.cpp" in parts or "commands" in parts:
-        return None
-    return "inv" if parts[0] == "inv" else "contract" if "corefoundation" in parts else parts[1]
+        return []
+    if parts[0] == "inv":
+        return ["inv"]
+    # What CoreFoundation accepts is told in the contract, for the scanner of property lists too.
+    return {"plist": ["plist", "contract"], "platform": ["platform", "contract"]}.get(parts[1], [parts[1]])
 
 
-def own_suites(source):
+def program(layer):
+    return f"{layer}_tests"
+
+
+def own_suites(source, layer):
     """The suites of the tests that stand beside a source, as a filter of GoogleTest; empty when there are none."""
-    files = (TREE / "tests" / layer(source)).rglob(f"{Path(source).stem}*_test.cpp")
+    files = (TREE / "tests" / layer).rglob(f"{Path(source).stem}*_test.cpp")
     suites = {suite for file in files for suite in re.findall(r"^TEST(?:_[FP])?\((\w+),", file.read_text(), re.MULTILINE)}
     return ":".join(f"*{suite}.*" for suite in sorted(suites))
+
+
+def run_tests(layer, chosen="*"):
+    return run([BUILD / "tests" / program(layer), f"--gtest_filter={chosen}", "--gtest_fail_fast"], cwd=WORK)
 
 
 class Session:
@@ -124,14 +147,13 @@ class Session:
             path.write_text(healthy)
 
     def judge(self, fault):
-        if layer(fault.source):
-            program = f"{layer(fault.source)}_tests"
-            if not build([program], self.jobs):
+        for layer in layers(fault.source):
+            if not build([program(layer)], self.jobs):
                 return BROKEN, ""
-            suites = own_suites(fault.source)
-            filters = ([suites] if suites else []) + [f"-{suites}" if suites else "*"]
+            suites = own_suites(fault.source, layer)
+            filters = [suites, f"-{suites}"] if suites else ["*"]
             for chosen in filters:
-                if not run([BUILD / "tests" / program, f"--gtest_filter={chosen}", "--gtest_fail_fast"], cwd=WORK):
+                if not run_tests(layer, chosen):
                     return NOTICED, failed_test()
         if fault.e2e:
             programs = ["velkaro-scanner", "inv"] if fault.source.startswith("inv/") else ["velkaro-scanner"]
@@ -153,12 +175,12 @@ class Session:
 
     def check_health(self, faults):
         """Ends the program unless all that is to notice the faults passes without them."""
-        programs = sorted({f"{layer(fault.source)}_tests" for fault in faults if layer(fault.source)})
-        if not build([*programs, "velkaro-scanner", "inv"], self.jobs):
+        needed = sorted({layer for fault in faults for layer in layers(fault.source)})
+        if not build([*map(program, needed), "velkaro-scanner", "inv"], self.jobs):
             sys.exit("The sources do not compile without a fault")
-        for program in programs:
-            if not run([BUILD / "tests" / program, "--gtest_fail_fast"], cwd=WORK):
-                sys.exit(f"{program} fails without a fault: {failed_test()}")
+        for layer in needed:
+            if not run_tests(layer):
+                sys.exit(f"{program(layer)} fails without a fault: {failed_test()}")
         for test in sorted({test for fault in faults for test in fault.e2e}):
             if not self.run_script(test):
                 sys.exit(f"{test} fails without a fault: {failed_test()}")
@@ -194,6 +216,7 @@ def main():
         RESULTS.unlink(missing_ok=True)
     known = read_results() if options.resume else {}
     faults = [fault for fault in all_faults if re.search(options.pattern, fault.name) and known.get(fault.name) != NOTICED]
+    _lock = claim_copy()
     copy_tree()
     configure()
     session = Session(options.jobs)

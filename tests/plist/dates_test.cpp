@@ -23,6 +23,12 @@ TEST(PlistDates, RollOverFromMonthToMonth) {
   EXPECT_EQ(plist::parse_date("2010-01-99T99:99:99Z"), plist::parse_date("2010-04-13T04:40:39Z"));
 }
 
+TEST(PlistDates, HoldNothingButTheDate) {
+  for (const char* text :
+       {"2010-01-01T00:00:00Z ", "2010-01-01T00:00:00ZZ", " 2010-01-01T00:00:00Z", "2010-01-01T00:00:00"})
+    EXPECT_FALSE(plist::parse_date(text)) << text;
+}
+
 TEST(PlistDates, HaveNineDigitsOfYearAtMost) {
   EXPECT_TRUE(plist::parse_date("999999999-01-01T00:00:00Z"));
   EXPECT_FALSE(plist::parse_date("1000000000-01-01T00:00:00Z"));

@@ -132,6 +132,7 @@ TEST(LenientScanner, DropsUnreadableValuesWithTheirKeys) {
     EXPECT_EQ(salvaged(list), "{a:true c:3}") << value;
   }
   EXPECT_EQ(salvaged("<array><integer>x</integer><true/></array>"), "[true]");
+  EXPECT_EQ(salvaged("<dict><key>a</key><integer>x</integer><string>b</string></dict>"), "{}");
 }
 
 TEST(LenientScanner, DropsValuesWithoutAKey) {

@@ -32,4 +32,7 @@ TEST(Reals, HoldNothingButTheNumber) {
   EXPECT_FALSE(plist::parse_real("1.5 "));
   EXPECT_FALSE(plist::parse_real(" 1.5"));
   EXPECT_FALSE(plist::parse_real("+nan"));
+  EXPECT_FALSE(plist::parse_real("1e"));
+  EXPECT_FALSE(plist::parse_real("1e+"));
+  EXPECT_FALSE(plist::parse_real("."));
 }
