@@ -356,6 +356,8 @@ TEST(CfstringToText, KeepsEveryByte) {
   EXPECT_STREQ(cfstring_to_text(CFSTR("\xF0\x9F\x98\x80\xF0\x9F\x98\x80"), &length).get(),
                "\xF0\x9F\x98\x80\xF0\x9F\x98\x80");
   EXPECT_EQ(length, 8);
+  EXPECT_STREQ(cfstring_to_text(CFSTR("\u30AB\u30AB"), &length).get(), "\u30AB\u30AB");
+  EXPECT_EQ(length, 6);
 }
 
 TEST(CFStringText, IsTheTextThatACopyWouldBe) {
