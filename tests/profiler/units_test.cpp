@@ -223,6 +223,7 @@ TEST(CopyLine, GivesNoneForAnEmptyLine) {
 TEST(CopyWord, EndsAtTheFirstBlank) {
   EXPECT_STREQ("1067", copy_word("1067 MHz").get());
   EXPECT_STREQ("", copy_word(" MHz").get());
+  EXPECT_STREQ("10\t67", copy_word("10\t67 MHz").get());
 }
 
 TEST(CopyWord, TakesATextWithoutBlankWhole) {

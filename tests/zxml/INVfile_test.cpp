@@ -156,6 +156,16 @@ TEST(Container, GivesAnUnknownKindItsPlaceAndItsNumberButNoEntry) {
   EXPECT_EQ(as_string(file.build(kPlain)).substr(19, 23), kAssetData);
 }
 
+TEST(Container, PutsEachSectionBehindAllBeforeIt) {
+  INVfile file(1);
+  for (int i = 0; i < 3; ++i) file.add_section(tree("AssetInfo"), kAssetInfo, Layout::whole_plain);
+  EXPECT_EQ(plain_header(file),
+            "[H]\ncount=3\nsnapshotcount=0\n"
+            "[0]\noffset=0\nlength=23\ntype=assetinfo\n"
+            "[1]\noffset=23\nlength=23\ntype=assetinfo\n"
+            "[2]\noffset=46\nlength=23\ntype=assetinfo\n");
+}
+
 TEST(Container, CountsSnapshotsByTheirTreesAndNotByTheirKind) {
   INVfile file(1);
   file.add_section(tree("Snapshot"), 7, Layout::whole_plain);
