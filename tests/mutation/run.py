@@ -30,7 +30,7 @@ BUILD = WORK / "build"
 RESULTS = WORK / "results.txt"
 OUTPUT = WORK / "output.txt"
 # A fault may make a test wait, or ask for memory, without end.
-SECONDS = 300
+SECONDS = 120
 MEMORY = 8 << 30
 # What may become of a fault.
 NOTICED, SURVIVED, BROKEN, MISSING = "noticed", "SURVIVED", "does not compile", "is not there any more"

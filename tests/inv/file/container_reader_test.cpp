@@ -132,6 +132,16 @@ TEST(ContainerReader, SaysWhereATrailerIsWrong) {
             "at byte " + std::to_string(body.size()) + ": the header's offset is beyond the file\n");
 }
 
+TEST(ContainerReader, RefusesEveryOtherMagic) {
+  const std::string file = maker::container("", header("", 0));
+  for (size_t back = 1; back <= 4; ++back) {
+    std::string damaged = file;
+    damaged[damaged.size() - back] = '?';
+    EXPECT_EQ(faults_of(damaged),
+              "at byte " + std::to_string(file.size() - 4) + ": the magic \"INV!\" is missing\n");
+  }
+}
+
 TEST(ContainerReader, SaysWhereAHeaderIsWrong) {
   const auto fault = [](const std::string& text) { return faults_of(maker::container("abc", text)); };
   EXPECT_EQ(fault(""), "at byte 3: the header does not begin with [H]\n");
@@ -160,6 +170,22 @@ TEST(ContainerReader, RefusesDamagedCompressedHeader) {
       std::string::npos);
 }
 
+TEST(ContainerReader, RefusesBytesBehindTheStreamOfAHeader) {
+  const std::string stream = maker::deflated(header("", 0));
+  EXPECT_EQ(faults_of(stream + maker::trailer(0, true, 3, 1)), "");
+  EXPECT_EQ(faults_of(stream + "x" + maker::trailer(0, true, 3, 1)),
+            "at byte " + std::to_string(stream.size()) +
+                ": the header cannot be read: bytes follow its zlib stream\n");
+}
+
+TEST(ContainerReader, RefusesAPlainHeaderLargerThanAnyIs) {
+  const std::string start = header("", 0) + "x=";
+  const std::string largest = start + std::string((1 << 20) - start.size() - 1, 'x') + "\n";
+  EXPECT_EQ(faults_of(maker::container("", largest)), "");
+  EXPECT_EQ(faults_of(maker::container("", "[H]\nx=" + largest)),
+            "at byte 0: the header is larger than any header is\n");
+}
+
 TEST(ContainerReader, RefusesHeaderThatInflatesWithoutEnd) {
   const std::string bomb = maker::deflated(std::string(8 << 20, ' '));
   EXPECT_NE(faults_of(bomb + maker::trailer(0, true, 3, 1)).find("inflates to more than 1048576 bytes"),
@@ -177,6 +203,15 @@ TEST(ContainerReader, KeepsOtherSectionsWhenOneDoesNotFit) {
   EXPECT_EQ(container->sections[0].data, "abc");
   EXPECT_TRUE(container->sections[1].data.empty());
   EXPECT_EQ(inv::describe(faults[0]), "at byte 6: section 1 does not fit before the header");
+}
+
+TEST(ContainerReader, RefusesASectionThatReachesIntoTheHeader) {
+  EXPECT_EQ(faults_of(maker::container("abcdef", header("[0]\noffset=3\nlength=4\ntype=x\n"))),
+            "at byte 6: section 0 does not fit before the header\n");
+}
+
+TEST(ContainerReader, TakesASectionOfJustTheLimit) {
+  EXPECT_EQ(faults_of(maker::container("abcdef", header("[0]\noffset=0\nlength=6\ntype=x\n")), 6), "");
 }
 
 TEST(ContainerReader, RefusesSectionDeclaredLargerThanTheLimit) {

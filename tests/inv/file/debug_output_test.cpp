@@ -49,6 +49,8 @@ TEST(ProfilerOutput, CommentsAndCdataHoldNoTags) {
             (Types{{"SPOne",
                     "<dict><key>_dataType</key><string>SPOne</string><key>k</key><string><![CDATA[</dict>]]>"
                     "</string></dict>"}}));
+  EXPECT_EQ(split("<array><!-- a > b <dict> --><dict><key>_dataType</key><string>SPOne</string></dict>"),
+            (Types{{"SPOne", "<dict><key>_dataType</key><string>SPOne</string></dict>"}}));
 }
 
 TEST(ProfilerOutput, DamagedOutputIsCutAsFarAsItGoes) {
