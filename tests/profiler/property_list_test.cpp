@@ -160,6 +160,17 @@ TEST(ParseProfilerDocument, ReadsTheShortFormOfAnEmptyList) {
   }
 }
 
+TEST(ParseProfilerDocument, ReadsTheShortFormsOfManyEmptyLists) {
+  const std::string empty = std::string(kPrologue, kPrologueLength - 8) + "<array/>\n</plist>\n";
+  std::vector<std::string> texts(21, empty);
+  const CFRef<CFArrayRef> none = parse_profiler_document(document_of(texts));
+  ASSERT_TRUE(none);
+  EXPECT_EQ(CFArrayGetCount(none.get()), 0);
+  texts[3] = framed(data_type("A", "1"));
+  texts[5] = framed(data_type("B", "2"));
+  EXPECT_EQ(tree_of(document_of(texts)), kBoth);
+}
+
 TEST(ParseProfilerDocument, NamesAnOutputThatIsNoListAndKeepsTheRest) {
   for (const std::string& garbage : {std::string(500, 'x'), std::string(500, '<'), std::string(100, '\0')}) {
     ProfilerDocument document = document_with(framed(data_type("A", "1")), framed(data_type("B", "2")));
