@@ -112,6 +112,38 @@ TEST(Inventory, IdentityPrefersWhatStaysTheSame) {
   EXPECT_EQ(inv::scan_timestamp(*empty), "");
 }
 
+TEST(Inventory, IdentityPrefersTheSerialNumberToTheUuid) {
+  const auto identity = [](const std::string& lines) {
+    return inv::machine_identity(*maker::open(
+        maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\nhostname=mac\n+System=\n" + lines + "-\n-\n")));
+  };
+  const std::string uuid = "*Computer-system=\nuuid=U-1\n", serial = "*Chassis=\nserial=S-1\n";
+  EXPECT_EQ(identity(uuid + serial), "S-1");
+  EXPECT_EQ(identity(uuid), "U-1");
+  EXPECT_EQ(identity(""), "mac");
+}
+
+TEST(Inventory, ADebugFileHasTheTimeOfItsAttempt) {
+  const std::string section =
+      maker::deflated("\xEF\xBB\xBF?zxml\n*AssetInfo=\nlast-scan=\nscan-attempt=now\n") +
+      std::string("\0\1ZXML", 6);
+  const auto inventory =
+      maker::open(maker::container(section, "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=" +
+                                                std::to_string(section.size()) + "\ntype=assetinfo\n"));
+  EXPECT_EQ(inv::scan_timestamp(*inventory), "now");
+}
+
+TEST(Inventory, BytesBehindRawDataAreAFault) {
+  const std::string stream = maker::deflated("<plist/>");
+  const auto inventory = maker::open(maker::container(
+      stream + "x", "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=" +
+                        std::to_string(stream.size() + 1) + "\ntype=customdata\nID=rawdata\n"));
+  EXPECT_FALSE(inventory->raw_data());
+  ASSERT_EQ(inventory->faults.size(), 1u);
+  EXPECT_EQ(inv::describe(inventory->faults[0]),
+            "at byte " + std::to_string(stream.size()) + ": raw data section: bytes follow the zlib stream");
+}
+
 TEST(Inventory, AFileThatCannotBeReadGivesTheReason) {
   std::string error;
   EXPECT_FALSE(inv::open_file("/nowhere/at/all.inv", inv::kUsualMaxSize, &error));

@@ -86,6 +86,8 @@ TEST(SectionText, RefusesASplitSectionWhosePartsAreNotWhereTheIndexSays) {
   EXPECT_EQ(fault_of(section("[Root]\noffset=0\nlength=" + length + "\n")), "read");
   EXPECT_EQ(fault_of(section("[Root]\noffset=1\nlength=" + length + "\n")),
             "at byte 0: a part of the section is not where its index says");
+  EXPECT_EQ(fault_of(section("[Root]\noffset=1\nlength=1\n")),
+            "at byte 0: a part of the section is not where its index says");
   EXPECT_EQ(fault_of(section("[Root]\noffset=0\nlength=999\n")),
             "at byte 0: a part of the section is not where its index says");
   EXPECT_EQ(fault_of(section("[Root]\noffset=0\n")),
@@ -98,6 +100,9 @@ TEST(SectionText, RefusesTextsAboveTheLimit) {
   const std::string section = maker::deflated(std::string(100'000, 'a')) + std::string("\0\1ZXML", 6);
   EXPECT_EQ(fault_of(section, 100'000), "read");
   EXPECT_NE(fault_of(section, 99'999).find("it inflates to more than 99999 bytes"), std::string::npos);
+  const std::string plain = std::string(100'000, 'a') + std::string(2, '\0');
+  EXPECT_EQ(fault_of(plain, 100'000), "read");
+  EXPECT_EQ(fault_of(plain, 99'999), "at byte 0: the text has more than 99999 bytes");
 }
 
 }  // namespace

@@ -37,6 +37,25 @@ TEST(Verify, WantsWhatAConsoleFilesASnapshotUnder) {
             "at byte 0 (line 2, byte 9 of the text): the snapshot has no \"scan-time\"");
 }
 
+TEST(Verify, WantsEachOfThem) {
+  for (const std::string name : {"timestamp", "scan-time", "client-version", "scan-subtype", "snaptype"}) {
+    std::string attributes = kNeeded;
+    const size_t start = attributes.find(name + "=");
+    attributes.erase(start, attributes.find('\n', start) + 1 - start);
+    EXPECT_EQ(first_fault(maker::file_of_text(snapshot_text(attributes))),
+              "at byte 0 (line 2, byte 9 of the text): the snapshot has no \"" + name + "\"");
+  }
+}
+
+TEST(Verify, WantsEverySnapshotCounted) {
+  std::string file = maker::file_of_text(snapshot_text(kNeeded));
+  const size_t counted = file.find("snapshotcount=1") + 14;
+  file[counted] = '0';
+  const size_t header = file.find("[H]");
+  EXPECT_EQ(first_fault(file),
+            "at byte " + std::to_string(header) + ": the header counts 0 snapshots, the file has 1");
+}
+
 TEST(Verify, WantsHeaderAndSnapshotToAgree) {
   EXPECT_EQ(
       first_fault(maker::file_of_text(snapshot_text("timestamp=2013\n" + std::string(kNeeded).substr(36)))),
