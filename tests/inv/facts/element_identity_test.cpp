@@ -31,6 +31,36 @@ TEST(Identity, IsWhatTheKindIsKnownBy) {
             "/ Macintosh HD");
 }
 
+TEST(Identity, IsMadeOfTheAttributesOfItsKind) {
+  struct {
+    std::string parent, name, attributes, identity;
+  } const rows[] = {
+      {"Storage/Physical-disks", "HDD:1=a", "model=m\nserial=s\n", "s"},
+      {"Storage/Physical-disks", "Removable:1=Stick", "serial=s\nmodel=m\n", "s Stick"},
+      {"Storage/Physical-disks", "CD:1=a", "model=m\nserial=s\n", "m"},
+      {"Video/Monitors", "Monitor:1=a", "id=i\nserial-digital=7\nserial=s\n", "i 7 s"},
+      {"Video/Video-devices", "Video-adapter:1=Card", "ram=256\n", "Card"},
+      {"Peripherals/USB", "Device:1=a", "product-id=p\nvendor-id=v\nserial-number=s\n", "v p s"},
+      {"Peripherals/Printers", "Printer:1=Laser", "uri=usb://x\nppd=p\n", "usb://x Laser"},
+      {"System/PowerManagement", "Profile:1=AC Power", "wake-on-lan=1\n", "AC Power"},
+      {"Security/Firewall", "Services=a", "x=1\n", "Services"},
+  };
+  for (const auto& row : rows) {
+    const size_t slash = row.parent.find('/');
+    const std::string lines = "+" + row.parent.substr(0, slash) + "=\n+" + row.parent.substr(slash + 1) +
+                              "=\n*" + row.name + "\n" + row.attributes + "-\n-\n";
+    const std::string path = "/" + row.parent + "/" + row.name.substr(0, row.name.find('='));
+    EXPECT_EQ(identity(path, lines), row.identity) << path;
+  }
+  EXPECT_EQ(identity("/Processes/process:3", "+Processes=\n*process:3=launchd\npid=1\nppid=0\n-\n"), "1");
+  EXPECT_EQ(identity("/Security/Firewall/Services/service:1",
+                     "+Security=\n+Firewall=\n+Services=\n*service:1=ssh\nstatus=1\n-\n-\n-\n"),
+            "ssh");
+  EXPECT_EQ(identity("/Security/Firewall/Apps/app:1",
+                     "+Security=\n+Firewall=\n+Apps=\n*app:1=Chat\nstatus=1\n-\n-\n-\n"),
+            "Chat");
+}
+
 TEST(Identity, IsTheNameWhenNothingBetterIsKnown) {
   EXPECT_EQ(identity("/Software/Soft:7", "+Software=\n*Soft:7=Safari\n-\n"), "Soft:7");
   EXPECT_EQ(identity("/Memory/Memory-slot:1", "+Memory=\n*Memory-slot:1=\nserial=1\n-\n"), "Memory-slot:1");
