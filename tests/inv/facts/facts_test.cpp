@@ -56,6 +56,57 @@ TEST(Facts, KeepEmptyAttributes) {
             rows.end());
 }
 
+TEST(Facts, HaveTheUnitsInWhichTheScannerCounts) {
+  struct {
+    std::string tag, attribute, unit;
+  } const rows[] = {
+      {"Processor", "l2-cache-size", "KB"},
+      {"Processor", "l3-cache-size", "KB"},
+      {"Processor", "current-clock-speed", "MHz"},
+      {"Memory-slot", "capacity", "MB"},
+      {"Memory-slot", "speed", "MHz"},
+      {"General-info", "physical-memory", "MB"},
+      {"mem-slot", "capacity", "MB"},
+      {"HDD", "size", "GB"},
+      {"Removable", "size", "GB"},
+      {"partition", "size", "GB"},
+      {"partition", "free", "GB"},
+      {"partition", "used%", "%"},
+      {"h-freq", "min", "kHz"},
+      {"h-freq", "max", "kHz"},
+      {"v-freq", "min", "Hz"},
+      {"v-freq", "max", "Hz"},
+      {"v-mode", "freq", "Hz"},
+      {"max-visible-image-size", "width", "cm"},
+      {"max-visible-image-size", "height", "cm"},
+      {"max-visible-image-size", "diagonal", "in"},
+      {"Removable", "bus-power", "mA"},
+      {"Removable", "bus-power-used", "mA"},
+      {"Device", "bus-power", "mA"},
+      {"Device", "bus-power-used", "mA"},
+      {"Profile", "system-sleep-timer", "min"},
+      {"Profile", "disk-sleep-timer", "min"},
+      {"Profile", "display-sleep-timer", "min"},
+      {"PowerManagement", "system-sleep-timer", "min"},
+      {"PowerManagement", "disk-sleep-timer", "min"},
+      {"PowerManagement", "display-sleep-timer", "min"},
+      {"control", "cpu-speed", "MHz"},
+      {"control", "phys-memory", "MB"},
+      {"control", "video-ram", "MB"},
+      {"control", "hdd-capacity", "GB"},
+      {"control", "monitor-diag", "in"},
+  };
+  for (const auto& row : rows) {
+    const std::string name = row.tag + ":1";
+    const auto inventory = maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n*" + name + "=\n" +
+                                                           row.attribute + "=1\nother=1\n-\n"));
+    const std::vector<Row> facts = facts_of(*inventory);
+    ASSERT_EQ(facts.size(), 2u);
+    EXPECT_EQ(facts[0].unit, row.unit) << row.tag << " " << row.attribute;
+    EXPECT_EQ(facts[1].unit, "");
+  }
+}
+
 TEST(Facts, AStatedUnitIsPreferred) {
   const auto inventory =
       maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n*Video-adapter:1=Card\nram=256\n~units="
