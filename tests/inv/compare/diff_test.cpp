@@ -49,6 +49,12 @@ TEST(Diff, TellsAddedRemovedAndChanged) {
             "+ /Software/Soft:2/info  Mail (/Applications/Mail.app)  new\n");
 }
 
+TEST(Diff, TellsAnAttributeThatIsGone) {
+  const std::string one = "+Software=\n*Soft:1=Mail\nlocation=/M\n";
+  EXPECT_EQ(changes(snapshot(one + "info=x\n-\n"), snapshot(one + "-\n")),
+            "- /Software/Soft:1/info  Mail (/M)  x\n");
+}
+
 TEST(Diff, NoticesAnnotationsOfElements) {
   EXPECT_EQ(
       changes(

@@ -74,7 +74,8 @@ TEST(Overview, ReadsDisksDisplaysAndAdapters) {
 
 TEST(Overview, NumbersThatAreNoneCountAsUnknown) {
   const Overview overview = overview_of_text(
-      "+Storage=\n+Physical-disks=\n*HDD:1=\nsize=nan\n*HDD:2=\nsize=1e300\n*HDD:3=\nsize=-5\n-\n-\n"
+      "+Storage=\n+Physical-disks=\n*HDD:1=\nsize=nan\n*HDD:2=\nsize=1e300\n*HDD:3=\nsize=-5\n"
+      "*HDD:4=\nsize=1000000000\n-\n-\n"
       "+Memory=\n*General-info=\nphysical-memory=lots\n-\n");
   for (const inv::Disk& disk : overview.disks) EXPECT_EQ(disk.bytes, 0u);
   EXPECT_EQ(overview.memory_megabytes, 0u);
