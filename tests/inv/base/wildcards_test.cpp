@@ -17,6 +17,7 @@ TEST(Wildcards, TextsMatchThemselves) {
 
 TEST(Wildcards, AStarStandsForAnyText) {
   EXPECT_TRUE(matches("*", ""));
+  EXPECT_TRUE(matches("a*b", "ab"));
   EXPECT_TRUE(matches("a*c*", "abcabd"));
   EXPECT_TRUE(matches("*.app", "x.app.app"));
   EXPECT_TRUE(matches("**", "x"));

@@ -49,6 +49,18 @@ TEST(Diff, TellsAddedRemovedAndChanged) {
             "+ /Software/Soft:2/info  Mail (/Applications/Mail.app)  new\n");
 }
 
+TEST(Diff, TellsAValueOfAnElementItself) {
+  EXPECT_EQ(changes(snapshot("+OS=\n*os:1=Lion\n-\n"), snapshot("+OS=\n*os:1=Tiger\n-\n")),
+            "~ /OS/os:1  Tiger (os:1)  Lion -> Tiger\n");
+}
+
+TEST(Diff, PairsTheFirstOfEqualIdentityWithTheFirst) {
+  const std::string two =
+      "+Peripherals=\n+USB=\n*Device:1=Hub\nvendor-id=1\nbus-power=5\n"
+      "*Device:2=Hub\nvendor-id=1\nbus-power=6\n-\n-\n";
+  EXPECT_EQ(changes(snapshot(two), snapshot(two)), "");
+}
+
 TEST(Diff, TellsAnAttributeThatIsGone) {
   const std::string one = "+Software=\n*Soft:1=Mail\nlocation=/M\n";
   EXPECT_EQ(changes(snapshot(one + "info=x\n-\n"), snapshot(one + "-\n")),
