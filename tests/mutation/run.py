@@ -51,9 +51,11 @@ def run(command, seconds=SECONDS, **options):
         try:
             return process.wait(seconds) == 0
         except subprocess.TimeoutExpired:
-            os.killpg(process.pid, signal.SIGKILL)
-            process.wait()
             return False
+        finally:
+            if process.poll() is None:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait()
 
 
 def failed_test():
@@ -208,6 +210,8 @@ def main():
     parser.add_argument("--jobs", type=int, default=2, help="compilers at a time")
     options = parser.parse_args()
     os.nice(10)
+    # So that what was started ends as well.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended"))
     try:
         all_faults = read_tables()
     except TableError as error:
