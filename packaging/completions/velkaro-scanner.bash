@@ -2,7 +2,7 @@
 # share/bash-completion/completions/velkaro-scanner.
 
 _velkaro_scanner() {
-    COMPREPLY=($(compgen -W "-silent -log -debug -ip: -login:" -- "${COMP_WORDS[COMP_CWORD]}"))
+    COMPREPLY=($(compgen -W "-silent -log -debug -ip: -login: -h --help --version" -- "${COMP_WORDS[COMP_CWORD]}"))
     # The value follows its colon without a blank. (The bash of a Mac has no compopt.)
     [[ ${COMPREPLY[0]-} != *: ]] || compopt -o nospace 2>/dev/null
 }
