@@ -95,7 +95,7 @@ class BuildScripts(unittest.TestCase):
         (self.root / "build").mkdir(exist_ok=True)
         (self.root / "scripts" / "packages.sh").write_text(
             "build_packages= test_packages= bench_packages=\n"
-            "install_packages() { :; }\ninstall_browser() { :; }\n"
+            "install_packages() { :; }\ninstall_npm_packages() { :; }\n"
             f"can_fuzz() {{ {can_fuzz}; }}\n"
             'build_preset() { echo "$1"; }\n')
         (self.root / "check").unlink(missing_ok=True)
