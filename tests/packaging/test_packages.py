@@ -47,7 +47,8 @@ class Packages(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
-        output_of(release.ROOT / "packaging" / "linux" / "package", release.RELEASE, cls.folder)
+        # Someone who keeps things to themselves packs them for everyone all the same.
+        output_of(release.ROOT / "packaging" / "linux" / "package", release.RELEASE, cls.folder, umask=0o077)
         (cls.deb,) = cls.folder.glob("*.deb")
         (cls.rpm,) = cls.folder.glob("*.rpm")
         (cls.tgz,) = cls.folder.glob("*.tar.gz")
@@ -76,6 +77,19 @@ class Packages(unittest.TestCase):
         for listing in (output_of("dpkg-deb", "-c", self.deb), output_of("tar", "tvzf", self.tgz)):
             for line in listing.splitlines():
                 self.assertRegex(line, r"^(drwxr-xr-x|-rwxr-xr-x|-rw-r--r--) root/root ")
+
+    def test_are_dated_as_the_sources_are(self):
+        """Here from the future, so that no file is younger and every one has to be given the date. (The program alone is younger in any case, since rpmbuild
+        strips it once more, and it brings forward what is younger than the sources.)"""
+        date, out = 2000000000, self.folder / "dated"
+        output_of(release.ROOT / "packaging" / "linux" / "package", release.RELEASE, out, env=release.environment(SOURCE_DATE_EPOCH=str(date)))
+        (deb,), (rpm,), (tgz,) = out.glob("*.deb"), out.glob("*.rpm"), out.glob("*.tar.gz")
+        dates = dict(line.split(" ") for line in output_of("rpm", "-qp", "--qf", "[%{FILENAMES} %{FILEMTIMES}\n]", rpm).splitlines())
+        self.assertEqual({day for name, day in dates.items() if name != "/usr/bin/inv"}, {str(date)})
+        for listing in (output_of("dpkg-deb", "-c", deb, env=release.environment(TZ="UTC")), output_of("tar", "tvzf", tgz, env=release.environment(TZ="UTC"))):
+            self.assertEqual(set(re.findall(r" (\d{4}-\d\d-\d\d \d\d:\d\d) ", listing)), {"2033-05-18 03:33"})
+        changelog = output_of("sh", "-c", 'dpkg-deb --fsys-tarfile "$0" | tar xO ./usr/share/doc/velkaro-inv/changelog.gz | gunzip', deb)
+        self.assertIn("  Wed, 18 May 2033 03:33:20 +0000\n", changelog)
 
     def test_say_whose_they_are(self):
         self.assertEqual(output_of("rpm", "-qp", "--qf", "%{LICENSE}", self.rpm), LICENCE)
