@@ -54,7 +54,6 @@ missing_on_mac() {
   case $1 in
     g++) xcode-select -p >/dev/null 2>&1 || echo "the command line tools (xcode-select --install)" ;;
     cmake) command -v cmake >/dev/null || echo "cmake (https://cmake.org or your package manager)" ;;
-    libgtest-dev) has_library GTest || echo "GoogleTest (Homebrew: googletest)" ;;
     libbenchmark-dev) has_library benchmark || echo "benchmark (Homebrew: google-benchmark)" ;;
   esac
 }
