@@ -26,7 +26,7 @@ int main(int argument_count, char** arguments) {
   app.formatter_fn([](const CLI::App* shown, std::string name, CLI::AppFormatMode mode) {
     return kExamples + CLI::Formatter().make_help(shown, name, mode);
   });
-  app.set_version_flag("--version", "inv " INV_VERSION);
+  app.set_version_flag("--version", inv::version_text());
   app.require_subcommand(1);
   int status = inv::kDone;
   for (const auto add : kCommands) add(app, status);

@@ -1,8 +1,9 @@
-# Sourced by ./scan and ./check: makes sure that what the build needs is installed.
+# Sourced by ./scan and ./check: makes sure that what the build needs is installed. The caller sets `root`.
+# shellcheck shell=bash disable=SC2034,SC2154
 
 # What building and running the programs takes, and what the tests take beyond that (Debian's package names).
 build_packages="cmake g++ make zlib1g-dev libicu-dev libcli11-dev nlohmann-json3-dev libsqlite3-dev libsodium-dev procps python3"
-test_packages="git clang libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 jq strace valgrind zsh fish mandoc openssh-client"
+test_packages="git clang libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 jq strace valgrind zsh fish mandoc openssh-client dpkg-dev fakeroot lintian rpm shellcheck"
 bench_packages="libbenchmark-dev libexpat1-dev util-linux"
 
 # install_packages NAME...: installs those that are missing, and says nothing when there are none.
@@ -23,16 +24,19 @@ install_packages() {
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
 }
 
-# install_browser FOLDER: what a test in a real browser takes; FOLDER names its npm packages.
-install_browser() {
+# install_npm_packages FOLDER...: those that each folder's package-lock.json names, with Node.js and a browser to run them in.
+install_npm_packages() {
   [ "$(uname)" != Darwin ] || return 0
   # Node.js from elsewhere than Debian brings npm with it, so the commands count and not the packages.
-  local missing=()
+  local missing=() folder
   command -v node >/dev/null || missing+=(nodejs)
   command -v npm >/dev/null || missing+=(npm)
   command -v chromium >/dev/null || missing+=(chromium)
   [ ${#missing[@]} -eq 0 ] || install_packages "${missing[@]}"
-  [ -d "$1/node_modules/playwright-core" ] || (cd "$1" && npm ci --silent --no-audit --no-fund) >&2
+  for folder in "$@"; do
+    [ "$folder/node_modules/.package-lock.json" -nt "$folder/package-lock.json" ] ||
+      (cd "$folder" && npm ci --silent --no-audit --no-fund) >&2
+  done
 }
 
 # require_on_mac NAME...: ends, with one line, when something is missing that a Mac does not bring along and the build cannot do without.
@@ -50,7 +54,6 @@ missing_on_mac() {
   case $1 in
     g++) xcode-select -p >/dev/null 2>&1 || echo "the command line tools (xcode-select --install)" ;;
     cmake) command -v cmake >/dev/null || echo "cmake (https://cmake.org or your package manager)" ;;
-    libgtest-dev) has_library GTest || echo "GoogleTest (Homebrew: googletest)" ;;
     libbenchmark-dev) has_library benchmark || echo "benchmark (Homebrew: google-benchmark)" ;;
   esac
 }

@@ -1,4 +1,4 @@
-// The question at the prompt, and one scan.
+// The question at the prompt, and one scan; or an answer about the program itself.
 #include <unistd.h>
 
 #include <csignal>
@@ -8,6 +8,7 @@
 #include "driver/base/console.h"
 #include "driver/base/progress.h"
 #include "driver/base/shell_process.h"
+#include "driver/help.h"
 #include "driver/options.h"
 #include "driver/scan_driver.h"
 #include "platform/heap.h"
@@ -82,6 +83,7 @@ int main(int count, char** arguments) {
   outlive_readers();
   handle_ends();
   const Options options = parse_options(count, arguments);
+  if (answer_about_program(options)) return 0;
   int status = 0;
   if (options.silent) {
     silence_console();

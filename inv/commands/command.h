@@ -18,6 +18,9 @@ enum ExitStatus : int {
   kUnusable = 2,  // arguments or files that nothing can be done with
 };
 
+// The program's version and those of its libraries, a line each; without a line end.
+std::string version_text();
+
 // A command whose help begins with examples. `run` is called when the command line asks for it; its status is
 // the program's.
 CLI::App& add_command(CLI::App& app, const char* name, const char* summary, const char* examples);

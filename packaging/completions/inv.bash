@@ -28,6 +28,7 @@ _inv() {
         ;;
     esac
     # None of the words has blanks. (The bash of a Mac has no mapfile.)
+    # shellcheck disable=SC2207
     COMPREPLY=($(compgen -W "$words" -- "$current"))
 }
 

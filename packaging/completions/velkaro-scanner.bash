@@ -2,7 +2,9 @@
 # share/bash-completion/completions/velkaro-scanner.
 
 _velkaro_scanner() {
-    COMPREPLY=($(compgen -W "-silent -log -debug -ip: -login:" -- "${COMP_WORDS[COMP_CWORD]}"))
+    # No word has blanks. (The bash of a Mac has no mapfile.)
+    # shellcheck disable=SC2207
+    COMPREPLY=($(compgen -W "-silent -log -debug -ip: -login: -h --help --version" -- "${COMP_WORDS[COMP_CWORD]}"))
     # The value follows its colon without a blank. (The bash of a Mac has no compopt.)
     [[ ${COMPREPLY[0]-} != *: ]] || compopt -o nospace 2>/dev/null
 }

@@ -1,6 +1,8 @@
 #include "driver/options.h"
 
+#include <algorithm>
 #include <cstring>
+#include <initializer_list>
 
 namespace {
 
@@ -14,6 +16,11 @@ const char* option_value(const char* argument, const char* name) {
   if (argument[0] != '/' && argument[0] != '-') return nullptr;
   if (std::strncmp(argument + 1, name, length) != 0 || argument[1 + length] != ':') return nullptr;
   return argument + 1 + length + 1;
+}
+
+bool is_any_of(const char* argument, std::initializer_list<const char*> words) {
+  return std::any_of(words.begin(), words.end(),
+                     [argument](const char* word) { return std::strcmp(argument, word) == 0; });
 }
 
 }  // namespace
@@ -32,6 +39,10 @@ Options parse_options(int count, const char* const* arguments) {
       options.login = copy_text(login);
     } else if (is_option(argument, "debug")) {
       options.debug = true;
+    } else if (is_any_of(argument, {"/help", "/?", "--help", "-h"})) {
+      options.help = true;
+    } else if (is_any_of(argument, {"/version", "--version"})) {
+      options.version = true;
     }
   }
   return options;

@@ -9,9 +9,12 @@ struct Options {
   bool debug = false;   // save the raw profiler output instead of a snapshot
   Text ip;  // the address of the adapter to take; none when not given, an empty one is an address too
   Text login = copy_text("");  // stored as it is
+  bool help = false;           // tell how the program is used, instead of scanning
+  bool version = false;        // tell which one it is, instead of scanning
 };
 
 // Reads "/silent", "/ip:VALUE", "/log", "/login:VALUE" and "/debug", each also with "-" in front, in any
 // order. Case matters; whatever is nothing of the kind is ignored; of a repeated option the last value
-// counts. arguments[0] is the program's name.
+// counts. "/help", "/?", "--help" and "-h" ask for help, "/version" and "--version" for the version.
+// arguments[0] is the program's name.
 Options parse_options(int count, const char* const* arguments);

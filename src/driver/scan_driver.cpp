@@ -15,6 +15,7 @@
 #include "driver/asset_facts.h"
 #include "driver/base/console.h"
 #include "driver/base/dates.h"
+#include "driver/base/version.h"
 #include "driver/output_file.h"
 #include "platform/cf_ref.h"
 #include "profiler/acquisition.h"
@@ -25,8 +26,6 @@
 #include "zxml/asset_info.h"
 
 namespace {
-
-constexpr char kClientVersion[] = "12.01.18.0";
 
 // The run's log, on standard output where the operator asked for it.
 class Log {

@@ -50,6 +50,22 @@ TEST(ParseOptions, KeepsLogAndLoginApart) {
   EXPECT_STREQ(parse({"/log"}).login.get(), "");
 }
 
+TEST(ParseOptions, TellsAQuestionAboutTheProgramByItsWholeWord) {
+  for (const char* word : {"/help", "/?", "--help", "-h"}) {
+    EXPECT_TRUE(parse({"/log", word, "-debug"}).help) << word;
+    EXPECT_FALSE(parse({word}).version) << word;
+  }
+  for (const char* word : {"/version", "--version"}) {
+    EXPECT_TRUE(parse({"/log", word, "-debug"}).version) << word;
+    EXPECT_FALSE(parse({word}).help) << word;
+  }
+  const Options neither = parse({"/login:--help", "-ip:--version", "-help", "-version", "/h", "-?", "?",
+                                 "--help ", "/helpless", "--versions", "/HELP", "--Version"});
+  EXPECT_FALSE(neither.help || neither.version);
+  EXPECT_STREQ(neither.login.get(), "--help");
+  EXPECT_STREQ(neither.ip.get(), "--version");
+}
+
 TEST(ParseOptions, IgnoresWhatItDoesNotKnow) {
   const Options options = parse({"", "/", "-", ":", "/login", "/log:", "/Silent", "/SILENT", "--silent",
                                  "silent", "/silent ", "/ip", "/ip=1", "/debug:", "/lo"});

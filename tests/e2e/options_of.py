@@ -3,7 +3,9 @@
 import re
 import subprocess
 
-from inventories import INV, ROOT
+from inventories import INV, ROOT, SCANNER
+
+VERSION = re.search(r"^project\(velkaro-scanner VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text(), re.M)[1]
 
 # The option of every command; the program itself has it too.
 HELP = {"-h", "--help"}
@@ -27,7 +29,7 @@ def options(*command):
 
 
 def scanner_options():
-    """Those of the scanner, which ignores what it does not know and so cannot be asked."""
-    source = (ROOT / "src" / "driver" / "options.cpp").read_text()
-    found = re.findall(r'(is_option|option_value)\(argument, "(\w+)"\)', source)
-    return {"-" + name + (":" if kind == "option_value" else "") for kind, name in found}
+    """Those of the scanner; one with a value ends in its colon."""
+    told = subprocess.run([SCANNER, "--help"], capture_output=True, check=True, text=True).stdout
+    names = re.findall(r"^  (-[a-z-]+:?)(?:,(-[a-z-]+))?", told, re.M)
+    return {name for alternatives in names for name in alternatives if name}

@@ -7,6 +7,7 @@ import subprocess
 import time
 import unittest
 
+import options_of
 from scans import IMAC, PERCENTAGES, PROMPT, SCANNER, ScanTestCase
 
 NAME = "STUDIO-IMAC_00005E00531A.inv"
@@ -43,9 +44,43 @@ class Dialogue(ScanTestCase):
         self.assertEqual(result.returncode, 1)
 
     def test_unknown_arguments_and_capitals_are_ignored(self):
-        for argument in ("/SILENT", "/Silent", "--silent", "/silently", "silent", "/login", "/log:", "/Debug", "/?", ""):
+        for argument in ("/SILENT", "/Silent", "--silent", "/silently", "silent", "/login", "/log:", "/Debug", "/HELP", "--help ", "-?", "/h", "--", ""):
             with self.subTest(argument=argument):
                 self.assertEqual(self.scan(argument, answer="n").stdout, PROMPT + "Scan canceled.\n")
+
+
+class AboutTheProgram(ScanTestCase):
+    VERSION = f"velkaro-scanner {options_of.VERSION}\nIts files carry client version 12.01.18.0.\n"
+
+    def ask(self, *arguments):
+        """What is printed; nothing is asked, and nothing scanned."""
+        result = self.scan(*arguments, answer="y")
+        self.assertEqual((result.stderr, result.returncode, self.files()), ("", 0, []))
+        self.assertNotIn(PROMPT, result.stdout)
+        return result.stdout
+
+    def test_version_is_told_apart_from_the_one_that_files_carry(self):
+        for word in ("--version", "/version"):
+            self.assertEqual(self.ask(word), self.VERSION)
+
+    def test_help_tells_every_option_that_is_understood(self):
+        told = self.ask("--help")
+        for word in ("/help", "/?", "-h"):
+            self.assertEqual(self.ask(word), told)
+        source = (options_of.ROOT / "src" / "driver" / "options.cpp").read_text()
+        understood = {f"-{name}" for name in re.findall(r'is_option\(argument, "(\w+)"\)', source)}
+        understood |= {f"-{name}:" for name in re.findall(r'option_value\(argument, "(\w+)"\)', source)}
+        self.assertEqual(options_of.scanner_options(), understood | {"-h", "--help", "--version"})
+        for word in re.findall(r'"([/-][a-z?-]+)"', source):
+            self.assertRegex(told, rf"[ ,]{re.escape(word)}[ ,.]")
+
+    def test_other_options_change_nothing(self):
+        self.assertEqual(self.ask("/silent", "/log", "--version", "/debug"), self.VERSION)
+        self.assertTrue(self.ask("--version", "/silent", "--help").startswith("Takes the inventory of this Mac"))
+
+    def test_a_value_that_looks_like_one_is_a_value(self):
+        for argument in ("/login:--help", "-login:/?", "/ip:--version"):
+            self.assertEqual(self.scan(argument, answer="n").stdout, PROMPT + "Scan canceled.\n")
 
 
 class SilentRun(ScanTestCase):

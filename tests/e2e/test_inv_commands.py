@@ -202,8 +202,12 @@ class Commands(InventoryTestCase):
         limited = subprocess.run(["sh", "-c", 'ulimit -v 100000; exec "$@"', "sh", INV, "verify", large], capture_output=True, timeout=60)
         self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: memory: there is not enough of it\n"))
 
-    def test_version(self):
-        self.assertEqual(self.check(0, "--version"), "inv 12.1.18\n")
+    def test_version_names_the_libraries_with_theirs(self):
+        names, versions = zip(*(line.split(" ") for line in self.check(0, "--version").splitlines()))
+        self.assertEqual(names, ("inv", "CLI11", "libsodium", "nlohmann-json", "SQLite", "zlib"))
+        self.assertEqual(versions[0], options_of.VERSION)
+        for version in versions:
+            self.assertRegex(version, r"^\d+\.\d+(\.\d+)*$")
 
 
 if __name__ == "__main__":

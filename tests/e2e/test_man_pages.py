@@ -58,7 +58,8 @@ class ManPages(InventoryTestCase):
     def test_the_scanners_options_are_told(self):
         wanted = {name.rstrip(":") for name in options_of.scanner_options()}
         self.assertEqual(flags_of_items(SCANNER_PAGE), wanted)
-        self.assertEqual({"-" + flag for flag in re.findall(rf"Op Fl {FLAG}", SCANNER_PAGE)}, wanted)
+        synopsis = section(SCANNER_PAGE, "SYNOPSIS")
+        self.assertEqual({"-" + flag for flag in re.findall(rf"(?:Fl|\|) {FLAG}", synopsis)}, wanted)
 
     @unittest.skipUnless(shutil.which("mandoc"), "mandoc is not installed")
     def test_the_pages_are_sound(self):

@@ -74,14 +74,13 @@ class BuildScripts(unittest.TestCase):
     def test_a_mac_is_told_in_one_line_what_it_lacks(self):
         self.write_tool("xcode-select", "exit 2")
         message = self.on_a_mac("g++ $test_packages $bench_packages")
-        self.assertEqual(message, "Please install the command line tools (xcode-select --install) and GoogleTest (Homebrew: googletest) and "
+        self.assertEqual(message, "Please install the command line tools (xcode-select --install) and "
                                   "benchmark (Homebrew: google-benchmark)\n")
 
     def test_a_mac_that_has_all_goes_on(self):
         self.write_tool("xcode-select", "exit 0")
         self.write_tool("cmake", "exit 0")
-        for library in ("GTest", "benchmark"):
-            self.install_library(library)
+        self.install_library("benchmark")
         self.assertEqual(self.on_a_mac("$build_packages $test_packages $bench_packages"), "")
 
     def test_a_mac_needs_no_test_library_for_a_scan(self):
@@ -95,7 +94,7 @@ class BuildScripts(unittest.TestCase):
         (self.root / "build").mkdir(exist_ok=True)
         (self.root / "scripts" / "packages.sh").write_text(
             "build_packages= test_packages= bench_packages=\n"
-            "install_packages() { :; }\ninstall_browser() { :; }\n"
+            "install_packages() { :; }\ninstall_npm_packages() { :; }\n"
             f"can_fuzz() {{ {can_fuzz}; }}\n"
             'build_preset() { echo "$1"; }\n')
         (self.root / "check").unlink(missing_ok=True)
@@ -133,6 +132,26 @@ class Presets(unittest.TestCase):
         self.assertEqual(preset["inherits"], "release")
         self.assertEqual(preset["cacheVariables"], {"CMAKE_OSX_ARCHITECTURES": "x86_64;arm64", "VELKARO_INV": "OFF"})
         self.assertEqual(self.configured["base"]["cacheVariables"]["CMAKE_OSX_DEPLOYMENT_TARGET"], "10.13")
+
+    @unittest.skipUnless(Path("/usr/src/googletest").is_dir(), "Debian's sources of GoogleTest are not installed")
+    def test_googletest_is_built_from_its_sources_where_it_is_not_installed(self):
+        with tempfile.TemporaryDirectory() as folder:
+            (Path(folder) / "CMakeLists.txt").write_text(
+                "cmake_minimum_required(VERSION 3.25)\nproject(tests CXX)\n"
+                f"include({ROOT}/cmake/googletest.cmake)\n"
+                "file(WRITE ${CMAKE_BINARY_DIR}/test.cpp [[#include <gmock/gmock.h>\nTEST(A, B) { EXPECT_THAT(1, testing::Gt(0)); }]])\n"
+                "add_executable(tests ${CMAKE_BINARY_DIR}/test.cpp)\ntarget_link_libraries(tests GTest::gtest_main GTest::gmock)\n")
+            # What would be fetched, in this machine's copy; nothing goes over the network.
+            told = subprocess.run(["cmake", "-B", folder, "-S", folder, "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON", "-DFETCHCONTENT_FULLY_DISCONNECTED=ON",
+                                   "-DFETCHCONTENT_SOURCE_DIR_GOOGLETEST=/usr/src/googletest"], check=True, capture_output=True, text=True)
+            self.assertIn("GoogleTest is not installed here, and is fetched", told.stdout)
+            targets = subprocess.run(["cmake", "--build", folder, "--target", "help"], check=True, capture_output=True, text=True)
+            self.assertLessEqual({"tests", "gtest_main", "gmock"}, set(targets.stdout.split()))
+
+    def test_what_is_fetched_is_held_against_a_checksum(self):
+        text = (ROOT / "cmake" / "googletest.cmake").read_text()
+        self.assertRegex(text, r"URL_HASH SHA256=[0-9a-f]{64}\n")
+        self.assertIn("release-1.12.1.tar.gz", text)
 
     def test_the_reader_can_be_left_out(self):
         has_libraries = (Path(os.environ["VELKARO_BUILD"]) / "inv").is_file()

@@ -1,0 +1,38 @@
+# What makes a mistake in a parser end the program instead of serving an attacker. Each flag is taken where the compiler knows it; the checks
+# are of what it produced (tests/packaging/test_hardening.py).
+include(CheckCXXCompilerFlag)
+include(CheckLinkerFlag)
+include(CheckPIESupported)
+
+check_pie_supported(LANGUAGES CXX)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+function(velkaro_harden_compiling flag)
+  string(MAKE_C_IDENTIFIER "takes${flag}" taken)
+  check_cxx_compiler_flag("-Werror ${flag}" ${taken})
+  if(${taken})
+    add_compile_options(${flag})
+  endif()
+endfunction()
+
+function(velkaro_harden_linking flag)
+  string(MAKE_C_IDENTIFIER "takes${flag}" taken)
+  check_linker_flag(CXX ${flag} ${taken})
+  if(${taken})
+    add_link_options(${flag})
+  endif()
+endfunction()
+
+velkaro_harden_compiling(-fstack-protector-strong)
+velkaro_harden_compiling(-fstack-clash-protection)
+# Indirect jumps land where one is meant to. The first flag is of x86_64 and the second of arm64; a program for both has neither.
+velkaro_harden_compiling(-fcf-protection=full)
+velkaro_harden_compiling(-mbranch-protection=standard)
+velkaro_harden_linking(LINKER:-z,relro)
+velkaro_harden_linking(LINKER:-z,now)
+velkaro_harden_linking(LINKER:-z,noexecstack)
+
+# Works on optimised code only, and the sanitizers look closer. A compiler may have a level of its own set already.
+if(NOT VELKARO_SANITIZE)
+  add_compile_options("$<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+endif()

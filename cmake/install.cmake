@@ -1,0 +1,26 @@
+# What is installed, in three parts: the scanner, the reader, and the pages about both.
+include(GNUInstallDirs)
+
+# A program with its manual page and its completions, where each shell looks for them.
+function(velkaro_install_program program component)
+  install(TARGETS ${program} RUNTIME COMPONENT ${component})
+  install(FILES docs/man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
+  set(completions packaging/completions)
+  install(FILES ${completions}/${program}.bash RENAME ${program}
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT ${component})
+  install(FILES ${completions}/_${program} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT ${component})
+  install(FILES ${completions}/${program}.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT ${component})
+endfunction()
+
+velkaro_install_program(velkaro-scanner scanner)
+if(TARGET inv)
+  velkaro_install_program(inv reader)
+endif()
+
+# For who runs the programs and reads their files. How they are built and released is for who has the sources.
+install(FILES README.md SECURITY.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT documentation FILES_MATCHING
+  PATTERN "*.md" PATTERN man EXCLUDE PATTERN architecture.md EXCLUDE PATTERN porting.md EXCLUDE PATTERN releasing.md EXCLUDE)
+
+# Removes what the last `cmake --install` of each component put there; needs the DESTDIR it was given.
+add_custom_target(uninstall COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake VERBATIM)

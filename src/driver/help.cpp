@@ -1,0 +1,34 @@
+#include "driver/help.h"
+
+#include "driver/base/console.h"
+#include "driver/base/version.h"
+
+namespace {
+
+constexpr char kHelp[] =
+    "Takes the inventory of this Mac and saves it as an .inv file in the current directory.\n"
+    "\n"
+    "Usage: velkaro-scanner [OPTION...]\n"
+    "\n"
+    "Options:\n"
+    "  -silent      Scan without a question, and print for a calling program\n"
+    "  -log         Print the stages of the scan\n"
+    "  -debug       Save what the system profiler printed, in place of a snapshot\n"
+    "  -ip:ADDRESS  Take the network adapter with this address as the machine's own\n"
+    "  -login:TEXT  Store this text in the file\n"
+    "  -h,--help    Print this help message and exit\n"
+    "  --version    Display program version information and exit\n"
+    "\n"
+    "Each may be written with a slash: /silent, /ip:ADDRESS, /help or /?, /version.\n"
+    "What is none of them is ignored.\n";
+
+}  // namespace
+
+bool answer_about_program(const Options& options) {
+  if (options.help) {
+    print_now("%s", kHelp);
+  } else if (options.version) {
+    print_now("velkaro-scanner %s\nIts files carry client version %s.\n", kVersion, kClientVersion);
+  }
+  return options.help || options.version;
+}
