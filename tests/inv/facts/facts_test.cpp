@@ -56,34 +56,6 @@ TEST(Facts, KeepEmptyAttributes) {
             rows.end());
 }
 
-TEST(Facts, HaveTheUnitsInWhichTheScannerCounts) {
-  struct {
-    std::string tag, attribute, unit;
-  } const rows[] = {
-      {"v-freq", "min", "Hz"},
-      {"h-freq", "min", "kHz"},
-      {"v-mode", "freq", "Hz"},
-      {"Memory-slot", "capacity", "MB"},
-      {"Memory-slot", "speed", "MHz"},
-      {"Processor", "l3-cache-size", "KB"},
-      {"HDD", "size", "GB"},
-      {"partition", "used%", "%"},
-      {"max-visible-image-size", "diagonal", "in"},
-      {"max-visible-image-size", "width", "cm"},
-      {"Device", "bus-power", "mA"},
-      {"PowerManagement", "disk-sleep-timer", "min"},
-  };
-  for (const auto& row : rows) {
-    const std::string name = row.tag + ":1";
-    const auto inventory = maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n*" + name + "=\n" +
-                                                           row.attribute + "=1\nother=1\n-\n"));
-    const std::vector<Row> facts = facts_of(*inventory);
-    ASSERT_EQ(facts.size(), 2u);
-    EXPECT_EQ(facts[0].unit, row.unit) << row.tag << " " << row.attribute;
-    EXPECT_EQ(facts[1].unit, "");
-  }
-}
-
 TEST(Facts, AStatedUnitIsPreferred) {
   const auto inventory =
       maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n*Video-adapter:1=Card\nram=256\n~units="
