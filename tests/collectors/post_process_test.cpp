@@ -36,15 +36,15 @@ TEST(PostProcess, RunsTheCollectorsInTheirOrder) {
   for (const std::string& name : elements(snapshot)) {
     if (std::find(order.begin(), order.end(), name) != order.end()) found.push_back(name);
   }
-  EXPECT_EQ(order, found);
+  EXPECT_EQ(found, order);
 }
 
 TEST(PostProcess, CopiesTheProcessesWhole) {
   InventoryTree profiler = small_profiler();
   InventoryTree snapshot = empty_snapshot();
   post_process(snapshot, profiler, false);
-  EXPECT_NE(std::string::npos, tree_text(snapshot).find("+Processes=\n*process:1=\npid=1\n-\n"));
-  EXPECT_NE(nullptr, profiler.top().find_child("Processes"));
+  EXPECT_NE(tree_text(snapshot).find("+Processes=\n*process:1=\npid=1\n-\n"), std::string::npos);
+  EXPECT_NE(profiler.top().find_child("Processes"), nullptr);
 }
 
 std::string output_of(bool verbose) {
@@ -56,23 +56,22 @@ std::string output_of(bool verbose) {
 }
 
 TEST(PostProcess, TellsEveryStepWhenVerbose) {
-  EXPECT_EQ(
-      "IV. PostProcess>>>\n"
-      "1...done\n2...done\n3...done\n4...done\n5...done\n6...done\n7...done\n"
-      "8...done\n9...done\n10...done\n11...done\n12...done\n13...done\n14...done\n"
-      "IV. PostProcess End.\n",
-      output_of(true));
+  EXPECT_EQ(output_of(true),
+            "IV. PostProcess>>>\n"
+            "1...done\n2...done\n3...done\n4...done\n5...done\n6...done\n7...done\n"
+            "8...done\n9...done\n10...done\n11...done\n12...done\n13...done\n14...done\n"
+            "IV. PostProcess End.\n");
 }
 
-TEST(PostProcess, IsSilentOtherwise) { EXPECT_EQ("", output_of(false)); }
+TEST(PostProcess, IsSilentOtherwise) { EXPECT_EQ(output_of(false), ""); }
 
 TEST(PostProcess, NeedsNoDataTypeAtAll) {
   InventoryTree profiler = empty_profiler();
   InventoryTree snapshot = empty_snapshot();
   post_process(snapshot, profiler, false);
-  EXPECT_NE(nullptr, snapshot.top().find_child("Environment"));
-  EXPECT_EQ(nullptr, snapshot.top().find_child("Processors"));
-  EXPECT_EQ(nullptr, snapshot.top().find_child("Processes"));
+  EXPECT_NE(snapshot.top().find_child("Environment"), nullptr);
+  EXPECT_EQ(snapshot.top().find_child("Processors"), nullptr);
+  EXPECT_EQ(snapshot.top().find_child("Processes"), nullptr);
 }
 
 }  // namespace
