@@ -13,7 +13,7 @@ struct TableForm {
 };
 
 const std::vector<TableForm>& table_forms() {
-  static const std::vector<TableForm> forms = {
+  static const std::vector<TableForm> kForms = {
       {"Applications",
        "Software/Soft:*",
        {{"Name", ""},
@@ -120,7 +120,7 @@ const std::vector<TableForm>& table_forms() {
         {"Command", "cmd-line"}}},
       {"Environment", "Environment/*", {{"Variable", ""}, {"Value", "value"}}},
   };
-  return forms;
+  return kForms;
 }
 
 std::string_view value_of(Element element, std::string_view attribute) {
