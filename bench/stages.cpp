@@ -131,7 +131,7 @@ void scan() {
   }
   raw.reset();
   stages.mark("release of the raw tree");
-  const Text timestamp = format_now(DateForm::kCim);
+  const Text timestamp = format_now(DateForm::cim);
   auto asset_info = build_asset_info({1, *snapshot, timestamp.get(), asset_summary(summary),
                                       asset_network(identity), "", serial_number.get(), nullptr});
   stages.mark("asset info");

@@ -48,27 +48,27 @@ void handle_ends() {
   }
 }
 
-enum class Answer { kYes, kNo, kIncorrect };
+enum class Answer { yes, no, incorrect };
 
 Answer ask() {
   print_now("Velkaro scanner for MacOS X\nDo you want to start the scan of local computer?(y/n)\n");
   char word[128];
-  if (std::scanf("%127s", word) != 1) return Answer::kIncorrect;
-  if (std::strcmp(word, "y") == 0) return Answer::kYes;
-  return std::strcmp(word, "n") == 0 ? Answer::kNo : Answer::kIncorrect;
+  if (std::scanf("%127s", word) != 1) return Answer::incorrect;
+  if (std::strcmp(word, "y") == 0) return Answer::yes;
+  return std::strcmp(word, "n") == 0 ? Answer::no : Answer::incorrect;
 }
 
 // True when the operator wants the scan; otherwise `status` is the program's.
 bool confirm(int& status) {
   switch (ask()) {
-    case Answer::kYes:
+    case Answer::yes:
       print_now("Scan started...\n");
       return true;
-    case Answer::kNo:
+    case Answer::no:
       print_now("Scan canceled.\n");
       status = 0;
       return false;
-    case Answer::kIncorrect:
+    case Answer::incorrect:
       break;
   }
   print_now("Incorrect input. Application terminated.\n");

@@ -2,51 +2,18 @@
 
 #include <cstdint>
 
+#include "plist/utf8.h"
+
 namespace inv {
 namespace {
 
-struct Character {
-  uint32_t code;
-  size_t length;  // in bytes; 0 when no character starts here
-};
-
-struct LeadByte {
-  unsigned char mask;
-  unsigned char pattern;
-  size_t length;
-  uint32_t smallest;  // a smaller code in so many bytes is a forbidden, overlong form
-};
-constexpr LeadByte kLeadBytes[] = {
-    {0x80, 0x00, 1, 0x0}, {0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}};
-
-bool is_scalar(uint32_t code) { return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF); }
-
-// The character that a text begins with.
-Character first_character(std::string_view text) {
-  const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-  for (const LeadByte& lead : kLeadBytes) {
-    if ((byte(0) & lead.mask) != lead.pattern) continue;
-    if (lead.length > text.size()) return {0, 0};
-    uint32_t code = byte(0) & static_cast<unsigned char>(~lead.mask);
-    for (size_t i = 1; i < lead.length; ++i) {
-      if ((byte(i) & 0xC0) != 0x80) return {0, 0};
-      code = code << 6 | (byte(i) & 0x3Fu);
-    }
-    if (code < lead.smallest || !is_scalar(code)) return {0, 0};
-    return {code, lead.length};
-  }
-  return {0, 0};
-}
-
-// Calls `visit` with each character and its bytes; a byte that belongs to none comes by itself, with length
-// 0.
+// Calls visit(const plist::Utf8Sequence&, bytes) for each character, and for each sequence that is broken.
 template <typename Visit>
 void each_character(std::string_view text, Visit visit) {
   while (!text.empty()) {
-    const Character character = first_character(text);
-    const size_t length = character.length > 0 ? character.length : 1;
-    visit(character, text.substr(0, length));
-    text.remove_prefix(length);
+    const plist::Utf8Sequence character = plist::first_sequence(text);
+    visit(character, text.substr(0, character.length));
+    text.remove_prefix(character.length);
   }
 }
 
@@ -78,26 +45,16 @@ size_t columns_of(uint32_t code) {
 
 }  // namespace
 
-bool is_utf8(std::string_view text) {
-  bool valid = true;
-  each_character(text, [&](Character character, std::string_view) { valid = valid && character.length > 0; });
-  return valid;
-}
+bool is_utf8(std::string_view text) { return plist::classify_utf8(text) != plist::Utf8::invalid; }
 
-std::string to_utf8(std::string_view text) {
-  std::string converted;
-  each_character(text, [&](Character character, std::string_view bytes) {
-    converted += character.length > 0 ? bytes : kReplacement;
-  });
-  return converted;
-}
+std::string to_utf8(std::string_view text) { return plist::repair_utf8(text); }
 
 std::string printable(std::string_view text) {
   std::string converted;
-  each_character(text, [&](Character character, std::string_view bytes) {
-    if (character.code == '\r') {
+  each_character(text, [&](const plist::Utf8Sequence& character, std::string_view bytes) {
+    if (character.code_point == '\r') {
       converted += "\xE2\x86\xB5";
-    } else if (character.length == 0 || in_ranges(character.code, kUnprintable)) {
+    } else if (!character.valid || in_ranges(character.code_point, kUnprintable)) {
       converted += kReplacement;
     } else {
       converted += bytes;
@@ -108,7 +65,9 @@ std::string printable(std::string_view text) {
 
 size_t columns(std::string_view text) {
   size_t count = 0;
-  each_character(text, [&](Character character, std::string_view) { count += columns_of(character.code); });
+  each_character(text, [&](const plist::Utf8Sequence& character, std::string_view) {
+    count += columns_of(character.code_point);
+  });
   return count;
 }
 
@@ -117,8 +76,8 @@ std::string shorten(std::string_view text, size_t most_columns) {
   std::string shortened;
   size_t used = 0;
   bool full = most_columns == 0;
-  each_character(text, [&](Character character, std::string_view bytes) {
-    const size_t width = columns_of(character.code);
+  each_character(text, [&](const plist::Utf8Sequence& character, std::string_view bytes) {
+    const size_t width = columns_of(character.code_point);
     full = full || used + width + 1 > most_columns;
     if (full) return;
     shortened += bytes;

@@ -11,7 +11,7 @@ constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 bool is_utf8(std::string_view text);
 
-// The same text with every byte that belongs to no character replaced by U+FFFD.
+// The same text with each broken sequence replaced by one U+FFFD, as in plist/utf8.h.
 std::string to_utf8(std::string_view text);
 
 // For a terminal: valid UTF-8 without anything that would move the cursor, change colours or turn the writing

@@ -14,8 +14,7 @@ struct Change {
 
   Kind kind = Kind::changed;
   std::string path;  // of the element or attribute: in the new file, or in the old one when it was removed
-  std::string
-      old_path;  // of the same thing in the old file, where it may have stood elsewhere; empty when added
+  std::string old_path;  // of the same thing in the old file, where it may be another; empty when added
   std::string identity;  // of the element: "/Applications/Safari.app"
   std::string label;     // what people call the element: "Safari"; its name in the tree when it has no value
   std::string name;  // of the attribute, or "~key" of the element's annotation; empty for the element itself

@@ -10,11 +10,11 @@
 
 namespace inv {
 
+// Its paths are valid during the visit.
 struct Fact {
-  std::string_view path;  // see paths.h; valid during the visit
-  std::string_view
-      element;            // the path of its tag: the same path for a tag's own value; valid during the visit
-  std::string_view name;  // its last segment
+  std::string_view path;     // see paths.h
+  std::string_view element;  // the path of its tag: the same path for a tag's own value
+  std::string_view name;     // the last segment of its path
   std::string_view value;
   std::string_view unit;        // of the value; empty for texts and plain numbers
   std::string_view base_value;  // the exact value that a rounded one stands for: bytes for sizes, else empty

@@ -26,8 +26,8 @@ struct Section {
   };
 
   Kind kind = Kind::unlisted;
-  uint64_t number =
-      0;  // of the header's entry; for unlisted bytes, the first number that the header skips there
+  // Of the header's entry; for unlisted bytes, the first number that the header skips there.
+  uint64_t number = 0;
   std::string type;  // the entry's own words, "ID=" included: "snapshot", "customdata rawdata"
   std::string timestamp;
   std::string snaptype;

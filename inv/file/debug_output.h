@@ -9,8 +9,8 @@ namespace inv {
 
 struct DataType {
   std::string name;  // "SPHardwareDataType": letters and digits only
-  std::string_view
-      dict;  // its dictionary, with the blanks before it and the line end behind it, within the output
+  // Its dictionary, with the blanks before it and the line end after it; points into the output.
+  std::string_view dict;
 };
 
 // The dictionaries of the outermost array that say which data type they are, in order. Nothing is checked

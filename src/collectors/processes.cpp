@@ -56,7 +56,7 @@ std::optional<ProcessLine> parse_process_line(std::string_view output) {
 }
 
 void collect_processes(InventoryTree& profiler, const ProcessTableReader& read_table) {
-  profiler.set_attribute("/SystemProcess/_timeStamp", text_value(format_now(DateForm::kProcess).get()));
+  profiler.set_attribute("/SystemProcess/_timeStamp", text_value(format_now(DateForm::process).get()));
   CommandSeries lines(500, kLineLimits);
   ProcessTableStatus status = ProcessTableStatus::grew;
   for (int reading = 0; status == ProcessTableStatus::grew && reading < kMostReadings; ++reading) {

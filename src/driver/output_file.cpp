@@ -74,8 +74,8 @@ std::string write_temporary(const FileWriter& write) {
 }  // namespace
 
 const std::vector<NameClaim>& name_claims() {
-  static const std::vector<NameClaim> claims = {claim_by_link, rename_exclusively, claim_by_placeholder};
-  return claims;
+  static const std::vector<NameClaim> kClaims = {claim_by_link, rename_exclusively, claim_by_placeholder};
+  return kClaims;
 }
 
 OutputFile::OutputFile(const char* machine_name, const char* hardware_address) {

@@ -102,7 +102,7 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   raw.reset();
   const std::time_t end = std::time(nullptr);
   const Text computer = computer_name();
-  const Text timestamp = format_now(DateForm::kCim);
+  const Text timestamp = format_now(DateForm::cim);
   set_snapshot_attributes(*snapshot, timestamp.get(), end - start, identity, summary);
 
   log("V. Creating AssetInfo Section....");

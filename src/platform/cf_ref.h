@@ -7,7 +7,7 @@
 #include <utility>
 
 // Holds one reference, or none. Results of Get functions are not owned and never go in here.
-template <class Ref>
+template <typename Ref>
 class CFRef {
  public:
   CFRef() = default;

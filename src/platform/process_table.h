@@ -14,7 +14,7 @@ struct ProcessRecord {
 
 enum class ProcessTableStatus {
   complete,
-  grew,         // processes were started while the table was copied: use what came, if anything, then read again
+  grew,  // processes were started while the table was copied: use what came, if anything, then read again
   unavailable,  // no records
 };
 

@@ -3,10 +3,9 @@
 #include <cstdint>
 
 namespace plist {
-
 namespace {
 
-constexpr uint32_t not_in_alphabet = 64;
+constexpr uint32_t kNotInAlphabet = 64;
 
 uint32_t value_of(char c) {
   if (c >= 'A' && c <= 'Z') return static_cast<uint32_t>(c - 'A');
@@ -14,7 +13,7 @@ uint32_t value_of(char c) {
   if (c >= '0' && c <= '9') return static_cast<uint32_t>(c - '0' + 52);
   if (c == '+') return 62;
   if (c == '/') return 63;
-  return c == '=' ? 0 : not_in_alphabet;
+  return c == '=' ? 0 : kNotInAlphabet;
 }
 
 bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -32,7 +31,7 @@ size_t decode_base64(std::string_view base64, unsigned char* bytes) {
       padding = 0;
     }
     const uint32_t value = value_of(c);
-    if (value == not_in_alphabet) continue;
+    if (value == kNotInAlphabet) continue;
     group = group << 6 | value;
     if (++characters % 4 != 0) continue;
     *out++ = static_cast<unsigned char>(group >> 16);

@@ -4,7 +4,6 @@
 #include <iterator>
 
 namespace plist {
-
 namespace {
 
 // A tag as it is written where it has no attributes.
@@ -12,7 +11,7 @@ struct TagForm {
   std::string_view text;
   Tag tag;
 };
-constexpr TagForm forms[] = {
+constexpr TagForm kForms[] = {
     {"<key>", {Element::key, false, false}},         {"</key>", {Element::key, true, false}},
     {"<string>", {Element::string, false, false}},   {"</string>", {Element::string, true, false}},
     {"<integer>", {Element::integer, false, false}}, {"</integer>", {Element::integer, true, false}},
@@ -23,10 +22,10 @@ constexpr TagForm forms[] = {
     {"<real>", {Element::real, false, false}},       {"</real>", {Element::real, true, false}},
     {"<data>", {Element::data, false, false}},       {"</data>", {Element::data, true, false}},
 };
-constexpr size_t longest_form = std::string_view("</integer>").size();
+constexpr size_t kLongestForm = std::string_view("</integer>").size();
 
 // A byte that became another one is likelier than one too many or too few.
-constexpr int length_changes[] = {0, 1, -1};
+constexpr int kLengthChanges[] = {0, 1, -1};
 
 // Whether the text, which is not empty, is the form with one byte changed, added or missing.
 bool differs_in_one_byte(std::string_view text, std::string_view form) {
@@ -69,10 +68,10 @@ std::optional<FoundTag> find_damaged_tag(std::string_view text) {
   if (text.substr(0, 2) == "<<" && find_whole_tag(text.substr(1))) return std::nullopt;
   // "/dict>" has lost its "<", and not become anything else.
   const bool has_slash = text.substr(0, 2).find('/') != text.npos;
-  const bool has_end = text.substr(0, longest_form + 1).find('>') != text.npos;
-  for (const int change : length_changes) {
+  const bool has_end = text.substr(0, kLongestForm + 1).find('>') != text.npos;
+  for (const int change : kLengthChanges) {
     if (change != 0 && !has_end) break;
-    for (const TagForm& form : forms) {
+    for (const TagForm& form : kForms) {
       // What ends with the input may be a tag that was cut.
       if (text.size() < form.text.size() || (has_slash && !form.tag.closes)) continue;
       const size_t length = form.text.size() + static_cast<size_t>(change);
@@ -92,11 +91,11 @@ std::optional<FoundTag> find_tag_at_start(std::string_view text) {
 bool remove_damaged_close_tag(std::string_view& text, Element element) {
   const size_t last = text.find_last_not_of(" \t\r\n");
   const std::string_view trimmed = text.substr(0, last + 1);
-  const auto form = std::find_if(std::begin(forms), std::end(forms), [element](const TagForm& candidate) {
+  const auto form = std::find_if(std::begin(kForms), std::end(kForms), [element](const TagForm& candidate) {
     return candidate.tag.closes && candidate.tag.element == element;
   });
-  if (form == std::end(forms)) return false;
-  for (const int change : length_changes) {
+  if (form == std::end(kForms)) return false;
+  for (const int change : kLengthChanges) {
     const size_t length = form->text.size() + static_cast<size_t>(change);
     if (trimmed.size() < length) continue;
     const size_t start = trimmed.size() - length;

@@ -5,10 +5,9 @@
 #include "plist/cursor.h"
 
 namespace plist {
-
 namespace {
 
-constexpr int64_t seconds_per_day = 86400;
+constexpr int64_t kSecondsPerDay = 86400;
 
 // Days from 0000-03-01 in the Gregorian calendar, carried backwards without end. Years here begin in March,
 // so that the leap day is the last of its year; months are counted from 0.
@@ -55,7 +54,7 @@ std::optional<double> parse_date(std::string_view text) {
   const auto [month, day, hour, minute, second] = month_to_second;
   const int64_t month_start = days_of_month_start(negative ? -*year : *year, month == 0 ? 1 : month);
   const int64_t days = month_start + (day - 1) - days_of_month_start(2001, 1);
-  return static_cast<double>(days * seconds_per_day + hour * 3600 + minute * 60 + second);
+  return static_cast<double>(days * kSecondsPerDay + hour * 3600 + minute * 60 + second);
 }
 
 }  // namespace plist

@@ -4,25 +4,24 @@
 #include "plist/utf8.h"
 
 namespace plist {
-
 namespace {
 
 struct NamedEntity {
   std::string_view text;
   char character;
 };
-constexpr NamedEntity named_entities[] = {
+constexpr NamedEntity kNamedEntities[] = {
     {"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&apos;", '\''}, {"&quot;", '"'},
 };
 
-constexpr uint32_t last_code_point = 0x10FFFF;
+constexpr uint32_t kLastCodePoint = 0x10FFFF;
 
 bool is_surrogate(uint32_t code_point) { return code_point >= 0xD800 && code_point <= 0xDFFF; }
 
 }  // namespace
 
 std::optional<Entity> parse_entity(std::string_view text) {
-  for (const NamedEntity& named : named_entities) {
+  for (const NamedEntity& named : kNamedEntities) {
     if (text.substr(0, named.text.size()) == named.text) {
       return Entity{static_cast<unsigned char>(named.character), named.text.size()};
     }
@@ -36,7 +35,7 @@ std::optional<Entity> parse_entity(std::string_view text) {
     const unsigned digit = digit_value(*cursor.at);
     if (digit >= base) return std::nullopt;
     code_point = code_point * base + digit;
-    if (code_point > last_code_point) return std::nullopt;
+    if (code_point > kLastCodePoint) return std::nullopt;
   }
   if (!cursor.skip(';') || is_surrogate(code_point)) return std::nullopt;
   return Entity{code_point, static_cast<size_t>(cursor.at - text.data())};

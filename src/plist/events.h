@@ -37,7 +37,7 @@ struct Events {
 };
 
 // Events that go to the listener's members of the same names.
-template <class Listener>
+template <typename Listener>
 Events events_for(Listener& listener) {
   return {
       &listener,

@@ -10,7 +10,6 @@
 #include "plist/utf8.h"
 
 namespace plist {
-
 namespace {
 
 // A container that is skipped with all that is in it. Only tags of containers tell where it ends.

@@ -3,7 +3,6 @@
 #include "plist/scanner.h"
 
 namespace plist {
-
 namespace {
 
 // Most tags differ in the first letter already.
@@ -44,7 +43,7 @@ bool nested_too_deeply(std::string_view list) {
     const size_t end = end_of_markup(list, at);
     if (end == list.npos) return false;
     const int change = step(list.substr(at, end - at));
-    if (change > 0 && ++depth > maximum_depth) return true;
+    if (change > 0 && ++depth > kMaximumDepth) return true;
     if (change < 0 && depth > 0) --depth;
     at = end;
   }

@@ -5,7 +5,7 @@
 
 namespace plist {
 
-// True when arrays and dictionaries nest more deeply than maximum_depth (see scanner.h), comments and CDATA
+// True when arrays and dictionaries nest more deeply than kMaximumDepth (see scanner.h), comments and CDATA
 // sections not counted. Up to the first place where a list is not well-formed the count is exact; no parser
 // goes on from there.
 bool nested_too_deeply(std::string_view list);

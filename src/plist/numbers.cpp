@@ -7,10 +7,9 @@
 #include "plist/cursor.h"
 
 namespace plist {
-
 namespace {
 
-constexpr uint64_t lowest_magnitude = uint64_t{1} << 63;  // of -2^63
+constexpr uint64_t kLowestMagnitude = uint64_t{1} << 63;  // of -2^63
 
 std::optional<uint64_t> parse_digits(std::string_view text, unsigned base) {
   if (text.empty()) return std::nullopt;
@@ -53,15 +52,15 @@ struct SpecialReal {
   std::string_view name;
   double value;
 };
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr SpecialReal special_reals[] = {
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr SpecialReal kSpecialReals[] = {
     {"nan", std::numeric_limits<double>::quiet_NaN()},
-    {"inf", infinity},
-    {"+inf", infinity},
-    {"-inf", -infinity},
-    {"infinity", infinity},
-    {"+infinity", infinity},
-    {"-infinity", -infinity},
+    {"inf", kInfinity},
+    {"+inf", kInfinity},
+    {"-inf", -kInfinity},
+    {"infinity", kInfinity},
+    {"+infinity", kInfinity},
+    {"-infinity", -kInfinity},
 };
 
 std::optional<double> parse_special_real(std::string_view text) {
@@ -69,7 +68,7 @@ std::optional<double> parse_special_real(std::string_view text) {
   for (char& c : lower) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
   }
-  for (const SpecialReal& special : special_reals) {
+  for (const SpecialReal& special : kSpecialReals) {
     if (special.name == lower) return special.value;
   }
   return std::nullopt;
@@ -85,9 +84,9 @@ std::optional<Integer> parse_integer(std::string_view text) {
   cursor.skip_white();
   const bool hexadecimal = cursor.skip("0x") || cursor.skip("0X");
   const std::optional<uint64_t> magnitude = parse_digits(cursor.rest(), hexadecimal ? 16 : 10);
-  if (!magnitude || (negative && *magnitude > lowest_magnitude)) return std::nullopt;
+  if (!magnitude || (negative && *magnitude > kLowestMagnitude)) return std::nullopt;
   const uint64_t bits = negative ? uint64_t{0} - *magnitude : *magnitude;
-  return Integer{static_cast<int64_t>(bits), !negative && bits >= lowest_magnitude};
+  return Integer{static_cast<int64_t>(bits), !negative && bits >= kLowestMagnitude};
 }
 
 std::optional<double> parse_real(std::string_view text) {

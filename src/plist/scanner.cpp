@@ -13,10 +13,9 @@
 #include "plist/utf8.h"
 
 namespace plist {
-
 namespace {
 
-constexpr const char* unexpected_end = "unexpected end";
+constexpr const char* kUnexpectedEnd = "unexpected end";
 
 // What is open, and what may come next in it.
 enum class Frame : uint8_t { empty_list, full_list, array, dictionary_key, dictionary_value };
@@ -97,7 +96,7 @@ bool Scanner::check_encoding() {
 // One tag, comment or the like, with the white space before it.
 bool Scanner::step() {
   cursor_.skip_white();
-  if (cursor_.at_end()) return fail(unexpected_end);
+  if (cursor_.at_end()) return fail(kUnexpectedEnd);
   if (!cursor_.skip('<')) return fail("unexpected text between elements");
   if (cursor_.skip('?')) return cursor_.skip_past("?>") || fail("unterminated processing instruction");
   if (cursor_.skip('!')) return skip_declaration();
@@ -110,7 +109,7 @@ bool Scanner::skip_declaration() {
   if (!frames_.empty() || !cursor_.skip("DOCTYPE")) return fail("unexpected declaration");
   const std::string_view declaration = cursor_.take(cursor_.find('>'));
   if (declaration.find('[') != declaration.npos) return fail("document type with declarations of its own");
-  return cursor_.skip('>') || fail(unexpected_end);
+  return cursor_.skip('>') || fail(kUnexpectedEnd);
 }
 
 bool Scanner::open_element() {
@@ -133,7 +132,7 @@ bool Scanner::open_container(Element element) {
     frames_.push_back(Frame::empty_list);
     return true;
   }
-  if (++depth_ > maximum_depth) return fail("nested too deeply");
+  if (++depth_ > kMaximumDepth) return fail("nested too deeply");
   const bool is_array = element == Element::array;
   frames_.push_back(is_array ? Frame::array : Frame::dictionary_key);
   (is_array ? events_.begin_array : events_.begin_dictionary)(events_.listener);
@@ -182,7 +181,7 @@ bool Scanner::read_tag(Tag& tag) {
   while (!cursor_.at_end() && *cursor_.at != '>' && !is_white(*cursor_.at)) ++cursor_.at;
   const char* name_end = cursor_.at;
   cursor_.at = cursor_.find('>');
-  if (cursor_.at_end()) return fail(unexpected_end);
+  if (cursor_.at_end()) return fail(kUnexpectedEnd);
   tag.empty = cursor_.at > name && cursor_.at[-1] == '/';
   if (tag.empty && name_end == cursor_.at) --name_end;
   ++cursor_.at;
@@ -192,7 +191,7 @@ bool Scanner::read_tag(Tag& tag) {
 
 bool Scanner::expect_close(Element element) {
   if (!cursor_.skip("</") || !cursor_.skip(name_of(element))) {
-    return fail(cursor_.at_end() ? unexpected_end : "close tag does not match its open tag");
+    return fail(cursor_.at_end() ? kUnexpectedEnd : "close tag does not match its open tag");
   }
   cursor_.skip_white();
   return cursor_.skip('>') || fail("close tag does not match its open tag");
@@ -219,7 +218,7 @@ bool Scanner::read_value(const Tag& tag) {
 // Up to the next tag, whatever it is.
 bool Scanner::read_raw_text(std::string_view& text) {
   text = cursor_.take(cursor_.find('<'));
-  return !cursor_.at_end() || fail(unexpected_end);
+  return !cursor_.at_end() || fail(kUnexpectedEnd);
 }
 
 bool Scanner::read_characters(const Tag& tag, Characters& characters) {

@@ -10,7 +10,7 @@
 namespace plist {
 
 // How deep arrays and dictionaries may nest.
-constexpr size_t maximum_depth = 512;
+constexpr size_t kMaximumDepth = 512;
 
 struct ScanResult {
   const char* error;  // a message that lives as long as the program; none when the list was read to its end
@@ -35,6 +35,6 @@ ScanResult scan(std::string_view list, const Events& events);
 //
 // Of a key that stands where a value should, `scan` makes a string; here it takes the place of the key before
 // it.
-void scan_leniently(std::string_view list, const Events& events, size_t depth_limit = maximum_depth);
+void scan_leniently(std::string_view list, const Events& events, size_t depth_limit = kMaximumDepth);
 
 }  // namespace plist

@@ -3,7 +3,6 @@
 #include <cstring>
 
 namespace plist {
-
 namespace {
 
 // What may follow a lead byte: the number of continuation bytes and the range of the first of them, which is
@@ -23,13 +22,13 @@ Lead lead_of(unsigned char byte) {
           static_cast<unsigned char>(byte == 0xF4 ? 0x8F : 0xBF)};
 }
 
-constexpr uint64_t high_bits = 0x8080808080808080u;
+constexpr uint64_t kHighBits = 0x8080808080808080u;
 
 size_t ascii_prefix(std::string_view bytes) {
   size_t at = 0;
   for (uint64_t word; bytes.size() - at >= sizeof word; at += sizeof word) {
     std::memcpy(&word, bytes.data() + at, sizeof word);
-    if (word & high_bits) break;
+    if (word & kHighBits) break;
   }
   while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80) ++at;
   return at;

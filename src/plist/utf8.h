@@ -1,4 +1,5 @@
-// UTF-8 as Unicode defines it: no overlong forms, no surrogates, nothing above U+10FFFF.
+// UTF-8 as Unicode defines it: no overlong forms, no surrogates, nothing above U+10FFFF. A broken sequence is
+// the longest start of a character that is cut off, else a single byte; web browsers replace the same bytes.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,7 @@ Utf8 classify_utf8(std::string_view bytes);
 // The code point that starts at the first byte of a text that is not empty.
 struct Utf8Sequence {
   uint32_t code_point;
-  size_t length;  // in bytes; of an invalid sequence, the bytes that one U+FFFD stands for
+  size_t length;  // in bytes; of a broken sequence, the bytes that one U+FFFD replaces
   bool valid;
 };
 Utf8Sequence first_sequence(std::string_view bytes);
@@ -23,7 +24,7 @@ Utf8Sequence first_sequence(std::string_view bytes);
 // The code point may be anything up to U+10FFFF but a surrogate.
 void append_utf8(std::string& text, uint32_t code_point);
 
-// The bytes, with U+FFFD for each sequence that is not valid.
+// The bytes, with one U+FFFD in place of each broken sequence.
 std::string repair_utf8(std::string_view bytes);
 
 }  // namespace plist

@@ -51,16 +51,16 @@ Text Profiler::run_again_and_again(const char* command, uint32_t* length) {
 }
 
 Cut cut_at(size_t index) {
-  if (index == 0) return Cut::kFirst;
-  return index + 1 == std::size(kDataTypes) ? Cut::kLast : Cut::kMiddle;
+  if (index == 0) return Cut::first;
+  return index + 1 == std::size(kDataTypes) ? Cut::last : Cut::middle;
 }
 
 }  // namespace
 
 std::string_view cut_output(const char* output, uint32_t length, Cut cut) {
-  const size_t from = cut == Cut::kFirst ? 0 : kPrologueLength;
+  const size_t from = cut == Cut::first ? 0 : kPrologueLength;
   // Of the last output only the line feed at its end is dropped, since the document ends with it.
-  const size_t dropped = cut == Cut::kLast ? 1 : kEpilogueLength;
+  const size_t dropped = cut == Cut::last ? 1 : kEpilogueLength;
   if (length < from + dropped) return {};
   const std::string_view piece(output + from, length - from - dropped);
   return piece.substr(0, piece.find('\0'));
@@ -72,8 +72,8 @@ Text splice_outputs(const std::vector<ProfilerOutput>& outputs, size_t* length) 
   for (size_t i = 0; i < outputs.size(); ++i) {
     const Cut cut = cut_at(i);
     std::string_view piece = cut_output(outputs[i].text.get(), outputs[i].length, cut);
-    if (piece.empty() && cut == Cut::kFirst) piece = kPrologue;
-    if (piece.empty() && cut == Cut::kLast) piece = kEpilogue;
+    if (piece.empty() && cut == Cut::first) piece = kPrologue;
+    if (piece.empty() && cut == Cut::last) piece = kEpilogue;
     pieces.push_back(piece);
     total += piece.size();
   }

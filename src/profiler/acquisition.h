@@ -38,7 +38,7 @@ struct ProfilerDocument {
 };
 
 // Where in the document an output stands: the first one brings the prologue, the last one the closing tags.
-enum class Cut { kMiddle = 0, kFirst = 1, kLast = 2 };
+enum class Cut { middle = 0, first = 1, last = 2 };
 
 // How the time between two attempts goes by; tests put something quicker in its place.
 using Pause = std::function<void(std::chrono::milliseconds)>;

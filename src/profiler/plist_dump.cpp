@@ -105,7 +105,7 @@ class Dump {
   Value date_value(CFDateRef date);
 
   InventoryTree& tree_;
-  DateFormatter date_formatter_{DateForm::kCim};
+  DateFormatter date_formatter_{DateForm::cim};
   // What is installed together has one date, and formatting is dear.
   CFAbsoluteTime last_time_ = std::numeric_limits<CFAbsoluteTime>::quiet_NaN();
   Value last_date_;

@@ -39,10 +39,10 @@ double parse_size(char* size, const Units& units) {
 template <typename Integer>
 Integer truncate(double number) {
   // The range's ends as doubles; the upper one, 2^n, is the first number that does not fit.
-  constexpr double lowest = static_cast<double>(std::numeric_limits<Integer>::min());
+  constexpr double kLowest = static_cast<double>(std::numeric_limits<Integer>::min());
   const double beyond = std::ldexp(1.0, std::numeric_limits<Integer>::digits);
   if (std::isnan(number)) return 0;
-  if (number <= lowest) return std::numeric_limits<Integer>::min();
+  if (number <= kLowest) return std::numeric_limits<Integer>::min();
   if (number >= beyond) return std::numeric_limits<Integer>::max();
   return static_cast<Integer>(number);
 }

@@ -183,7 +183,7 @@ void build_debug_asset_info(INVfile& container, const char* name, const AssetNet
   auto tree = std::make_unique<InventoryTree>(container.byte_order_flag(), kTopName);
   Place top(tree->root(), "");
   write_identity(top, {name, name, "nvtPhysical", "nstNone", "sstNone"}, network);
-  const Text now = format_now(DateForm::kCim);
+  const Text now = format_now(DateForm::cim);
   write_rows(top, {{"scan-attempt", now.get()}, {"error-message", "Debug scan"}});
   container.add_section(std::move(tree), kAssetInfo, Layout::whole_compressed);
 

@@ -58,20 +58,20 @@ TEST(Applications, KeepsTheDayOfADateInTheProfilerTreeToo) {
   InventoryTree profiler =
       profiler_with("SPApplicationsDataType", {{{"lastModified", "20110112153045.000000+060"}}});
   collected(collect_applications, profiler);
-  EXPECT_NE(std::string::npos, tree_text(profiler).find("lastModified=20110112\n"));
+  EXPECT_NE(tree_text(profiler).find("lastModified=20110112\n"), std::string::npos);
 }
 
 TEST(Applications, KeepsAShortDateWhole) {
   const std::string lines = software("*Soft:1=\n" + std::string(kUnknownVersion) + "inst-date=2011\n" +
                                      kUnknownRuntime + kUnknownWidth);
-  EXPECT_EQ(lines, applications_of({{{"lastModified", "2011"}}}));
+  EXPECT_EQ(applications_of({{{"lastModified", "2011"}}}), lines);
 }
 
 TEST(Applications, SaysNothingOfTheWidthForOtherAnswersThanYes) {
   const std::string lines =
       software("*Soft:1=\n" + std::string(kUnknownVersion) + kUnknownDate + kUnknownRuntime);
-  EXPECT_EQ(lines, applications_of({{{"has64BitIntelCode", "no"}}}));
-  EXPECT_EQ(lines, applications_of({{{"has64BitIntelCode", ""}}}));
+  EXPECT_EQ(applications_of({{{"has64BitIntelCode", "no"}}}), lines);
+  EXPECT_EQ(applications_of({{{"has64BitIntelCode", ""}}}), lines);
 }
 
 TEST(Applications, CopiesValuesInTheirKind) {
@@ -93,8 +93,8 @@ TEST(Applications, TakesValuesOfTheWrongKindForUnknown) {
 
 TEST(Applications, WritesNothingWithoutItsDataType) {
   InventoryTree empty = empty_profiler();
-  EXPECT_EQ("*Snapshot=\n", collected(collect_applications, empty));
-  EXPECT_EQ("*Snapshot=\n", applications_of({}));
+  EXPECT_EQ(collected(collect_applications, empty), "*Snapshot=\n");
+  EXPECT_EQ(applications_of({}), "*Snapshot=\n");
 }
 
 TEST(Applications, GivesTheTreeThatFullPathsWouldGive) {

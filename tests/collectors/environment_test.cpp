@@ -47,58 +47,57 @@ std::string environment_of(const char* output) {
 }
 
 TEST(Environment, WritesEachVariableAsACompoundField) {
-  EXPECT_EQ(
-      "+Snapshot=\n+Environment=\nenv-var:HOME=\n~complex=\nenv-var:A=\n~complex=\n"
-      "*env-var:HOME=HOME\nvalue=/Users/jdoe\n*env-var:A=A\nvalue=1=2\n-\n-\n",
-      environment_of("HOME=/Users/jdoe\nA=1=2\n"));
+  EXPECT_EQ(environment_of("HOME=/Users/jdoe\nA=1=2\n"),
+            "+Snapshot=\n+Environment=\nenv-var:HOME=\n~complex=\nenv-var:A=\n~complex=\n"
+            "*env-var:HOME=HOME\nvalue=/Users/jdoe\n*env-var:A=A\nvalue=1=2\n-\n-\n");
 }
 
 TEST(Environment, MarksOnlyPathAsSplit) {
   EXPECT_EQ(
+      environment_of("PATH=/bin:/usr/bin\nMANPATH=/a:/b\n"),
       "+Snapshot=\n+Environment=\nenv-var:PATH=\n~complex=\nenv-var:MANPATH=\n~complex=\n"
-      "*env-var:PATH=PATH\nvalue=/bin:/usr/bin\n~split=:\n*env-var:MANPATH=MANPATH\nvalue=/a:/b\n-\n-\n",
-      environment_of("PATH=/bin:/usr/bin\nMANPATH=/a:/b\n"));
+      "*env-var:PATH=PATH\nvalue=/bin:/usr/bin\n~split=:\n*env-var:MANPATH=MANPATH\nvalue=/a:/b\n-\n-\n");
 }
 
 TEST(Environment, DropsBlanksAroundNamesAndValues) {
-  EXPECT_EQ("+Snapshot=\n+Environment=\nenv-var: A=\n~complex=\n*env-var: A=A\nvalue=1\n-\n-\n",
-            environment_of(" A=  1 \n"));
+  EXPECT_EQ(environment_of(" A=  1 \n"),
+            "+Snapshot=\n+Environment=\nenv-var: A=\n~complex=\n*env-var: A=A\nvalue=1\n-\n-\n");
 }
 
 TEST(Environment, KeepsTheLastOfTwoValues) {
-  EXPECT_EQ("+Snapshot=\n+Environment=\nenv-var:A=\n~complex=\n*env-var:A=A\nvalue=2\n-\n-\n",
-            environment_of("A=1\nA=2\n"));
+  EXPECT_EQ(environment_of("A=1\nA=2\n"),
+            "+Snapshot=\n+Environment=\nenv-var:A=\n~complex=\n*env-var:A=A\nvalue=2\n-\n-\n");
 }
 
 TEST(Environment, TakesASlashInANameForAPath) {
-  EXPECT_EQ("+Snapshot=\n+Environment=\n+env-var:a=\nb=\n~complex=\n*b=a/b\nvalue=1\n-\n-\n-\n",
-            environment_of("a/b=1\n"));
+  EXPECT_EQ(environment_of("a/b=1\n"),
+            "+Snapshot=\n+Environment=\n+env-var:a=\nb=\n~complex=\n*b=a/b\nvalue=1\n-\n-\n-\n");
 }
 
 TEST(Environment, SurvivesNamesThatLeadNowhere) {
-  EXPECT_EQ("*Snapshot=\n", environment_of(""));
+  EXPECT_EQ(environment_of(""), "*Snapshot=\n");
   for (const char* output : {"=\n", "/=1\n", "//=1\n", "a//b=1\n", "a/=1\n", "\xff\xfe=\x80\n"}) {
     const std::string text = environment_of(output);
-    EXPECT_EQ(0u, text.find("+Snapshot=\n")) << output << text;
+    EXPECT_EQ(text.find("+Snapshot=\n"), 0u) << output << text;
   }
 }
 
 TEST(Environment, LeavesOutWhatWouldReadAsAnotherKindOfLine) {
   for (const char* name : {"a/+b", "a/*b", "a/~b", "/+", "a/b/+"}) {
-    EXPECT_EQ("*Snapshot=\n", environment_of((std::string(name) + "=1\n").c_str())) << name;
+    EXPECT_EQ(environment_of((std::string(name) + "=1\n").c_str()), "*Snapshot=\n") << name;
   }
-  EXPECT_NE("*Snapshot=\n", environment_of("+a=1\n"));
-  EXPECT_NE("*Snapshot=\n", environment_of("a/b+=1\n"));
+  EXPECT_NE(environment_of("+a=1\n"), "*Snapshot=\n");
+  EXPECT_NE(environment_of("a/b+=1\n"), "*Snapshot=\n");
 }
 
 TEST(Environment, ComesFromTheScanItself) {
-  ASSERT_EQ(0, setenv("ENVIRONMENT_TEST", "some value", 1));
+  ASSERT_EQ(setenv("ENVIRONMENT_TEST", "some value", 1), 0);
   InventoryTree snapshot = empty_snapshot();
   collect_environment(snapshot);
   unsetenv("ENVIRONMENT_TEST");
   const std::string text = tree_text(snapshot);
-  EXPECT_NE(std::string::npos, text.find("*env-var:ENVIRONMENT_TEST=ENVIRONMENT_TEST\nvalue=some value\n"));
-  EXPECT_NE(std::string::npos, text.find("*env-var:PATH=PATH\n"));
+  EXPECT_NE(text.find("*env-var:ENVIRONMENT_TEST=ENVIRONMENT_TEST\nvalue=some value\n"), std::string::npos);
+  EXPECT_NE(text.find("*env-var:PATH=PATH\n"), std::string::npos);
 }
 
 TEST(Environment, EndsWhenEnvPrintsForEver) {

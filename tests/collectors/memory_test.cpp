@@ -132,12 +132,12 @@ TEST(Memory, WritesThePhysicalMemoryAfterTheSlots) {
 
 TEST(Memory, WritesNothingWithoutItsDataTypes) {
   InventoryTree empty = empty_profiler();
-  EXPECT_EQ(kNothing, collected(collect_memory, empty));
-  EXPECT_EQ(kNothing, memory_of({}));
+  EXPECT_EQ(collected(collect_memory, empty), kNothing);
+  EXPECT_EQ(memory_of({}), kNothing);
   for (const Item& hardware :
        {Item{}, Item{{"physical_memory", 4}}, Item{{"physical_memory/item0", "4 GB"}}}) {
     InventoryTree profiler = profiler_with("SPHardwareDataType", {hardware});
-    EXPECT_EQ(kNothing, collected(collect_memory, profiler));
+    EXPECT_EQ(collected(collect_memory, profiler), kNothing);
   }
 }
 

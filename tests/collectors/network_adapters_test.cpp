@@ -16,8 +16,8 @@ std::string network(const std::string& lines) {
 }
 
 TEST(HardwareAddress, IsInUpperCaseAndJoinedByDashes) {
-  EXPECT_STREQ("00-1E-C2-0A-11-2B", hardware_address_text("00:1e:c2:0a:11:2b").get());
-  EXPECT_STREQ("", hardware_address_text("").get());
+  EXPECT_STREQ(hardware_address_text("00:1e:c2:0a:11:2b").get(), "00-1E-C2-0A-11-2B");
+  EXPECT_STREQ(hardware_address_text("").get(), "");
 }
 
 TEST(NetworkAdapters, WritesEveryFactOfEach) {
@@ -110,8 +110,8 @@ TEST(NetworkAdapters, LeavesOutOnlyTheValuesOfTheWrongKind) {
 
 TEST(NetworkAdapters, WritesNothingWithoutItsDataType) {
   InventoryTree empty = empty_profiler();
-  EXPECT_EQ("*Snapshot=\n", collected(collect_network_adapters, empty));
-  EXPECT_EQ("*Snapshot=\n", adapters_of({}));
+  EXPECT_EQ(collected(collect_network_adapters, empty), "*Snapshot=\n");
+  EXPECT_EQ(adapters_of({}), "*Snapshot=\n");
 }
 
 }  // namespace

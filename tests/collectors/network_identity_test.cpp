@@ -47,28 +47,29 @@ NetworkIdentity identity_among(std::initializer_list<Xml> adapters, const char* 
 
 TEST(NetworkIdentity, ComesFromTheAdapterAndItsService) {
   const NetworkIdentity identity = identity_among({adapter("en0", "10.0.0.5")});
-  EXPECT_STREQ("10.0.0.5", identity.ip_address.get());
-  EXPECT_STREQ("00-1E-C2-0A-11-2B", identity.hardware_address.get());
-  EXPECT_STREQ("STUDIO", identity.workgroup.get());
-  EXPECT_STREQ("office-mac", identity.netbios_name.get());
+  EXPECT_STREQ(identity.ip_address.get(), "10.0.0.5");
+  EXPECT_STREQ(identity.hardware_address.get(), "00-1E-C2-0A-11-2B");
+  EXPECT_STREQ(identity.workgroup.get(), "STUDIO");
+  EXPECT_STREQ(identity.netbios_name.get(), "office-mac");
   EXPECT_FALSE(identity.manual);
 }
 
 // ---- Which adapter.
 
 TEST(NetworkIdentity, PrefersTheFirstEthernetAdapter) {
-  EXPECT_STREQ("10.0.0.5",
-               identity_among({adapter("en1", "10.0.0.6"), adapter("en0", "10.0.0.5")}).ip_address.get());
-  EXPECT_STREQ("10.0.0.5",
-               identity_among({adapter("en0", "10.0.0.5"), adapter("en1", "10.0.0.6")}).ip_address.get());
+  EXPECT_STREQ(identity_among({adapter("en1", "10.0.0.6"), adapter("en0", "10.0.0.5")}).ip_address.get(),
+               "10.0.0.5");
+  EXPECT_STREQ(identity_among({adapter("en0", "10.0.0.5"), adapter("en1", "10.0.0.6")}).ip_address.get(),
+               "10.0.0.5");
 }
 
 TEST(NetworkIdentity, TriesTheNextAdapterAfterOneWithoutAddress) {
-  EXPECT_STREQ("10.0.0.6",
-               identity_among({idle_adapter("en0"), adapter("en1", "10.0.0.6")}).ip_address.get());
-  EXPECT_STREQ("10.0.0.7", identity_among({idle_adapter("en0"), adapter("fw0", "10.0.0.9"),
-                                           idle_adapter("en1"), adapter("en2", "10.0.0.7")})
-                               .ip_address.get());
+  EXPECT_STREQ(identity_among({idle_adapter("en0"), adapter("en1", "10.0.0.6")}).ip_address.get(),
+               "10.0.0.6");
+  EXPECT_STREQ(identity_among({idle_adapter("en0"), adapter("fw0", "10.0.0.9"), idle_adapter("en1"),
+                               adapter("en2", "10.0.0.7")})
+                   .ip_address.get(),
+               "10.0.0.7");
 }
 
 // What the query prints to standard error.
@@ -79,33 +80,33 @@ std::string complaint_of(const char* given_ip) {
 }
 
 TEST(NetworkIdentity, TellsOfAnAddressThatNoAdapterHas) {
-  EXPECT_EQ("No network adapter has the address 10.0.0.7; the machine's identity stays empty\n",
-            complaint_of("10.0.0.7"));
-  EXPECT_EQ("No network adapter has the address ; the machine's identity stays empty\n", complaint_of(""));
+  EXPECT_EQ(complaint_of("10.0.0.7"),
+            "No network adapter has the address 10.0.0.7; the machine's identity stays empty\n");
+  EXPECT_EQ(complaint_of(""), "No network adapter has the address ; the machine's identity stays empty\n");
 }
 
 TEST(NetworkIdentity, SaysNothingOfAnAddressThatIsThereOrNotGiven) {
-  EXPECT_EQ("", complaint_of("10.0.0.6"));
-  EXPECT_EQ("", complaint_of(nullptr));
+  EXPECT_EQ(complaint_of("10.0.0.6"), "");
+  EXPECT_EQ(complaint_of(nullptr), "");
   testing::internal::CaptureStderr();
   identity_among({idle_adapter("en0")});
-  EXPECT_EQ("", testing::internal::GetCapturedStderr());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST(NetworkIdentity, DoesNotGoBackToAnEarlierAdapter) {
-  EXPECT_EQ(nullptr, identity_among({adapter("en1", "10.0.0.6"), idle_adapter("en0")}).ip_address);
+  EXPECT_EQ(identity_among({adapter("en1", "10.0.0.6"), idle_adapter("en0")}).ip_address, nullptr);
 }
 
 TEST(NetworkIdentity, ComparesInterfaceNamesWhole) {
-  EXPECT_EQ(nullptr, identity_among({adapter("en00", "10.0.0.6"), adapter("EN0", "10.0.0.7")}).ip_address);
+  EXPECT_EQ(identity_among({adapter("en00", "10.0.0.6"), adapter("EN0", "10.0.0.7")}).ip_address, nullptr);
 }
 
 TEST(NetworkIdentity, TakesWhatIsNoListOfTextsForNoAddress) {
   for (const Xml& addresses : {array({}), array({integer(10)}), array({text("10.0.0.5"), integer(10)}),
                                text("10.0.0.5"), dict({{"item0", text("10.0.0.5")}})}) {
     const Xml en0 = dict({{"interface", text("en0")}, {"ip_address", addresses}});
-    EXPECT_STREQ("10.0.0.6", identity_among({en0, adapter("en1", "10.0.0.6")}).ip_address.get());
-    EXPECT_EQ(nullptr, identity_among({en0}, "10.0.0.5").hardware_address) << addresses;
+    EXPECT_STREQ(identity_among({en0, adapter("en1", "10.0.0.6")}).ip_address.get(), "10.0.0.6");
+    EXPECT_EQ(identity_among({en0}, "10.0.0.5").hardware_address, nullptr) << addresses;
   }
 }
 
@@ -113,23 +114,23 @@ TEST(NetworkIdentity, TakesTheAdapterWithTheGivenAddress) {
   const NetworkIdentity identity = identity_among(
       {adapter("en0", "10.0.0.5", kOtherAddress), adapter("ppp0", "10.0.0.6", kAddress, "Manual")},
       "10.0.0.6");
-  EXPECT_STREQ("10.0.0.6", identity.ip_address.get());
-  EXPECT_STREQ("00-1E-C2-0A-11-2B", identity.hardware_address.get());
+  EXPECT_STREQ(identity.ip_address.get(), "10.0.0.6");
+  EXPECT_STREQ(identity.hardware_address.get(), "00-1E-C2-0A-11-2B");
   EXPECT_TRUE(identity.manual);
 }
 
 TEST(NetworkIdentity, ComparesTheGivenAddressWithTheFirstOfEach) {
-  EXPECT_EQ(nullptr, identity_among({adapter("en0", "10.0.0.5")}, "169.254.3.1").workgroup);
+  EXPECT_EQ(identity_among({adapter("en0", "10.0.0.5")}, "169.254.3.1").workgroup, nullptr);
 }
 
 TEST(NetworkIdentity, KeepsAGivenAddressThatNoAdapterHas) {
   const NetworkIdentity identity = identity_of({network({adapter("en0", "10.0.0.5", kAddress, "Manual")}),
                                                 locations({location("yes", {service(kAddress)})})},
                                                "192.0.2.1");
-  EXPECT_STREQ("192.0.2.1", identity.ip_address.get());
+  EXPECT_STREQ(identity.ip_address.get(), "192.0.2.1");
   EXPECT_FALSE(identity.manual);
-  EXPECT_EQ(nullptr, identity.hardware_address);
-  EXPECT_EQ(nullptr, identity.workgroup);
+  EXPECT_EQ(identity.hardware_address, nullptr);
+  EXPECT_EQ(identity.workgroup, nullptr);
 }
 
 TEST(NetworkIdentity, TakesAnEmptyAddressForOneThatNoAdapterHas) {
@@ -149,52 +150,54 @@ TEST(NetworkIdentity, IsManualOnlyByThatWord) {
 TEST(NetworkIdentity, ReadsTheFirstActiveLocation) {
   const Xml adapters = network({adapter("en0", "10.0.0.5")});
   const Xml home = service(kAddress, dict({{"Workgroup", text("home")}}));
-  EXPECT_STREQ("STUDIO",
-               identity_of({adapters, locations({location("no", {home}), location("yes", {service(kAddress)}),
+  EXPECT_STREQ(identity_of({adapters, locations({location("no", {home}), location("yes", {service(kAddress)}),
                                                  location("yes", {home})})})
-                   .workgroup.get());
-  EXPECT_EQ(nullptr,
-            identity_of({adapters, locations({location("no", {home}), location("YES", {home})})}).workgroup);
+                   .workgroup.get(),
+               "STUDIO");
+  EXPECT_EQ(identity_of({adapters, locations({location("no", {home}), location("YES", {home})})}).workgroup,
+            nullptr);
   // Once a location is active, the others do not count.
-  EXPECT_EQ(nullptr,
-            identity_of({adapters, locations({location("yes", {}), location("yes", {home})})}).workgroup);
+  EXPECT_EQ(identity_of({adapters, locations({location("yes", {}), location("yes", {home})})}).workgroup,
+            nullptr);
 }
 
 TEST(NetworkIdentity, TakesTheServiceOfTheAdaptersAddress) {
   const Xml other = service(kOtherAddress, dict({{"Workgroup", text("other")}}));
   const Xml unnamed = dict({{"SMB", dict({{"Workgroup", text("vpn")}})}});
-  EXPECT_STREQ("STUDIO", identity_of({network({adapter("en0", "10.0.0.5")}),
-                                      locations({location("yes", {unnamed, other, service(kAddress)})})})
-                             .workgroup.get());
+  EXPECT_STREQ(identity_of({network({adapter("en0", "10.0.0.5")}),
+                            locations({location("yes", {unnamed, other, service(kAddress)})})})
+                   .workgroup.get(),
+               "STUDIO");
   // The two addresses are compared as the profiler writes them.
-  EXPECT_EQ(nullptr, identity_of({network({adapter("en0", "10.0.0.5")}),
-                                  locations({location("yes", {service("00:1E:C2:0A:11:2B")})})})
-                         .hardware_address);
+  EXPECT_EQ(identity_of({network({adapter("en0", "10.0.0.5")}),
+                         locations({location("yes", {service("00:1E:C2:0A:11:2B")})})})
+                .hardware_address,
+            nullptr);
 }
 
 TEST(NetworkIdentity, HandsOutTheHardwareAddressOnlyOfAServicesAdapter) {
   const NetworkIdentity identity = identity_of(
       {network({adapter("en0", "10.0.0.5")}), locations({location("yes", {service(kOtherAddress)})})});
-  EXPECT_STREQ("10.0.0.5", identity.ip_address.get());
-  EXPECT_EQ(nullptr, identity.hardware_address);
-  EXPECT_EQ(nullptr, identity.workgroup);
-  EXPECT_EQ(nullptr, identity.netbios_name);
+  EXPECT_STREQ(identity.ip_address.get(), "10.0.0.5");
+  EXPECT_EQ(identity.hardware_address, nullptr);
+  EXPECT_EQ(identity.workgroup, nullptr);
+  EXPECT_EQ(identity.netbios_name, nullptr);
 }
 
 TEST(NetworkIdentity, MatchesAnEmptyAddressForAnAdapterWithoutOne) {
   const Xml en0 = dict({{"interface", text("en0")}, {"ip_address", array({text("10.0.0.5")})}});
   const NetworkIdentity identity = identity_of({network({en0}), locations({location("yes", {service("")})})});
-  EXPECT_STREQ("", identity.hardware_address.get());
-  EXPECT_STREQ("STUDIO", identity.workgroup.get());
+  EXPECT_STREQ(identity.hardware_address.get(), "");
+  EXPECT_STREQ(identity.workgroup.get(), "STUDIO");
 }
 
 TEST(NetworkIdentity, NamesNoComputerWithoutAWorkgroup) {
   const NetworkIdentity identity = identity_of(
       {network({adapter("en0", "10.0.0.5")}),
        locations({location("yes", {service(kAddress, dict({{"NetBIOSName", text("office-mac")}}))})})});
-  EXPECT_STREQ("00-1E-C2-0A-11-2B", identity.hardware_address.get());
-  EXPECT_EQ(nullptr, identity.workgroup);
-  EXPECT_EQ(nullptr, identity.netbios_name);
+  EXPECT_STREQ(identity.hardware_address.get(), "00-1E-C2-0A-11-2B");
+  EXPECT_EQ(identity.workgroup, nullptr);
+  EXPECT_EQ(identity.netbios_name, nullptr);
 }
 
 TEST(NetworkIdentity, AcceptsAWorkgroupWithoutAComputersName) {
@@ -202,17 +205,17 @@ TEST(NetworkIdentity, AcceptsAWorkgroupWithoutAComputersName) {
       {network({adapter("en0", "10.0.0.5")}),
        locations({location("yes", {service(kAddress, dict({{"Workgroup", text("b\xC3\xBCro 2")}}))})})});
   // Only the letters a to z have an upper case here.
-  EXPECT_STREQ("B\xC3\xBCRO 2", identity.workgroup.get());
-  EXPECT_EQ(nullptr, identity.netbios_name);
+  EXPECT_STREQ(identity.workgroup.get(), "B\xC3\xBCRO 2");
+  EXPECT_EQ(identity.netbios_name, nullptr);
 }
 
 // ---- Lists of another shape.
 
 void expect_nothing(const NetworkIdentity& identity) {
-  EXPECT_EQ(nullptr, identity.ip_address);
-  EXPECT_EQ(nullptr, identity.hardware_address);
-  EXPECT_EQ(nullptr, identity.workgroup);
-  EXPECT_EQ(nullptr, identity.netbios_name);
+  EXPECT_EQ(identity.ip_address, nullptr);
+  EXPECT_EQ(identity.hardware_address, nullptr);
+  EXPECT_EQ(identity.workgroup, nullptr);
+  EXPECT_EQ(identity.netbios_name, nullptr);
   EXPECT_FALSE(identity.manual);
 }
 
@@ -238,9 +241,9 @@ TEST(NetworkIdentity, PassesOverWhatIsOfTheWrongKind) {
       identity_of({network({text("en0"), odd, bare}),
                    locations({text("yes"), dict({{"spnetworklocation_isActive", integer(1)}}),
                               location("yes", {text(""), odd_service, service("", text("studio"))})})});
-  EXPECT_STREQ("10.0.0.5", identity.ip_address.get());
-  EXPECT_STREQ("", identity.hardware_address.get());
-  EXPECT_EQ(nullptr, identity.workgroup);
+  EXPECT_STREQ(identity.ip_address.get(), "10.0.0.5");
+  EXPECT_STREQ(identity.hardware_address.get(), "");
+  EXPECT_EQ(identity.workgroup, nullptr);
 }
 
 }  // namespace

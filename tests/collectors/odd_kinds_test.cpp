@@ -108,13 +108,13 @@ Xml item(const std::string& type, const Xml& entries) {
   return "<dict>" + told("_dataType", type) + in_list("_items", entries) + "</dict>";
 }
 
-const Xml hardware = item("SPHardwareDataType", "@");
-const Xml two_packages = item("SPHardwareDataType", entry("packages", integer(2)) + "@");
-const Xml software = item("SPSoftwareDataType", "@");
-const Xml application = item("SPApplicationsDataType", "@");
-const Xml adapter = item("SPNetworkDataType", "@");
-const Xml firewall = item("SPFirewallDataType", "@");
-const Xml graphics = item("SPDisplaysDataType", "@");
+const Xml kHardwareItem = item("SPHardwareDataType", "@");
+const Xml kTwoPackages = item("SPHardwareDataType", entry("packages", integer(2)) + "@");
+const Xml kSoftwareItem = item("SPSoftwareDataType", "@");
+const Xml kApplicationItem = item("SPApplicationsDataType", "@");
+const Xml kAdapterItem = item("SPNetworkDataType", "@");
+const Xml kFirewallItem = item("SPFirewallDataType", "@");
+const Xml kGraphicsItem = item("SPDisplaysDataType", "@");
 
 Xml display(const Xml& entries) { return item("SPDisplaysDataType", in_list("spdisplays_ndrvs", entries)); }
 Xml printer(const Xml& entries) { return item("SPPrintersDataType", told("default", "no") + entries); }
@@ -125,17 +125,17 @@ Xml usb_device(const Xml& entries) { return item("SPUSBDataType", in_list("_item
 Xml usb_disk(const Xml& entries) { return usb_device(told("removable_media", "yes") + entries); }
 Xml usb_volume(const Xml& entries) { return usb_disk(in_list("volumes", entries)); }
 
-const Xml named = told("_name", "HD");
-const Xml spacious = told("size", "8 GB") + told("free_space", "4 GB");
+const Xml kNamed = told("_name", "HD");
+const Xml kSpacious = told("size", "8 GB") + told("free_space", "4 GB");
 
 // The adapter of the identity, and its service in the active location.
-const Xml en0 = told("interface", "en0");
-const Xml addresses = entry("ip_address", array({text("10.0.0.5")}));
-const Xml ethernet = in_dict("Ethernet", told("MAC Address", "00:1e"));
-const Xml active = told("spnetworklocation_isActive", "yes");
+const Xml kEn0 = told("interface", "en0");
+const Xml kAddresses = entry("ip_address", array({text("10.0.0.5")}));
+const Xml kEthernet = in_dict("Ethernet", told("MAC Address", "00:1e"));
+const Xml kActive = told("spnetworklocation_isActive", "yes");
 Xml service(const Xml& entries) { return in_list("spnetworklocation_services", entries); }
-const Xml its_address = told("hardware_address", "00:1e");
-const Xml its_service = service(its_address + in_dict("SMB", told("Workgroup", "studio")));
+const Xml kItsAddress = told("hardware_address", "00:1e");
+const Xml kItsService = service(kItsAddress + in_dict("SMB", told("Workgroup", "studio")));
 Xml network(const Xml& its_adapter, const Xml& location) {
   return item("SPNetworkDataType", its_adapter) + item("SPNetworkLocationDataType", location);
 }
@@ -286,9 +286,9 @@ const auto kFirewall = snapshot<collect_firewall>;
 
 TEST_F(OddKinds, OfTheComputer) {
   expect({
-      {kComputer, hardware, "machine_model", Expected::scalar, text("iMac")},
-      {kComputer, hardware, "platform_UUID", Expected::scalar, text("u")},
-      {kComputer, hardware, "serial_number", Expected::scalar, text("s")},
+      {kComputer, kHardwareItem, "machine_model", Expected::scalar, text("iMac")},
+      {kComputer, kHardwareItem, "platform_UUID", Expected::scalar, text("u")},
+      {kComputer, kHardwareItem, "serial_number", Expected::scalar, text("s")},
       {kComputer, item("SPMemoryDataType", "@"), "dimm_status", Expected::text, text("ok")},
       {kComputer, item("SPMemoryDataType", told("dimm_status", "ok") + "@"), "dimm_size", Expected::text,
        text("4 GB")},
@@ -317,14 +317,14 @@ TEST_F(OddKinds, OfProcessors) {
   const Xml with_cores = item("SPHardwareDataType",
                               entry("packages", integer(2)) + entry("number_processors", integer(8)) + "@");
   expect({
-      {kProcessors, hardware, "packages", Expected::integer, integer(2)},
-      {kProcessors, two_packages, "cpu_type", Expected::scalar, text("Intel")},
-      {kProcessors, two_packages, "number_processors", Expected::scalar, integer(8)},
-      {kProcessors, two_packages, "l2_cache", Expected::text, text("6 MB")},
+      {kProcessors, kHardwareItem, "packages", Expected::integer, integer(2)},
+      {kProcessors, kTwoPackages, "cpu_type", Expected::scalar, text("Intel")},
+      {kProcessors, kTwoPackages, "number_processors", Expected::scalar, integer(8)},
+      {kProcessors, kTwoPackages, "l2_cache", Expected::text, text("6 MB")},
       {kProcessors, with_cores, "l2_cache_core", Expected::text, text("256 KB")},
-      {kProcessors, two_packages, "l3_cache", Expected::text, text("6 MB")},
+      {kProcessors, kTwoPackages, "l3_cache", Expected::text, text("6 MB")},
       {kProcessors, with_cores, "l3_cache_core", Expected::text, text("256 KB")},
-      {kProcessors, two_packages, "current_processor_speed", Expected::text, text("2.4 GHz")},
+      {kProcessors, kTwoPackages, "current_processor_speed", Expected::text, text("2.4 GHz")},
   });
 }
 
@@ -333,7 +333,7 @@ TEST_F(OddKinds, OfMemory) {
       {kMemory, item("SPMemoryDataType", "@"), "dimm_status", Expected::text, text("ok")},
       {kMemory, item("SPMemoryDataType", "@"), "_items", Expected::array,
        array({dict({{"dimm_status", text("ok")}})})},
-      {kMemory, hardware, "physical_memory", Expected::text, text("4 GB")},
+      {kMemory, kHardwareItem, "physical_memory", Expected::text, text("4 GB")},
   };
   const Xml used = told("dimm_status", "ok") + "@";
   for (const Xml& slot :
@@ -352,9 +352,10 @@ TEST_F(OddKinds, OfMemory) {
 TEST_F(OddKinds, OfDisplays) {
   const Xml edid = text("0x00ffffffffffff00");
   expect({
-      {kDisplays, graphics, "sppci_model", Expected::scalar, text("GMA")},
-      {kDisplays, graphics, "spdisplays_vram", Expected::text, text("256 MB")},
-      {kDisplays, graphics, "spdisplays_ndrvs", Expected::array, array({dict({{"_spdisplays_edid", edid}})})},
+      {kDisplays, kGraphicsItem, "sppci_model", Expected::scalar, text("GMA")},
+      {kDisplays, kGraphicsItem, "spdisplays_vram", Expected::text, text("256 MB")},
+      {kDisplays, kGraphicsItem, "spdisplays_ndrvs", Expected::array,
+       array({dict({{"_spdisplays_edid", edid}})})},
       {kDisplays, display("@"), "_spdisplays_edid", Expected::text, edid},
       {kDisplays, display("@"), "spdisplays_main", Expected::text, text("spdisplays_yes")},
       {kDisplays, display(told("_spdisplays_edid", "0x00") + "@"), "_name", Expected::text,
@@ -397,14 +398,14 @@ TEST_F(OddKinds, OfDisks) {
 TEST_F(OddKinds, OfVolumes) {
   expect({
       {kStorage, sata_volume("@"), "_name", Expected::scalar, text("HD")},
-      {kStorage, sata_volume(named + "@"), "iocontent", Expected::text, text("Apple_CoreStorage")},
-      {kStorage, sata_volume(named + "@"), "file_system", Expected::scalar, text("HFS+")},
-      {kStorage, sata_volume(named + "@"), "mount_point", Expected::scalar, text("/")},
-      {kStorage, sata_volume(named + "@"), "size", Expected::text, text("8 GB")},
-      {kStorage, sata_volume(named + "@"), "free_space", Expected::text, text("4 GB")},
-      {kStorage, sata_volume(named + spacious + "@"), "size_in_bytes", Expected::byte_count,
+      {kStorage, sata_volume(kNamed + "@"), "iocontent", Expected::text, text("Apple_CoreStorage")},
+      {kStorage, sata_volume(kNamed + "@"), "file_system", Expected::scalar, text("HFS+")},
+      {kStorage, sata_volume(kNamed + "@"), "mount_point", Expected::scalar, text("/")},
+      {kStorage, sata_volume(kNamed + "@"), "size", Expected::text, text("8 GB")},
+      {kStorage, sata_volume(kNamed + "@"), "free_space", Expected::text, text("4 GB")},
+      {kStorage, sata_volume(kNamed + kSpacious + "@"), "size_in_bytes", Expected::byte_count,
        integer(8000000000)},
-      {kStorage, sata_volume(named + spacious + "@"), "free_space_in_bytes", Expected::byte_count,
+      {kStorage, sata_volume(kNamed + kSpacious + "@"), "free_space_in_bytes", Expected::byte_count,
        integer(4000000000)},
   });
 }
@@ -428,20 +429,21 @@ TEST_F(OddKinds, OfRemovableDisks) {
       {kUsb, usb_disk("@"), "_name", Expected::scalar, text("Stick")},
       {kUsb, usb_disk("@"), "device_speed", Expected::text, text("low_speed")},
       {kUsb, usb_disk("@"), "size", Expected::text, text("8 GB")},
-      {kUsb, usb_disk(spacious + "@"), "size_in_bytes", Expected::byte_count, integer(8000000000)},
+      {kUsb, usb_disk(kSpacious + "@"), "size_in_bytes", Expected::byte_count, integer(8000000000)},
       {kUsb, usb_disk("@"), "bsd_name", Expected::text, text("disk1")},
       {kUsb, usb_disk("@"), "volumes", Expected::array, array({filled("")})},
-      {kUsb, usb_volume(spacious + "@"), "_name", Expected::scalar, text("S")},
-      {kUsb, usb_volume(named + "@"), "free_space", Expected::text, text("4 GB")},
-      {kUsb, usb_volume(named + told("free_space", "4 GB") + "@"), "size", Expected::text, text("8 GB")},
-      {kUsb, usb_volume(named + spacious + "@"), "size_in_bytes", Expected::byte_count, integer(8000000000)},
-      {kUsb, usb_volume(named + spacious + "@"), "free_space_in_bytes", Expected::byte_count,
+      {kUsb, usb_volume(kSpacious + "@"), "_name", Expected::scalar, text("S")},
+      {kUsb, usb_volume(kNamed + "@"), "free_space", Expected::text, text("4 GB")},
+      {kUsb, usb_volume(kNamed + told("free_space", "4 GB") + "@"), "size", Expected::text, text("8 GB")},
+      {kUsb, usb_volume(kNamed + kSpacious + "@"), "size_in_bytes", Expected::byte_count,
+       integer(8000000000)},
+      {kUsb, usb_volume(kNamed + kSpacious + "@"), "free_space_in_bytes", Expected::byte_count,
        integer(4000000000)},
   };
   for (const char* key : {"bcd_device", "serial_num", "manufacturer", "bus_power", "bus_power_used"})
     rows.push_back({kUsb, usb_disk("@"), key, Expected::scalar, text("x")});
   for (const char* key : {"file_system", "bsd_name", "mount_point"})
-    rows.push_back({kUsb, usb_volume(named + spacious + "@"), key, Expected::scalar, text("x")});
+    rows.push_back({kUsb, usb_volume(kNamed + kSpacious + "@"), key, Expected::scalar, text("x")});
   expect(rows);
 }
 
@@ -449,23 +451,25 @@ TEST_F(OddKinds, OfNetworkAdapters) {
   const Xml its_ethernet = item("SPNetworkDataType", in_dict("Ethernet", "@"));
   const Xml ipv4 = item("SPNetworkDataType", in_dict("IPv4", "@"));
   expect({
-      {kAdapters, adapter, "_name", Expected::scalar, text("Ethernet")},
-      {kAdapters, adapter, "interface", Expected::scalar, text("en0")},
-      {kAdapters, adapter, "type", Expected::scalar, text("Ethernet")},
+      {kAdapters, kAdapterItem, "_name", Expected::scalar, text("Ethernet")},
+      {kAdapters, kAdapterItem, "interface", Expected::scalar, text("en0")},
+      {kAdapters, kAdapterItem, "type", Expected::scalar, text("Ethernet")},
       {kAdapters, its_ethernet, "MAC Address", Expected::text, text("00:1e:c2:0a:11:2b")},
-      {kAdapters, adapter, "Ethernet", Expected::dictionary, dict({{"MAC Address", text("00:1e")}})},
+      {kAdapters, kAdapterItem, "Ethernet", Expected::dictionary, dict({{"MAC Address", text("00:1e")}})},
       {kAdapters, ipv4, "Router", Expected::scalar, text("10.0.0.1")},
-      {kAdapters, adapter, "IPv4", Expected::dictionary, dict({{"Router", text("10.0.0.1")}})},
+      {kAdapters, kAdapterItem, "IPv4", Expected::dictionary, dict({{"Router", text("10.0.0.1")}})},
   });
 }
 
 TEST_F(OddKinds, OfTheNetworkIdentity) {
-  const Xml location = active + its_service;
-  const Xml bare = en0 + addresses;
-  const Xml whole = bare + ethernet;
-  const auto smb = [](const Xml& entries) { return active + service(its_address + in_dict("SMB", entries)); };
+  const Xml location = kActive + kItsService;
+  const Xml bare = kEn0 + kAddresses;
+  const Xml whole = bare + kEthernet;
+  const auto smb = [](const Xml& entries) {
+    return kActive + service(kItsAddress + in_dict("SMB", entries));
+  };
   expect({
-      {identity, network(addresses + ethernet + "@", location), "interface", Expected::text, text("en0")},
+      {identity, network(kAddresses + kEthernet + "@", location), "interface", Expected::text, text("en0")},
       {identity, network(bare + "@", location), "Ethernet", Expected::dictionary,
        dict({{"MAC Address", text("00:1e")}})},
       {identity, network(bare + in_dict("Ethernet", "@"), location), "MAC Address", Expected::text,
@@ -473,24 +477,24 @@ TEST_F(OddKinds, OfTheNetworkIdentity) {
       {identity, network(whole + "@", ""), "IPv4", Expected::dictionary,
        dict({{"ConfigMethod", text("Manual")}})},
       {identity, network(whole + in_dict("IPv4", "@"), ""), "ConfigMethod", Expected::text, text("Manual")},
-      {identity, network(whole, its_service + "@"), "spnetworklocation_isActive", Expected::text,
+      {identity, network(whole, kItsService + "@"), "spnetworklocation_isActive", Expected::text,
        text("yes")},
-      {identity, network(whole, active + "@"), "spnetworklocation_services", Expected::array,
+      {identity, network(whole, kActive + "@"), "spnetworklocation_services", Expected::array,
        array({dict({{"hardware_address", text("00:1e")}})})},
-      {identity, network(whole, active + service("@")), "hardware_address", Expected::text, text("00:1e")},
-      {identity, network(whole, active + service(its_address + "@")), "SMB", Expected::dictionary,
+      {identity, network(whole, kActive + service("@")), "hardware_address", Expected::text, text("00:1e")},
+      {identity, network(whole, kActive + service(kItsAddress + "@")), "SMB", Expected::dictionary,
        dict({{"Workgroup", text("w")}})},
       {identity, network(whole, smb("@")), "Workgroup", Expected::text, text("w")},
       {identity, network(whole, smb(told("Workgroup", "w") + "@")), "NetBIOSName", Expected::text,
        text("mac")},
-      {hardware_of_given, network(ethernet + "@", location), "ip_address", Expected::array,
+      {hardware_of_given, network(kEthernet + "@", location), "ip_address", Expected::array,
        array({text("10.0.0.5")})},
   });
 }
 
 TEST_F(OddKinds, OfPrinters) {
   std::vector<Row> rows = {
-      {kPrinters, item("SPPrintersDataType", named + "@"), "default", Expected::text, text("yes")},
+      {kPrinters, item("SPPrintersDataType", kNamed + "@"), "default", Expected::text, text("yes")},
       {kPrinters, printer(told("scanner", "yes") + "@"), "scannerUUID", Expected::scalar, text("1")},
       {kPrinters, printer(told("scanner", "yes") + "@"), "scannerapppath", Expected::scalar, text("/x")},
       {kPrinters, printer("@"), "scanner", Expected::text, text("yes")},
@@ -504,20 +508,20 @@ TEST_F(OddKinds, OfPrinters) {
 
 TEST_F(OddKinds, OfTheOperatingSystem) {
   expect({
-      {kSystem, software, "os_version", Expected::text, text("Mac OS X 10.6.8 (10K549)")},
-      {kSystem, software, "kernel_version", Expected::scalar, text("Darwin")},
-      {kSystem, software, "uptime", Expected::text, text("up 1:02:03:04")},
-      {kSystem, software, "64bit_kernel_and_kexts", Expected::text, text("yes")},
+      {kSystem, kSoftwareItem, "os_version", Expected::text, text("Mac OS X 10.6.8 (10K549)")},
+      {kSystem, kSoftwareItem, "kernel_version", Expected::scalar, text("Darwin")},
+      {kSystem, kSoftwareItem, "uptime", Expected::text, text("up 1:02:03:04")},
+      {kSystem, kSoftwareItem, "64bit_kernel_and_kexts", Expected::text, text("yes")},
   });
 }
 
 TEST_F(OddKinds, OfApplications) {
   std::vector<Row> rows = {
-      {kApplications, application, "lastModified", Expected::date, kOddDate},
-      {kApplications, application, "has64BitIntelCode", Expected::text, text("yes")},
+      {kApplications, kApplicationItem, "lastModified", Expected::date, kOddDate},
+      {kApplications, kApplicationItem, "has64BitIntelCode", Expected::text, text("yes")},
   };
   for (const char* key : {"_name", "version", "runtime_environment", "info", "path"})
-    rows.push_back({kApplications, application, key, Expected::scalar, text("x")});
+    rows.push_back({kApplications, kApplicationItem, key, Expected::scalar, text("x")});
   expect(rows);
 }
 
@@ -526,9 +530,9 @@ TEST_F(OddKinds, OfTheFirewall) {
   const Xml with_rules = item("SPFirewallDataType", told("spfirewall_globalstate", limited) + "@");
   const Xml rules = dict({{"com.apple.a", text("spfirewall_block_all")}});
   expect({
-      {kFirewall, firewall, "spfirewall_globalstate", Expected::text, text(limited)},
-      {kFirewall, firewall, "spfirewall_stealthenabled", Expected::text, text("Yes")},
-      {kFirewall, firewall, "spfirewall_loggingenabled", Expected::text, text("Yes")},
+      {kFirewall, kFirewallItem, "spfirewall_globalstate", Expected::text, text(limited)},
+      {kFirewall, kFirewallItem, "spfirewall_stealthenabled", Expected::text, text("Yes")},
+      {kFirewall, kFirewallItem, "spfirewall_loggingenabled", Expected::text, text("Yes")},
       {kFirewall, with_rules, "spfirewall_services", Expected::dictionary, rules},
       {kFirewall, with_rules, "spfirewall_applications", Expected::dictionary, rules},
   });
@@ -540,18 +544,19 @@ TEST_F(OddKinds, OfTheSummary) {
   const Xml edid = text("0x00ffffffffffff00061000000000000000000103003420");
   const Xml volume_of_disk = sata_volume("@");
   expect({
-      {summary, software, "local_host_name", Expected::text, text("imac")},
-      {summary, software, "user_name", Expected::text, text("Jane Doe (jdoe)")},
-      {summary, software, "os_version", Expected::text, text("Mac OS X 10.6.8 (10K549)")},
-      {summary, hardware, "packages", Expected::number, integer(2)},
-      {summary, two_packages, "number_processors", Expected::number, integer(8)},
-      {summary, two_packages, "current_processor_speed", Expected::text, text("2.4 GHz")},
-      {summary, two_packages, "cpu_type", Expected::text, text("Intel")},
-      {summary, two_packages, "machine_model", Expected::text, text("iMac")},
-      {summary, two_packages, "physical_memory", Expected::text, text("4 GB")},
-      {summary, two_packages, "platform_UUID", Expected::text, text("u")},
-      {summary, graphics, "spdisplays_vram", Expected::text, text("256 MB")},
-      {summary, graphics, "spdisplays_ndrvs", Expected::array, array({dict({{"_spdisplays_edid", edid}})})},
+      {summary, kSoftwareItem, "local_host_name", Expected::text, text("imac")},
+      {summary, kSoftwareItem, "user_name", Expected::text, text("Jane Doe (jdoe)")},
+      {summary, kSoftwareItem, "os_version", Expected::text, text("Mac OS X 10.6.8 (10K549)")},
+      {summary, kHardwareItem, "packages", Expected::number, integer(2)},
+      {summary, kTwoPackages, "number_processors", Expected::number, integer(8)},
+      {summary, kTwoPackages, "current_processor_speed", Expected::text, text("2.4 GHz")},
+      {summary, kTwoPackages, "cpu_type", Expected::text, text("Intel")},
+      {summary, kTwoPackages, "machine_model", Expected::text, text("iMac")},
+      {summary, kTwoPackages, "physical_memory", Expected::text, text("4 GB")},
+      {summary, kTwoPackages, "platform_UUID", Expected::text, text("u")},
+      {summary, kGraphicsItem, "spdisplays_vram", Expected::text, text("256 MB")},
+      {summary, kGraphicsItem, "spdisplays_ndrvs", Expected::array,
+       array({dict({{"_spdisplays_edid", edid}})})},
       {summary, another_display, "spdisplays_main", Expected::text, text("spdisplays_yes")},
       {summary, main_display, "spdisplays_resolution", Expected::text, text("1440 x 900")},
       {summary, main_display, "_spdisplays_edid", Expected::text, edid},
@@ -590,7 +595,7 @@ TEST_F(OddKinds, AmongTheAddressesMeanTheSameForAdapterAndIdentity) {
   };
   for (const Addresses& row : rows) {
     const Xml list = entry("ip_address", std::string("<array>") + row.elements + "</array>");
-    const CFRef<CFArrayRef> parsed = parse_elements(network(en0 + list, ""));
+    const CFRef<CFArrayRef> parsed = parse_elements(network(kEn0 + list, ""));
     const std::string told_address = row.joined ? std::string("ip-address=text ") + row.joined + "\n" : "";
     const std::string tree = kAdapters(parsed.get());
     EXPECT_EQ(tree.find("ip-address=") != tree.npos, row.joined != nullptr) << row.elements;

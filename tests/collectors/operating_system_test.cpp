@@ -63,31 +63,31 @@ INSTANTIATE_TEST_SUITE_P(
                     Version{"Mac OS X 10.6 ", "Mac OS X v10.6 (Snow Leopard)", "10.6 ", "Version(build) "}));
 
 TEST(Uptime, AddsItsFieldsUp) {
-  EXPECT_EQ(183845, parse_uptime("up 2:03:04:05"));
-  EXPECT_EQ(3228, parse_uptime("up 0:0:53:48"));
+  EXPECT_EQ(parse_uptime("up 2:03:04:05"), 183845);
+  EXPECT_EQ(parse_uptime("up 0:0:53:48"), 3228);
   EXPECT_EQ(86400 * 1234, parse_uptime("up 1234:0:0:0"));
-  EXPECT_EQ(90, parse_uptime("up 90"));
+  EXPECT_EQ(parse_uptime("up 90"), 90);
 }
 
 TEST(Uptime, CountsFieldsAboveTheDaysAsDays) { EXPECT_EQ(86400 * 3, parse_uptime("up 1:2:0:0:0")); }
 
-TEST(Uptime, EndsAtTheLastBlank) { EXPECT_EQ(5, parse_uptime("up 1:00 5")); }
+TEST(Uptime, EndsAtTheLastBlank) { EXPECT_EQ(parse_uptime("up 1:00 5"), 5); }
 
 TEST(Uptime, LeavesOutAFirstFieldThatNothingPrecedes) {
-  EXPECT_EQ(5, parse_uptime("03:05"));
-  EXPECT_EQ(0, parse_uptime("35"));
+  EXPECT_EQ(parse_uptime("03:05"), 5);
+  EXPECT_EQ(parse_uptime("35"), 0);
   // The first character is never looked at.
-  EXPECT_EQ(0, parse_uptime(":5"));
-  EXPECT_EQ(0, parse_uptime(" 5"));
+  EXPECT_EQ(parse_uptime(":5"), 0);
+  EXPECT_EQ(parse_uptime(" 5"), 0);
 }
 
 TEST(Uptime, TakesOtherCharactersForZeros) {
-  EXPECT_EQ(105, parse_uptime("up 1x5"));
-  EXPECT_EQ(0, parse_uptime("up long"));
+  EXPECT_EQ(parse_uptime("up 1x5"), 105);
+  EXPECT_EQ(parse_uptime("up long"), 0);
 }
 
 TEST(Uptime, IsZeroForAShortText) {
-  for (const char* text : {"", "u", "up", " ", ":"}) EXPECT_EQ(0, parse_uptime(text)) << text;
+  for (const char* text : {"", "u", "up", " ", ":"}) EXPECT_EQ(parse_uptime(text), 0) << text;
 }
 
 TEST(Uptime, StaysInItsRange) {
@@ -95,7 +95,7 @@ TEST(Uptime, StaysInItsRange) {
   const std::string zeros(1000, '0');
   EXPECT_EQ(std::numeric_limits<int64_t>::max(), parse_uptime(("up " + nines).c_str()));
   EXPECT_EQ(std::numeric_limits<int64_t>::max(), parse_uptime(("up " + nines + ":0:0:" + nines).c_str()));
-  EXPECT_EQ(7, parse_uptime(("up " + zeros + "7").c_str()));
+  EXPECT_EQ(parse_uptime(("up " + zeros + "7").c_str()), 7);
   EXPECT_EQ(7 * 60, parse_uptime(("up 7:" + zeros).c_str()));
 }
 
@@ -105,14 +105,14 @@ std::string os_of(const Item& software) {
 }
 
 TEST(OperatingSystem, WritesItsOneElement) {
-  EXPECT_EQ(
-      "+Snapshot=\n+OS=\n*os:1=Mac OS X v10.6 (Snow Leopard)\n~kind=mac\n"
-      "name=Mac OS X v10.6 (Snow Leopard)\nversion=10.6.8 (10K549)\nupdate=Update 8\n"
-      "kernel=Darwin 10.8.0\nmanuf=Apple Inc.\nuptime=00000002030405.000000:000\narchitecture=64-bit\n-\n-\n",
-      os_of({{"os_version", "Mac OS X 10.6.8 (10K549)"},
-             {"kernel_version", "Darwin 10.8.0"},
-             {"uptime", "up 2:03:04:05"},
-             {"64bit_kernel_and_kexts", "yes"}}));
+  EXPECT_EQ(os_of({{"os_version", "Mac OS X 10.6.8 (10K549)"},
+                   {"kernel_version", "Darwin 10.8.0"},
+                   {"uptime", "up 2:03:04:05"},
+                   {"64bit_kernel_and_kexts", "yes"}}),
+            "+Snapshot=\n+OS=\n*os:1=Mac OS X v10.6 (Snow Leopard)\n~kind=mac\n"
+            "name=Mac OS X v10.6 (Snow Leopard)\nversion=10.6.8 (10K549)\nupdate=Update 8\n"
+            "kernel=Darwin 10.8.0\nmanuf=Apple "
+            "Inc.\nuptime=00000002030405.000000:000\narchitecture=64-bit\n-\n-\n");
 }
 
 std::string other_facts(const std::string& lines) {
@@ -150,9 +150,9 @@ TEST(OperatingSystem, ReadsOnlyTheFirstItem) {
 
 TEST(OperatingSystem, WritesNothingWithoutItsDataType) {
   InventoryTree empty = empty_profiler();
-  EXPECT_EQ("*Snapshot=\n", collected(collect_os, empty));
+  EXPECT_EQ(collected(collect_os, empty), "*Snapshot=\n");
   InventoryTree no_item = profiler_with("SPSoftwareDataType", {});
-  EXPECT_EQ("*Snapshot=\n", collected(collect_os, no_item));
+  EXPECT_EQ(collected(collect_os, no_item), "*Snapshot=\n");
 }
 
 }  // namespace

@@ -18,15 +18,15 @@ TEST(PlatformUuid, IsTheFourthPieceBetweenQuotes) {
              "      \"manufacturer\" = <\"Apple Inc.\">\n"
              "    }\n");
   tools.write("ioreg", keeping_arguments(tools) + "cat '" + tools.file("registry") + "'");
-  EXPECT_STREQ("51A7C0DE-0106-5A8B-9C3D-2F0000001068", query_platform_uuid().get());
-  EXPECT_EQ("<-rd1><-c><IOPlatformExpertDevice>", tools.read("arguments"));
+  EXPECT_STREQ(query_platform_uuid().get(), "51A7C0DE-0106-5A8B-9C3D-2F0000001068");
+  EXPECT_EQ(tools.read("arguments"), "<-rd1><-c><IOPlatformExpertDevice>");
 }
 
 TEST(PlatformUuid, IsEmptyWhenNoneIsTold) {
   const FakeTools tools;
   for (const char* script : {"exit 1", "kill -9 $$", "echo '    \"IOPlatformSerialNumber\" = \"SERIAL\"'"}) {
     tools.write("ioreg", script);
-    EXPECT_STREQ("", query_platform_uuid().get()) << script;
+    EXPECT_STREQ(query_platform_uuid().get(), "") << script;
   }
 }
 
@@ -40,7 +40,7 @@ TEST(PlatformUuid, EndsWhenTheRegistryDoesNot) {
   const FakeTools tools;
   tools.write("ioreg", "exec yes '\"IOPlatformUUID\" = \"00000000\"'");
   testing::internal::CaptureStderr();
-  EXPECT_EQ(65536u, std::strlen(query_platform_uuid().get()));
+  EXPECT_EQ(std::strlen(query_platform_uuid().get()), 65536u);
   testing::internal::GetCapturedStderr();
 }
 

@@ -47,18 +47,18 @@ TEST(PostProcess, RunsTheCollectorsInTheirOrder) {
   const std::vector<std::string> order = {"System",    "Processors",  "Memory",  "Video",         "Storage",
                                           "Network",   "Peripherals", "OS",      "User-accounts", "Software",
                                           "Processes", "Environment", "Security"};
-  EXPECT_EQ(order, elements(snapshot));
+  EXPECT_EQ(elements(snapshot), order);
   const Tag* peripherals = snapshot.top().find_child("Peripherals");
-  EXPECT_EQ("Printers", peripherals->child_at(0)->name());
-  EXPECT_EQ("USB", peripherals->child_at(1)->name());
+  EXPECT_EQ(peripherals->child_at(0)->name(), "Printers");
+  EXPECT_EQ(peripherals->child_at(1)->name(), "USB");
 }
 
 TEST(PostProcess, CopiesTheProcessesWhole) {
   InventoryTree profiler = small_profiler();
   InventoryTree snapshot = empty_snapshot();
   post_process(snapshot, profiler, false);
-  EXPECT_NE(std::string::npos, tree_text(snapshot).find("+Processes=\n*process:1=\npid=1\n-\n"));
-  EXPECT_NE(nullptr, profiler.top().find_child("Processes"));
+  EXPECT_NE(tree_text(snapshot).find("+Processes=\n*process:1=\npid=1\n-\n"), std::string::npos);
+  EXPECT_NE(profiler.top().find_child("Processes"), nullptr);
 }
 
 std::string output_of(bool verbose) {
@@ -70,23 +70,22 @@ std::string output_of(bool verbose) {
 }
 
 TEST(PostProcess, TellsEveryStepWhenVerbose) {
-  EXPECT_EQ(
-      "IV. PostProcess>>>\n"
-      "1...done\n2...done\n3...done\n4...done\n5...done\n6...done\n7...done\n"
-      "8...done\n9...done\n10...done\n11...done\n12...done\n13...done\n14...done\n"
-      "IV. PostProcess End.\n",
-      output_of(true));
+  EXPECT_EQ(output_of(true),
+            "IV. PostProcess>>>\n"
+            "1...done\n2...done\n3...done\n4...done\n5...done\n6...done\n7...done\n"
+            "8...done\n9...done\n10...done\n11...done\n12...done\n13...done\n14...done\n"
+            "IV. PostProcess End.\n");
 }
 
-TEST(PostProcess, IsSilentOtherwise) { EXPECT_EQ("", output_of(false)); }
+TEST(PostProcess, IsSilentOtherwise) { EXPECT_EQ(output_of(false), ""); }
 
 TEST(PostProcess, NeedsNoDataTypeAtAll) {
   InventoryTree profiler = empty_profiler();
   InventoryTree snapshot = empty_snapshot();
   post_process(snapshot, profiler, false);
-  EXPECT_NE(nullptr, snapshot.top().find_child("Environment"));
-  EXPECT_EQ(nullptr, snapshot.top().find_child("Processors"));
-  EXPECT_EQ(nullptr, snapshot.top().find_child("Processes"));
+  EXPECT_NE(snapshot.top().find_child("Environment"), nullptr);
+  EXPECT_EQ(snapshot.top().find_child("Processors"), nullptr);
+  EXPECT_EQ(snapshot.top().find_child("Processes"), nullptr);
 }
 
 }  // namespace

@@ -19,39 +19,37 @@ std::string one_processor(const std::string& type, const std::string& lines) {
 constexpr char kNothing[] = "*Snapshot=\n";
 
 TEST(Processors, WritesEveryFactOfEachPackage) {
-  EXPECT_EQ(
-      "+Snapshot=\n+Processors=\n"
-      "*Processor:1=Quad-Core Intel Xeon\ncore-count=8\nl2-cache-size=1024\nl3-cache-size=8192\n"
-      "current-clock-speed=2930\n"
-      "*Processor:2=Quad-Core Intel Xeon\ncore-count=8\nl2-cache-size=1024\nl3-cache-size=8192\n"
-      "current-clock-speed=2930\n"
-      "-\n-\n",
-      processors_of({{"packages", 2},
-                     {"number_processors", 8},
-                     {"cpu_type", "Quad-Core Intel Xeon"},
-                     {"l2_cache_core", "256 KB"},
-                     {"l3_cache", "16 MB"},
-                     {"current_processor_speed", "2.93 GHz"}}));
+  EXPECT_EQ(processors_of({{"packages", 2},
+                           {"number_processors", 8},
+                           {"cpu_type", "Quad-Core Intel Xeon"},
+                           {"l2_cache_core", "256 KB"},
+                           {"l3_cache", "16 MB"},
+                           {"current_processor_speed", "2.93 GHz"}}),
+            "+Snapshot=\n+Processors=\n"
+            "*Processor:1=Quad-Core Intel Xeon\ncore-count=8\nl2-cache-size=1024\nl3-cache-size=8192\n"
+            "current-clock-speed=2930\n"
+            "*Processor:2=Quad-Core Intel Xeon\ncore-count=8\nl2-cache-size=1024\nl3-cache-size=8192\n"
+            "current-clock-speed=2930\n"
+            "-\n-\n");
 }
 
 TEST(Processors, DividesCachesAmongThePackages) {
-  EXPECT_EQ(
-      "+Snapshot=\n+Processors=\n*Processor:1=CPU #1\nl2-cache-size=3072\nl3-cache-size=4096\n"
-      "*Processor:2=CPU #1\nl2-cache-size=3072\nl3-cache-size=4096\n-\n-\n",
-      processors_of({{"packages", 2}, {"l2_cache", "6 MB"}, {"l3_cache", "8 MB"}}));
+  EXPECT_EQ(processors_of({{"packages", 2}, {"l2_cache", "6 MB"}, {"l3_cache", "8 MB"}}),
+            "+Snapshot=\n+Processors=\n*Processor:1=CPU #1\nl2-cache-size=3072\nl3-cache-size=4096\n"
+            "*Processor:2=CPU #1\nl2-cache-size=3072\nl3-cache-size=4096\n-\n-\n");
 }
 
 TEST(Processors, DividesWholeKilobytes) {
   // 3 packages share 2.5 KB: 2 / 3 is 0.
   const std::string text = processors_of({{"packages", 3}, {"l2_cache", "2.5 KB"}});
-  EXPECT_NE(std::string::npos, text.find("*Processor:3=CPU #1\nl2-cache-size=0\n")) << text;
+  EXPECT_NE(text.find("*Processor:3=CPU #1\nl2-cache-size=0\n"), std::string::npos) << text;
 }
 
 TEST(Processors, CutsPerCoreSharesOffOnlyAtTheEnd) {
   // 4 cores of 0.9 KB in 3 packages: 1.2 KB each, where whole kilobytes would give 0.
   const std::string text =
       processors_of({{"packages", 3}, {"number_processors", 4}, {"l3_cache_core", "0.9 KB"}});
-  EXPECT_NE(std::string::npos, text.find("l3-cache-size=1\n")) << text;
+  EXPECT_NE(text.find("l3-cache-size=1\n"), std::string::npos) << text;
 }
 
 TEST(Processors, SharesCachesInDoublePrecision) {
@@ -72,68 +70,67 @@ TEST(Processors, MultipliesTheClockSpeedInSinglePrecision) {
 }
 
 TEST(Processors, PrefersTheCacheToldPerCore) {
-  EXPECT_EQ(one_processor("CPU #1", "core-count=2\nl2-cache-size=512\nl3-cache-size=4096\n"),
-            processors_of({{"packages", 1},
+  EXPECT_EQ(processors_of({{"packages", 1},
                            {"number_processors", 2},
                            {"l2_cache", "3 MB"},
                            {"l2_cache_core", "256 KB"},
                            {"l3_cache", "3 MB"},
-                           {"l3_cache_core", "2 MB"}}));
+                           {"l3_cache_core", "2 MB"}}),
+            one_processor("CPU #1", "core-count=2\nl2-cache-size=512\nl3-cache-size=4096\n"));
 }
 
 TEST(Processors, CallsEveryNamelessPackageTheFirst) {
-  EXPECT_EQ(
-      "+Snapshot=\n+Processors=\n*Processor:1=CPU #1\ncore-count=4\n*Processor:2=CPU "
-      "#1\ncore-count=4\n-\n-\n",
-      processors_of({{"packages", 2}, {"number_processors", 4}}));
+  EXPECT_EQ(processors_of({{"packages", 2}, {"number_processors", 4}}),
+            "+Snapshot=\n+Processors=\n*Processor:1=CPU #1\ncore-count=4\n*Processor:2=CPU "
+            "#1\ncore-count=4\n-\n-\n");
 }
 
 TEST(Processors, CutsTheClockSpeedAtItsBlankInTheProfilerTreeToo) {
   InventoryTree profiler =
       profiler_with("SPHardwareDataType", {{{"packages", 2}, {"current_processor_speed", "2.4 GHz"}}});
   const std::string text = collected(collect_processors, profiler);
-  EXPECT_NE(std::string::npos, text.find("*Processor:1=CPU #1\ncurrent-clock-speed=2400\n")) << text;
-  EXPECT_NE(std::string::npos, text.find("*Processor:2=CPU #1\ncurrent-clock-speed=2400\n")) << text;
-  EXPECT_NE(std::string::npos, tree_text(profiler).find("current_processor_speed=2.4\n"));
+  EXPECT_NE(text.find("*Processor:1=CPU #1\ncurrent-clock-speed=2400\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("*Processor:2=CPU #1\ncurrent-clock-speed=2400\n"), std::string::npos) << text;
+  EXPECT_NE(tree_text(profiler).find("current_processor_speed=2.4\n"), std::string::npos);
 }
 
 TEST(Processors, TakesAnySpeedForGigahertz) {
-  EXPECT_EQ(one_processor("CPU #1", "current-clock-speed=800000\n"),
-            processors_of({{"packages", 1}, {"current_processor_speed", "800 MHz"}}));
+  EXPECT_EQ(processors_of({{"packages", 1}, {"current_processor_speed", "800 MHz"}}),
+            one_processor("CPU #1", "current-clock-speed=800000\n"));
 }
 
 TEST(Processors, ReadsOnlyTheFirstItem) {
   InventoryTree profiler =
       profiler_with("SPHardwareDataType", {{{"packages", 1}, {"number_processors", 2}}, {{"packages", 4}}});
-  EXPECT_EQ(one_processor("CPU #1", "core-count=2\n"), collected(collect_processors, profiler));
+  EXPECT_EQ(collected(collect_processors, profiler), one_processor("CPU #1", "core-count=2\n"));
 }
 
 TEST(Processors, CopiesTheCoreCountInItsKind) {
   // Apple silicon tells performance and efficiency cores in a text.
-  EXPECT_EQ(one_processor("CPU #1", "core-count=proc 8:6:2\n"),
-            processors_of({{"packages", 1}, {"number_processors", "proc 8:6:2"}}));
+  EXPECT_EQ(processors_of({{"packages", 1}, {"number_processors", "proc 8:6:2"}}),
+            one_processor("CPU #1", "core-count=proc 8:6:2\n"));
 }
 
 TEST(Processors, WritesNothingWithoutPackages) {
-  EXPECT_EQ(kNothing, processors_of({{"number_processors", 8}}));
-  EXPECT_EQ(kNothing, processors_of({{"packages", "2"}}));
-  EXPECT_EQ(kNothing, processors_of({{"packages", 0}}));
-  EXPECT_EQ(kNothing, processors_of({{"packages", -1}}));
+  EXPECT_EQ(processors_of({{"number_processors", 8}}), kNothing);
+  EXPECT_EQ(processors_of({{"packages", "2"}}), kNothing);
+  EXPECT_EQ(processors_of({{"packages", 0}}), kNothing);
+  EXPECT_EQ(processors_of({{"packages", -1}}), kNothing);
 }
 
 TEST(Processors, WritesNothingWithoutItsDataType) {
   InventoryTree empty = empty_profiler();
-  EXPECT_EQ(kNothing, collected(collect_processors, empty));
+  EXPECT_EQ(collected(collect_processors, empty), kNothing);
   InventoryTree no_item = profiler_with("SPHardwareDataType", {});
-  EXPECT_EQ(kNothing, collected(collect_processors, no_item));
+  EXPECT_EQ(collected(collect_processors, no_item), kNothing);
   InventoryTree no_items = empty_profiler();
   no_items.set_attribute("/SPHardwareDataType/_items", text_value("none"));
-  EXPECT_EQ(kNothing, collected(collect_processors, no_items));
+  EXPECT_EQ(collected(collect_processors, no_items), kNothing);
 }
 
 TEST(Processors, KeepsTheLowHalfOfThePackageCount) {
-  EXPECT_EQ(one_processor("CPU #1", "core-count=4294967297\n"),
-            processors_of({{"packages", int64_t{0x300000001}}, {"number_processors", int64_t{0x100000001}}}));
+  EXPECT_EQ(processors_of({{"packages", int64_t{0x300000001}}, {"number_processors", int64_t{0x100000001}}}),
+            one_processor("CPU #1", "core-count=4294967297\n"));
 }
 
 TEST(Processors, StopsAtAThousandAndTwentyFourPackages) {
@@ -142,29 +139,30 @@ TEST(Processors, StopsAtAThousandAndTwentyFourPackages) {
   InventoryTree snapshot = empty_snapshot();
   collect_processors(snapshot, profiler);
   const Tag* processors = snapshot.top().find_child("Processors");
-  ASSERT_EQ(1024u, processors->children().size());
-  EXPECT_EQ(2, processors->child_at(1023)->find_attribute("l2-cache-size")->value().int64());
+  ASSERT_EQ(processors->children().size(), 1024u);
+  EXPECT_EQ(processors->child_at(1023)->find_attribute("l2-cache-size")->value().int64(), 2);
 }
 
 TEST(Processors, LeavesOutOnlyTheValuesOfTheWrongKind) {
-  EXPECT_EQ(one_processor("7", "l3-cache-size=0\n"), processors_of({{"packages", 1},
-                                                                    {"cpu_type", 7},
-                                                                    {"number_processors/item0", 8},
-                                                                    {"l2_cache", 6},
-                                                                    {"l2_cache_core", 6},
-                                                                    {"l3_cache", "none"},
-                                                                    {"current_processor_speed", 2}}));
+  EXPECT_EQ(processors_of({{"packages", 1},
+                           {"cpu_type", 7},
+                           {"number_processors/item0", 8},
+                           {"l2_cache", 6},
+                           {"l2_cache_core", 6},
+                           {"l3_cache", "none"},
+                           {"current_processor_speed", 2}}),
+            one_processor("7", "l3-cache-size=0\n"));
 }
 
 TEST(Processors, KeepsAbsurdFiguresInRange) {
-  EXPECT_EQ(one_processor("CPU #1",
-                          "core-count=-2147483648\nl2-cache-size=-9223372036854775808\n"
-                          "l3-cache-size=0\ncurrent-clock-speed=9223372036854775807\n"),
-            processors_of({{"packages", 1},
+  EXPECT_EQ(processors_of({{"packages", 1},
                            {"number_processors", int64_t{INT32_MIN}},
                            {"l2_cache_core", "1e30 TB"},
                            {"l3_cache", "nan GB"},
-                           {"current_processor_speed", "1e300 GHz"}}));
+                           {"current_processor_speed", "1e300 GHz"}}),
+            one_processor("CPU #1",
+                          "core-count=-2147483648\nl2-cache-size=-9223372036854775808\n"
+                          "l3-cache-size=0\ncurrent-clock-speed=9223372036854775807\n"));
 }
 
 }  // namespace

@@ -35,23 +35,23 @@ TEST(SystemSummary, NamesHostAndSystem) {
   const SystemSummary summary = software_summary(dict({{"local_host_name", text("office-mac")},
                                                        {"os_version", text("Mac OS X 10.6.8 (10K549)")},
                                                        {"user_name", text("Jane Doe (jdoe)")}}));
-  EXPECT_STREQ("office-mac", summary.host_name.get());
-  EXPECT_STREQ("Mac OS X v10.6 (Snow Leopard)", summary.os_name.get());
-  EXPECT_STREQ("Update 8", summary.os_update.get());
-  EXPECT_STREQ("10.6.8 (10K549)", summary.os_version.get());
-  EXPECT_STREQ("jdoe", summary.user_name.get());
+  EXPECT_STREQ(summary.host_name.get(), "office-mac");
+  EXPECT_STREQ(summary.os_name.get(), "Mac OS X v10.6 (Snow Leopard)");
+  EXPECT_STREQ(summary.os_update.get(), "Update 8");
+  EXPECT_STREQ(summary.os_version.get(), "10.6.8 (10K549)");
+  EXPECT_STREQ(summary.user_name.get(), "jdoe");
 }
 
 TEST(SystemSummary, TakesTheUserFromTheFirstBrackets) {
   const auto user = [](const char* name) {
     return software_summary(dict({{"user_name", text(name)}})).user_name;
   };
-  EXPECT_STREQ("Lee", user("J D (Lee) (jdoe)").get());
-  EXPECT_STREQ("", user("Jane Doe ()").get());
-  EXPECT_STREQ("jdoe", user(") Jane (jdoe)").get());
-  EXPECT_EQ(nullptr, user("jdoe"));
-  EXPECT_EQ(nullptr, user("Jane Doe (jdoe"));
-  EXPECT_EQ(nullptr, user(""));
+  EXPECT_STREQ(user("J D (Lee) (jdoe)").get(), "Lee");
+  EXPECT_STREQ(user("Jane Doe ()").get(), "");
+  EXPECT_STREQ(user(") Jane (jdoe)").get(), "jdoe");
+  EXPECT_EQ(user("jdoe"), nullptr);
+  EXPECT_EQ(user("Jane Doe (jdoe"), nullptr);
+  EXPECT_EQ(user(""), nullptr);
 }
 
 // ---- The platform UUID.
@@ -61,22 +61,22 @@ const Xml kKnownUuid = data_type("SPHardwareDataType", {dict({{"platform_UUID", 
 
 TEST(SystemSummary, PrefersTheUuidOfIoreg) {
   const SystemSummary summary = summary_of({kJdoe, kKnownUuid}, "UUID");
-  EXPECT_STREQ("UUID", summary.platform_uuid.get());
-  EXPECT_STREQ("jdoe", summary.user_name.get());
+  EXPECT_STREQ(summary.platform_uuid.get(), "UUID");
+  EXPECT_STREQ(summary.user_name.get(), "jdoe");
 }
 
 TEST(SystemSummary, PutsTheProfilersUuidInTheUsersPlace) {
   for (const char* nothing : {"", static_cast<const char*>(nullptr)}) {
     const SystemSummary summary = summary_of({kJdoe, kKnownUuid}, nothing);
-    EXPECT_EQ(nullptr, summary.platform_uuid);
-    EXPECT_STREQ("KNOWN", summary.user_name.get());
+    EXPECT_EQ(summary.platform_uuid, nullptr);
+    EXPECT_STREQ(summary.user_name.get(), "KNOWN");
   }
 }
 
 TEST(SystemSummary, KeepsTheUserWhenNobodyKnowsTheUuid) {
   const SystemSummary summary = summary_of({kJdoe}, "");
-  EXPECT_EQ(nullptr, summary.platform_uuid);
-  EXPECT_STREQ("jdoe", summary.user_name.get());
+  EXPECT_EQ(summary.platform_uuid, nullptr);
+  EXPECT_STREQ(summary.user_name.get(), "jdoe");
 }
 
 // ---- Hardware.
@@ -88,28 +88,28 @@ TEST(SystemSummary, DescribesTheHardware) {
                                                        {"cpu_type", text("Quad-Core Intel Xeon")},
                                                        {"machine_model", text("MacPro4,1")},
                                                        {"physical_memory", text("16 GB")}}));
-  EXPECT_STREQ("2", summary.processor_packages.get());
-  EXPECT_STREQ("16", summary.processor_cores.get());
-  EXPECT_STREQ("2930", summary.clock_speed.get());
-  EXPECT_STREQ("Quad-Core Intel Xeon", summary.processor_type.get());
-  EXPECT_STREQ("GenuineIntel", summary.processor_vendor.get());
-  EXPECT_STREQ("MacPro4,1", summary.machine_model.get());
-  EXPECT_STREQ("Apple Inc.", summary.manufacturer.get());
-  EXPECT_STREQ("16384", summary.physical_memory.get());
+  EXPECT_STREQ(summary.processor_packages.get(), "2");
+  EXPECT_STREQ(summary.processor_cores.get(), "16");
+  EXPECT_STREQ(summary.clock_speed.get(), "2930");
+  EXPECT_STREQ(summary.processor_type.get(), "Quad-Core Intel Xeon");
+  EXPECT_STREQ(summary.processor_vendor.get(), "GenuineIntel");
+  EXPECT_STREQ(summary.machine_model.get(), "MacPro4,1");
+  EXPECT_STREQ(summary.manufacturer.get(), "Apple Inc.");
+  EXPECT_STREQ(summary.physical_memory.get(), "16384");
 }
 
 TEST(SystemSummary, NamesNoVendorButIntel) {
   const SystemSummary summary = hardware_summary(dict({{"cpu_type", text("PowerPC G5 (3.0)")}}));
-  EXPECT_STREQ("PowerPC G5 (3.0)", summary.processor_type.get());
-  EXPECT_EQ(nullptr, summary.processor_vendor);
+  EXPECT_STREQ(summary.processor_type.get(), "PowerPC G5 (3.0)");
+  EXPECT_EQ(summary.processor_vendor, nullptr);
 }
 
 TEST(SystemSummary, CountsNoCoresWhereTheProfilerHasNoNumber) {
-  EXPECT_STREQ("0", hardware_summary(dict({{"packages", integer(2)}})).processor_cores.get());
+  EXPECT_STREQ(hardware_summary(dict({{"packages", integer(2)}})).processor_cores.get(), "0");
   // Apple silicon tells its cores in a text and has no packages.
   const SystemSummary summary = hardware_summary(dict({{"number_processors", text("proc 8:6:2")}}));
-  EXPECT_EQ(nullptr, summary.processor_packages);
-  EXPECT_EQ(nullptr, summary.processor_cores);
+  EXPECT_EQ(summary.processor_packages, nullptr);
+  EXPECT_EQ(summary.processor_cores, nullptr);
 }
 
 TEST(SystemSummary, PrintsNumbersInThirtyTwoBitsWithoutSign) {
@@ -117,37 +117,37 @@ TEST(SystemSummary, PrintsNumbersInThirtyTwoBitsWithoutSign) {
     return hardware_summary(
         dict({{"packages", integer(packages)}, {"number_processors", integer(processors)}}));
   };
-  EXPECT_STREQ("2147483648", cores(2147483648, 1).processor_packages.get());
-  EXPECT_STREQ("4294967295", cores(4294967295, 1).processor_cores.get());
-  EXPECT_STREQ("4294967295", cores(4294967296, 1).processor_packages.get());
-  EXPECT_STREQ("4294967295", cores(INT64_MAX, INT64_MAX).processor_cores.get());
-  EXPECT_STREQ("0", cores(-1, 4).processor_packages.get());
-  EXPECT_STREQ("0", cores(-1, 4).processor_cores.get());
+  EXPECT_STREQ(cores(2147483648, 1).processor_packages.get(), "2147483648");
+  EXPECT_STREQ(cores(4294967295, 1).processor_cores.get(), "4294967295");
+  EXPECT_STREQ(cores(4294967296, 1).processor_packages.get(), "4294967295");
+  EXPECT_STREQ(cores(INT64_MAX, INT64_MAX).processor_cores.get(), "4294967295");
+  EXPECT_STREQ(cores(-1, 4).processor_packages.get(), "0");
+  EXPECT_STREQ(cores(-1, 4).processor_cores.get(), "0");
 }
 
 TEST(SystemSummary, ReadsTheSpeedsFirstWord) {
   const auto speed = [](const char* value) {
     return std::string(hardware_summary(dict({{"current_processor_speed", text(value)}})).clock_speed.get());
   };
-  EXPECT_EQ("2400", speed("2.4 GHz"));
-  EXPECT_EQ("2000", speed("2,4 GHz"));
-  EXPECT_EQ("0", speed("fast"));
-  EXPECT_EQ("0", speed(""));
-  EXPECT_EQ("0", speed("-1 GHz"));
-  EXPECT_EQ("4294967295", speed("1e300 GHz"));
+  EXPECT_EQ(speed("2.4 GHz"), "2400");
+  EXPECT_EQ(speed("2,4 GHz"), "2000");
+  EXPECT_EQ(speed("fast"), "0");
+  EXPECT_EQ(speed(""), "0");
+  EXPECT_EQ(speed("-1 GHz"), "0");
+  EXPECT_EQ(speed("1e300 GHz"), "4294967295");
 }
 
 TEST(SystemSummary, ReadsMemoryInMegabytes) {
   const auto memory = [](const char* value) {
     return std::string(hardware_summary(dict({{"physical_memory", text(value)}})).physical_memory.get());
   };
-  EXPECT_EQ("512", memory("512 MB"));
-  EXPECT_EQ("1536", memory("1,5 GB"));
+  EXPECT_EQ(memory("512 MB"), "512");
+  EXPECT_EQ(memory("1,5 GB"), "1536");
   // Here a TB has 1024 GB.
-  EXPECT_EQ("1048576", memory("1 TB"));
-  EXPECT_EQ("0", memory("GB"));
-  EXPECT_EQ("0", memory("nan GB"));
-  EXPECT_EQ("4294967295", memory("1e30 TB"));
+  EXPECT_EQ(memory("1 TB"), "1048576");
+  EXPECT_EQ(memory("GB"), "0");
+  EXPECT_EQ(memory("nan GB"), "0");
+  EXPECT_EQ(memory("1e30 TB"), "4294967295");
 }
 
 // ---- Displays.
@@ -167,10 +167,10 @@ TEST(SystemSummary, DescribesTheMainDisplay) {
                                                {"_spdisplays_edid", edid("3420")}}),
                                          dict({{"spdisplays_main", text("spdisplays_yes")},
                                                {"spdisplays_resolution", text("640 x 480")}})})}})});
-  EXPECT_STREQ("1920 x 1200", summary.display_resolution.get());
-  EXPECT_STREQ("24", summary.display_diagonal.get());
+  EXPECT_STREQ(summary.display_resolution.get(), "1920 x 1200");
+  EXPECT_STREQ(summary.display_diagonal.get(), "24");
   // Of the first adapter, whichever drives the main display.
-  EXPECT_STREQ("256", summary.video_memory.get());
+  EXPECT_STREQ(summary.video_memory.get(), "256");
 }
 
 Xml attached(std::initializer_list<Xml> displays) { return dict({{"spdisplays_ndrvs", array(displays)}}); }
@@ -179,14 +179,14 @@ TEST(SystemSummary, MeasuresTheFirstEdidWhenNoDisplayIsMain) {
   const SystemSummary summary = displays_summary(
       {dict({}), attached({dict({{"spdisplays_resolution", text("800 x 600")}})}),
        attached({dict({{"_spdisplays_edid", edid("291a")}}), dict({{"_spdisplays_edid", edid("3420")}})})});
-  EXPECT_EQ(nullptr, summary.display_resolution);
-  EXPECT_STREQ("19", summary.display_diagonal.get());
+  EXPECT_EQ(summary.display_resolution, nullptr);
+  EXPECT_STREQ(summary.display_diagonal.get(), "19");
 }
 
 TEST(SystemSummary, MeasuresNoOtherThanTheMainDisplay) {
   const SystemSummary summary = displays_summary({attached(
       {dict({{"_spdisplays_edid", edid("291a")}}), dict({{"spdisplays_main", text("spdisplays_yes")}})})});
-  EXPECT_EQ(nullptr, summary.display_diagonal);
+  EXPECT_EQ(summary.display_diagonal, nullptr);
 }
 
 Text diagonal(const Xml& edid_text) {
@@ -194,25 +194,25 @@ Text diagonal(const Xml& edid_text) {
 }
 
 TEST(SystemSummary, RoundsDiagonalsUpAboveFourTenths) {
-  EXPECT_STREQ("24", diagonal(edid("3420")).get());  // 52 x 32 cm: 24.04
-  EXPECT_STREQ("19", diagonal(edid("291a")).get());  // 41 x 26 cm: 19.11
-  EXPECT_STREQ("17", diagonal(edid("221b")).get());  // 34 x 27 cm: 17.09
-  EXPECT_STREQ("14", diagonal(edid("1D12")).get());  // 29 x 18 cm: 13.44
-  EXPECT_STREQ("15", diagonal(edid("2115")).get());  // 33 x 21 cm: 15.40
-  EXPECT_STREQ("0", diagonal(edid("0000")).get());
+  EXPECT_STREQ(diagonal(edid("3420")).get(), "24");  // 52 x 32 cm: 24.04
+  EXPECT_STREQ(diagonal(edid("291a")).get(), "19");  // 41 x 26 cm: 19.11
+  EXPECT_STREQ(diagonal(edid("221b")).get(), "17");  // 34 x 27 cm: 17.09
+  EXPECT_STREQ(diagonal(edid("1D12")).get(), "14");  // 29 x 18 cm: 13.44
+  EXPECT_STREQ(diagonal(edid("2115")).get(), "15");  // 33 x 21 cm: 15.40
+  EXPECT_STREQ(diagonal(edid("0000")).get(), "0");
 }
 
 TEST(SystemSummary, GivesNoDiagonalOfAnUnreadableEdid) {
   for (const Xml& unreadable : {text(""), text("0x00ff"), text("0x" + std::string(42, '0')),
                                 text("0x" + std::string(42, '0') + "34"), edid("zz20"), integer(7)})
-    EXPECT_EQ(nullptr, diagonal(unreadable)) << unreadable;
+    EXPECT_EQ(diagonal(unreadable), nullptr) << unreadable;
 }
 
 TEST(SystemSummary, ReadsNoMemoryInAWord) {
   EXPECT_STREQ(
-      "0",
-      displays_summary({dict({{"spdisplays_vram", text("spdisplays_integrated_vram")}})}).video_memory.get());
-  EXPECT_EQ(nullptr, displays_summary({dict({}), dict({{"spdisplays_vram", text("256 MB")}})}).video_memory);
+      displays_summary({dict({{"spdisplays_vram", text("spdisplays_integrated_vram")}})}).video_memory.get(),
+      "0");
+  EXPECT_EQ(displays_summary({dict({}), dict({{"spdisplays_vram", text("256 MB")}})}).video_memory, nullptr);
 }
 
 // ---- Disks.
@@ -231,25 +231,25 @@ TEST(SystemSummary, SumsDisksAndVolumesOfAllControllers) {
                    dict({{"_name", text("Optical drive")}})}),
        controller({}), controller({disk("1 TB", {volume("1 TB", "512 GB")})})});
   // 536 GB and 1099 GB: each disk is cut down to whole GB of 10^9 bytes, and a TB has 1024 GB here.
-  EXPECT_STREQ("1635", summary.disk_size.get());
-  EXPECT_STREQ("1523.4", summary.volume_size.get());
-  EXPECT_STREQ("635.4", summary.volume_free.get());
+  EXPECT_STREQ(summary.disk_size.get(), "1635");
+  EXPECT_STREQ(summary.volume_size.get(), "1523.4");
+  EXPECT_STREQ(summary.volume_free.get(), "635.4");
 }
 
 TEST(SystemSummary, CountsNothingWhereThereAreNoDisks) {
   const SystemSummary summary = disks_summary({controller({})});
-  EXPECT_STREQ("0", summary.disk_size.get());
-  EXPECT_STREQ("0.0", summary.volume_size.get());
-  EXPECT_STREQ("0.0", summary.volume_free.get());
+  EXPECT_STREQ(summary.disk_size.get(), "0");
+  EXPECT_STREQ(summary.volume_size.get(), "0.0");
+  EXPECT_STREQ(summary.volume_free.get(), "0.0");
 }
 
 TEST(SystemSummary, KeepsAbsurdDisksInRange) {
   const SystemSummary summary =
       disks_summary({controller({disk("1e30 TB", {volume("nan GB", "inf GB"), volume("1 GB", "-inf GB")}),
                                  disk("inf GB"), disk("nan GB"), disk("-5 GB")})});
-  EXPECT_STREQ("4294967295", summary.disk_size.get());
-  EXPECT_STREQ("1.0", summary.volume_size.get());
-  EXPECT_STREQ("0.0", summary.volume_free.get());
+  EXPECT_STREQ(summary.disk_size.get(), "4294967295");
+  EXPECT_STREQ(summary.volume_size.get(), "1.0");
+  EXPECT_STREQ(summary.volume_free.get(), "0.0");
 }
 
 // ---- Lists of another shape.
@@ -264,9 +264,9 @@ std::vector<const Text*> told_fields(const SystemSummary& summary) {
 }
 
 void expect_nothing_told(const SystemSummary& summary) {
-  for (const Text* field : told_fields(summary)) EXPECT_EQ(nullptr, *field) << field->get();
-  EXPECT_STREQ("Apple Inc.", summary.manufacturer.get());
-  EXPECT_STREQ("UUID", summary.platform_uuid.get());
+  for (const Text* field : told_fields(summary)) EXPECT_EQ(*field, nullptr) << field->get();
+  EXPECT_STREQ(summary.manufacturer.get(), "Apple Inc.");
+  EXPECT_STREQ(summary.platform_uuid.get(), "UUID");
 }
 
 TEST(SystemSummary, TellsOnlyTheMakerWithoutAnyDataType) {
@@ -301,15 +301,15 @@ TEST(SystemSummary, PassesOverWhatIsOfTheWrongKind) {
       {text("disk"), dict({{"_items", text("disk")}}),
        controller({text("disk"), dict({{"size", integer(5)}, {"volumes", dict({{"size", text("1 GB")}})}}),
                    dict({{"volumes", array({text("1 GB"), dict({{"size", integer(1)}})})}}), disk("2 GB")})});
-  EXPECT_STREQ("2", summary.disk_size.get());
-  EXPECT_STREQ("0.0", summary.volume_size.get());
+  EXPECT_STREQ(summary.disk_size.get(), "2");
+  EXPECT_STREQ(summary.volume_size.get(), "0.0");
 }
 
 TEST(SystemSummary, AsksIoregWhenQueried) {
   const FakeTools tools;
   write_printing_tool(tools, "ioreg", "\"IOPlatformUUID\" = \"UUID\"\n");
   const CFRef<CFArrayRef> list = list_of({kKnownUuid});
-  EXPECT_STREQ("UUID", query_system_summary(list.get()).platform_uuid.get());
+  EXPECT_STREQ(query_system_summary(list.get()).platform_uuid.get(), "UUID");
 }
 
 }  // namespace

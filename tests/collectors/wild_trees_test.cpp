@@ -150,7 +150,7 @@ TEST(WildTrees, GiveTheSameSnapshotTwice) {
     WildTree wild(seed);
     for (const Collector collect : kCollectors) {
       const std::string text = collected(collect, wild.tree());
-      EXPECT_EQ(text, collected(collect, wild.tree())) << seed;
+      EXPECT_EQ(collected(collect, wild.tree()), text) << seed;
     }
   }
 }

@@ -24,8 +24,6 @@ CFRef<CFDictionaryRef> dictionary_of(size_t count) {
                          &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
 }
 
-}  // namespace
-
 TEST(Arrays, HoldTheirElementsInOrder) {
   const void* elements[] = {CFSTR("a"), kCFBooleanTrue, CFSTR("b")};
   const CFRef<CFArrayRef> array(CFArrayCreate(nullptr, elements, 3, &kCFTypeArrayCallBacks));
@@ -129,3 +127,5 @@ TEST(Data, FreesBytesThatItWasGiven) {
   const CFRef<CFDataRef> data(CFDataCreateWithBytesNoCopy(nullptr, bytes, 3, kCFAllocatorMalloc));
   EXPECT_EQ(CFDataGetBytePtr(data.get()), bytes);
 }
+
+}  // namespace

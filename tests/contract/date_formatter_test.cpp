@@ -11,10 +11,10 @@ namespace {
 
 class FormattedDates : public ChangedZone {};
 
-constexpr CFAbsoluteTime july = 300925845;     // 2010-07-15 22:30:45 UTC
-constexpr CFAbsoluteTime january = 285287445;  // 2010-01-15 22:30:45 UTC
+constexpr CFAbsoluteTime kJuly = 300925845;     // 2010-07-15 22:30:45 UTC
+constexpr CFAbsoluteTime kJanuary = 285287445;  // 2010-01-15 22:30:45 UTC
 
-const char* const cim = "yyyyMMddHHmmss.000000 ZZ";
+const char* const kCim = "yyyyMMddHHmmss.000000 ZZ";
 
 std::string format(const char* locale, const char* zone, const char* pattern, CFAbsoluteTime time) {
   const EnvironmentVariable time_zone("TZ", zone);
@@ -26,8 +26,6 @@ std::string format(const char* locale, const char* zone, const char* pattern, CF
   const CFRef<CFStringRef> text(CFDateFormatterCreateStringWithDate(nullptr, formatter.get(), date.get()));
   return bytes_of_string(text.get());
 }
-
-}  // namespace
 
 TEST_F(FormattedDates, WritesCimDatesInTheZoneAndCalendarOfTheLocale) {
   struct Row {
@@ -45,14 +43,14 @@ TEST_F(FormattedDates, WritesCimDatesInTheZoneAndCalendarOfTheLocale) {
       {"fa_IR", "Europe/Berlin", "۱۳۸۹۰۴۲۵۰۰۳۰۴۵.000000 +0200", "۱۳۸۸۱۰۲۵۲۳۳۰۴۵.000000 +0100"},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(format(row.locale, row.zone, cim, july), row.in_july) << row.locale << ' ' << row.zone;
-    EXPECT_EQ(format(row.locale, row.zone, cim, january), row.in_january) << row.locale << ' ' << row.zone;
+    EXPECT_EQ(format(row.locale, row.zone, kCim, kJuly), row.in_july) << row.locale << ' ' << row.zone;
+    EXPECT_EQ(format(row.locale, row.zone, kCim, kJanuary), row.in_january) << row.locale << ' ' << row.zone;
   }
 }
 
 TEST_F(FormattedDates, WritesShortDates) {
-  EXPECT_EQ(format("en_US", "Europe/Berlin", "yyyy-MM-dd", july), "2010-07-16");
-  EXPECT_EQ(format("th_TH", "UTC", "yyyy-MM-dd", july), "2553-07-15");
+  EXPECT_EQ(format("en_US", "Europe/Berlin", "yyyy-MM-dd", kJuly), "2010-07-16");
+  EXPECT_EQ(format("th_TH", "UTC", "yyyy-MM-dd", kJuly), "2553-07-15");
 }
 
 TEST_F(FormattedDates, WritesNumbersAsAnyOtherPatternDoes) {
@@ -66,7 +64,7 @@ TEST_F(FormattedDates, WritesNumbersAsAnyOtherPatternDoes) {
     for (const char* zone : zones) {
       for (int i = 0; i < 20; ++i) {
         const double time = i % 4 ? recent(random) : any(random);
-        EXPECT_EQ(format(locale, zone, cim, time), format(locale, zone, quoted, time))
+        EXPECT_EQ(format(locale, zone, kCim, time), format(locale, zone, quoted, time))
             << locale << ' ' << zone << ' ' << time;
       }
     }
@@ -79,20 +77,20 @@ TEST_F(FormattedDates, WritesTimesThatNoCalendarReachesAsAnyOtherPatternDoes) {
 }
 
 TEST_F(FormattedDates, WritesFieldsOfOtherWidths) {
-  EXPECT_EQ(format("en_US", "UTC", "y M d H m s", july), "2010 7 15 22 30 45");
-  EXPECT_EQ(format("en_US", "UTC", "yy MMM", july), "10 Jul");
+  EXPECT_EQ(format("en_US", "UTC", "y M d H m s", kJuly), "2010 7 15 22 30 45");
+  EXPECT_EQ(format("en_US", "UTC", "yy MMM", kJuly), "10 Jul");
 }
 
 TEST_F(FormattedDates, NamesTheZoneAsTheLocaleDoes) {
-  EXPECT_EQ(format("en_US", "UTC", "yyyy-MM-dd HH:mm:ss z", july), "2010-07-15 22:30:45 UTC");
-  EXPECT_EQ(format("en_US", "America/New_York", "yyyy-MM-dd HH:mm:ss z", july), "2010-07-15 18:30:45 EDT");
-  EXPECT_EQ(format("de_DE", "Europe/Berlin", "yyyy-MM-dd HH:mm:ss z", january), "2010-01-15 23:30:45 MEZ");
+  EXPECT_EQ(format("en_US", "UTC", "yyyy-MM-dd HH:mm:ss z", kJuly), "2010-07-15 22:30:45 UTC");
+  EXPECT_EQ(format("en_US", "America/New_York", "yyyy-MM-dd HH:mm:ss z", kJuly), "2010-07-15 18:30:45 EDT");
+  EXPECT_EQ(format("de_DE", "Europe/Berlin", "yyyy-MM-dd HH:mm:ss z", kJanuary), "2010-01-15 23:30:45 MEZ");
 }
 
 TEST_F(FormattedDates, TakesUnknownZonesForTheMachinesOwn) {
   for (const char* unknown : {"Nowhere/Land", "CET-1CEST", ""}) {
-    EXPECT_EQ(format("en_US", unknown, cim, july), format("en_US", nullptr, cim, july)) << unknown;
-    EXPECT_EQ(format("en_US", unknown, cim, january), format("en_US", nullptr, cim, january)) << unknown;
+    EXPECT_EQ(format("en_US", unknown, kCim, kJuly), format("en_US", nullptr, kCim, kJuly)) << unknown;
+    EXPECT_EQ(format("en_US", unknown, kCim, kJanuary), format("en_US", nullptr, kCim, kJanuary)) << unknown;
   }
 }
 
@@ -111,15 +109,15 @@ TEST_F(FormattedDates, NamesTheHalvesOfTheDayAsTheLocaleDoes) {
 }
 
 TEST_F(FormattedDates, CutsFractionsOfASecond) {
-  EXPECT_EQ(format("en_US", "UTC", "ss", july + 0.999), "45");
+  EXPECT_EQ(format("en_US", "UTC", "ss", kJuly + 0.999), "45");
   EXPECT_EQ(format("en_US", "UTC", "yyyy", -0.5), "2000");
 }
 
-TEST_F(FormattedDates, WritesNothingForAnEmptyPattern) { EXPECT_EQ(format("en_US", "UTC", "", july), ""); }
+TEST_F(FormattedDates, WritesNothingForAnEmptyPattern) { EXPECT_EQ(format("en_US", "UTC", "", kJuly), ""); }
 
 TEST_F(FormattedDates, WritesTextsOfAnyLength) {
   const std::string literal = "'" + std::string(500, 'x') + "'";
-  EXPECT_EQ(format("en_US", "UTC", literal.c_str(), july), std::string(500, 'x'));
+  EXPECT_EQ(format("en_US", "UTC", literal.c_str(), kJuly), std::string(500, 'x'));
 }
 
 TEST_F(FormattedDates, TakesTheCurrentLocaleForNone) {
@@ -129,8 +127,10 @@ TEST_F(FormattedDates, TakesTheCurrentLocaleForNone) {
 }
 
 TEST(Dates, CountFromTheYear2001) {
-  const CFRef<CFDateRef> date(CFDateCreate(nullptr, july));
-  EXPECT_EQ(CFDateGetAbsoluteTime(date.get()), july);
-  EXPECT_GT(CFAbsoluteTimeGetCurrent(), july);
+  const CFRef<CFDateRef> date(CFDateCreate(nullptr, kJuly));
+  EXPECT_EQ(CFDateGetAbsoluteTime(date.get()), kJuly);
+  EXPECT_GT(CFAbsoluteTimeGetCurrent(), kJuly);
   EXPECT_LT(CFAbsoluteTimeGetCurrent(), 1e10);
 }
+
+}  // namespace

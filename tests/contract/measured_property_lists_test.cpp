@@ -12,7 +12,7 @@
 
 namespace {
 
-const std::filesystem::path measurements =
+const std::filesystem::path kMeasurements =
     std::filesystem::path(PROJECT_ROOT) / ".." / "shared" / "cf-behaviour";
 
 // Where ours differs on purpose.
@@ -20,18 +20,18 @@ struct Difference {
   const char* reason;
   const char* outcome;  // ours
 };
-const char* const other_encoding = "only UTF-8 is read: the profiler prints nothing else";
-const char* const other_format = "only XML lists are read: the profiler prints nothing else";
-const char* const hash_order =
+const char* const kOtherEncoding = "only UTF-8 is read: the profiler prints nothing else";
+const char* const kOtherFormat = "only XML lists are read: the profiler prints nothing else";
+const char* const kHashOrder =
     "dictionaries keep document order here, and the measured line, in the order of a hash, is cut";
 
-const std::map<std::string, Difference> differences = {
-    {"047", {other_format, "NULL"}},     {"226", {other_encoding, "NULL"}},
-    {"228", {other_encoding, "NULL"}},   {"242", {other_encoding, "NULL"}},
-    {"243", {other_encoding, "NULL"}},   {"246", {other_encoding, "NULL"}},
-    {"247", {other_encoding, "NULL"}},   {"250", {other_format, "NULL"}},
-    {"259", {hash_order, "dict 10 / "}}, {"260", {hash_order, "dict 10 / "}},
-    {"261", {hash_order, "dict 9 / "}},
+const std::map<std::string, Difference> kDifferences = {
+    {"047", {kOtherFormat, "NULL"}},     {"226", {kOtherEncoding, "NULL"}},
+    {"228", {kOtherEncoding, "NULL"}},   {"242", {kOtherEncoding, "NULL"}},
+    {"243", {kOtherEncoding, "NULL"}},   {"246", {kOtherEncoding, "NULL"}},
+    {"247", {kOtherEncoding, "NULL"}},   {"250", {kOtherFormat, "NULL"}},
+    {"259", {kHashOrder, "dict 10 / "}}, {"260", {kHashOrder, "dict 10 / "}},
+    {"261", {kHashOrder, "dict 9 / "}},
 };
 
 struct Row {
@@ -52,7 +52,7 @@ std::string comparable(const std::string& outcome) {
 
 std::vector<Row> read_rows() {
   std::vector<Row> rows;
-  std::ifstream table(measurements / "expected.tsv");
+  std::ifstream table(kMeasurements / "expected.tsv");
   std::string line;
   std::getline(table, line);
   while (std::getline(table, line)) {
@@ -70,17 +70,15 @@ std::string shape_of_nested_arrays(const std::string& outcome) {
          std::to_string(std::distance(std::sregex_iterator(outcome.begin(), outcome.end(), array), {}));
 }
 
-}  // namespace
-
 TEST(MeasuredPropertyLists, AreReadAsMeasuredOrDifferForAReason) {
-  if (!std::filesystem::exists(measurements)) GTEST_SKIP() << "no measurements at " << measurements;
+  if (!std::filesystem::exists(kMeasurements)) GTEST_SKIP() << "no measurements at " << kMeasurements;
   const std::vector<Row> rows = read_rows();
   ASSERT_GE(rows.size(), 256u);
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name + ": " + row.what);
-    const std::string ours = outcome_of(read_file(measurements / "cases" / (row.name + ".plist")));
-    const auto difference = differences.find(row.name);
-    if (difference != differences.end()) {
+    const std::string ours = outcome_of(read_file(kMeasurements / "cases" / (row.name + ".plist")));
+    const auto difference = kDifferences.find(row.name);
+    if (difference != kDifferences.end()) {
       EXPECT_EQ(ours.substr(0, std::string(difference->second.outcome).size()), difference->second.outcome)
           << difference->second.reason;
       EXPECT_NE(ours, comparable(row.outcome)) << "no longer a difference";
@@ -91,3 +89,5 @@ TEST(MeasuredPropertyLists, AreReadAsMeasuredOrDifferForAReason) {
     }
   }
 }
+
+}  // namespace

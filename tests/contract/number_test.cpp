@@ -6,12 +6,10 @@
 
 namespace {
 
-template <class T>
+template <typename T>
 CFRef<CFNumberRef> number(CFNumberType type, T value) {
   return CFRef<CFNumberRef>(CFNumberCreate(nullptr, type, &value));
 }
-
-}  // namespace
 
 TEST(Numbers, ConvertToNarrowerIntegersAndTellWhatIsLost) {
   const CFRef<CFNumberRef> large = number(kCFNumberSInt64Type, int64_t{5000000000});
@@ -54,3 +52,5 @@ TEST(Numbers, AreEqualByValue) {
   EXPECT_FALSE(CFEqual(number(kCFNumberSInt64Type, INT64_MAX).get(),
                        number(kCFNumberDoubleType, 9223372036854775808.0).get()));
 }
+
+}  // namespace

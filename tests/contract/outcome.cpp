@@ -9,7 +9,7 @@
 
 namespace {
 
-template <class... Arguments>
+template <typename... Arguments>
 std::string print(const char* format, Arguments... arguments) {
   char text[400];
   std::snprintf(text, sizeof text, format, arguments...);

@@ -32,9 +32,7 @@ std::optional<double> real_of(const std::string& text) {
   return value;
 }
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
-}  // namespace
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(PropertyListIntegers, AreReadInTheseForms) {
   const std::pair<const char*, long long> forms[] = {
@@ -131,17 +129,17 @@ TEST(PropertyListReals, AreReadInTheseForms) {
       {"1e+3", 1000},
       {".5", 0.5},
       {"5.", 5},
-      {"1e400", infinity},
-      {"-1e400", -infinity},
+      {"1e400", kInfinity},
+      {"-1e400", -kInfinity},
       {"1e-400", 0},
-      {"inf", infinity},
-      {"INF", infinity},
-      {"+inf", infinity},
-      {"-inf", -infinity},
-      {"infinity", infinity},
-      {"Infinity", infinity},
-      {"+infinity", infinity},
-      {"-infinity", -infinity},
+      {"inf", kInfinity},
+      {"INF", kInfinity},
+      {"+inf", kInfinity},
+      {"-inf", -kInfinity},
+      {"infinity", kInfinity},
+      {"Infinity", kInfinity},
+      {"+infinity", kInfinity},
+      {"-infinity", -kInfinity},
       {"0.1", 0.1},
       {"3.14159265358979", 3.14159265358979},
       {"1234567890123456789", 1234567890123456789.0},
@@ -177,3 +175,5 @@ TEST(PropertyListBooleans, HaveNoContent) {
       {{"<true/>", "true"}, {"<false/>", "false"}, {"<true></true>", "true"}, {"<false ></false>", "false"}});
   expect_refused({"<true>x</true>", "<true>"});
 }
+
+}  // namespace

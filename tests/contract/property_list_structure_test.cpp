@@ -11,8 +11,6 @@ std::string nested(size_t depth, const char* open, const char* close) {
   return list;
 }
 
-}  // namespace
-
 TEST(PropertyListStructure, AcceptsListsWithoutTheUsualFrame) {
   expect_outcomes_of_lists({
       {R"(<?xml version="1.0"?><array><string>a</string></array>)", R"(array 1 / string "a")"},
@@ -175,3 +173,5 @@ TEST(PropertyListStructure, RefusesMoreThan512Levels) {
   EXPECT_EQ(outcome_of(document(nested(512, "<dict><key>a</key>", "</dict>").insert(512 * 18, "<dict/>"))),
             "NULL");
 }
+
+}  // namespace

@@ -6,8 +6,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-}  // namespace
-
 TEST(PropertyListText, ResolvesEntities) {
   expect_outcomes({
       {"<string>&lt;&gt;&amp;&quot;&apos;</string>", R"(string "<>&\"'")"},
@@ -127,3 +125,5 @@ TEST(PropertyListText, RefusesUnknownAndWrongDeclarations) {
       {R"(<?xml version="1.0" encoding="UTF-16"?><plist><string>ab</string></plist>)", "NULL"},
   });
 }
+
+}  // namespace

@@ -11,8 +11,6 @@ std::string data_outcome(const std::string& text) {
   return outcome_of(document("<data>" + text + "</data>"));
 }
 
-}  // namespace
-
 TEST(PropertyListDates, CountSecondsFromTheYear2001) {
   const std::pair<const char*, const char*> dates[] = {
       {"2001-01-01T00:00:00Z", "date abs=0.000000"},
@@ -95,3 +93,5 @@ TEST(PropertyListData, IsShortenedButNotEndedByPadding) {
 }
 
 TEST(PropertyListData, IsRefusedAsAnEmptyElement) { expect_refused({"<data/>"}); }
+
+}  // namespace

@@ -7,7 +7,7 @@
 namespace {
 
 // One byte, two bytes, three bytes and a pair of surrogates.
-const char* const mixed = "a\xC3\xA4\xE2\x80\x99\xF0\x9F\x98\x80z";
+const char* const kMixed = "a\xC3\xA4\xE2\x80\x99\xF0\x9F\x98\x80z";
 
 CFRange whole(CFStringRef text) { return CFRangeMake(0, CFStringGetLength(text)); }
 
@@ -25,11 +25,9 @@ Converted convert(CFStringRef text, CFRange range, CFIndex capacity,
   return {units, used, bytes};
 }
 
-}  // namespace
-
 TEST(Strings, CountUtf16Units) {
   EXPECT_EQ(CFStringGetLength(string_of("abc").get()), 3);
-  EXPECT_EQ(CFStringGetLength(string_of(mixed).get()), 6);
+  EXPECT_EQ(CFStringGetLength(string_of(kMixed).get()), 6);
   EXPECT_EQ(CFStringGetLength(CFSTR("")), 0);
 }
 
@@ -45,33 +43,33 @@ TEST(Strings, MayHoldNuls) {
 }
 
 TEST(Strings, AreMeasuredWithoutABuffer) {
-  const CFRef<CFStringRef> text = string_of(mixed);
+  const CFRef<CFStringRef> text = string_of(kMixed);
   CFIndex used = 0;
   EXPECT_EQ(
       CFStringGetBytes(text.get(), whole(text.get()), kCFStringEncodingUTF8, 0, false, nullptr, 0, &used), 6);
-  EXPECT_EQ(used, static_cast<CFIndex>(std::strlen(mixed)));
+  EXPECT_EQ(used, static_cast<CFIndex>(std::strlen(kMixed)));
 }
 
 TEST(Strings, FillABufferWithWholeCharactersOnly) {
-  const CFRef<CFStringRef> text = string_of(mixed);
+  const CFRef<CFStringRef> text = string_of(kMixed);
   const std::pair<CFIndex, CFIndex> written_units[] = {{0, 0}, {1, 1}, {2, 1},  {3, 2},  {5, 2},
                                                        {6, 3}, {9, 3}, {10, 5}, {11, 6}, {100, 6}};
   for (const auto& [capacity, units] : written_units) {
     const Converted converted = convert(text.get(), whole(text.get()), capacity);
     EXPECT_EQ(converted.units, units) << capacity;
-    EXPECT_EQ(converted.bytes, std::string(mixed).substr(0, converted.bytes.size())) << capacity;
+    EXPECT_EQ(converted.bytes, std::string(kMixed).substr(0, converted.bytes.size())) << capacity;
   }
 }
 
 TEST(Strings, ConvertARangeOfThemselves) {
-  const CFRef<CFStringRef> text = string_of(mixed);
+  const CFRef<CFStringRef> text = string_of(kMixed);
   EXPECT_EQ(convert(text.get(), CFRangeMake(1, 2), 20).bytes, "\xC3\xA4\xE2\x80\x99");
   EXPECT_EQ(convert(text.get(), CFRangeMake(3, 2), 20).bytes, "\xF0\x9F\x98\x80");
   EXPECT_EQ(convert(text.get(), CFRangeMake(6, 0), 20).bytes, "");
 }
 
 TEST(Strings, ReplaceOrStopAtWhatAnEncodingLacks) {
-  const CFRef<CFStringRef> text = string_of(mixed);
+  const CFRef<CFStringRef> text = string_of(kMixed);
   const Converted replaced = convert(text.get(), whole(text.get()), 20, kCFStringEncodingASCII, '?');
   EXPECT_EQ(replaced.bytes.substr(0, 3), "a??");
   EXPECT_EQ(replaced.units, 6);
@@ -81,14 +79,14 @@ TEST(Strings, ReplaceOrStopAtWhatAnEncodingLacks) {
 }
 
 TEST(Strings, BecomeCStringsWhereTheyFit) {
-  const CFRef<CFStringRef> text = string_of(mixed);
+  const CFRef<CFStringRef> text = string_of(kMixed);
   char buffer[12];
   EXPECT_TRUE(CFStringGetCString(text.get(), buffer, 12, kCFStringEncodingUTF8));
-  EXPECT_STREQ(buffer, mixed);
+  EXPECT_STREQ(buffer, kMixed);
   EXPECT_FALSE(CFStringGetCString(text.get(), buffer, 11, kCFStringEncodingUTF8));
   EXPECT_FALSE(CFStringGetCString(text.get(), buffer, 0, kCFStringEncodingUTF8));
   const char* const direct = CFStringGetCStringPtr(text.get(), kCFStringEncodingUTF8);
-  EXPECT_TRUE(!direct || std::strcmp(direct, mixed) == 0);
+  EXPECT_TRUE(!direct || std::strcmp(direct, kMixed) == 0);
 }
 
 TEST(Strings, CompareByUtf16Units) {
@@ -115,3 +113,5 @@ TEST(ReferenceCounts, DoNotMatterToConstants) {
   EXPECT_TRUE(CFBooleanGetValue(kCFBooleanTrue));
   EXPECT_FALSE(CFBooleanGetValue(kCFBooleanFalse));
 }
+
+}  // namespace

@@ -8,6 +8,8 @@
 
 #include "support/temporary_directory.h"
 
+namespace {
+
 TEST(Flush, ReachesTheDiskWithAFile) {
   const TemporaryDirectory directory;
   const int file = open(directory.file("file").c_str(), O_WRONLY | O_CREAT, 0600);
@@ -20,3 +22,5 @@ TEST(Flush, FailsWhereNothingIsWrittenToADisk) {
   EXPECT_FALSE(flush_to_disk(-1));
   EXPECT_EQ(errno, EBADF);
 }
+
+}  // namespace

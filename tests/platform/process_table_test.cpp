@@ -14,8 +14,6 @@ const ProcessRecord* find(const ProcessTable& table, pid_t pid) {
   return record == table.records.end() ? nullptr : &*record;
 }
 
-}  // namespace
-
 TEST(ProcessTable, HoldsThisProcess) {
   const ProcessTable table = read_process_table();
   EXPECT_EQ(table.status, ProcessTableStatus::complete);
@@ -36,3 +34,5 @@ TEST(ProcessTable, DoesNotHoldAProcessThatHasEnded) {
   ASSERT_EQ(waitpid(child, nullptr, 0), child);
   EXPECT_EQ(find(read_process_table(), child), nullptr);
 }
+
+}  // namespace

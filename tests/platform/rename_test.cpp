@@ -9,6 +9,8 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
 TEST(RenameExclusively, GivesAFileAnotherName) {
   const TemporaryDirectory directory;
   std::ofstream(directory.file("old")) << "content";
@@ -30,3 +32,5 @@ TEST(RenameExclusively, TakesNobodysName) {
   EXPECT_EQ(file_bytes(directory.file("file")), "mine");
   EXPECT_EQ(file_bytes(directory.file("old")), "content");
 }
+
+}  // namespace

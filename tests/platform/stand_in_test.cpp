@@ -65,8 +65,6 @@ size_t open_descriptors() {
   return static_cast<size_t>(std::distance(begin(descriptors), end(descriptors)));
 }
 
-}  // namespace
-
 TEST(ComputerName, IsWhatTheToolPrints) {
   const NameTool tool("[ \"$*\" = '--get ComputerName' ] && echo \"Anna's iMac\"\n");
   EXPECT_EQ(computer_name(), "Anna's iMac");
@@ -166,3 +164,5 @@ TEST(PropertyListErrors, NameTheLine) {
   EXPECT_FALSE(parse_list("<array>\n<true/>\n<foo/>\n</array>", &message));
   EXPECT_EQ(bytes_of_string(message.get()), "unknown element on line 3");
 }
+
+}  // namespace

@@ -76,8 +76,6 @@ class Kernel {
   size_t sizes_asked_ = 0;
 };
 
-}  // namespace
-
 // Read by AddressSanitizer, whose operator new would otherwise end the program where there is not enough
 // memory.
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
@@ -160,3 +158,5 @@ TEST(SysctlTable, IsUnavailableWithoutTheMemoryForIt) {
   kernel.tell_size(size_t{1} << 62);
   EXPECT_EQ(kernel.read().status, ProcessTableStatus::unavailable);
 }
+
+}  // namespace

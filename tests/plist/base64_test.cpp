@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace {
+
 TEST(Base64, DecodesTheWholeAlphabet) {
   const std::string_view text = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string bytes(plist::decoded_capacity(text), '\0');
@@ -45,3 +47,5 @@ TEST(Base64, NeverNeedsMoreThanItsCapacity) {
     EXPECT_EQ(plist::decode_base64(text, bytes.data()), bytes.size()) << length;
   }
 }
+
+}  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
 TEST(Entities, StandForOneCharacter) {
   const std::pair<const char*, uint32_t> entities[] = {
       {"&lt;", '<'},  {"&gt;", '>'},   {"&amp;", '&'},           {"&quot;", '"'},          {"&apos;", '\''},
@@ -33,3 +35,5 @@ TEST(Entities, AreResolvedAndOtherAmpersandsKept) {
             "start a&\xC3\xA4"
             "b&foo;<&");
 }
+
+}  // namespace

@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-Recorder scan_leniently(std::string_view list, size_t depth_limit = plist::maximum_depth) {
+Recorder scan_leniently(std::string_view list, size_t depth_limit = plist::kMaximumDepth) {
   return record(list, [depth_limit](std::string_view copy, const plist::Events& events) {
     plist::scan_leniently(copy, events, depth_limit);
   });
@@ -26,7 +26,7 @@ std::string repeat(std::string_view text, size_t times) {
   return repeated;
 }
 
-const std::string_view profiler_list = R"(<?xml version="1.0" encoding="UTF-8"?>
+const std::string_view kProfilerList = R"(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
 <plist version="1.0">
 <array>
@@ -64,19 +64,17 @@ const std::string_view profiler_list = R"(<?xml version="1.0" encoding="UTF-8"?>
 </plist>
 )";
 
-}  // namespace
-
 TEST(LenientScanner, ReadsAWholeListAsTheStrictOneDoes) {
-  const Recorder strict = record(profiler_list, plist::scan);
-  EXPECT_EQ(salvaged(profiler_list), strict.text());
-  EXPECT_EQ(scan_leniently(profiler_list).sources(), strict.sources());
+  const Recorder strict = record(kProfilerList, plist::scan);
+  EXPECT_EQ(salvaged(kProfilerList), strict.text());
+  EXPECT_EQ(scan_leniently(kProfilerList).sources(), strict.sources());
 }
 
 // Up to where the strict one stops; keys in place of values aside, which the profiler never prints.
 TEST(LenientScanner, BeginsADamagedListAsTheStrictOneDoes) {
-  for (size_t place = profiler_list.find("<array>"); place < profiler_list.size(); ++place) {
+  for (size_t place = kProfilerList.find("<array>"); place < kProfilerList.size(); ++place) {
     for (const char byte : {'\0', '>', '&', 'x', ' '}) {
-      std::string list(profiler_list);
+      std::string list(kProfilerList);
       list[place] = byte;
       plist::ScanResult result;
       const Recorder strict = record(list, [&result](std::string_view copy, const plist::Events& events) {
@@ -221,9 +219,9 @@ TEST(LenientScanner, ClosesACutListAfterItsLastWholeElement) {
 }
 
 TEST(LenientScanner, LosesNothingThatWasWholeWhenCut) {
-  const std::string whole = salvaged(profiler_list);
-  for (size_t length = 0; length < profiler_list.size(); ++length) {
-    std::string cut = salvaged(profiler_list.substr(0, length));
+  const std::string whole = salvaged(kProfilerList);
+  for (size_t length = 0; length < kProfilerList.size(); ++length) {
+    std::string cut = salvaged(kProfilerList.substr(0, length));
     while (!cut.empty() && (cut.back() == ']' || cut.back() == '}')) cut.pop_back();
     EXPECT_EQ(cut, whole.substr(0, cut.size())) << length;
   }
@@ -244,12 +242,12 @@ TEST(LenientScanner, DropsWhatIsNestedTooDeeply) {
 }
 
 TEST(LenientScanner, SurvivesAndLosesLittleToOneByteAnywhere) {
-  const std::string whole = salvaged(profiler_list);
+  const std::string whole = salvaged(kProfilerList);
   const auto values = [](const std::string& text) { return std::count(text.begin(), text.end(), ':'); };
   std::vector<std::ptrdiff_t> losses;
-  for (size_t place = 0; place < profiler_list.size(); ++place) {
+  for (size_t place = 0; place < kProfilerList.size(); ++place) {
     for (const char byte : {'\0', '<', '>', '&', '\x80', '\xFF'}) {
-      std::string list(profiler_list);
+      std::string list(kProfilerList);
       list[place] = byte;
       losses.push_back(values(whole) - values(salvaged(list)));
     }
@@ -268,3 +266,5 @@ TEST(LenientScanner, TakesTimeInProportion) {
     EXPECT_TRUE(scan_leniently(repeat("<array>", 500) + repeat(part, many)).balanced()) << part;
   }
 }
+
+}  // namespace

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace {
+
 TEST(Integers, KeepTheirBitsFromTwoTo63On) {
   const auto largest = plist::parse_integer("18446744073709551615");
   ASSERT_TRUE(largest);
@@ -36,3 +38,5 @@ TEST(Reals, HoldNothingButTheNumber) {
   EXPECT_FALSE(plist::parse_real("1e+"));
   EXPECT_FALSE(plist::parse_real("."));
 }
+
+}  // namespace

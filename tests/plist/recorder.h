@@ -86,7 +86,7 @@ class Recorder {
 
 // Runs a scanner on a copy of just the text's size, so that the address sanitizer sees a byte too much being
 // read.
-template <class Scan>
+template <typename Scan>
 Recorder record(std::string_view list, Scan scan) {
   const std::vector<char> bytes(list.begin(), list.end());
   Recorder recorder;

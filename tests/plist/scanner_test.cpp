@@ -35,23 +35,21 @@ std::string repeat(std::string_view text, size_t times) {
   return repeated;
 }
 
-const std::string_view every_element =
+const std::string_view kEveryElement =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"x\" \"y\">\n<plist "
     "version=\"1.0\">\n<dict>"
     "<key>a</key><array><string>t</string><integer>-1</integer><real>1.5</real></array>\n"
     "<key>b</key><dict><key/><true/></dict><key>c</key><date>2001-01-01T00:00:01Z</date><!-- c -->"
     "<key>d</key><data>AQID</data><key>e&lt;\xC3\xA4</key><false/></dict>\n</plist>";
 
-}  // namespace
-
 TEST(Scanner, TellsEveryElementInOrder) {
-  EXPECT_EQ(outcome(every_element), "{a:[\"t\" -1 1.5] b:{:true} c:@1 d:<1 2 3 > e<\xC3\xA4:false}");
+  EXPECT_EQ(outcome(kEveryElement), "{a:[\"t\" -1 1.5] b:{:true} c:@1 d:<1 2 3 > e<\xC3\xA4:false}");
 }
 
 TEST(Scanner, EndsWhereTheListEnds) {
-  const Scanned scanned = scan(std::string(every_element) + "<junk");
+  const Scanned scanned = scan(std::string(kEveryElement) + "<junk");
   EXPECT_EQ(scanned.result.error, nullptr);
-  EXPECT_EQ(scanned.result.offset, every_element.size());
+  EXPECT_EQ(scanned.result.offset, kEveryElement.size());
 }
 
 TEST(Scanner, SaysWhereItStopped) {
@@ -61,15 +59,15 @@ TEST(Scanner, SaysWhereItStopped) {
 }
 
 TEST(Scanner, RefusesAListCutAnywhere) {
-  for (size_t length = 0; length < every_element.size(); ++length) {
-    EXPECT_TRUE(refused(every_element.substr(0, length))) << length;
+  for (size_t length = 0; length < kEveryElement.size(); ++length) {
+    EXPECT_TRUE(refused(kEveryElement.substr(0, length))) << length;
   }
 }
 
 TEST(Scanner, SurvivesEveryByteInEveryPlace) {
-  for (size_t place = 0; place < every_element.size(); ++place) {
+  for (size_t place = 0; place < kEveryElement.size(); ++place) {
     for (const char byte : {'\0', '<', '>', '&', '/', '\x80', '\xFF', ' '}) {
-      std::string list(every_element);
+      std::string list(kEveryElement);
       list[place] = byte;
       const Scanned scanned = scan(list);
       EXPECT_TRUE(scanned.result.error || scanned.recorder.balanced()) << list;
@@ -150,3 +148,5 @@ TEST(Scanner, TakesTimeInProportion) {
   EXPECT_FALSE(refused("<real>" + repeat("1", many) + "</real>"));
   EXPECT_FALSE(refused("<integer>" + repeat("0", many) + "</integer>"));
 }
+
+}  // namespace

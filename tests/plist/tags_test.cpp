@@ -6,6 +6,8 @@
 
 using plist::Element;
 
+namespace {
+
 TEST(Tags, AreKnownByTheirExactNames) {
   for (int i = 0; i < static_cast<int>(Element::unknown); ++i) {
     const Element element = static_cast<Element>(i);
@@ -73,3 +75,5 @@ TEST(DamagedTags, AreTakenFromTheEndOfATextTheyShouldHaveClosed) {
     EXPECT_EQ(kept, other);
   }
 }
+
+}  // namespace

@@ -4,7 +4,9 @@
 
 using plist::Utf8;
 
-TEST(Utf8, IsToldApart) {
+namespace {
+
+TEST(Utf8, IsClassified) {
   EXPECT_EQ(plist::classify_utf8(""), Utf8::ascii);
   EXPECT_EQ(plist::classify_utf8("plain text, longer than a word"), Utf8::ascii);
   for (const char* valid :
@@ -31,10 +33,36 @@ TEST(Utf8, ReadsBackWhatItWrites) {
   }
 }
 
-TEST(Utf8, IsRepairedSequenceBySequence) {
-  EXPECT_EQ(plist::repair_utf8("a\xE4z"), "a\xEF\xBF\xBDz");
-  EXPECT_EQ(plist::repair_utf8("\xFF\xFF"), "\xEF\xBF\xBD\xEF\xBF\xBD");
-  EXPECT_EQ(plist::repair_utf8("\xF0\x9F\x98z"), "\xEF\xBF\xBDz");
-  EXPECT_EQ(plist::repair_utf8("\xED\xA0\x80"), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
-  EXPECT_EQ(plist::repair_utf8("\xC3\xA4"), "\xC3\xA4");
+TEST(Utf8, IsKeptWhereItIsValid) {
+  const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+  EXPECT_EQ(plist::repair_utf8(text), text);
 }
+
+TEST(Utf8, ReplacesACutCharacterByOneMark) {
+  const char* const cut[] = {"\xC3",     "\xE4",         "\xE2\x82", "\xED\x9F",
+                             "\xF0\x9F", "\xF0\x9F\x98", "\xF4\x8F", "\xF1\x80\x80"};
+  for (const char* bytes : cut) {
+    EXPECT_EQ(plist::repair_utf8(bytes), "\uFFFD");
+    EXPECT_EQ(plist::repair_utf8("a" + std::string(bytes) + "z"), "a\uFFFDz");
+    EXPECT_EQ(plist::repair_utf8(bytes + std::string("\xC3\xA4")), "\uFFFD\u00E4");
+  }
+}
+
+TEST(Utf8, ReplacesEachByteThatNoCharacterStartsWith) {
+  const std::string_view broken[] = {"\xFF",
+                                     "\x80\x80",
+                                     "\xC0\x80",
+                                     "\xE0\x9F\xBF",
+                                     "\xED\xA0\x80",
+                                     "\xF0\x8F\xBF\xBF",
+                                     "\xF4\x90\x80\x80",
+                                     "\xF5\x80\x80\x80",
+                                     "\xF8\x88\x80\x80\x80"};
+  for (const std::string_view bytes : broken) {
+    std::string marks;
+    for (size_t i = 0; i < bytes.size(); ++i) marks += "\uFFFD";
+    EXPECT_EQ(plist::repair_utf8("a" + std::string(bytes) + "z"), "a" + marks + "z");
+  }
+}
+
+}  // namespace

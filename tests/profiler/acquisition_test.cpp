@@ -33,36 +33,35 @@ std::string cut(const std::string& output, Cut cut) {
 }
 
 TEST(CutOutput, FirstKeepsEverythingButTheEpilogue) {
-  EXPECT_EQ(cut(framed("<a/>"), Cut::kFirst), kPrologue + "<a/>");
+  EXPECT_EQ(cut(framed("<a/>"), Cut::first), kPrologue + "<a/>");
 }
 
-TEST(CutOutput, MiddleKeepsTheElementsAlone) { EXPECT_EQ(cut(framed("<a/>"), Cut::kMiddle), "<a/>"); }
+TEST(CutOutput, MiddleKeepsTheElementsAlone) { EXPECT_EQ(cut(framed("<a/>"), Cut::middle), "<a/>"); }
 
 TEST(CutOutput, LastDropsThePrologueAndTheFinalLineFeed) {
-  EXPECT_EQ(cut(framed("<a/>"), Cut::kLast), "<a/></array>\n</plist>");
+  EXPECT_EQ(cut(framed("<a/>"), Cut::last), "<a/></array>\n</plist>");
 }
 
 TEST(CutOutput, GoesByLengthsWhateverTheBytes) {
-  EXPECT_EQ(cut(std::string(17, 'x'), Cut::kFirst), "");
-  EXPECT_EQ(cut(std::string(18, 'x'), Cut::kFirst), "");
-  EXPECT_EQ(cut(std::string(19, 'x'), Cut::kFirst), "x");
-  EXPECT_EQ(cut(std::string(189, 'x'), Cut::kMiddle), "");
-  EXPECT_EQ(cut(std::string(190, 'x'), Cut::kMiddle), "");
-  EXPECT_EQ(cut(std::string(191, 'x'), Cut::kMiddle), "x");
-  EXPECT_EQ(cut(std::string(171, 'x'), Cut::kLast), "");
-  EXPECT_EQ(cut(std::string(172, 'x'), Cut::kLast), "");
-  EXPECT_EQ(cut(std::string(173, 'x'), Cut::kLast), "");
-  EXPECT_EQ(cut(std::string(174, 'x'), Cut::kLast), "x");
+  EXPECT_EQ(cut(std::string(17, 'x'), Cut::first), "");
+  EXPECT_EQ(cut(std::string(18, 'x'), Cut::first), "");
+  EXPECT_EQ(cut(std::string(19, 'x'), Cut::first), "x");
+  EXPECT_EQ(cut(std::string(189, 'x'), Cut::middle), "");
+  EXPECT_EQ(cut(std::string(190, 'x'), Cut::middle), "");
+  EXPECT_EQ(cut(std::string(191, 'x'), Cut::middle), "x");
+  EXPECT_EQ(cut(std::string(171, 'x'), Cut::last), "");
+  EXPECT_EQ(cut(std::string(172, 'x'), Cut::last), "");
+  EXPECT_EQ(cut(std::string(173, 'x'), Cut::last), "");
+  EXPECT_EQ(cut(std::string(174, 'x'), Cut::last), "x");
 }
 
 TEST(CutOutput, OfNothingIsNothing) {
-  for (const Cut where : {Cut::kFirst, Cut::kMiddle, Cut::kLast})
-    EXPECT_EQ(cut_output(nullptr, 0, where), "");
+  for (const Cut where : {Cut::first, Cut::middle, Cut::last}) EXPECT_EQ(cut_output(nullptr, 0, where), "");
 }
 
 TEST(CutOutput, EndsAtTheFirstNul) {
-  EXPECT_EQ(cut(framed(std::string("<a/>\0<b/>", 9)), Cut::kMiddle), "<a/>");
-  EXPECT_EQ(cut(framed(std::string("\0<b/>", 5)), Cut::kMiddle), "");
+  EXPECT_EQ(cut(framed(std::string("<a/>\0<b/>", 9)), Cut::middle), "<a/>");
+  EXPECT_EQ(cut(framed(std::string("\0<b/>", 5)), Cut::middle), "");
 }
 
 std::vector<ProfilerOutput> outputs(const std::vector<std::string>& texts) {

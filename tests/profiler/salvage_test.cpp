@@ -16,7 +16,7 @@ using testing::HasSubstr;
 std::string salvage(const std::string& text) {
   const ProfilerOutput clean = salvage_output(output_of(text));
   EXPECT_STREQ(clean.data_type, "SPTestDataType");
-  return std::string(cut_output(clean.text.get(), clean.length, Cut::kMiddle));
+  return std::string(cut_output(clean.text.get(), clean.length, Cut::middle));
 }
 
 const std::string kDictionary = "<dict><key>k</key><string>v</string></dict>";

@@ -78,22 +78,22 @@ INSTANTIATE_TEST_SUITE_P(Unreadable, SizeConversion,
 
 TEST(SizeConversion, TakesNoneForZero) {
   for (const Conversion conversion : {size_to_gb, size_to_gb_binary, size_to_mb, size_to_kb})
-    EXPECT_EQ(0, conversion(nullptr));
-  EXPECT_EQ(0, size_to_bytes(nullptr));
-  EXPECT_EQ(0, size_to_decimal_gb(nullptr, false));
+    EXPECT_EQ(conversion(nullptr), 0);
+  EXPECT_EQ(size_to_bytes(nullptr), 0);
+  EXPECT_EQ(size_to_decimal_gb(nullptr, false), 0);
 }
 
 TEST(SizeConversion, ReplacesCommasInTheCallersText) {
   std::string size = "1,5 GB";
-  EXPECT_EQ(1536.0, size_to_mb(size.data()));
-  EXPECT_EQ("1.5 GB", size);
+  EXPECT_EQ(size_to_mb(size.data()), 1536.0);
+  EXPECT_EQ(size, "1.5 GB");
 }
 
 TEST(SizeConversion, ReplacesCommasAlsoInWhatIsNoSize) {
   for (const auto& [text, after] :
        {std::pair("a,b,c", "a.b.c"), std::pair(",", "."), std::pair("1,5 kB", "1.5 kB")}) {
     std::string size = text;
-    EXPECT_EQ(0, size_to_gb(size.data()));
+    EXPECT_EQ(size_to_gb(size.data()), 0);
     EXPECT_EQ(after, size);
   }
 }
@@ -108,87 +108,87 @@ TEST(SizeConversion, GivesInfinityBeyondSinglePrecision) {
 int64_t bytes(std::string size) { return size_to_bytes(size.data()); }
 
 TEST(SizeToBytes, CountsBinaryBytesButForTheThousandInATb) {
-  EXPECT_EQ(1024, bytes("1 KB"));
-  EXPECT_EQ(1073741824, bytes("1 GB"));
-  EXPECT_EQ(1610612736, bytes("1,5 GB"));
-  EXPECT_EQ(1073741824000, bytes("1 TB"));
+  EXPECT_EQ(bytes("1 KB"), 1024);
+  EXPECT_EQ(bytes("1 GB"), 1073741824);
+  EXPECT_EQ(bytes("1,5 GB"), 1610612736);
+  EXPECT_EQ(bytes("1 TB"), 1073741824000);
 }
 
 TEST(SizeToBytes, CutsFractionsOffTowardsZero) {
-  EXPECT_EQ(1, bytes("0.00185 KB"));
-  EXPECT_EQ(-1, bytes("-0.00185 KB"));
+  EXPECT_EQ(bytes("0.00185 KB"), 1);
+  EXPECT_EQ(bytes("-0.00185 KB"), -1);
 }
 
 TEST(SizeToBytes, StaysInItsRangeWhateverTheText) {
   EXPECT_EQ(std::numeric_limits<int64_t>::max(), bytes("inf GB"));
   EXPECT_EQ(std::numeric_limits<int64_t>::max(), bytes("1e40 TB"));
   EXPECT_EQ(std::numeric_limits<int64_t>::min(), bytes("-1e30 GB"));
-  EXPECT_EQ(0, bytes("nan GB"));
-  EXPECT_EQ(0, bytes("GB"));
+  EXPECT_EQ(bytes("nan GB"), 0);
+  EXPECT_EQ(bytes("GB"), 0);
 }
 
 double decimal_gb(std::string size, bool round) { return size_to_decimal_gb(size.data(), round); }
 
 TEST(SizeToDecimalGb, CountsAsDiskMakersDo) {
   EXPECT_NEAR(536.989, decimal_gb("500.11 GB", false), 0.001);
-  EXPECT_EQ(537, decimal_gb("500.11 GB", true));
+  EXPECT_EQ(decimal_gb("500.11 GB", true), 537);
   // A TB is a thousand binary GB here as well.
   EXPECT_NEAR(1073.742, decimal_gb("1 TB", false), 0.001);
 }
 
 TEST(SizeToDecimalGb, RoundsUpAboveFourTenths) {
-  EXPECT_EQ(232, decimal_gb("216.34 GB", true));  // 232.29
-  EXPECT_EQ(232, decimal_gb("216.43 GB", true));  // 232.39
-  EXPECT_EQ(233, decimal_gb("216.45 GB", true));  // 232.41
-  EXPECT_EQ(233, decimal_gb("216.63 GB", true));  // 232.60
+  EXPECT_EQ(decimal_gb("216.34 GB", true), 232);  // 232.29
+  EXPECT_EQ(decimal_gb("216.43 GB", true), 232);  // 232.39
+  EXPECT_EQ(decimal_gb("216.45 GB", true), 233);  // 232.41
+  EXPECT_EQ(decimal_gb("216.63 GB", true), 233);  // 232.60
 }
 
 TEST(SizeToDecimalGb, KeepsTheRoundedNumberInThirtyTwoBits) {
   EXPECT_EQ(std::numeric_limits<int32_t>::max(), decimal_gb("inf GB", true));
   EXPECT_EQ(std::numeric_limits<int32_t>::max(), decimal_gb("1e40 TB", true));
   EXPECT_EQ(std::numeric_limits<int32_t>::min(), decimal_gb("-1e30 GB", true));
-  EXPECT_EQ(0, decimal_gb("nan GB", true));
-  EXPECT_EQ(0, decimal_gb("GB", true));
+  EXPECT_EQ(decimal_gb("nan GB", true), 0);
+  EXPECT_EQ(decimal_gb("GB", true), 0);
 }
 
 TEST(BytesToDecimalGb, DividesByTenToTheNinth) {
-  EXPECT_EQ(0, bytes_to_decimal_gb(0));
-  EXPECT_DOUBLE_EQ(1, bytes_to_decimal_gb(1000000000));
-  EXPECT_DOUBLE_EQ(500.107862016, bytes_to_decimal_gb(500107862016));
-  EXPECT_DOUBLE_EQ(18446744073.709552, bytes_to_decimal_gb(std::numeric_limits<uint64_t>::max()));
+  EXPECT_EQ(bytes_to_decimal_gb(0), 0);
+  EXPECT_DOUBLE_EQ(bytes_to_decimal_gb(1000000000), 1);
+  EXPECT_DOUBLE_EQ(bytes_to_decimal_gb(500107862016), 500.107862016);
+  EXPECT_DOUBLE_EQ(bytes_to_decimal_gb(std::numeric_limits<uint64_t>::max()), 18446744073.709552);
 }
 
 TEST(SpeedToMhz, MultipliesInSinglePrecision) {
-  EXPECT_EQ(2400, speed_to_mhz("2.4 GHz"));
+  EXPECT_EQ(speed_to_mhz("2.4 GHz"), 2400);
   // In double precision the product is a little less than 1001, which would be cut down to 1000.
-  EXPECT_EQ(1001, truncate_to_int64(speed_to_mhz("1.001 GHz")));
-  EXPECT_EQ(2930, speed_to_mhz("2.93"));
+  EXPECT_EQ(truncate_to_int64(speed_to_mhz("1.001 GHz")), 1001);
+  EXPECT_EQ(speed_to_mhz("2.93"), 2930);
 }
 
-TEST(SpeedToMhz, DoesNotLookAtTheUnit) { EXPECT_EQ(800000, speed_to_mhz("800 MHz")); }
+TEST(SpeedToMhz, DoesNotLookAtTheUnit) { EXPECT_EQ(speed_to_mhz("800 MHz"), 800000); }
 
-TEST(SpeedToMhz, ReadsNoDecimalComma) { EXPECT_EQ(2000, speed_to_mhz("2,4 GHz")); }
+TEST(SpeedToMhz, ReadsNoDecimalComma) { EXPECT_EQ(speed_to_mhz("2,4 GHz"), 2000); }
 
 TEST(SpeedToMhz, GivesZeroForNoNumber) {
-  EXPECT_EQ(0, speed_to_mhz(""));
-  EXPECT_EQ(0, speed_to_mhz("fast"));
+  EXPECT_EQ(speed_to_mhz(""), 0);
+  EXPECT_EQ(speed_to_mhz("fast"), 0);
 }
 
 TEST(Truncation, DropsTheFraction) {
-  EXPECT_EQ(2, truncate_to_int64(2.99));
-  EXPECT_EQ(-2, truncate_to_int64(-2.99));
-  EXPECT_EQ(2, truncate_to_int32(2.99));
-  EXPECT_EQ(2u, truncate_to_uint32(2.99));
-  EXPECT_EQ(2u, truncate_to_uint64(2.99));
+  EXPECT_EQ(truncate_to_int64(2.99), 2);
+  EXPECT_EQ(truncate_to_int64(-2.99), -2);
+  EXPECT_EQ(truncate_to_int32(2.99), 2);
+  EXPECT_EQ(truncate_to_uint32(2.99), 2u);
+  EXPECT_EQ(truncate_to_uint64(2.99), 2u);
 }
 
 TEST(Truncation, KeepsTheLargestNumbersThatFit) {
-  EXPECT_EQ(9223372036854774784, truncate_to_int64(9223372036854774784.0));
-  EXPECT_EQ(2147483647, truncate_to_int32(2147483647.0));
-  EXPECT_EQ(-2147483648, truncate_to_int32(-2147483648.0));
-  EXPECT_EQ(2147483648u, truncate_to_uint32(2147483648.0));
-  EXPECT_EQ(4294967295u, truncate_to_uint32(4294967295.0));
-  EXPECT_EQ(18446744073709549568u, truncate_to_uint64(18446744073709549568.0));
+  EXPECT_EQ(truncate_to_int64(9223372036854774784.0), 9223372036854774784);
+  EXPECT_EQ(truncate_to_int32(2147483647.0), 2147483647);
+  EXPECT_EQ(truncate_to_int32(-2147483648.0), -2147483648);
+  EXPECT_EQ(truncate_to_uint32(2147483648.0), 2147483648u);
+  EXPECT_EQ(truncate_to_uint32(4294967295.0), 4294967295u);
+  EXPECT_EQ(truncate_to_uint64(18446744073709549568.0), 18446744073709549568u);
 }
 
 TEST(Truncation, EndsAtTheTargetsRange) {
@@ -198,37 +198,37 @@ TEST(Truncation, EndsAtTheTargetsRange) {
     EXPECT_EQ(std::numeric_limits<uint32_t>::max(), truncate_to_uint32(huge));
     EXPECT_EQ(std::numeric_limits<int64_t>::min(), truncate_to_int64(-huge));
     EXPECT_EQ(std::numeric_limits<int32_t>::min(), truncate_to_int32(-huge));
-    EXPECT_EQ(0u, truncate_to_uint32(-huge));
+    EXPECT_EQ(truncate_to_uint32(-huge), 0u);
     EXPECT_EQ(std::numeric_limits<uint64_t>::max(), truncate_to_uint64(huge));
-    EXPECT_EQ(0u, truncate_to_uint64(-huge));
+    EXPECT_EQ(truncate_to_uint64(-huge), 0u);
   }
-  EXPECT_EQ(0, truncate_to_int64(NAN));
-  EXPECT_EQ(0, truncate_to_int32(NAN));
-  EXPECT_EQ(0u, truncate_to_uint32(NAN));
-  EXPECT_EQ(0u, truncate_to_uint64(NAN));
+  EXPECT_EQ(truncate_to_int64(NAN), 0);
+  EXPECT_EQ(truncate_to_int32(NAN), 0);
+  EXPECT_EQ(truncate_to_uint32(NAN), 0u);
+  EXPECT_EQ(truncate_to_uint64(NAN), 0u);
   EXPECT_EQ(std::numeric_limits<int64_t>::max(), truncate_to_int64(9223372036854775808.0));
 }
 
 TEST(CopyLine, EndsAtTheFirstLineFeed) {
-  EXPECT_STREQ("abc", copy_line("abc\ndef").get());
-  EXPECT_STREQ("abc", copy_line("abc").get());
-  EXPECT_STREQ("a b\t", copy_line("a b\t\n").get());
+  EXPECT_STREQ(copy_line("abc\ndef").get(), "abc");
+  EXPECT_STREQ(copy_line("abc").get(), "abc");
+  EXPECT_STREQ(copy_line("a b\t\n").get(), "a b\t");
 }
 
 TEST(CopyLine, GivesNoneForAnEmptyLine) {
-  EXPECT_EQ(nullptr, copy_line("\nabc"));
-  EXPECT_EQ(nullptr, copy_line(""));
+  EXPECT_EQ(copy_line("\nabc"), nullptr);
+  EXPECT_EQ(copy_line(""), nullptr);
 }
 
 TEST(CopyWord, EndsAtTheFirstBlank) {
-  EXPECT_STREQ("1067", copy_word("1067 MHz").get());
-  EXPECT_STREQ("", copy_word(" MHz").get());
-  EXPECT_STREQ("10\t67", copy_word("10\t67 MHz").get());
+  EXPECT_STREQ(copy_word("1067 MHz").get(), "1067");
+  EXPECT_STREQ(copy_word(" MHz").get(), "");
+  EXPECT_STREQ(copy_word("10\t67 MHz").get(), "10\t67");
 }
 
 TEST(CopyWord, TakesATextWithoutBlankWhole) {
-  EXPECT_STREQ("1067MHz", copy_word("1067MHz").get());
-  EXPECT_STREQ("", copy_word("").get());
+  EXPECT_STREQ(copy_word("1067MHz").get(), "1067MHz");
+  EXPECT_STREQ(copy_word("").get(), "");
 }
 
 std::string trimmed(std::string text, const char* set, unsigned flags) {
@@ -237,24 +237,24 @@ std::string trimmed(std::string text, const char* set, unsigned flags) {
 }
 
 TEST(Trim, CutsTheEndsItIsToldTo) {
-  EXPECT_EQ("abc", trimmed("  abc \t", " \t", kTrimBoth));
-  EXPECT_EQ("abc \t", trimmed("  abc \t", " \t", kTrimStart));
-  EXPECT_EQ("  abc", trimmed("  abc \t", " \t", kTrimEnd));
-  EXPECT_EQ("  abc \t", trimmed("  abc \t", " \t", 0));
+  EXPECT_EQ(trimmed("  abc \t", " \t", kTrimBoth), "abc");
+  EXPECT_EQ(trimmed("  abc \t", " \t", kTrimStart), "abc \t");
+  EXPECT_EQ(trimmed("  abc \t", " \t", kTrimEnd), "  abc");
+  EXPECT_EQ(trimmed("  abc \t", " \t", 0), "  abc \t");
 }
 
 TEST(Trim, CutsTheSetsCharactersInAnyOrder) {
-  EXPECT_EQ("abc", trimmed("\t \t abc\t \t ", " \t", kTrimBoth));
-  EXPECT_EQ("a b", trimmed(")(a b)(", "()", kTrimBoth));
+  EXPECT_EQ(trimmed("\t \t abc\t \t ", " \t", kTrimBoth), "abc");
+  EXPECT_EQ(trimmed(")(a b)(", "()", kTrimBoth), "a b");
 }
 
 TEST(Trim, LeavesNothingOfATextMadeOfTheSet) {
-  EXPECT_EQ("", trimmed(" \t ", " \t", kTrimBoth));
-  EXPECT_EQ("", trimmed(" \t ", " \t", kTrimStart));
-  EXPECT_EQ("", trimmed(" \t ", " \t", kTrimEnd));
-  EXPECT_EQ("", trimmed("", " \t", kTrimBoth));
+  EXPECT_EQ(trimmed(" \t ", " \t", kTrimBoth), "");
+  EXPECT_EQ(trimmed(" \t ", " \t", kTrimStart), "");
+  EXPECT_EQ(trimmed(" \t ", " \t", kTrimEnd), "");
+  EXPECT_EQ(trimmed("", " \t", kTrimBoth), "");
 }
 
-TEST(Trim, KeepsTheTextWhenTheSetIsEmpty) { EXPECT_EQ(" a ", trimmed(" a ", "", kTrimBoth)); }
+TEST(Trim, KeepsTheTextWhenTheSetIsEmpty) { EXPECT_EQ(trimmed(" a ", "", kTrimBoth), " a "); }
 
 }  // namespace

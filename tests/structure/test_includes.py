@@ -23,8 +23,8 @@ BELOW = {
     "src/platform/corefoundation/include/CoreFoundation": [],
     "src/platform/corefoundation/include/SystemConfiguration": [],
     # The reader stands on the tree and the scanner of property lists, and on nothing above them.
-    "inv/base": ["src/driver/base"],
-    "inv/file": ["inv/base", "src/zxml", "src/plist"],
+    "inv/base": ["src/driver/base", "src/plist"],
+    "inv/file": ["inv/base", "src/zxml"],
     "inv/signature": ["inv/base"],
     "inv/facts": ["inv/file"],
     "inv/show": ["inv/facts"],

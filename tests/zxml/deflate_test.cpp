@@ -39,16 +39,16 @@ extern "C" int deflateInit_(z_streamp stream, int wanted_level, const char* vers
   level = wanted_level;
   calls.clear();
   if (fault == Fault::no_memory) return Z_MEM_ERROR;
-  static const auto original = of_zlib<decltype(&deflateInit_)>("deflateInit_");
-  return original(stream, wanted_level, version, size);
+  static const auto kOriginal = of_zlib<decltype(&deflateInit_)>("deflateInit_");
+  return kOriginal(stream, wanted_level, version, size);
 }
 
 extern "C" int deflate(z_streamp stream, int flush) {
   calls.push_back({stream->avail_in, flush});
   if (fault == Fault::stream_error) return Z_STREAM_ERROR;
   if (fault == Fault::input_left) return Z_OK;
-  static const auto original = of_zlib<decltype(&deflate)>("deflate");
-  const int status = original(stream, flush);
+  static const auto kOriginal = of_zlib<decltype(&deflate)>("deflate");
+  const int status = kOriginal(stream, flush);
   return fault == Fault::endless && status == Z_STREAM_END ? Z_OK : status;
 }
 

@@ -13,12 +13,12 @@ namespace {
 
 // The text of the page's code block of this language, without its fences.
 std::string code_block(const std::string& language) {
-  static const std::string page = file_bytes(PROJECT_ROOT "/docs/inv-format.md");
+  static const std::string kPage = file_bytes(PROJECT_ROOT "/docs/inv-format.md");
   const std::string fence = "\n```" + language + "\n";
-  const size_t start = page.find(fence);
+  const size_t start = kPage.find(fence);
   EXPECT_NE(start, std::string::npos) << language;
   const size_t text = start + fence.size();
-  return page.substr(text, page.find("```", text) - text);
+  return kPage.substr(text, kPage.find("```", text) - text);
 }
 
 // The bytes that a dump shows: an offset, sixteen bytes in hexadecimal, and the same as characters.

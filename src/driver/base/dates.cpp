@@ -16,11 +16,11 @@ constexpr size_t kZoneLength = 6;
 
 CFStringRef pattern(DateForm form) {
   switch (form) {
-    case DateForm::kShort:
+    case DateForm::short_date:
       return CFSTR("yyyy-MM-dd");
-    case DateForm::kCim:
+    case DateForm::cim:
       return CFSTR("yyyyMMddHHmmss.000000 ZZ");
-    case DateForm::kProcess:
+    case DateForm::process:
       return CFSTR("yyyy-MM-dd HH:mm:ss z");
   }
   return CFSTR("");
@@ -73,11 +73,11 @@ bool names_half_of_day(CFDateFormatterRef formatter, const char* text) {
 // Whether the text has been written by the form's pattern, and not by what the user's settings made of it.
 bool has_form(DateForm form, CFDateFormatterRef formatter, const char* text) {
   switch (form) {
-    case DateForm::kShort:
+    case DateForm::short_date:
       return true;
-    case DateForm::kCim:
+    case DateForm::cim:
       return std::strlen(text) == kCimLength && is_ascii(text);
-    case DateForm::kProcess:
+    case DateForm::process:
       return !names_half_of_day(formatter, text);
   }
   return false;
@@ -120,7 +120,7 @@ Text DateFormatter::format(CFDateRef date) const {
     const CFRef<CFLocaleRef> posix(CFLocaleCreate(nullptr, CFSTR("en_US_POSIX")));
     text = format_with(make_formatter(posix.get(), form_).get(), date);
   }
-  if (form_ == DateForm::kCim) rewrite_zone(text.get());
+  if (form_ == DateForm::cim) rewrite_zone(text.get());
   return text;
 }
 

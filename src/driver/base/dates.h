@@ -7,9 +7,9 @@
 #include "platform/cf_ref.h"
 
 enum class DateForm {
-  kShort = 0,    // 2012-01-18
-  kCim = 1,      // 20120118153045.000000+120: local time, a fixed fraction, the offset from UTC in minutes
-  kProcess = 2,  // 2012-01-18 15:30:45 GMT+2
+  short_date = 0,  // 2012-01-18
+  cim = 1,         // 20120118153045.000000+120: local time, a fixed fraction, the offset from UTC in minutes
+  process = 2,     // 2012-01-18 15:30:45 GMT+2
 };
 
 // Formats any number of dates in one form; making a formatter is dear, using it is cheap.

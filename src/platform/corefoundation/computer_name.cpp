@@ -13,7 +13,7 @@ extern char** environ;
 
 namespace {
 
-constexpr size_t longest_name = 1024;
+constexpr size_t kLongestName = 1024;
 
 class Descriptor {
  public:
@@ -46,7 +46,7 @@ bool start_tool(int output, pid_t* child) {
 }
 
 std::string read_start(int input) {
-  std::string text(longest_name, '\0');
+  std::string text(kLongestName, '\0');
   size_t length = 0;
   while (length < text.size()) {
     const ssize_t got = read(input, &text[length], text.size() - length);

@@ -18,7 +18,7 @@ using cf::to_utf16;
 
 // Calls one of ICU's functions that fill a buffer, again with a larger one when the text did not fit. Empty
 // when it failed.
-template <class Fill>
+template <typename Fill>
 Utf16 fill_text(Fill fill) {
   Utf16 text(128, u'\0');
   for (int attempt = 0; attempt < 2; ++attempt) {
@@ -36,9 +36,7 @@ int32_t length_of(const Utf16& text) { return static_cast<int32_t>(text.size());
 
 }  // namespace
 
-CFDateFormatterObject::~CFDateFormatterObject() {
-  udat_close(formatter);
-}
+CFDateFormatterObject::~CFDateFormatterObject() { udat_close(formatter); }
 
 CFTypeID CFDateFormatterGetTypeID() { return static_cast<CFTypeID>(cf::Kind::date_formatter); }
 

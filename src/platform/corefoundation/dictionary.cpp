@@ -9,7 +9,7 @@ namespace cf {
 namespace {
 
 // Up to so many keys are compared one by one; of more there is a sorted index behind the values.
-constexpr size_t most_unsorted = 16;
+constexpr size_t kMostUnsorted = 16;
 
 std::string_view key_text(const void* key) { return text_of(static_cast<CFStringRef>(key)); }
 
@@ -90,7 +90,7 @@ size_t find(CFDictionaryRef dictionary, const void* key) {
   const std::string_view wanted = key_text(key);
   const void* const* const keys = keys_of(dictionary);
   const size_t count = dictionary->count;
-  if (count <= most_unsorted) {
+  if (count <= kMostUnsorted) {
     return static_cast<size_t>(std::find_if(keys, keys + count,
                                             [key, wanted](const void* candidate) {
                                               return candidate == key || key_text(candidate) == wanted;
@@ -107,10 +107,10 @@ size_t find(CFDictionaryRef dictionary, const void* key) {
 }  // namespace
 
 CFDictionaryRef create_dictionary(Pair* pairs, size_t count) {
-  if (count <= most_unsorted) return fill(pairs, merge_few(pairs, count), 0);
+  if (count <= kMostUnsorted) return fill(pairs, merge_few(pairs, count), 0);
   std::vector<uint32_t> positions = sorted_positions(pairs, count);
   const size_t distinct = merge_many(pairs, positions);
-  if (distinct <= most_unsorted) return fill(pairs, distinct, 0);
+  if (distinct <= kMostUnsorted) return fill(pairs, distinct, 0);
   if (distinct < count) positions = sorted_positions(pairs, distinct);
   CFDictionaryObject* const dictionary = fill(pairs, distinct, distinct);
   std::copy(positions.begin(), positions.end(), index_of(dictionary));

@@ -7,9 +7,9 @@
 namespace cf {
 namespace {
 
-const CFBooleanObject true_object(true), false_object(false);
+const CFBooleanObject kTrueObject(true), kFalseObject(false);
 
-constexpr double two_to_63 = 9223372036854775808.0;
+constexpr double kTwoTo63 = 9223372036854775808.0;
 
 // The sized type behind a type that is named after C's.
 CFNumberType sized_type(CFNumberType type) {
@@ -35,7 +35,7 @@ CFNumberType sized_type(CFNumberType type) {
   }
 }
 
-template <class T>
+template <typename T>
 T read(const void* value) {
   T read_value;
   std::memcpy(&read_value, value, sizeof read_value);
@@ -49,7 +49,7 @@ struct Conversion {
 
 Conversion to_int64(const CFNumberObject& number) {
   if (!number.is_real()) return {number.integer, true};
-  if (!(number.real >= -two_to_63 && number.real < two_to_63)) return {INT64_MIN, false};
+  if (!(number.real >= -kTwoTo63 && number.real < kTwoTo63)) return {INT64_MIN, false};
   const int64_t whole = static_cast<int64_t>(number.real);
   return {whole, static_cast<double>(whole) == number.real};
 }
@@ -62,11 +62,11 @@ double to_double(const CFNumberObject& number) {
 
 // Whether an integer is exactly this double.
 bool equals(const CFNumberObject& integer, double value) {
-  if (!integer.above_int64) return value < two_to_63 && static_cast<int64_t>(value) == integer.integer;
-  return value < 2 * two_to_63 && static_cast<uint64_t>(value) == static_cast<uint64_t>(integer.integer);
+  if (!integer.above_int64) return value < kTwoTo63 && static_cast<int64_t>(value) == integer.integer;
+  return value < 2 * kTwoTo63 && static_cast<uint64_t>(value) == static_cast<uint64_t>(integer.integer);
 }
 
-template <class T>
+template <typename T>
 bool write_integer(const CFNumberObject& number, void* value) {
   const Conversion wide = to_int64(number);
   const T narrow = static_cast<T>(wide.bits);
@@ -74,7 +74,7 @@ bool write_integer(const CFNumberObject& number, void* value) {
   return wide.exact && narrow == wide.bits && (sizeof narrow == sizeof wide.bits || !number.above_int64);
 }
 
-template <class T>
+template <typename T>
 bool write_real(const CFNumberObject& number, void* value) {
   const double wide = to_double(number);
   const T narrow = static_cast<T>(wide);
@@ -94,8 +94,8 @@ bool equal_numbers(const CFNumberObject& left, const CFNumberObject& right) {
 
 }  // namespace cf
 
-const CFBooleanRef kCFBooleanTrue = &cf::true_object;
-const CFBooleanRef kCFBooleanFalse = &cf::false_object;
+const CFBooleanRef kCFBooleanTrue = &cf::kTrueObject;
+const CFBooleanRef kCFBooleanFalse = &cf::kFalseObject;
 
 CFTypeID CFBooleanGetTypeID() { return static_cast<CFTypeID>(cf::Kind::boolean); }
 
@@ -126,8 +126,8 @@ CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value)
 CFNumberType CFNumberGetType(CFNumberRef number) { return static_cast<CFNumberType>(number->type); }
 
 CFIndex CFNumberGetByteSize(CFNumberRef number) {
-  constexpr CFIndex sizes[] = {1, 2, 4, 8, 4, 8};
-  return sizes[number->type - 1];
+  constexpr CFIndex kSizes[] = {1, 2, 4, 8, 4, 8};
+  return kSizes[number->type - 1];
 }
 
 Boolean CFNumberIsFloatType(CFNumberRef number) { return number->is_real(); }

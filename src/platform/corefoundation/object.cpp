@@ -12,11 +12,11 @@ struct CFAllocatorObject {};
 namespace cf {
 namespace {
 
-const CFAllocatorObject malloc_allocator, null_allocator;
+const CFAllocatorObject kMallocAllocator, kNullAllocator;
 
 bool is_container(const Object* any) { return any->kind == Kind::array || any->kind == Kind::dictionary; }
 
-template <class T>
+template <typename T>
 void free_as(const Object* dead) {
   T* const typed = const_cast<T*>(static_cast<const T*>(dead));
   typed->~T();
@@ -48,7 +48,7 @@ void free_object(const Object* dead) {
 }
 
 // True when it was the last one.
-bool drop_reference(const Object* any) { return any->references != immortal && --any->references == 0; }
+bool drop_reference(const Object* any) { return any->references != kImmortal && --any->references == 0; }
 
 // A list of containers instead of recursion: structures may be deeper than the stack.
 void free_containers(const Object* dead) {
@@ -111,8 +111,8 @@ bool equal_shallow(const Object* left, const Object* right, std::vector<Comparis
 }  // namespace cf
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
-const CFAllocatorRef kCFAllocatorMalloc = &cf::malloc_allocator;
-const CFAllocatorRef kCFAllocatorNull = &cf::null_allocator;
+const CFAllocatorRef kCFAllocatorMalloc = &cf::kMallocAllocator;
+const CFAllocatorRef kCFAllocatorNull = &cf::kNullAllocator;
 
 CFTypeID CFGetTypeID(CFTypeRef object) { return static_cast<CFTypeID>(cf::object(object)->kind); }
 

@@ -22,7 +22,7 @@ enum class Kind : uint8_t {
   date_formatter
 };
 
-constexpr uint32_t immortal = 0;  // the reference count of what lives as long as the program
+constexpr uint32_t kImmortal = 0;  // the reference count of what lives as long as the program
 
 // Derived objects are plain data behind this, so that an object and its bytes or elements are one allocation.
 struct Object {
@@ -35,27 +35,27 @@ struct Object {
 inline const Object* object(CFTypeRef reference) { return static_cast<const Object*>(reference); }
 
 // A new object with one reference and room for so many bytes behind it.
-template <class T, class... Arguments>
+template <typename T, typename... Arguments>
 T* create_with_tail(size_t tail_size, Arguments&&... arguments) {
   return new (::operator new(sizeof(T) + tail_size)) T(std::forward<Arguments>(arguments)...);
 }
-template <class T, class... Arguments>
+template <typename T, typename... Arguments>
 T* create(Arguments&&... arguments) {
   return create_with_tail<T>(0, std::forward<Arguments>(arguments)...);
 }
 
 // What stands behind an object.
-template <class Element, class T>
+template <typename Element, typename T>
 const Element* tail_of(const T* object) {
   return reinterpret_cast<const Element*>(object + 1);
 }
-template <class Element, class T>
+template <typename Element, typename T>
 Element* tail_of(T* object) {
   return reinterpret_cast<Element*>(object + 1);
 }
 
 inline void retain(CFTypeRef reference) {
-  if (object(reference)->references != immortal) ++object(reference)->references;
+  if (object(reference)->references != kImmortal) ++object(reference)->references;
 }
 
 }  // namespace cf

@@ -28,8 +28,8 @@ class StringCache {
   }
 
   CFStringRef create(plist::Characters text) {
-    if (text.bytes.size() > longest) return create_string(text.bytes, text.ascii);
-    CFStringRef& place = strings_[hash(text.bytes) >> (64 - index_bits)];
+    if (text.bytes.size() > kLongest) return create_string(text.bytes, text.ascii);
+    CFStringRef& place = strings_[hash(text.bytes) >> (64 - kIndexBits)];
     if (!place || text_of(place) != text.bytes) {
       if (place) CFRelease(place);
       place = create_string(text.bytes, text.ascii);
@@ -39,23 +39,23 @@ class StringCache {
   }
 
  private:
-  static constexpr size_t longest = 32;
-  static constexpr int index_bits = 10;
+  static constexpr size_t kLongest = 32;
+  static constexpr int kIndexBits = 10;
 
   static uint64_t hash(std::string_view bytes) {
-    constexpr uint64_t multiplier = 0x9E3779B97F4A7C15u;
-    uint64_t hash = bytes.size() * multiplier;
+    constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
+    uint64_t hash = bytes.size() * kMultiplier;
     while (!bytes.empty()) {
       uint64_t word = 0;
       const size_t taken = std::min(bytes.size(), sizeof word);
       std::memcpy(&word, bytes.data(), taken);
       bytes.remove_prefix(taken);
-      hash = (hash ^ word) * multiplier;
+      hash = (hash ^ word) * kMultiplier;
     }
     return hash;
   }
 
-  std::array<CFStringRef, size_t{1} << index_bits> strings_;
+  std::array<CFStringRef, size_t{1} << kIndexBits> strings_;
 };
 
 // Listens to the scanner and makes objects: what is complete waits on a stack until its container ends.

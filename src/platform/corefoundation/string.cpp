@@ -85,10 +85,10 @@ class Constants {
 }  // namespace
 
 CFStringRef create_string(std::string_view utf8, bool ascii) {
-  if (utf8.size() >= unknown_length) return nullptr;
+  if (utf8.size() >= kUnknownLength) return nullptr;
   const uint32_t size = static_cast<uint32_t>(utf8.size());
   CFStringObject* const string =
-      create_with_tail<CFStringObject>(size + size_t{1}, size, ascii ? size : unknown_length);
+      create_with_tail<CFStringObject>(size + size_t{1}, size, ascii ? size : kUnknownLength);
   char* const bytes = tail_of<char>(string);
   if (size > 0) std::memcpy(bytes, utf8.data(), size);
   bytes[size] = '\0';
@@ -145,7 +145,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
 }
 
 CFIndex CFStringGetLength(CFStringRef string) {
-  if (string->length == unknown_length)
+  if (string->length == kUnknownLength)
     string->length = static_cast<uint32_t>(cf::count_units(cf::text_of(string)));
   return static_cast<CFIndex>(string->length);
 }

@@ -7,7 +7,7 @@
 
 #include "platform/corefoundation/object.h"
 
-constexpr uint32_t unknown_length = UINT32_MAX;
+constexpr uint32_t kUnknownLength = UINT32_MAX;
 
 // The bytes stand behind the object, with a NUL after them.
 struct CFStringObject : cf::Object {

@@ -12,7 +12,7 @@
 
 struct CFBooleanObject : cf::Object {
   constexpr explicit CFBooleanObject(bool its_value)
-      : Object(cf::Kind::boolean, cf::immortal), value(its_value) {}
+      : Object(cf::Kind::boolean, cf::kImmortal), value(its_value) {}
 
   const bool value;
 };

@@ -18,7 +18,7 @@ struct CloseDirectory {
   void operator()(DIR* directory) const { closedir(directory); }
 };
 
-constexpr size_t longest_name = 16;  // as on a Mac; the kernel's own threads have longer ones here
+constexpr size_t kLongestName = 16;  // as on a Mac; the kernel's own threads have longer ones here
 
 bool is_process_id(const char* name) { return *name >= '1' && *name <= '9'; }
 
@@ -29,7 +29,7 @@ std::optional<ProcessRecord> parse_stat(std::string_view stat) {
   const size_t close = stat.rfind(')');
   if (open == stat.npos || close == stat.npos || close < open || stat.size() < close + 4) return std::nullopt;
   const std::string pid(stat.substr(0, open)), ppid(stat.substr(close + 4));
-  const size_t length = std::min(close - open - 1, longest_name);
+  const size_t length = std::min(close - open - 1, kLongestName);
   return ProcessRecord{static_cast<int32_t>(std::atol(pid.c_str())),
                        static_cast<int32_t>(std::atol(ppid.c_str())),
                        std::string(stat.substr(open + 1, length))};

@@ -54,25 +54,25 @@ TEST_F(Dates, CimFormHasTheOffsetInMinutes) {
   };
   for (const auto& row : rows) {
     set(row.zone, "en_US.UTF-8");
-    EXPECT_EQ(format(DateForm::kCim), row.expected) << row.zone;
+    EXPECT_EQ(format(DateForm::cim), row.expected) << row.zone;
   }
 }
 
 TEST_F(Dates, ShortFormHasNoTimeAndNoZone) {
   set("UTC", "de_DE.UTF-8");
-  EXPECT_EQ(format(DateForm::kShort), "2012-01-18");
+  EXPECT_EQ(format(DateForm::short_date), "2012-01-18");
 }
 
 TEST_F(Dates, ProcessFormNamesTheZone) {
   set("America/New_York", "en_US.UTF-8");
-  EXPECT_EQ(format(DateForm::kProcess).substr(0, 20), "2012-01-18 08:30:45 ");
-  EXPECT_GT(format(DateForm::kProcess).size(), 20u);
+  EXPECT_EQ(format(DateForm::process).substr(0, 20), "2012-01-18 08:30:45 ");
+  EXPECT_GT(format(DateForm::process).size(), 20u);
 }
 
 // A zone's name may hold blanks, as this one does.
 TEST_F(Dates, ProcessFormIsThatOfTheLocale) {
   set("Asia/Tehran", "fa_IR.UTF-8");
-  EXPECT_EQ(format(DateForm::kProcess).substr(0, 8), "۱۳۹۰");
+  EXPECT_EQ(format(DateForm::process).substr(0, 8), "۱۳۹۰");
 }
 
 // What the system makes of a form's pattern for a user who wants twelve hours.
@@ -92,9 +92,9 @@ TEST_F(Dates, AreOfTheirFormAlsoForAUserWhoWantsTwelveHours) {
   set("UTC", "C");
   for (const Row& row : rows) {
     const CFRef<CFDateRef> date(CFDateCreate(nullptr, row.time));
-    const DateFormatter process(DateForm::kProcess, formatter(row.locale, "yyyy-MM-dd h:mm:ss a z"));
+    const DateFormatter process(DateForm::process, formatter(row.locale, "yyyy-MM-dd h:mm:ss a z"));
     EXPECT_EQ(std::string(process.format(date.get()).get()).substr(0, 20), row.process) << row.locale;
-    const DateFormatter cim(DateForm::kCim, formatter(row.locale, "yyyyMMddhmmss a.000000 ZZ"));
+    const DateFormatter cim(DateForm::cim, formatter(row.locale, "yyyyMMddhmmss a.000000 ZZ"));
     EXPECT_STREQ(cim.format(date.get()).get(), row.cim) << row.locale;
   }
 }
@@ -102,14 +102,14 @@ TEST_F(Dates, AreOfTheirFormAlsoForAUserWhoWantsTwelveHours) {
 TEST_F(Dates, AreMadeInThePosixLocaleWithoutAFormatter) {
   set("UTC", "C");
   const CFRef<CFDateRef> date(CFDateCreate(nullptr, kWinterDay));
-  EXPECT_STREQ(DateFormatter(DateForm::kCim, {}).format(date.get()).get(), "20120118133045.000000+0");
+  EXPECT_STREQ(DateFormatter(DateForm::cim, {}).format(date.get()).get(), "20120118133045.000000+0");
 }
 
 TEST_F(Dates, CimFormIsKnownByItsShape) {
   for (const char* zone : {"Europe/Helsinki", "America/New_York", "UTC"}) {
     set(zone, "C");
-    EXPECT_TRUE(is_cim_date(format(DateForm::kCim).c_str())) << zone;
-    EXPECT_TRUE(is_cim_date(format(DateForm::kCim, 4e11).c_str())) << zone;
+    EXPECT_TRUE(is_cim_date(format(DateForm::cim).c_str())) << zone;
+    EXPECT_TRUE(is_cim_date(format(DateForm::cim, 4e11).c_str())) << zone;
   }
   for (const char* text : {"", "2012-01-18", "20120118133045", "20120118133045.5", "2012011813304.000000+0",
                            "10.0.0.5", " 20120118133045.000000+0"})
@@ -119,23 +119,23 @@ TEST_F(Dates, CimFormIsKnownByItsShape) {
 TEST_F(Dates, CimFormIsReadableWhereTheLocaleHasOtherDigits) {
   for (const char* locale : {"ar_EG.UTF-8", "fa_IR.UTF-8"}) {
     set("UTC", locale);
-    EXPECT_EQ(format(DateForm::kCim), "20120118133045.000000+0") << locale;
+    EXPECT_EQ(format(DateForm::cim), "20120118133045.000000+0") << locale;
   }
 }
 
 TEST_F(Dates, CimFormKeepsAnotherCalendarWithAsciiDigits) {
   set("UTC", "th_TH.UTF-8");
-  EXPECT_EQ(format(DateForm::kCim), "25550118133045.000000+0");
+  EXPECT_EQ(format(DateForm::cim), "25550118133045.000000+0");
 }
 
 TEST_F(Dates, CimFormOfAFarYearKeepsItsShape) {
   set("UTC", "C");
-  EXPECT_TRUE(std::regex_match(format(DateForm::kCim, 4e11), std::regex(R"(\d{15}\.000000\+0)")));
+  EXPECT_TRUE(std::regex_match(format(DateForm::cim, 4e11), std::regex(R"(\d{15}\.000000\+0)")));
 }
 
 TEST_F(Dates, OneFormatterServesManyDates) {
   set("UTC", "C");
-  const DateFormatter formatter(DateForm::kCim);
+  const DateFormatter formatter(DateForm::cim);
   for (int day = 0; day < 3; ++day) {
     const CFRef<CFDateRef> date(CFDateCreate(nullptr, kWinterDay + day * 86400));
     EXPECT_EQ(formatter.format(date.get()).get(), "201201" + std::to_string(18 + day) + "133045.000000+0");
@@ -145,7 +145,7 @@ TEST_F(Dates, OneFormatterServesManyDates) {
 TEST_F(Dates, NowIsNow) {
   set("UTC", "C");
   const std::time_t before = std::time(nullptr);
-  const std::string now = format_now(DateForm::kCim).get();
+  const std::string now = format_now(DateForm::cim).get();
   const std::time_t after = std::time(nullptr);
   const auto text_of = [](std::time_t time) {
     char text[32];
