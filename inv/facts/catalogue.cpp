@@ -43,9 +43,9 @@ const CatalogueFact* find_fact(Element element) {
 }
 
 std::optional<IdentifierKind> identifier_by_name(std::string_view name) {
-  static const IdentifiersByName named = identifiers_by_name();
-  const auto found = named.find(up_to_colon(name));
-  return found == named.end() ? std::nullopt : std::make_optional(found->second);
+  static const IdentifiersByName kByName = identifiers_by_name();
+  const auto found = kByName.find(up_to_colon(name));
+  return found == kByName.end() ? std::nullopt : std::make_optional(found->second);
 }
 
 }  // namespace inv

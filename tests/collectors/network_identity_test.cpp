@@ -135,8 +135,8 @@ TEST(NetworkIdentity, KeepsAGivenAddressThatNoAdapterHas) {
 
 TEST(NetworkIdentity, TakesAnEmptyAddressForOneThatNoAdapterHas) {
   const NetworkIdentity identity = identity_among({adapter("en0", "10.0.0.5")}, "");
-  EXPECT_STREQ("", identity.ip_address.get());
-  EXPECT_EQ(nullptr, identity.hardware_address);
+  EXPECT_STREQ(identity.ip_address.get(), "");
+  EXPECT_EQ(identity.hardware_address, nullptr);
 }
 
 TEST(NetworkIdentity, IsManualOnlyByThatWord) {

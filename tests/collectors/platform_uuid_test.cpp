@@ -33,7 +33,7 @@ TEST(PlatformUuid, IsEmptyWhenNoneIsTold) {
 TEST(PlatformUuid, GivesIoregTwoSecondsOfWork) {
   const FakeTools tools;
   tools.write("ioreg", "printf '\"IOPlatformUUID\" = \"%s\"\\n' \"$(ulimit -t)\"");
-  EXPECT_STREQ("2", query_platform_uuid().get());
+  EXPECT_STREQ(query_platform_uuid().get(), "2");
 }
 
 TEST(PlatformUuid, EndsWhenTheRegistryDoesNot) {
