@@ -38,7 +38,8 @@ std::string container(std::string_view sections, std::string_view header, bool b
 std::string file_of_text(std::string_view text);
 
 // The 14 bytes at a file's end.
-std::string trailer(uint64_t header_offset, bool big_endian, char version = 3, char compressed = 0);
+std::string trailer(uint64_t header_offset, bool big_endian, char version = kTrailerVersion,
+                    char compressed = 0);
 
 // A text of tags without anything, each in the one before it, and the last of them.
 inv::Document document_of_tags(const std::vector<std::string>& tags);

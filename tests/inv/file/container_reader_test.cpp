@@ -121,10 +121,10 @@ TEST(ContainerReader, SaysWhereATrailerIsWrong) {
   EXPECT_EQ(faults_of(body + maker::trailer(0, true)), "");
   EXPECT_EQ(faults_of(body + maker::trailer(0, true) + "\n"),
             "at byte " + std::to_string(body.size() + 11) + ": the magic \"INV!\" is missing\n");
-  EXPECT_EQ(faults_of(body + maker::trailer(0, true, 2)),
+  EXPECT_EQ(faults_of(body + maker::trailer(0, true, kTrailerVersion - 1)),
             "at byte " + std::to_string(body.size() + 8) + ": the trailer's byte 3 is missing\n");
   EXPECT_EQ(
-      faults_of(body + maker::trailer(0, true, 3, 2)),
+      faults_of(body + maker::trailer(0, true, kTrailerVersion, 2)),
       "at byte " + std::to_string(body.size() + 9) + ": the trailer says neither plain nor compressed\n");
   EXPECT_EQ(faults_of(body + maker::trailer(body.size() + 1, true)),
             "at byte " + std::to_string(body.size()) + ": the header's offset is beyond the file\n");
@@ -172,8 +172,8 @@ TEST(ContainerReader, RefusesDamagedCompressedHeader) {
 
 TEST(ContainerReader, RefusesBytesBehindTheStreamOfAHeader) {
   const std::string stream = maker::deflated(header("", 0));
-  EXPECT_EQ(faults_of(stream + maker::trailer(0, true, 3, 1)), "");
-  EXPECT_EQ(faults_of(stream + "x" + maker::trailer(0, true, 3, 1)),
+  EXPECT_EQ(faults_of(stream + maker::trailer(0, true, kTrailerVersion, 1)), "");
+  EXPECT_EQ(faults_of(stream + "x" + maker::trailer(0, true, kTrailerVersion, 1)),
             "at byte " + std::to_string(stream.size()) +
                 ": the header cannot be read: bytes follow its zlib stream\n");
 }
@@ -188,7 +188,8 @@ TEST(ContainerReader, RefusesAPlainHeaderLargerThanAnyIs) {
 
 TEST(ContainerReader, RefusesHeaderThatInflatesWithoutEnd) {
   const std::string bomb = maker::deflated(std::string(8 << 20, ' '));
-  EXPECT_NE(faults_of(bomb + maker::trailer(0, true, 3, 1)).find("inflates to more than 1048576 bytes"),
+  EXPECT_NE(faults_of(bomb + maker::trailer(0, true, kTrailerVersion, 1))
+                .find("inflates to more than 1048576 bytes"),
             std::string::npos);
 }
 
