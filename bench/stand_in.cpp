@@ -74,7 +74,7 @@ int main(int count, char** arguments) {
   const long long objects = nanoseconds() - start - reading;
 
   start = nanoseconds();
-  const DateFormatter formatter(DateForm::kCim);
+  const DateFormatter formatter(DateForm::cim);
   for (const double time : dates.times) {
     formatter.format(CFRef<CFDateRef>(CFDateCreate(nullptr, time)).get());
   }
