@@ -1,0 +1,3 @@
+#include "extended/extended.h"
+
+void collect_extended(InventoryTree&, const ExtendedInputs&) {}
