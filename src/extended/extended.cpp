@@ -1,17 +1,20 @@
 #include "extended/extended.h"
 
 #include "extended/battery.h"
+#include "extended/disks.h"
 #include "extended/platform.h"
 #include "extended/security_platform.h"
+#include "extended/storage_details.h"
+#include "extended/volumes.h"
 
 namespace {
 
 using Collector = void (*)(InventoryTree& snapshot, const ExtendedInputs& inputs);
 
+// The details of disks and partitions come before these lists are continued.
 constexpr Collector kSteps[] = {
-    collect_platform,
-    collect_security_platform,
-    collect_battery,
+    collect_platform, collect_security_platform, collect_battery, collect_storage_details,
+    collect_disks,    collect_volumes,
 };
 
 }  // namespace
