@@ -5,8 +5,10 @@
 #include "extended/disks.h"
 #include "extended/displays.h"
 #include "extended/network_details.h"
+#include "extended/packages.h"
 #include "extended/platform.h"
 #include "extended/security_platform.h"
+#include "extended/software_details.h"
 #include "extended/storage_details.h"
 #include "extended/thunderbolt.h"
 #include "extended/usb_host.h"
@@ -20,7 +22,8 @@ using Collector = void (*)(InventoryTree& snapshot, const ExtendedInputs& inputs
 constexpr Collector kSteps[] = {
     collect_platform, collect_security_platform, collect_battery,         collect_storage_details,
     collect_disks,    collect_volumes,           collect_display_details, collect_network_details,
-    collect_usb_host, collect_thunderbolt,       collect_bluetooth,
+    collect_usb_host, collect_thunderbolt,       collect_bluetooth,       collect_software_details,
+    collect_packages,
 };
 
 }  // namespace
