@@ -112,18 +112,6 @@ TEST(Volumes, TellsTheEncryptionAndTheDisksOfALogicalVolume) {
   EXPECT_EQ(written(collect_volumes, mac), partitions("*partition:1=Main\nencrypted=1\ndisk=SSD, HDD\n"));
 }
 
-TEST(Volumes, ManyVolumesTakeLittleTime) {
-  Mac mac;
-  for (int i = 0; i < 3000; ++i) {
-    const std::string name = "disk" + std::to_string(i) + "s1";
-    mac.additional.set_attribute(("/SPStorageDataType/_items/item" + std::to_string(i) + "/bsd_name").c_str(),
-                                 text_value(name.c_str()));
-  }
-  InventoryTree snapshot = empty_snapshot();
-  collect_volumes(snapshot, mac.inputs());
-  EXPECT_EQ(snapshot.top().find_child("Storage")->find_child("Logical-disks")->children().size(), 3000u);
-}
-
 TEST(WholeDisk, EndsBehindTheDigitsOfTheDisk) {
   EXPECT_EQ(whole_disk("disk3s1s1"), "disk3");
   EXPECT_EQ(whole_disk("disk12"), "disk12");
