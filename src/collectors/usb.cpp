@@ -164,7 +164,7 @@ class UsbWriter {
   Place partitions_;
   FreeNumbers disk_numbers_;
   FreeNumbers partition_numbers_;
-  CommandSeries diskutil_{kDiskutilChunk, kDiskutilLimits};
+  CommandSeries diskutil_{kDiskutilChunk, kDiskutilLimits, "diskutil info /dev/DEVICE"};
   int& counter_;
 };
 
