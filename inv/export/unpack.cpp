@@ -25,7 +25,8 @@ void add_machine(const Inventory& inventory, const std::string& profiler_output,
   files.push_back({"computer-name.txt", std::string(inventory.asset_top().text("int-name")) + "\n"});
 }
 
-// Where the simulator looks for what a further command of an extended scan printed; empty for no such command.
+// Where the simulator looks for what a further command of an extended scan printed; empty for no such
+// command.
 std::string further_path(std::string_view command) {
   constexpr std::string_view kProfiler = "system_profiler -detailLevel full -xml ";
   const bool is_type = command.substr(0, kProfiler.size()) == kProfiler;

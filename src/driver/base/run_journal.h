@@ -16,8 +16,8 @@ struct CommandEnd {
   bool refused = false;  // it failed, and said that it takes an administrator
 };
 
-// The number of the signal that ended it, or 0. A shell that waited for the tool tells it by a status of 128 and
-// that number.
+// The number of the signal that ended it, or 0. A shell that waited for the tool tells it by a status of 128
+// and that number.
 int ending_signal(const CommandEnd& end);
 // True when the shell found no such tool, or none that can be run.
 bool names_no_tool(const CommandEnd& end);
