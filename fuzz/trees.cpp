@@ -26,6 +26,7 @@
 #include "collectors/system_summary.h"
 #include "collectors/usb.h"
 #include "driver/asset_facts.h"
+#include "extended/extended.h"
 #include "fuzz/well_formed.h"
 #include "profiler/plist_access.h"
 #include "profiler/plist_dump.h"
@@ -111,6 +112,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   dump_profiler(list.get(), profiler);
   InventoryTree snapshot(1, "Snapshot");
   for (const Collector collect : kCollectors) collect(snapshot, profiler);
+  const ToolOutputs no_tools;
+  collect_extended(snapshot, {profiler, profiler, no_tools});
   expect_well_formed(snapshot);
   expect(!snapshot.serialize(Layout::whole_compressed).empty());
 

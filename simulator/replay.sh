@@ -15,6 +15,15 @@ replay() {
     cat <"$VELKARO_MACHINE/$1"
 }
 
+# For a tool that not every Mac has: without a recording there is none, in the words of the shell.
+replay_tool() {
+    [ -f "$VELKARO_MACHINE/tools/$tool.txt" ] || {
+        printf 'sh: %s: command not found\n' "$tool" >&2
+        exit 127
+    }
+    replay "tools/$tool.txt"
+}
+
 # A name becomes a file's name; one that could leave its folder has no recording.
 replay_named() {
     case $2 in

@@ -94,6 +94,7 @@ int main(int count, char** arguments) {
   show_progress(!options.silent && !options.log && isatty(STDERR_FILENO));
   ScanContext context;
   context.log_enabled = options.log ? 1 : 0;
-  ScanDriver(context, options.silent, options.debug, options.ip.get(), options.login.get());
+  ScanDriver(context, options.silent, options.debug, options.ip.get(), options.login.get(),
+             options.extended ? options.given.c_str() : nullptr);
   return 0;
 }

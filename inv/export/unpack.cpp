@@ -3,6 +3,8 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 
@@ -21,6 +23,35 @@ void add_machine(const Inventory& inventory, const std::string& profiler_output,
     files.push_back({"profiler/" + type.name + ".plist", output_of(type)});
   }
   files.push_back({"computer-name.txt", std::string(inventory.asset_top().text("int-name")) + "\n"});
+}
+
+// Where the simulator looks for what a further command of an extended scan printed; empty for no such
+// command.
+std::string further_path(std::string_view command) {
+  constexpr std::string_view kProfiler = "system_profiler -detailLevel full -xml ";
+  const bool is_type = command.substr(0, kProfiler.size()) == kProfiler;
+  const std::string name(is_type ? command.substr(kProfiler.size()) : command.substr(0, command.find(' ')));
+  const bool is_plain = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char character) {
+    return character < 128 && (std::isalnum(character) || character == '_');
+  });
+  if (!is_plain) return "";
+  return is_type ? "profiler/" + name + ".plist" : "tools/" + name + ".txt";
+}
+
+// Such an output stands behind the line of its command.
+void add_further(const std::string& section_name, const std::string& output,
+                 std::vector<UnpackedFile>& files) {
+  const size_t line_end = std::min(output.find('\n'), output.size());
+  const std::string path = further_path(std::string_view(output).substr(0, line_end));
+  if (path.empty()) {
+    files.push_back({section_name + ".raw", output});
+    return;
+  }
+  // The profiler may have told the same in its own choice of data types.
+  files.erase(std::remove_if(files.begin(), files.end(),
+                             [&path](const UnpackedFile& file) { return file.path == path; }),
+              files.end());
+  files.push_back({path, output.substr(std::min(line_end + 1, output.size()))});
 }
 
 bool make_folder(const std::string& path) { return mkdir(path.c_str(), kFolderMode) == 0 || errno == EEXIST; }
@@ -47,6 +78,8 @@ std::vector<UnpackedFile> unpack(const Inventory& inventory) {
     const std::string name = "section-" + std::to_string(section.number);
     if (content.document) {
       files.push_back({name + "-" + kind_name(section.kind) + ".zxml", content.document->text()});
+    } else if (content.raw && &*content.raw != inventory.raw_data()) {
+      add_further(name, *content.raw, files);
     } else if (content.raw) {
       add_machine(inventory, *content.raw, files);
     } else {

@@ -21,6 +21,7 @@ struct UnpackedFile {
 // and from a debug file what the simulator needs to be that Mac:
 //   profiler/full.plist       the profiler's output, profiler/TYPE.plist for each data type in it
 //   computer-name.txt
+//   tools/NAME.txt            and from an extended one the further data types, and the output of each tool
 std::vector<UnpackedFile> unpack(const Inventory& inventory);
 
 // Writes them. The folder is made if it is missing and must be empty. False, with a clause about the reason.

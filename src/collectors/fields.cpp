@@ -68,6 +68,15 @@ int64_t find_integer(const Tag& item, const char* key) {
   return value ? value->int64() : 0;
 }
 
+std::vector<const char*> texts_in(const Tag* list) {
+  std::vector<const char*> texts;
+  if (!list) return texts;
+  for (const auto& element : list->attributes()) {
+    if (const char* text = text_of(element->value())) texts.push_back(text);
+  }
+  return texts;
+}
+
 Value copied_value(const Tag& item, const char* key) {
   const Value* value = find_value(item, key);
   return value ? *value : Value();
@@ -85,6 +94,13 @@ Value yes_no(bool yes) { return text_value(yes ? "1" : "0"); }
 
 void set_switch(Place& element, const char* name, const Tag& item, const char* key, const char* no) {
   if (const char* told = find_text(item, key)) element.set_attribute(name, yes_no(!equal_text(told, no)));
+}
+
+void set_joined(Place& element, const char* name, const std::vector<const char*>& texts) {
+  if (texts.empty()) return;
+  std::string joined = texts.front();
+  for (size_t i = 1; i < texts.size(); ++i) joined += std::string(", ") + texts[i];
+  element.set_attribute(name, text_value(joined.c_str()));
 }
 
 Text byte_count_text(int64_t bytes) { return format_string("%lld", static_cast<long long>(bytes)); }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "zxml/place.h"
 #include "zxml/zXML.h"
@@ -31,6 +32,8 @@ bool text_is(const Tag& item, const char* key, const char* expected);
 char* find_date(const Tag& item, const char* key);
 // The integer, or 0.
 int64_t find_integer(const Tag& item, const char* key);
+// The texts among the elements of an array; none of them for no array.
+std::vector<const char*> texts_in(const Tag* list);
 
 // ---- Writing.
 
@@ -56,6 +59,9 @@ void copy_element_value(Place& element, const Tag& item, const char* key);
 Value yes_no(bool yes);
 // A switch of which only `no` means no, and any other text yes; nothing when the key is missing.
 void set_switch(Place& element, const char* name, const Tag& item, const char* key, const char* no);
+
+// The texts in one, as "10.0.0.5, 169.254.3.1"; nothing for no text.
+void set_joined(Place& element, const char* name, const std::vector<const char*>& texts);
 
 // A byte count as the annotation "base-value" has it.
 Text byte_count_text(int64_t bytes);

@@ -12,30 +12,12 @@ namespace {
 // The first three octets of a hardware address name its maker.
 constexpr size_t kMakerLength = 8;
 
-// The texts among the elements of an array.
-std::vector<const char*> texts_in(const Tag* list) {
-  std::vector<const char*> texts;
-  if (!list) return texts;
-  for (const auto& element : list->attributes()) {
-    if (const char* text = text_of(element->value())) texts.push_back(text);
-  }
-  return texts;
-}
-
 // None when there is anything else among them: the identity reads the list so too.
 std::vector<const char*> addresses_in(const Tag* list) {
   std::vector<const char*> addresses = texts_in(list);
   const bool all = list && list->children().empty() && addresses.size() == list->attributes().size();
   if (!all) addresses.clear();
   return addresses;
-}
-
-// "10.0.0.5, 169.254.3.1"; nothing for no text.
-void set_joined(Place& adapter, const char* name, const std::vector<const char*>& texts) {
-  if (texts.empty()) return;
-  std::string joined = texts.front();
-  for (size_t i = 1; i < texts.size(); ++i) joined += std::string(", ") + texts[i];
-  adapter.set_attribute(name, text_value(joined.c_str()));
 }
 
 void set_hardware_address(Place& adapter, const Tag& item) {

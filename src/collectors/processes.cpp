@@ -57,7 +57,7 @@ std::optional<ProcessLine> parse_process_line(std::string_view output) {
 
 void collect_processes(InventoryTree& profiler, const ProcessTableReader& read_table) {
   profiler.set_attribute("/SystemProcess/_timeStamp", text_value(format_now(DateForm::process).get()));
-  CommandSeries lines(500, kLineLimits);
+  CommandSeries lines(500, kLineLimits, "ps -pN -o user=\"\" -o command=\"\"");
   ProcessTableStatus status = ProcessTableStatus::grew;
   for (int reading = 0; status == ProcessTableStatus::grew && reading < kMostReadings; ++reading) {
     const ProcessTable table = read_table();

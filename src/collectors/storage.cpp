@@ -1,20 +1,12 @@
 #include "collectors/storage.h"
 
 #include "collectors/volumes.h"
-#include "profiler/units.h"
-
 namespace {
 
 constexpr int64_t kHardDiskMedia = 3;
 
 Place add_element(Place& list, const char* prefix, int& count) {
   return Place(list, format_string("%s%d", prefix, ++count).get(), Place::Names::distinct);
-}
-
-// Whole GB: cut off where the profiler counts bytes, rounded where only its size text is there.
-void write_disk_size(Place& disk, const Tag& device) {
-  disk.set_attribute("size", Value(truncate_to_int64(space_in_gb(device, kSizeKeys, true))), "base-value",
-                     space_base_value(device, kSizeKeys).get());
 }
 
 // The lists that all disks and drives share, and how far each kind has been numbered.
@@ -37,18 +29,12 @@ class StorageLists {
     write_disk_size(disk, device);
     copy_field(disk, "serial", device, "device_serial");
     copy_field(disk, "fw-rev", device, "device_revision");
-    const int partitions_before = partition_count_;
-    if (const Tag* volumes = find_list(device, "volumes")) add_partitions(*volumes);
-    disk.set_attribute("partitions", Value(int64_t{partition_count_ - partitions_before}));
+    const std::vector<const Tag*> volumes = named_volumes(device);
+    for (const Tag* volume : volumes) add_partition(*volume);
+    disk.set_attribute("partitions", Value(static_cast<int64_t>(volumes.size())));
   }
 
  private:
-  void add_partitions(const Tag& volumes) {
-    for (const auto& volume : volumes.children()) {
-      if (find_value(*volume, "_name")) add_partition(*volume);
-    }
-  }
-
   void add_partition(const Tag& volume) {
     Place partition = add_element(partitions_, "partition:", partition_count_);
     copy_element_value(partition, volume, "_name");
@@ -79,6 +65,7 @@ void visit_devices(const Tag* items, int levels, const Visit& visit) {
   }
 }
 
+// Optical drives are told by their lack of SMART.
 bool has_smart_status(const Tag& device) {
   const char* status = find_text(device, "smart_status");
   return status && !equal_text(status, "Not Supported");
@@ -89,7 +76,6 @@ bool has_smart_status(const Tag& device) {
 void collect_storage(InventoryTree& snapshot, InventoryTree& profiler) {
   StorageLists storage(snapshot);
   visit_devices(find_items(profiler, "SPSerialATADataType"), 2, [&](const Tag& device) {
-    // Optical drives are told by their lack of SMART.
     if (has_smart_status(device))
       storage.add_hard_disk(device, "SATA");
     else
@@ -99,4 +85,24 @@ void collect_storage(InventoryTree& snapshot, InventoryTree& profiler) {
                 [&](const Tag& device) { storage.add_hard_disk(device, "SCSI"); });
   visit_devices(find_items(profiler, "SPParallelATADataType"), 2,
                 [&](const Tag& device) { storage.add_optical_drive(device); });
+}
+
+std::vector<const Tag*> hard_disks(const InventoryTree& profiler) {
+  std::vector<const Tag*> disks;
+  visit_devices(find_items(profiler, "SPSerialATADataType"), 2, [&](const Tag& device) {
+    if (has_smart_status(device)) disks.push_back(&device);
+  });
+  visit_devices(find_items(profiler, "SPParallelSCSIDataType"), 3,
+                [&](const Tag& device) { disks.push_back(&device); });
+  return disks;
+}
+
+std::vector<const Tag*> named_volumes(const Tag& disk) {
+  std::vector<const Tag*> named;
+  const Tag* volumes = find_list(disk, "volumes");
+  if (!volumes) return named;
+  for (const auto& volume : volumes->children()) {
+    if (find_value(*volume, "_name")) named.push_back(volume.get());
+  }
+  return named;
 }

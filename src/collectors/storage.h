@@ -2,6 +2,8 @@
 // SPParallelSCSIDataType and SPParallelATADataType.
 #pragma once
 
+#include <vector>
+
 #include "zxml/zXML.h"
 
 // Writes hard disks to "/Storage/Physical-disks/HDD:%d", optical drives to "/Storage/Physical-disks/CD:%d"
@@ -15,3 +17,8 @@
 //
 // Size texts of the profiler tree get their decimal comma replaced (see units.h).
 void collect_storage(InventoryTree& snapshot, InventoryTree& profiler);
+
+// The devices of the profiler tree that become hard disks, in the order of their numbers from 1 on.
+std::vector<const Tag*> hard_disks(const InventoryTree& profiler);
+// The volumes of such a disk that become partitions, in the order of theirs.
+std::vector<const Tag*> named_volumes(const Tag& disk);

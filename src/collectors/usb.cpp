@@ -2,9 +2,9 @@
 
 #include <cstring>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
+#include "collectors/free_numbers.h"
 #include "collectors/volumes.h"
 #include "driver/base/command.h"
 #include "driver/base/progress.h"
@@ -72,43 +72,14 @@ Text media_name(CommandSeries& diskutil, const char* bsd_name) {
   return output ? parse_media_name(output.get()) : nullptr;
 }
 
-// The numbers that no element of a list has yet, in ascending order. The names are looked through once, not
-// once for each number.
-class FreeNumbers {
- public:
-  // No list means that no number is taken.
-  FreeNumbers(const Tag* list, const char* prefix) : prefix_(prefix) {
-    if (!list) return;
-    for (const auto& element : list->children()) taken_.insert(element->name());
-  }
-
-  // The name of the element with the next free number.
-  std::string next_name() {
-    for (;;) {
-      std::string name = prefix_ + std::to_string(++number_);
-      if (taken_.count(name) == 0) return name;
-    }
-  }
-
- private:
-  std::string prefix_;
-  std::unordered_set<std::string> taken_;
-  int number_ = 0;
-};
-
-const Tag* find_storage_list(InventoryTree& snapshot, const char* name) {
-  const Tag* storage = snapshot.top().find_child("Storage");
-  return storage ? storage->find_child(name) : nullptr;
-}
-
 class UsbWriter {
  public:
   UsbWriter(InventoryTree& snapshot, int& counter)
       : devices_(snapshot.root(), "/Peripherals/USB"),
         disks_(snapshot.root(), "/Storage/Physical-disks"),
         partitions_(snapshot.root(), "/Storage/Logical-disks"),
-        disk_numbers_(find_storage_list(snapshot, "Physical-disks"), "Removable:"),
-        partition_numbers_(find_storage_list(snapshot, "Logical-disks"), "partition:"),
+        disk_numbers_(snapshot, {"Storage", "Physical-disks"}, "Removable:"),
+        partition_numbers_(snapshot, {"Storage", "Logical-disks"}, "partition:"),
         counter_(counter) {}
 
   // Hubs stand in hubs as deep as the machine says, so the entries still to come are kept in a list, the next
@@ -193,7 +164,7 @@ class UsbWriter {
   Place partitions_;
   FreeNumbers disk_numbers_;
   FreeNumbers partition_numbers_;
-  CommandSeries diskutil_{kDiskutilChunk, kDiskutilLimits};
+  CommandSeries diskutil_{kDiskutilChunk, kDiskutilLimits, "diskutil info /dev/DEVICE"};
   int& counter_;
 };
 

@@ -126,7 +126,7 @@ void collect_user_accounts(InventoryTree& snapshot, const SeriesLimits& limits) 
   announce("Accounts");
   uint32_t length = 0;
   const Text listing = list_folders(&length);
-  CommandSeries records(kChunk, limits);
+  CommandSeries records(kChunk, limits, "dscl . -read \"/users/NAME\"");
   std::string_view rest(listing.get(), length);
   const auto count = static_cast<size_t>(std::count(rest.begin(), rest.end(), '\n'));
   size_t number = 0;

@@ -31,6 +31,11 @@ Text space_base_value(const Tag& item, const SpaceKeys& keys) {
                                  : size_to_bytes(find_text(item, keys.text)));
 }
 
+void write_disk_size(Place& disk, const Tag& device) {
+  disk.set_attribute("size", Value(truncate_to_int64(space_in_gb(device, kSizeKeys, true))), "base-value",
+                     space_base_value(device, kSizeKeys).get());
+}
+
 VolumeSpace write_volume_space(Place& partition, const Tag& volume) {
   VolumeSpace space;
   if (find_text(volume, kSizeKeys.text)) space.size = write_space(partition, "size", volume, kSizeKeys);

@@ -19,6 +19,10 @@ double space_in_gb(const Tag& item, const SpaceKeys& keys, bool round);
 // The same space in bytes, as the annotation "base-value" has it.
 Text space_base_value(const Tag& item, const SpaceKeys& keys);
 
+// Writes "size" of a disk in whole GB: cut off where the profiler counts bytes, rounded where only its size
+// text is there.
+void write_disk_size(Place& disk, const Tag& device);
+
 // In GB of 10^9 bytes.
 struct VolumeSpace {
   double size = 0;  // 0 when the profiler does not say

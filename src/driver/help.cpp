@@ -14,6 +14,7 @@ constexpr char kHelp[] =
     "  -silent      Scan without a question, and print for a calling program\n"
     "  -log         Print the stages of the scan\n"
     "  -debug       Save what the system profiler printed, in place of a snapshot\n"
+    "  -extended    Collect what Macs of today tell beyond the usual facts\n"
     "  -ip:ADDRESS  Take the network adapter with this address as the machine's own\n"
     "  -login:TEXT  Store this text in the file\n"
     "  -h,--help    Print this help message and exit\n"

@@ -23,27 +23,42 @@ bool is_any_of(const char* argument, std::initializer_list<const char*> words) {
                      [argument](const char* word) { return std::strcmp(argument, word) == 0; });
 }
 
+// False when the argument is none of ours.
+bool take(const char* argument, Options& options) {
+  if (is_option(argument, "silent")) {
+    options.silent = true;
+  } else if (const char* ip = option_value(argument, "ip")) {
+    options.ip = copy_text(ip);
+  } else if (is_option(argument, "log")) {
+    options.log = true;
+  } else if (const char* login = option_value(argument, "login")) {
+    options.login = copy_text(login);
+  } else if (is_option(argument, "debug")) {
+    options.debug = true;
+  } else if (is_option(argument, "extended")) {
+    options.extended = true;
+  } else if (is_any_of(argument, {"/help", "/?", "--help", "-h"})) {
+    options.help = true;
+  } else if (is_any_of(argument, {"/version", "--version"})) {
+    options.version = true;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void note(const char* argument, std::string& given) {
+  if (!given.empty()) given += ' ';
+  const char* login = option_value(argument, "login");
+  given.append(argument, login ? static_cast<size_t>(login - argument) : std::strlen(argument));
+}
+
 }  // namespace
 
 Options parse_options(int count, const char* const* arguments) {
   Options options;
   for (int i = 1; i < count; ++i) {
-    const char* argument = arguments[i];
-    if (is_option(argument, "silent")) {
-      options.silent = true;
-    } else if (const char* ip = option_value(argument, "ip")) {
-      options.ip = copy_text(ip);
-    } else if (is_option(argument, "log")) {
-      options.log = true;
-    } else if (const char* login = option_value(argument, "login")) {
-      options.login = copy_text(login);
-    } else if (is_option(argument, "debug")) {
-      options.debug = true;
-    } else if (is_any_of(argument, {"/help", "/?", "--help", "-h"})) {
-      options.help = true;
-    } else if (is_any_of(argument, {"/version", "--version"})) {
-      options.version = true;
-    }
+    if (take(arguments[i], options)) note(arguments[i], options.given);
   }
   return options;
 }

@@ -1,6 +1,8 @@
 // The command line: the only configuration there is.
 #pragma once
 
+#include <string>
+
 #include "driver/base/text.h"
 
 struct Options {
@@ -9,12 +11,16 @@ struct Options {
   bool debug = false;   // save the raw profiler output instead of a snapshot
   Text ip;  // the address of the adapter to take; none when not given, an empty one is an address too
   Text login = copy_text("");  // stored as it is
+  bool extended = false;       // collect what only Macs of today tell, too
   bool help = false;           // tell how the program is used, instead of scanning
   bool version = false;        // tell which one it is, instead of scanning
+  // All of them that count, as they were given, with blanks between; of the login no more than its name,
+  // since its text may be secret.
+  std::string given;
 };
 
-// Reads "/silent", "/ip:VALUE", "/log", "/login:VALUE" and "/debug", each also with "-" in front, in any
-// order. Case matters; whatever is nothing of the kind is ignored; of a repeated option the last value
-// counts. "/help", "/?", "--help" and "-h" ask for help, "/version" and "--version" for the version.
-// arguments[0] is the program's name.
+// Reads "/silent", "/ip:VALUE", "/log", "/login:VALUE", "/debug" and "/extended", each also with "-" in
+// front, in any order. Case matters; whatever is nothing of the kind is ignored; of a repeated option the
+// last value counts. "/help", "/?", "--help" and "-h" ask for help, "/version" and "--version" for the
+// version. arguments[0] is the program's name.
 Options parse_options(int count, const char* const* arguments);

@@ -6,7 +6,10 @@
 #include <cstdio>
 #include <ctime>
 #include <memory>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "collectors/network_identity.h"
 #include "collectors/post_process.h"
@@ -15,8 +18,12 @@
 #include "driver/asset_facts.h"
 #include "driver/base/console.h"
 #include "driver/base/dates.h"
+#include "driver/base/run_journal.h"
 #include "driver/base/version.h"
 #include "driver/output_file.h"
+#include "extended/extended.h"
+#include "extended/scan_record.h"
+#include "extended/sources.h"
 #include "platform/cf_ref.h"
 #include "profiler/acquisition.h"
 #include "profiler/plist_access.h"
@@ -72,7 +79,31 @@ const char* machine_name(const NetworkIdentity& identity, const Text& computer) 
   return identity.netbios_name ? identity.netbios_name.get() : computer.get();
 }
 
-void run_scan(const ScanContext& context, bool silent, const char* ip, const char* login) {
+// What only the extended scan does. Its commands run behind those of the default scan; it writes once the
+// short tree is built, which is the same whether a scan was extended or not.
+class Extension {
+ public:
+  Extension(int32_t byte_order_flag, const char* options)
+      : byte_order_flag_(byte_order_flag), options_(options) {}
+
+  void fetch() { sources_ = fetch_sources(); }
+  void write(InventoryTree& snapshot, InventoryTree& profiler) const {
+    const auto additional = read_additional_types(byte_order_flag_, sources_.types);
+    collect_extended(snapshot, {profiler, *additional, sources_.tools});
+    collect_scan_record(snapshot, options_, journal_.commands());
+  }
+
+ private:
+  int32_t byte_order_flag_;
+  const char* options_;
+  RunJournal journal_;
+  Sources sources_;
+};
+
+void run_scan(const ScanContext& context, bool silent, const char* ip, const char* login,
+              const char* extended) {
+  std::optional<Extension> extension;
+  if (extended) extension.emplace(context.byte_order_flag, extended);
   const Log log(context.log_enabled != 0);
   const std::time_t start = std::time(nullptr);
   log("------Start Log------\n");
@@ -99,7 +130,7 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
 
   auto snapshot = std::make_unique<InventoryTree>(context.byte_order_flag, "Snapshot");
   post_process(*snapshot, *raw, context.log_enabled != 0);
-  raw.reset();
+  if (extension) extension->fetch();
   const std::time_t end = std::time(nullptr);
   const Text computer = computer_name();
   const Text timestamp = format_now(DateForm::cim);
@@ -110,6 +141,8 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
       build_asset_info({context.byte_order_flag, *snapshot, timestamp.get(), asset_summary(summary),
                         asset_network(identity), computer.get(), serial_number.get(), login});
   log("done\n");
+  if (extension) extension->write(*snapshot, *raw);
+  raw.reset();
 
   INVfile container(context.byte_order_flag);
   container.add_section(std::move(snapshot), kSnapshot, Layout::whole_compressed);
@@ -124,25 +157,31 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   log("------End Log------\n");
 }
 
+void add_outputs(INVfile& container, const std::vector<std::string>& outputs) {
+  for (const std::string& output : outputs) add_raw_output(container, output.data(), output.size());
+}
+
 // What support needs of a machine that scans wrongly: the profiler's own bytes.
-void run_debug_scan(const ScanContext& context, bool silent, const char* ip) {
+void run_debug_scan(const ScanContext& context, bool silent, const char* ip, bool extended) {
   const ProfilerOutput output = run_full_profiler();
   const NetworkIdentity identity = query_network_identity(parse_profiler_output(output).get(), ip);
   INVfile container(context.byte_order_flag);
   const Text computer = computer_name();
   build_debug_asset_info(container, machine_name(identity, computer), asset_network(identity),
                          output.text.get(), output.length);
+  if (extended) add_outputs(container, labelled_outputs(fetch_sources()));
   OutputFile file(machine_name(identity, computer), identity.hardware_address.get());
   save_and_report(container, file, silent);
 }
 
 }  // namespace
 
-void ScanDriver(const ScanContext& context, bool silent, bool debug, const char* ip, const char* login) {
+void ScanDriver(const ScanContext& context, bool silent, bool debug, const char* ip, const char* login,
+                const char* extended) {
   if (context.suspended != 0) return;
   if (debug) {
-    run_debug_scan(context, silent, ip);
+    run_debug_scan(context, silent, ip, extended != nullptr);
   } else {
-    run_scan(context, silent, ip, login);
+    run_scan(context, silent, ip, login, extended);
   }
 }

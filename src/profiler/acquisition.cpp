@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr uint32_t kChunk = 65536;
 constexpr std::chrono::milliseconds kFirstPause(10);
 constexpr std::chrono::milliseconds kLongestPause(1000);
 constexpr std::chrono::milliseconds kAllPauses(10000);
@@ -19,7 +18,8 @@ constexpr std::chrono::milliseconds kAllPauses(10000);
 // Runs the profiler; the pauses of all its runs are limited together.
 class Profiler {
  public:
-  Profiler(const SeriesLimits& limits, const Pause& pause) : commands_(kChunk, limits), pause_(pause) {}
+  Profiler(const SeriesLimits& limits, const Pause& pause)
+      : commands_(kProfilerChunk, limits), pause_(pause) {}
 
   ProfilerOutput run(const char* data_type);
 
@@ -33,8 +33,7 @@ class Profiler {
 };
 
 ProfilerOutput Profiler::run(const char* data_type) {
-  const Text command = data_type ? format_string("system_profiler -detailLevel full -xml %s", data_type)
-                                 : format_string("system_profiler -detailLevel full -xml");
+  const Text command = profiler_command(data_type);
   ProfilerOutput output = {data_type, nullptr, 0};
   output.text = run_again_and_again(command.get(), &output.length);
   if (output.length == 0 && may_answer()) std::fprintf(stderr, "No output: %s\n", command.get());
@@ -83,6 +82,21 @@ Text splice_outputs(const std::vector<ProfilerOutput>& outputs, size_t* length) 
   *end = '\0';
   *length = total;
   return document;
+}
+
+Text profiler_command(const char* data_type) {
+  return data_type ? format_string("system_profiler -detailLevel full -xml %s", data_type)
+                   : format_string("system_profiler -detailLevel full -xml");
+}
+
+ProfilerOutput run_profiler(CommandSeries& profiler, const char* data_type, const Pause& pause) {
+  const Text command = profiler_command(data_type);
+  ProfilerOutput output = {data_type, nullptr, 0};
+  output.text = profiler.run(command.get(), &output.length);
+  if (output.length > 0 || profiler.used_up() || profiler.gave_up()) return output;
+  pause(kFirstPause);
+  output.text = profiler.run(command.get(), &output.length);
+  return output;
 }
 
 void pause_for(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }

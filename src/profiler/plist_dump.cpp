@@ -98,8 +98,10 @@ class Dump {
   void dictionary(CFDictionaryRef dictionary, Place& place, int depth);
   void array(CFArrayRef array, Place& place, int depth);
   void key_value_list(CFDictionaryRef dictionary, Place& place);
-  // Writes a dictionary or array below the parent under this name.
-  void container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth);
+  void container(CFTypeRef object, Place& place, int depth);
+  // The container under a key, which is kept where it could not be the name: some keys are the names of
+  // devices.
+  void named_container(const KeysAndValues& pairs, size_t index, Place& parent, int depth);
   // The value of a string, date or number; a value of kind none for anything else.
   Value scalar(CFTypeRef object);
   Value date_value(CFDateRef date);
@@ -169,14 +171,21 @@ Value Dump::scalar(CFTypeRef object) {
   return Value();
 }
 
-void Dump::container(CFTypeRef object, Place& parent, std::string name, Place::Names names, int depth) {
+void Dump::container(CFTypeRef object, Place& place, int depth) {
   if (depth > kMaximumDepth) return;
-  Place place(parent, std::move(name), names);
   if (is_dictionary(object)) {
     dictionary(static_cast<CFDictionaryRef>(object), place, depth);
   } else {
     array(static_cast<CFArrayRef>(object), place, depth);
   }
+}
+
+void Dump::named_container(const KeysAndValues& pairs, size_t index, Place& parent, int depth) {
+  const CFStringText key = pairs.key_text(index);
+  const std::string name = pairs.tag_name(index);
+  Place place(parent, name, pairs.names);
+  container(pairs.values[index], place, depth);
+  if (name != key.get()) place.annotate("key", key.get());
 }
 
 void Dump::data_type(CFDictionaryRef dictionary) {
@@ -189,7 +198,7 @@ void Dump::data_type(CFDictionaryRef dictionary) {
     if (contains(kSkippedKeys, key.get())) continue;
     const CFTypeRef object = pairs.values[i];
     if (is_container(object)) {
-      container(object, place, pairs.tag_name(i), pairs.names, 1);
+      named_container(pairs, i, place, 1);
       continue;
     }
     Value value = scalar(object);
@@ -209,7 +218,7 @@ void Dump::dictionary(CFDictionaryRef dictionary, Place& place, int depth) {
       Place list(place, pairs.tag_name(i));
       key_value_list(static_cast<CFDictionaryRef>(object), list);
     } else if (is_container(object)) {
-      container(object, place, pairs.tag_name(i), pairs.names, depth + 1);
+      named_container(pairs, i, place, depth + 1);
     } else if (Value value = scalar(object); value.kind() != Value::Kind::none) {
       set_attribute(place, pairs.tag_name(i), pairs.names, std::move(value));
     }
@@ -222,7 +231,8 @@ void Dump::array(CFArrayRef array, Place& place, int depth) {
     const CFTypeRef object = CFArrayGetValueAtIndex(array, i);
     std::string name = "item" + std::to_string(i);
     if (is_container(object)) {
-      container(object, place, std::move(name), Place::Names::distinct, depth + 1);
+      Place element(place, std::move(name), Place::Names::distinct);
+      container(object, element, depth + 1);
     } else if (Value value = scalar(object); value.kind() != Value::Kind::none) {
       place.set_distinct_attribute(name, std::move(value));
     }

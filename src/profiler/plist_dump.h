@@ -3,7 +3,8 @@
 //   a dictionary            a tag; its string, date and number values are the tag's attributes
 //   an array                a tag; its elements are tags or attributes named "item0", "item1", ...
 //   a data type             the tag of its name under the top element
-// Booleans, data and whatever else a list may hold are left out.
+// A tag whose key could not be its name (see sanitize_key) keeps the key as the annotation
+// "key". Booleans, data and whatever else a list may hold are left out.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>

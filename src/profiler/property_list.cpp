@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "driver/base/run_journal.h"
 #include "plist/nesting.h"
 #include "profiler/salvage.h"
 
@@ -79,6 +80,10 @@ CFRef<CFArrayRef> parse_profiler_output(const ProfilerOutput& output) {
     if (CFRef<CFArrayRef> list = parse(output)) return list;
   }
   CFRef<CFArrayRef> list = parse(salvage_output(output));
-  if (!list) report_unreadable(output);
+  if (list) {
+    enter_salvage(profiler_command(output.data_type).get());
+  } else {
+    report_unreadable(output);
+  }
   return list;
 }

@@ -187,7 +187,11 @@ void build_debug_asset_info(INVfile& container, const char* name, const AssetNet
   write_rows(top, {{"scan-attempt", now.get()}, {"error-message", "Debug scan"}});
   container.add_section(std::move(tree), kAssetInfo, Layout::whole_compressed);
 
-  Bytes compressed = deflate_buffer(raw_output, length, "INVfile");
+  add_raw_output(container, raw_output, length);
+}
+
+void add_raw_output(INVfile& container, const void* output, size_t length) {
+  Bytes compressed = deflate_buffer(output, length, "INVfile");
   const size_t compressed_length = compressed.length();
   container.add_raw_section(compressed.release(), compressed_length);
   container.frees_borrowed_data = true;

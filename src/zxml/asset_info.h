@@ -59,3 +59,6 @@ std::unique_ptr<InventoryTree> build_asset_info(const AssetInputs& inputs);
 // none.
 void build_debug_asset_info(INVfile& container, const char* name, const AssetNetwork& network,
                             const void* raw_output, size_t length);
+
+// Appends what a command printed to the container of a debug scan, compressed.
+void add_raw_output(INVfile& container, const void* output, size_t length);

@@ -73,7 +73,7 @@ void Place::annotate(const char* key, const char* text) {
   if (start_) return start_->annotate_tag(name_.c_str(), key, text);
   Tag* parent = parent_->reach(false);
   if (!parent) return;
-  // As the last segment of a path, an empty name is a name, and not the first child that tag_ holds then.
-  Tag* tag = tag_ && !name_.empty() ? tag_ : parent->find_child(name_);
+  // As the last segment of a path, an empty name is a name, and not the first child.
+  Tag* tag = name_.empty() ? parent->find_child(name_) : find_or_make(*parent, false);
   if (tag) tag->annotate(key, text);
 }

@@ -268,4 +268,27 @@ TEST(CollectStorage, BearsOtherKindsWhereListsAndTextsAreExpected) {
   EXPECT_EQ(partition(snapshot, 1)->value()->int64(), 5);
 }
 
+// Whoever adds to a disk or a partition finds it by its number.
+TEST(HardDisks, AreListedAsTheyAreNumbered) {
+  InventoryTree profiler = profiler_with(kSata, {holder({kDrive, kDisk})});
+  add_item(profiler, kScsi, holder({holder({{{"device_model", "SCSI DISK"}}})}));
+  add_item(profiler, kAta, holder({kDisk}));
+  const std::vector<const Tag*> listed = hard_disks(profiler);
+  ASSERT_EQ(listed.size(), 2u);
+  const InventoryTree snapshot = collect(profiler);
+  for (size_t i = 0; i < listed.size(); ++i) {
+    const Tag* element = find(snapshot, "Physical-disks", "HDD:" + std::to_string(i + 1));
+    EXPECT_STREQ(find_text(*element, "model"), find_text(*listed[i], "device_model"));
+  }
+}
+
+TEST(NamedVolumes, AreListedAsTheirPartitionsAre) {
+  InventoryTree profiler = profiler_with(
+      kSata, {holder({disk_with_volumes({{{"_name", "A"}}, {{"bsd_name", "disk0s2"}}, {{"_name", "B"}}})})});
+  const std::vector<const Tag*> volumes = named_volumes(*hard_disks(profiler).front());
+  ASSERT_EQ(volumes.size(), 2u);
+  EXPECT_STREQ(find_text(*volumes[0], "_name"), "A");
+  EXPECT_STREQ(find_text(*volumes[1], "_name"), "B");
+}
+
 }  // namespace

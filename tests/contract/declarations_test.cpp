@@ -21,7 +21,8 @@ static_assert(kIsSame<CFStringEncoding, UInt32> && sizeof(UInt32) == 4 && std::i
 static_assert(kIsSame<CFTimeInterval, double> && kIsSame<CFAbsoluteTime, double>);
 static_assert(kIsSame<decltype(CFRange::location), CFIndex> && kIsSame<decltype(CFRange::length), CFIndex>);
 
-// Objects: pointers to structures that are never seen, constant but for the formatter.
+// Objects: pointers to structures that are never seen, constant but for the formatter and the
+// calendar.
 template <typename Ref, bool constant>
 constexpr bool kIsObject =
     std::is_pointer_v<Ref> ? std::is_const_v<std::remove_pointer_t<Ref>> == constant : false;
@@ -30,7 +31,8 @@ static_assert(kIsObject<CFAllocatorRef, true> && kIsObject<CFStringRef, true> &&
 static_assert(kIsObject<CFDictionaryRef, true> && kIsObject<CFDataRef, true> && kIsObject<CFDateRef, true>);
 static_assert(kIsObject<CFNumberRef, true> && kIsObject<CFBooleanRef, true> && kIsObject<CFLocaleRef, true>);
 static_assert(kIsObject<SCDynamicStoreRef, true> && kIsObject<CFDateFormatterRef, false>);
-static_assert(kIsSame<CFLocaleIdentifier, CFStringRef>);
+static_assert(kIsObject<CFTimeZoneRef, true> && kIsObject<CFCalendarRef, false>);
+static_assert(kIsSame<CFLocaleIdentifier, CFStringRef> && kIsSame<CFCalendarIdentifier, CFStringRef>);
 
 // Enumerations.
 template <typename Enumeration>
@@ -71,13 +73,15 @@ static_assert(kIsSame<decltype(CFRangeMake), CFRange(CFIndex, CFIndex)>);
 using TypeIDFunction = CFTypeID();
 static_assert(kIsSame<decltype(CFArrayGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFBooleanGetTypeID), TypeIDFunction> &&
+              kIsSame<decltype(CFCalendarGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFDataGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFDateGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFDateFormatterGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFDictionaryGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFLocaleGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFNumberGetTypeID), TypeIDFunction> &&
-              kIsSame<decltype(CFStringGetTypeID), TypeIDFunction>);
+              kIsSame<decltype(CFStringGetTypeID), TypeIDFunction> &&
+              kIsSame<decltype(CFTimeZoneGetTypeID), TypeIDFunction>);
 
 static_assert(kIsSame<decltype(CFArrayCreate),
                       CFArrayRef(CFAllocatorRef, const void**, CFIndex, const CFArrayCallBacks*)>);
@@ -99,6 +103,10 @@ static_assert(
 static_assert(kIsSame<decltype(CFDateFormatterSetFormat), void(CFDateFormatterRef, CFStringRef)>);
 static_assert(kIsSame<decltype(CFDateFormatterCreateStringWithDate),
                       CFStringRef(CFAllocatorRef, CFDateFormatterRef, CFDateRef)>);
+static_assert(kIsSame<decltype(CFCalendarCopyCurrent), CFCalendarRef()>);
+static_assert(kIsSame<decltype(CFCalendarGetIdentifier), CFCalendarIdentifier(CFCalendarRef)>);
+static_assert(kIsSame<decltype(CFTimeZoneCopySystem), CFTimeZoneRef()>);
+static_assert(kIsSame<decltype(CFTimeZoneGetName), CFStringRef(CFTimeZoneRef)>);
 static_assert(kIsSame<decltype(CFLocaleCopyCurrent), CFLocaleRef()>);
 static_assert(kIsSame<decltype(CFLocaleCreate), CFLocaleRef(CFAllocatorRef, CFLocaleIdentifier)>);
 static_assert(kIsSame<decltype(CFLocaleGetIdentifier), CFLocaleIdentifier(CFLocaleRef)>);

@@ -33,6 +33,22 @@ TEST(ParseOptions, TakesBothPrefixes) {
   }
 }
 
+TEST(ParseOptions, ExtendsTheScanByAWholeWord) {
+  EXPECT_TRUE(parse({"/extended"}).extended);
+  EXPECT_TRUE(parse({"/log", "-extended", "/silent"}).extended);
+  EXPECT_FALSE(
+      parse({"/Extended", "/extended:", "--extended", "extended", "/extend", "/extendedx"}).extended);
+  EXPECT_FALSE(parse({"/debug", "/login:/extended"}).extended);
+}
+
+TEST(ParseOptions, RemembersWhatWasGivenButTheTextOfTheLogin) {
+  EXPECT_EQ(parse({}).given, "");
+  EXPECT_EQ(parse({"-extended"}).given, "-extended");
+  EXPECT_EQ(parse({"/silent", "-log", "/ip:1.2.3.4", "/login:a:secret", "/extended", "/debug"}).given,
+            "/silent -log /ip:1.2.3.4 /login: /extended /debug");
+  EXPECT_EQ(parse({"secret", "/silent", "/password:x", "-login:"}).given, "/silent -login:");
+}
+
 TEST(ParseOptions, KeepsAnEmptyAddressApartFromNone) { EXPECT_STREQ(parse({"-ip:"}).ip.get(), ""); }
 
 TEST(ParseOptions, TakesALoginFromItsFirstColonOn) {

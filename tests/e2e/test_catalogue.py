@@ -5,7 +5,7 @@ import re
 import sys
 import unittest
 
-from scans import MACHINES, ROOT, ScanTestCase
+from scans import MACHINES, ROOT, SIMULATOR, ScanTestCase
 
 sys.path.insert(0, str(ROOT / "inv/facts"))
 
@@ -22,6 +22,9 @@ VALUES = {
     "compound": r"",
     "compound, text": r".+",
 }
+
+# What no scan has the time to show: a tool is given up after half an hour of silence.
+UNSEEN = {("attribute", "/Scan/Command:N/silent", None)}
 
 
 class Row:
@@ -86,12 +89,22 @@ class CatalogueOfFacts(ScanTestCase):
         """All values of every fact, by the tree's name."""
         found = {"Snapshot": {}, "AssetInfo": {}}
         machines = sorted(folder for folder in MACHINES.iterdir() if folder.is_dir())
-        for machine, *options in [*((machine,) for machine in machines), (machines[0], "/debug")]:
-            container = self.scan_silently(machine, *options)
+        scans = [*((machine, "/extended") for machine in machines), (machines[0], "/debug")]
+        for container in [*(self.scan_silently(*scan) for scan in scans), self.scan_with_odd_tools(machines[0])]:
             for top in filter(None, (container.snapshot, container.asset_info)):
                 for *fact, value in facts_in(top):
                     found[top.name].setdefault(tuple(fact), set()).add(value)
         return found
+
+    def scan_with_odd_tools(self, machine):
+        """What a scan tells of tools only when they do what they should not."""
+        self.write_tool("sysctl", "kill -9 $$\n")
+        self.write_tool("fdesetup", "echo must be run as root; exit 1\n")
+        self.write_tool("csrutil", "exec yes\n")
+        damaged = 'exec sed "s/<string>/&\\xff/" "$VELKARO_MACHINE/profiler/$4.plist"'
+        usual = f'exec {SIMULATOR}/bin/system_profiler "$@"'
+        self.write_tool("system_profiler", f"[ $4 != SPAudioDataType ] || {damaged}\n{usual}\n")
+        return self.scan_silently(machine, "/extended")
 
     def test_names_what_the_machines_yield_and_nothing_else(self):
         found = self.collect()
@@ -100,7 +113,7 @@ class CatalogueOfFacts(ScanTestCase):
             with self.subTest(tree=tree, problem="not in the catalogue"):
                 self.assertEqual(sorted(map(str, set(found[tree]) - set(told))), [])
             with self.subTest(tree=tree, problem="in the catalogue, but made by no machine"):
-                self.assertEqual(sorted(map(str, set(told) - set(found[tree]))), [])
+                self.assertEqual(sorted(map(str, set(told) - set(found[tree]) - UNSEEN)), [])
             for fact in set(told) & set(found[tree]):
                 with self.subTest(tree=tree, fact=fact, kind=told[fact]):
                     self.check_values(found[tree][fact], told[fact])

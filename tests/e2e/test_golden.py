@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """The whole of what a scan saves of each simulated Mac, line by line, as golden/MACHINE.KIND.txt has it: the snapshot, the
-AssetInfo, and the AssetInfo of a debug run.
+AssetInfo, the AssetInfo of a debug run, and the snapshot of an extended scan.
 
 What differs from run to run stands in these texts as a placeholder, or as an element without content, and is tested by
-rule: the times, the process list, the environment. A changed recording or collector changes the texts; then
+rule: the times, the process list, the environment, the record of the scan. A changed recording or collector changes the texts; then
 
     VELKARO_SCANNER=build/dev/velkaro-scanner python3 tests/e2e/test_golden.py --update
 
@@ -24,7 +24,7 @@ from scans import MACHINES, ROOT, SCANNER, SIMULATOR, ScanTestCase
 NAMES = sorted(folder.name for folder in MACHINES.iterdir() if folder.is_dir())
 GOLDEN = ROOT / "tests" / "e2e" / "golden"
 # Which section of the file each kind of golden text is.
-SECTIONS = {"snapshot": "snapshot", "asset": "assetinfo", "debug": "assetinfo"}
+SECTIONS = {"snapshot": "snapshot", "asset": "assetinfo", "debug": "assetinfo", "extended": "snapshot"}
 UPDATE = "--update" in sys.argv
 
 # All that a scan here sees of the host's environment, and what of it arrives.
@@ -63,7 +63,7 @@ class GoldenScan(ScanTestCase):
         """The text without what the rules take care of."""
         text = text.replace(f"={self.timestamp()}\n", "=TIMESTAMP\n")
         text = re.sub(r"^scan-time=\d+$", "scan-time=MILLISECONDS", text, count=1, flags=re.M)
-        return re.sub(r"^(\+Processes=|\+Environment=)\n.*?^-$", r"\1\n-", text, flags=re.M | re.S)
+        return re.sub(r"^(\+Processes=|\+Environment=|\+Scan=)\n.*?^-$", r"\1\n-", text, flags=re.M | re.S)
 
     def timestamp(self):
         """The time of the scan, under whichever name the file has it."""
@@ -96,6 +96,12 @@ class Texts(GoldenScan):
                 self.scan_by_hand(name, "/debug")
                 self.compare(name, "debug")
                 self.assertRegex(self.timestamp(), r"^\d{14}\.000000\+0$")
+
+    def test_every_machine_yields_its_extended_snapshot(self):
+        for name in NAMES:
+            with self.subTest(machine=name):
+                self.scan_by_hand(name, "/extended")
+                self.compare(name, "extended")
 
     def test_a_debug_run_keeps_the_profilers_own_bytes(self):
         self.scan_by_hand("imac-10.6", "/debug")

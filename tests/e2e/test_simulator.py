@@ -23,6 +23,8 @@ TYPES = {
         " NetworkLocation NetworkVolume ParallelATA ParallelSCSI Power Printers SerialATA Software StartupItem USB"
     ).split()
 }
+# What only an extended scan asks for. A Mac that does not know a type has no recording of it.
+ADDITIONAL_TYPES = {f"SP{name}DataType" for name in "Storage NVMe USBHost Thunderbolt InstallHistory iBridge".split()}
 
 PROLOGUE = (
     b'<?xml version="1.0" encoding="UTF-8"?>\n'
@@ -50,13 +52,15 @@ def edid_texts(value):
 
 
 class Recordings(unittest.TestCase):
-    def test_there_are_three_machines(self):
-        self.assertEqual([machine.name for machine in MACHINES], ["imac-10.6", "mac-pro-10.5", "macbook-10.7"])
+    def test_there_are_seven_machines(self):
+        old = ["imac-10.6", "mac-pro-10.5", "macbook-10.7"]
+        new = ["imac-11", "macbook-pro-10.15", "macbook-pro-26", "virtual-mac-26"]
+        self.assertEqual([machine.name for machine in MACHINES], sorted(old + new))
 
     def test_every_machine_has_all_data_types(self):
         for machine in MACHINES:
             with self.subTest(machine=machine.name):
-                self.assertEqual({path.stem for path in (machine / "profiler").iterdir()}, TYPES)
+                self.assertEqual({path.stem for path in (machine / "profiler").iterdir()} - ADDITIONAL_TYPES, TYPES)
 
     def test_every_recording_stands_in_the_profilers_frame(self):
         self.assertEqual((len(PROLOGUE), len(EPILOGUE)), (172, 18))
@@ -120,8 +124,8 @@ class Profiler(unittest.TestCase):
             with self.subTest(machine=machine.name):
                 answer = run(machine, *PROFILER)
                 self.assertTrue(answer.stdout.startswith(PROLOGUE) and answer.stdout.endswith(EPILOGUE))
-                recordings = [(machine / "profiler" / f"{name}.plist").read_bytes() for name in sorted(TYPES)]
-                types = [plistlib.loads(recording)[0] for recording in recordings]
+                recordings = sorted((machine / "profiler").iterdir())
+                types = [plistlib.loads(recording.read_bytes())[0] for recording in recordings]
                 self.assertEqual(plistlib.loads(answer.stdout), types)
 
     def test_splices_no_types_into_the_empty_array(self):
@@ -161,6 +165,37 @@ class Tools(unittest.TestCase):
                 self.recorded(path, f"{path}\nno line end")
                 self.assertEqual(self.answer(*command), f"{path}\nno line end")
 
+    def test_are_missing_without_a_recording_where_not_every_mac_has_them(self):
+        (self.machine / "tools").mkdir()
+        for command in [
+            ("sw_vers",),
+            ("sysctl", "hw", "machdep.cpu", "kern.hv_vmm_present"),
+            ("fdesetup", "status"),
+            ("csrutil", "status"),
+            ("profiles", "status", "-type", "enrollment"),
+        ]:
+            with self.subTest(command=command):
+                answer = run(self.machine, *command)
+                self.assertEqual((answer.stdout, answer.returncode), (b"", 127))
+                self.assertEqual(answer.stderr.decode(), f"sh: {command[0]}: command not found\n")
+                self.recorded(f"tools/{command[0]}.txt", "answer\nno line end")
+                self.assertEqual(self.answer(*command), "answer\nno line end")
+
+    def test_spctl_answers_on_standard_error(self):
+        (self.machine / "tools").mkdir()
+        self.recorded("tools/spctl.txt", "assessments enabled\n")
+        answer = run(self.machine, "spctl", "--status")
+        self.assertEqual((answer.stdout, answer.stderr, answer.returncode), (b"", b"assessments enabled\n", 0))
+
+    def test_ls_finds_rosetta_or_not(self):
+        command = ("ls", "-d", "/Library/Apple/usr/libexec/oah/libRosettaRuntime")
+        answer = run(self.machine, *command)
+        self.assertEqual((answer.stdout, answer.returncode), (b"", 1))
+        self.assertEqual(answer.stderr.decode(), f"ls: {command[2]}: No such file or directory\n")
+        (self.machine / "tools").mkdir()
+        self.recorded("tools/ls.txt", f"{command[2]}\n")
+        self.assertEqual(self.answer(*command), f"{command[2]}\n")
+
     def test_take_odd_names_as_file_names_only(self):
         quoting = ("two words", "$(touch ran)", "`touch ran`", "a;touch ran", "lab$1", 'a"b', "a'b", "a\\nb", "*")
         for name in (*quoting, "-n", ".."):
@@ -179,6 +214,7 @@ class Tools(unittest.TestCase):
 
     def test_refuse_what_was_not_recorded(self):
         refused = [(tool, *arguments) for tool in TOOLS for arguments in ((), ("-h",), ("a", "b", "c", "d", "e"))]
+        refused.remove(("sw_vers",))
         refused += [
             ("ls", "-1", "/Users"),
             ("ls", "-1", "/Users/", ""),
@@ -188,6 +224,10 @@ class Tools(unittest.TestCase):
             ("diskutil", "info", "disk0"),
             ("scutil", "--get", "HostName"),
             ("ioreg", "-rd1", "-c", "IOUSBDevice"),
+            ("sysctl", "hw"),
+            ("ls", "-d", "/Library"),
+            ("spctl", "status"),
+            ("profiles", "status", "-type", "configuration"),
             ("system_profiler", "-xml", "SPUSBDataType"),
             (*PROFILER, "SPUSBDataType", "SPPowerDataType"),
             (*PROFILER, "SP/../USBDataType"),
@@ -234,12 +274,14 @@ class Record(unittest.TestCase):
         def files(folder):
             return {path.relative_to(folder): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
 
+        # The profiler answers for every type.
+        unknown = {Path(f"profiler/{name}.plist"): PROLOGUE + EPILOGUE for name in ADDITIONAL_TYPES}
         for machine in MACHINES:
             with self.subTest(machine=machine.name), tempfile.TemporaryDirectory() as folder:
                 copy = Path(folder) / "copy of a Mac"
                 answer = run(machine, SIMULATOR / "record", copy)
                 self.assertEqual((answer.stderr, answer.returncode), (b"", 0))
-                self.assertEqual(files(copy), files(machine))
+                self.assertEqual(files(copy), {**unknown, **files(machine)})
 
     def test_refuses_a_folder_that_is_there(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -142,6 +142,28 @@ TEST(TimeZone, IsLookedForWhereNoLinkTellsIt) {
   EXPECT_EQ(cf::time_zone(nullptr, LocalTime("/somewhere/else").link()), u"Europe/Berlin");
 }
 
+std::string current_calendar() {
+  const CFRef<CFCalendarRef> calendar(CFCalendarCopyCurrent());
+  EXPECT_EQ(CFGetTypeID(calendar.get()), CFCalendarGetTypeID());
+  return bytes_of_string(CFCalendarGetIdentifier(calendar.get()));
+}
+
+TEST(CurrentCalendar, IsThatOfTheLocale) {
+  const std::pair<const char*, const char*> calendars[] = {
+      {"en_US.UTF-8", "gregorian"}, {"th_TH", "buddhist"}, {"fa_IR", "persian"}, {"C", "gregorian"}};
+  for (const auto& [locale, calendar] : calendars) {
+    const EnvironmentVariable all("LC_ALL", locale);
+    EXPECT_EQ(current_calendar(), calendar) << locale;
+  }
+}
+
+TEST(SystemTimeZone, IsTheOneOfTheEnvironment) {
+  const EnvironmentVariable variable("TZ", "Europe/Berlin");
+  const CFRef<CFTimeZoneRef> zone(CFTimeZoneCopySystem());
+  EXPECT_EQ(CFGetTypeID(zone.get()), CFTimeZoneGetTypeID());
+  EXPECT_EQ(bytes_of_string(CFTimeZoneGetName(zone.get())), "Europe/Berlin");
+}
+
 TEST(DictionaryOrder, IsThatOfTheDocument) {
   EXPECT_EQ(keys_of("<dict><key>z</key><true/><key>a</key><true/><key>m</key><true/></dict>"),
             (std::vector<std::string>{"z", "a", "m"}));

@@ -230,7 +230,22 @@ TEST(DumpProfiler, TakesAFirewallListDirectlyUnderADataTypeForAnyDictionary) {
 
 TEST(DumpProfiler, KnowsAFirewallListByItsKeyAsTheProfilerWritesIt) {
   EXPECT_EQ(dump_item(key("spfirewall services", "<dict>" + key("a", "<string>x</string>") + "</dict>")),
-            "+item0=\n*spfirewall_services=\na=x\n-\n");
+            "+item0=\n*spfirewall_services=\n~key=spfirewall services\na=x\n-\n");
+}
+
+TEST(DumpProfiler, KeepsAKeyThatCouldNotBeTheTagsName) {
+  EXPECT_EQ(dump_item(key("First\u2019s Mouse", "<dict>" + key("k", "<string>v</string>") + "</dict>")),
+            "+item0=\n*First_s_Mouse=\n~key=First\u2019s Mouse\nk=v\n-\n");
+  EXPECT_EQ(dump_item(key("Mouse", "<dict>" + key("k", "<string>v</string>") + "</dict>")),
+            "+item0=\n*Mouse=\nk=v\n-\n");
+  EXPECT_EQ(dump_type(key("a b", "<array><string>1</string></array>")),
+            "+Macintosh=\n+D=\n*a_b=\n~key=a b\nitem0=1\n-\n-\n");
+}
+
+TEST(DumpProfiler, MakesNoTagForAKeyThatLeavesNoTrace) {
+  EXPECT_EQ(dump_item(key("a b", "<dict/>") + key("c d", "<array><true/></array>") +
+                      key("k", "<string>v</string>")),
+            "*item0=\nk=v\n");
 }
 
 TEST(DumpProfiler, JoinsKeysThatBecomeAlike) {
@@ -238,7 +253,7 @@ TEST(DumpProfiler, JoinsKeysThatBecomeAlike) {
             "*item0=\na_b=2\n");
   EXPECT_EQ(dump_item(key("a b", "<array><string>1</string></array>") +
                       key("a_b", "<array><string>2</string></array>")),
-            "+item0=\n*a_b=\nitem0=2\n-\n");
+            "+item0=\n*a_b=\n~key=a b\nitem0=2\n-\n");
 }
 
 // An empty segment of a path is a step into the first child, where there is one.

@@ -10,7 +10,8 @@ SOURCES = [path for folder in ("src", "inv") for path in sorted((ROOT / folder).
 # What each folder may include from beside itself; with it comes what those may include.
 BELOW = {
     "src": ["src/driver"],
-    "src/driver": ["src/collectors"],
+    "src/driver": ["src/extended"],
+    "src/extended": ["src/collectors"],
     "src/collectors": ["src/profiler"],
     "src/profiler": ["src/zxml", "src/plist"],
     "src/zxml": ["src/driver/base"],

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "driver/base/progress.h"
+#include "driver/base/run_journal.h"
 #include "driver/base/shell_process.h"
 #include "driver/base/tool_path.h"
 
@@ -104,33 +105,41 @@ Ending read_output(ShellProcess& process, Capture& capture, uint32_t limit) {
   return ended ? Ending::complete : Ending::given_up;
 }
 
-// What is behind "sh -c", and the environment.
 struct Command {
-  std::vector<const char*> arguments;
+  const char* name;                    // for messages and the journal
+  const char* series;                  // under which the journal has it; none outside of a series
+  std::vector<const char*> arguments;  // what is behind "sh -c"
   char* const* environment;
 };
 
 struct Run {
   Text output;  // none when no shell could be started
   uint32_t length = 0;
-  Ending ending = Ending::complete;
+  CommandEnd end;
 };
 
-// The name is for messages.
-Run run_shell(const char* name, const Command& command, uint32_t chunk, uint32_t limit) {
+void enter(const Command& command, const CommandEnd& end) {
+  enter_run(command.series ? command.series : command.name, command.series != nullptr, end);
+}
+
+Run run_shell_process(const Command& command, uint32_t chunk, uint32_t limit) {
   Capture capture(chunk);
   Run run;
   {
     const ToolErrors errors = progress_is_shown() ? ToolErrors::dropped : ToolErrors::kept;
     ShellProcess process(command.arguments, command.environment, errors);
-    if (!process.started()) return run;
-    run.ending = read_output(process, capture, limit);
+    run.end.started = process.started();
+    if (!run.end.started) return run;
+    const Ending ending = read_output(process, capture, limit);
+    run.end.cut = ending == Ending::cut;
+    run.end.silent = ending == Ending::given_up;
+    run.end.status = process.status();
   }
-  if (run.ending == Ending::cut) {
+  if (run.end.cut) {
     capture.cut(limit);
-    std::fprintf(stderr, "Output cut after %u bytes: %s\n", limit, name);
-  } else if (run.ending == Ending::given_up) {
-    std::fprintf(stderr, "Not waited for any longer: %s\n", name);
+    std::fprintf(stderr, "Output cut after %u bytes: %s\n", limit, command.name);
+  } else if (run.end.silent) {
+    std::fprintf(stderr, "Not waited for any longer: %s\n", command.name);
   }
   run.length = capture.length();
   // The tool may have failed; what it said counts all the same.
@@ -138,8 +147,18 @@ Run run_shell(const char* name, const Command& command, uint32_t chunk, uint32_t
   return run;
 }
 
-Run run_with_tools(const char* command_line, uint32_t chunk, uint32_t limit) {
-  return run_shell(command_line, {{command_line}, ToolEnvironment().get()}, chunk, limit);
+Run run_shell(const Command& command, uint32_t chunk, uint32_t limit) {
+  const auto start = std::chrono::steady_clock::now();
+  Run run = run_shell_process(command, chunk, limit);
+  run.end.bytes = run.length;
+  run.end.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  run.end.refused = run.end.status != 0 && tells_refusal(run.output.get(), run.length);
+  enter(command, run.end);
+  return run;
+}
+
+Run run_with_tools(const char* command_line, uint32_t chunk, uint32_t limit, const char* series = nullptr) {
+  return run_shell({command_line, series, {command_line}, ToolEnvironment().get()}, chunk, limit);
 }
 
 }  // namespace
@@ -152,6 +171,13 @@ Text run_command(const char* command_line, uint32_t* length, uint32_t chunk, uin
   return std::move(run.output);
 }
 
+Text run_if_there(const char* command_line, uint32_t* length, uint32_t chunk, uint32_t limit) {
+  Run run = run_with_tools(command_line, chunk, limit);
+  const bool there = !names_no_tool(run.end);
+  *length = there ? run.length : 0;
+  return there ? std::move(run.output) : nullptr;
+}
+
 Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk, uint32_t limit) {
   const char* own_path = std::getenv("PATH");
   const std::string path = complete_tool_path(own_path);
@@ -159,7 +185,7 @@ Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk, 
   // The other PATH is there for the subshell alone, and only to look for the tool.
   const Text found = format_string("\"$(PATH=$0; command -v %s)\"", tool);
   if (!equal_text(own_path, path.c_str())) arguments = {found.get(), path.c_str()};
-  Run run = run_shell(tool, {arguments, environ}, chunk, limit);
+  Run run = run_shell({tool, nullptr, arguments, environ}, chunk, limit);
   *length = run.length;
   return std::move(run.output);
 }
@@ -181,15 +207,18 @@ WorkLimit::~WorkLimit() {
 Text CommandSeries::run(const char* command_line, uint32_t* length) {
   *length = 0;
   if (used_up()) {
+    CommandEnd left_out;
+    left_out.started = false;
+    enter({command_line, name_, {}, nullptr}, left_out);
     if (!ended_) std::fprintf(stderr, "Not run any more: %s\n", command_line);
     ended_ = true;
     return nullptr;
   }
   --left_.runs;
-  Run run = run_with_tools(command_line, chunk_, std::min(left_.one_output, left_.all_outputs));
+  Run run = run_with_tools(command_line, chunk_, std::min(left_.one_output, left_.all_outputs), name_);
   *length = run.length;
   left_.all_outputs -= run.length;
-  gave_up_ = run.ending == Ending::given_up;
+  gave_up_ = run.end.silent;
   if (gave_up_) --left_.hangs;
   return std::move(run.output);
 }

@@ -34,6 +34,10 @@ Text run_command(const char* command_line, uint32_t* length, uint32_t chunk,
 Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk,
                             uint32_t limit = kCommandOutputLimit);
 
+// The same for a tool that not every system has: none, and length 0, also when the shell finds no such tool.
+Text run_if_there(const char* command_line, uint32_t* length, uint32_t chunk,
+                  uint32_t limit = kCommandOutputLimit);
+
 // While this lives, every process of a command that is started is ended when it has worked for some seconds
 // of processor time; this program is not. For a command line that is a pipeline: what its first tool prints
 // never comes to us, so that an endless output cannot be cut.
@@ -62,7 +66,10 @@ struct SeriesLimits {
 // more.
 class CommandSeries {
  public:
-  CommandSeries(uint32_t chunk, const SeriesLimits& limits) : chunk_(chunk), left_(limits) {}
+  // The name is what a journal has the runs under (run_journal.h): what their command lines have in common.
+  // Without one, each command line stands there by itself.
+  CommandSeries(uint32_t chunk, const SeriesLimits& limits, const char* name = nullptr)
+      : chunk_(chunk), left_(limits), name_(name) {}
 
   // As run_command; none, and length 0, when the tool is not run any more, of which the first time a line on
   // standard error tells.
@@ -74,6 +81,7 @@ class CommandSeries {
  private:
   uint32_t chunk_;
   SeriesLimits left_;
+  const char* name_;
   bool gave_up_ = false;
   bool ended_ = false;
 };

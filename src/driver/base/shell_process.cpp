@@ -105,7 +105,7 @@ size_t ShellProcess::read(char* bytes, size_t room) const {
 }
 
 bool ShellProcess::has_ended() {
-  if (waitpid(id_, nullptr, WNOHANG) == 0) return false;
+  if (waitpid(id_, &status_, WNOHANG) == 0) return false;
   id_ = 0;
   running_group = 0;
   return true;

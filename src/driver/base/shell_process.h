@@ -31,6 +31,8 @@ class ShellProcess {
   size_t read(char* bytes, size_t room) const;
   // True when the shell has ended within this time.
   bool wait_for_end(std::chrono::milliseconds longest);
+  // How it ended, as waitpid tells it; 0 until then.
+  int status() const { return status_; }
 
  private:
   bool start(const std::vector<const char*>& arguments, char* const* environment, ToolErrors errors,
@@ -38,6 +40,7 @@ class ShellProcess {
   bool has_ended();
 
   pid_t id_ = 0;
+  int status_ = 0;
   int output_ = -1;
 };
 

@@ -4,6 +4,7 @@
 
 #include "platform/corefoundation/container.h"
 #include "platform/corefoundation/locale.h"
+#include "platform/corefoundation/region.h"
 #include "platform/corefoundation/string.h"
 #include "platform/corefoundation/value.h"
 
@@ -44,6 +45,10 @@ void free_object(const Object* dead) {
       return free_as<CFLocaleObject>(dead);
     case Kind::date_formatter:
       return free_as<CFDateFormatterObject>(dead);
+    case Kind::calendar:
+      return free_as<CFCalendarObject>(dead);
+    case Kind::time_zone:
+      return free_as<CFTimeZoneObject>(dead);
   }
 }
 

@@ -19,7 +19,9 @@ enum class Kind : uint8_t {
   array,
   dictionary,
   locale,
-  date_formatter
+  date_formatter,
+  calendar,
+  time_zone
 };
 
 constexpr uint32_t kImmortal = 0;  // the reference count of what lives as long as the program

@@ -1,0 +1,63 @@
+// What became of the commands that a scan ran, for a scan that tells of itself.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// How one run of a command ended.
+struct CommandEnd {
+  bool started = true;   // false: there is no shell, or the command was left out
+  bool cut = false;      // its output was too long
+  bool silent = false;   // it was given up because it said nothing for too long
+  int status = 0;        // as waitpid tells it; of a command that was ended, 0
+  uint64_t bytes = 0;    // of its output
+  double seconds = 0;    // until it had ended
+  bool refused = false;  // it failed, and said that it takes an administrator
+};
+
+// The number of the signal that ended it, or 0. A shell that waited for the tool tells it by a status of 128
+// and that number.
+int ending_signal(const CommandEnd& end);
+// True when the shell found no such tool, or none that can be run.
+bool names_no_tool(const CommandEnd& end);
+
+// All runs of one command: one command line, or the lines of a series.
+struct CommandRecord {
+  std::string command;
+  bool is_series = false;  // each run asked for something else; otherwise each but the first was a retry
+  uint32_t runs = 0;       // 0: it was left out
+  bool salvaged = false;   // the output was damaged, and read as far as it could be
+  CommandEnd last;
+  uint64_t bytes = 0;  // of all outputs of a series; else of the last one
+  double seconds = 0;  // of all runs
+};
+
+// While this lives, every command that is run is entered here; without one, nothing is kept. One at a time.
+class RunJournal {
+ public:
+  RunJournal();
+  RunJournal(const RunJournal&) = delete;
+  RunJournal& operator=(const RunJournal&) = delete;
+  ~RunJournal();
+
+  // In the order of their first runs.
+  const std::vector<CommandRecord>& commands() const { return commands_; }
+
+ private:
+  friend CommandRecord* find_record(const char* command);
+
+  std::vector<CommandRecord> commands_;
+};
+
+// The command's record in the journal, a new one when it has none yet; none when no journal is kept. It stays
+// where it is until the next call.
+CommandRecord* find_record(const char* command);
+
+// Enters a run, or that the command was left out.
+void enter_run(const char* command, bool is_series, const CommandEnd& end);
+// Enters that the command's output had to be salvaged.
+void enter_salvage(const char* command);
+
+// True when what a failed tool printed says that it takes an administrator.
+bool tells_refusal(const char* output, size_t length);

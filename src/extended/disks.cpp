@@ -1,0 +1,212 @@
+#include "extended/disks.h"
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "collectors/free_numbers.h"
+#include "collectors/storage.h"
+#include "collectors/volumes.h"
+#include "extended/storage_volumes.h"
+
+namespace {
+
+// As the lists of the first mapping have it: a number for a disk inside, a text for one outside.
+constexpr int64_t kHardDiskMedia = 3;
+constexpr char kRemovableMedia[] = "2";
+
+constexpr CopiedField kNvmeModel[] = {{"device_model", "model"}};
+constexpr CopiedField kNvmeIdentity[] = {{"device_serial", "serial"}, {"device_revision", "fw-rev"}};
+constexpr CopiedField kNvmeFields[] = {
+    {"smart_status", "smart-status"},        {"bsd_name", "bsd-name"},
+    {"partition_map_type", "partition-map"}, {"spnvme_linkspeed", "link-speed"},
+    {"spnvme_linkwidth", "link-width"},
+};
+constexpr CopiedField kNvmeSwitches[] = {{"spnvme_trim_support", "trim-support"}};
+
+constexpr CopiedField kUsbFields[] = {
+    {"_name", "model"},           {"serial_num", "serial"},       {"manufacturer", "manufacturer"},
+    {"bcd_device", "bcd-device"}, {"device_speed", "link-speed"},
+};
+constexpr CopiedField kMediumFields[] = {
+    {"smart_status", "smart-status"}, {"bsd_name", "bsd-name"}, {"partition_map_type", "partition-map"}};
+
+void write_size_if_told(Place& disk, const Tag& device) {
+  if (tells_space(device, kSizeKeys)) write_disk_size(disk, device);
+}
+
+// The disks that have been met, by model and by BSD name.
+class KnownDisks {
+ public:
+  void add(const Tag& device, const char* model_key) {
+    insert(models_, find_text(device, model_key));
+    insert(bsd_names_, find_text(device, "bsd_name"));
+  }
+
+  bool have(const char* model, const std::string& bsd_name) const {
+    return (model && models_.count(model) > 0) || bsd_names_.count(bsd_name) > 0;
+  }
+
+ private:
+  static void insert(std::unordered_set<std::string>& names, const char* name) {
+    if (name) names.insert(name);
+  }
+
+  std::unordered_set<std::string> models_;
+  std::unordered_set<std::string> bsd_names_;
+};
+
+// A disk that its volumes tell.
+struct ToldDisk {
+  const Tag* drive;
+  int64_t volumes;
+};
+
+class DiskWriter {
+ public:
+  DiskWriter(InventoryTree& snapshot, const ExtendedInputs& inputs)
+      : disks_(snapshot.root(), "/Storage/Physical-disks"),
+        hard_disk_numbers_(snapshot, {"Storage", "Physical-disks"}, "HDD:"),
+        removable_numbers_(snapshot, {"Storage", "Physical-disks"}, "Removable:"),
+        inputs_(inputs),
+        volumes_(storage_volumes(inputs.additional)) {
+    for (const Tag* disk : hard_disks(inputs.profiler)) known_.add(*disk, "device_model");
+    for (const Tag* volume : volumes_) {
+      for (const Tag* drive : drives_of(*volume)) {
+        if (const char* model = drive_model(*drive)) drives_.emplace(model, drive);
+      }
+    }
+  }
+
+  void add_nvme_disks() {
+    const Tag* controllers = find_items(inputs_.additional, "SPNVMeDataType");
+    if (!controllers) return;
+    for (const auto& controller : controllers->children()) {
+      const Tag* devices = find_items(*controller);
+      if (!devices) continue;
+      for (const auto& device : devices->children()) add_nvme_disk(*device);
+    }
+  }
+
+  // Hubs stand in hubs as deep as the machine says, so the entries still to come are kept in a list, the next
+  // one last.
+  void add_usb_disks() {
+    std::vector<const Tag*> pending;
+    push_items(pending, find_items(inputs_.profiler, "SPUSBDataType"));
+    while (!pending.empty()) {
+      const Tag& entry = *pending.back();
+      pending.pop_back();
+      // Such an entry is a disk itself, which the first mapping has.
+      if (text_is(entry, "removable_media", "yes")) {
+        known_.add(entry, "_name");
+        continue;
+      }
+      if (const Tag* media = find_list(entry, "Media")) {
+        for (const auto& medium : media->children()) add_usb_disk(entry, *medium);
+      }
+      push_items(pending, find_items(entry));
+    }
+  }
+
+  void add_disks_of_volumes() {
+    std::vector<ToldDisk> disks;
+    std::unordered_map<std::string, size_t> places;
+    for (const Tag* volume : volumes_) {
+      for (const Tag* drive : drives_of(*volume)) {
+        const std::string bsd_name = bsd_disk(*volume);
+        const char* model = drive_model(*drive);
+        if (known_.have(model, bsd_name)) continue;
+        const auto [place, is_new] = places.emplace(model ? model : bsd_name, disks.size());
+        if (is_new) disks.push_back({drive, 0});
+        ++disks[place->second].volumes;
+      }
+    }
+    for (const ToldDisk& disk : disks) add_told_disk(disk);
+  }
+
+ private:
+  static void push_items(std::vector<const Tag*>& pending, const Tag* items) {
+    if (!items) return;
+    for (auto item = items->children().rbegin(); item != items->children().rend(); ++item)
+      pending.push_back(item->get());
+  }
+
+  // Empty where the volume does not tell it.
+  static std::string bsd_disk(const Tag& volume) {
+    const char* bsd_name = find_text(volume, "bsd_name");
+    return bsd_name ? whole_disk(bsd_name) : std::string();
+  }
+
+  Place next_hard_disk(const char* interface) {
+    Place disk(disks_, hard_disk_numbers_.next_name(), Place::Names::unused);
+    set_text(disk, "interface", interface);
+    disk.set_attribute("mediatype", Value(kHardDiskMedia), "type", "media-type");
+    return disk;
+  }
+
+  Place next_removable(const char* interface) {
+    Place disk(disks_, removable_numbers_.next_name(), Place::Names::unused);
+    disk.set_attribute("media-type", text_value(kRemovableMedia));
+    set_text(disk, "interface", interface);
+    return disk;
+  }
+
+  static void write_partitions(Place& disk, const Tag& device) {
+    disk.set_attribute("partitions", Value(static_cast<int64_t>(named_volumes(device).size())));
+  }
+
+  void add_nvme_disk(const Tag& device) {
+    known_.add(device, "device_model");
+    Place disk = next_hard_disk("NVMe");
+    copy_fields(disk, device, kNvmeModel);
+    write_size_if_told(disk, device);
+    copy_fields(disk, device, kNvmeIdentity);
+    write_partitions(disk, device);
+    if (const char* model = find_text(device, "device_model")) {
+      const auto drive = drives_.find(model);
+      if (drive != drives_.end()) write_drive_facts(disk, *drive->second);
+    }
+    copy_fields(disk, device, kNvmeFields);
+    copy_switches(disk, device, kNvmeSwitches);
+    set_text(disk, "source", "SPNVMeDataType");
+  }
+
+  void add_usb_disk(const Tag& entry, const Tag& medium) {
+    known_.add(entry, "_name");
+    known_.add(medium, "_name");
+    Place disk = next_removable("USB");
+    copy_element_value(disk, medium, "_name");
+    copy_fields(disk, entry, kUsbFields);
+    write_size_if_told(disk, medium);
+    write_partitions(disk, medium);
+    copy_fields(disk, medium, kMediumFields);
+    set_text(disk, "source", "SPUSBDataType");
+  }
+
+  void add_told_disk(const ToldDisk& told) {
+    const char* interface = find_text(*told.drive, "protocol");
+    const bool outside = told_yes_or_no(find_text(*told.drive, "is_internal_disk")) == false;
+    Place disk = outside ? next_removable(interface) : next_hard_disk(interface);
+    set_text(disk, "model", drive_model(*told.drive));
+    disk.set_attribute("partitions", Value(told.volumes));
+    write_drive_facts(disk, *told.drive);
+    set_text(disk, "source", "SPStorageDataType");
+  }
+
+  Place disks_;
+  FreeNumbers hard_disk_numbers_;
+  FreeNumbers removable_numbers_;
+  const ExtendedInputs& inputs_;
+  std::vector<const Tag*> volumes_;
+  KnownDisks known_;
+  std::unordered_map<std::string, const Tag*> drives_;  // by model, the first of each
+};
+
+}  // namespace
+
+void collect_disks(InventoryTree& snapshot, const ExtendedInputs& inputs) {
+  DiskWriter writer(snapshot, inputs);
+  writer.add_nvme_disks();
+  writer.add_usb_disks();
+  writer.add_disks_of_volumes();
+}

@@ -1,0 +1,107 @@
+#include "extended/thunderbolt.h"
+
+#include <string>
+
+#include "extended/facts.h"
+
+namespace {
+
+constexpr char kDeviceName[] = "device_name_key";
+
+constexpr CopiedField kBusFields[] = {
+    {kDeviceName, "device-name"},
+    {"vendor_name_key", "vendor"},
+    {"switch_uid_key", "uid"},
+};
+constexpr CopiedField kPortFields[] = {
+    {"receptacle_id_key", "receptacle"},
+    {"receptacle_status_key", "status"},
+    {"current_speed_key", "speed"},
+    {"link_status_key", "link-status"},
+};
+constexpr CopiedField kDeviceFields[] = {
+    {"vendor_name_key", "vendor"}, {"vendor_id_key", "vendor-id"},      {"device_id_key", "device-id"},
+    {"mode_key", "mode"},          {"device_revision_key", "revision"}, {"switch_version_key", "firmware"},
+    {"switch_uid_key", "uid"},     {"route_string_key", "route"},
+};
+
+// Calls `visit` for the tag of every receptacle: "receptacle_1_tag", "receptacle_upstream_ambiguous_tag".
+template <typename Visit>
+void visit_receptacles(const Tag& item, const Visit& visit) {
+  constexpr char kStart[] = "receptacle_";
+  for (const auto& child : item.children()) {
+    if (child->name().rfind(kStart, 0) == 0) visit(*child);
+  }
+}
+
+class ThunderboltWriter {
+ public:
+  explicit ThunderboltWriter(InventoryTree& snapshot)
+      : elements_(snapshot.root(), "/Peripherals/Thunderbolt") {}
+
+  void add_bus(const Tag& item) {
+    if (!find_text(item, kDeviceName)) return;
+    Place bus = next_element("Bus:", ++bus_count_);
+    copy_element_value(bus, item, "_name");
+    copy_fields(bus, item, kBusFields);
+    int number = 0;
+    visit_receptacles(item, [&](const Tag& receptacle) {
+      Place port(bus, "Port:" + std::to_string(++number), Place::Names::distinct);
+      copy_fields(port, receptacle, kPortFields);
+    });
+    add_devices(item);
+  }
+
+ private:
+  struct Pending {
+    const Tag* item;
+    int64_t depth;
+  };
+
+  // Devices hang on devices, as deep as the machine says, so those still to come are kept in a list, the next
+  // one last.
+  void add_devices(const Tag& bus) {
+    std::vector<Pending> pending;
+    push_items(pending, bus, 1);
+    while (!pending.empty()) {
+      const Pending next = pending.back();
+      pending.pop_back();
+      if (find_text(*next.item, kDeviceName)) add_device(*next.item, next.depth);
+      push_items(pending, *next.item, next.depth + 1);
+    }
+  }
+
+  static void push_items(std::vector<Pending>& pending, const Tag& item, int64_t depth) {
+    const Tag* items = find_items(item);
+    if (!items) return;
+    for (auto below = items->children().rbegin(); below != items->children().rend(); ++below)
+      pending.push_back({below->get(), depth});
+  }
+
+  void add_device(const Tag& item, int64_t depth) {
+    Place device = next_element("Device:", ++device_count_);
+    copy_element_value(device, item, kDeviceName);
+    copy_fields(device, item, kDeviceFields);
+    visit_receptacles(
+        item, [&](const Tag& receptacle) { copy_field(device, "speed", receptacle, "current_speed_key"); });
+    device.set_attribute("bus", Value(int64_t{bus_count_}));
+    device.set_attribute("depth", Value(depth));
+  }
+
+  Place next_element(const char* prefix, int number) {
+    return Place(elements_, prefix + std::to_string(number), Place::Names::distinct);
+  }
+
+  Place elements_;
+  int bus_count_ = 0;
+  int device_count_ = 0;
+};
+
+}  // namespace
+
+void collect_thunderbolt(InventoryTree& snapshot, const ExtendedInputs& inputs) {
+  const Tag* buses = find_items(inputs.additional, "SPThunderboltDataType");
+  if (!buses) return;
+  ThunderboltWriter writer(snapshot);
+  for (const auto& bus : buses->children()) writer.add_bus(*bus);
+}

@@ -1,0 +1,31 @@
+// What the tests of the extended collectors share: a Mac put together in a few words, and what is written of
+// it.
+#pragma once
+
+#include <string>
+
+#include "extended/inputs.h"
+#include "tests/collectors/item_lists.h"
+#include "tests/collectors/tree_helpers.h"
+
+// The two raw trees and the tools' outputs, all empty at first.
+struct Mac {
+  ExtendedInputs inputs() { return {profiler, additional, tools}; }
+
+  InventoryTree profiler = empty_profiler();
+  InventoryTree additional = InventoryTree(1, "Additional");
+  ToolOutputs tools;
+};
+
+using ExtendedCollector = void (*)(InventoryTree&, const ExtendedInputs&);
+
+// What a collector writes into an empty snapshot.
+inline std::string written(ExtendedCollector collect, Mac& mac) {
+  InventoryTree snapshot = empty_snapshot();
+  collect(snapshot, mac.inputs());
+  return tree_text(snapshot);
+}
+
+// The lines between those of the top element.
+inline std::string in_snapshot(const std::string& lines) { return "+Snapshot=\n" + lines + "-\n"; }
+constexpr char kEmptySnapshot[] = "*Snapshot=\n";

@@ -1,0 +1,108 @@
+#include "extended/scan_record.h"
+
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "contract/environment.h"
+#include "driver/base/version.h"
+#include "tests/collectors/tree_helpers.h"
+
+namespace {
+
+// As waitpid tells that a process ended with this status.
+constexpr int exited(int status) { return status << 8; }
+
+CommandRecord record(const char* command) {
+  CommandRecord record;
+  record.command = command;
+  record.runs = 1;
+  record.bytes = 12;
+  record.seconds = 1.5;
+  return record;
+}
+
+// The lines of the only command behind its first.
+std::string told(const CommandRecord& record) {
+  InventoryTree snapshot = empty_snapshot();
+  collect_scan_record(snapshot, "", {record});
+  const std::string text = tree_text(snapshot);
+  const std::string start = "*Command:1=" + record.command + "\n";
+  const size_t from = text.find(start);
+  if (from == text.npos) return text;
+  return text.substr(from + start.size(), text.find("-\n", from) - from - start.size());
+}
+
+TEST(ScanRecord, TellsACommandThatWentWell) {
+  EXPECT_EQ(told(record("tool")), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=0\n");
+}
+
+TEST(ScanRecord, TellsHowACommandFailed) {
+  CommandRecord failed = record("tool");
+  failed.last.status = exited(3);
+  EXPECT_EQ(told(failed), "run=1\nexit-status=3\nbytes=12\nseconds=1.50\nretries=0\n");
+  failed.last.status = 9;
+  EXPECT_EQ(told(failed), "run=1\nsignal=9\nbytes=12\nseconds=1.50\nretries=0\n");
+}
+
+TEST(ScanRecord, TellsRetriesOfOneCommandAndRunsOfASeries) {
+  CommandRecord repeated = record("tool");
+  repeated.runs = 3;
+  EXPECT_EQ(told(repeated), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=2\n");
+  repeated.is_series = true;
+  EXPECT_EQ(told(repeated), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nruns=3\n");
+}
+
+TEST(ScanRecord, TellsACommandThatWasLeftOut) {
+  CommandRecord left_out;
+  left_out.command = "tool";
+  EXPECT_EQ(told(left_out), "run=0\n");
+}
+
+TEST(ScanRecord, TellsWhatIsOutOfTheOrdinaryOnlyWhereItIs) {
+  const std::string usual = "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=0\n";
+  CommandRecord salvaged = record("tool");
+  salvaged.salvaged = true;
+  EXPECT_EQ(told(salvaged), usual + "salvaged=1\n");
+  CommandRecord refused = record("tool");
+  refused.last.refused = true;
+  EXPECT_EQ(told(refused), usual + "refused=1\n");
+  CommandRecord missing = record("tool");
+  missing.last.status = exited(127);
+  EXPECT_EQ(told(missing), "run=1\nexit-status=127\nbytes=12\nseconds=1.50\nretries=0\nmissing=1\n");
+}
+
+TEST(ScanRecord, TellsNoStatusOfACommandThatHadToBeEnded) {
+  CommandRecord cut = record("tool");
+  cut.last.cut = true;
+  EXPECT_EQ(told(cut), "run=1\nbytes=12\nseconds=1.50\nretries=0\ncut=1\n");
+  CommandRecord silent = record("tool");
+  silent.last.silent = true;
+  EXPECT_EQ(told(silent), "run=1\nbytes=12\nseconds=1.50\nretries=0\nsilent=1\n");
+}
+
+TEST(ScanRecord, NumbersTheCommands) {
+  InventoryTree snapshot = empty_snapshot();
+  collect_scan_record(snapshot, "", {record("one"), record("two")});
+  const Tag& scan = *snapshot.top().find_child("Scan");
+  ASSERT_EQ(scan.children().size(), 2u);
+  EXPECT_EQ(scan.children()[1]->name(), "Command:2");
+  EXPECT_STREQ(scan.children()[1]->value()->text(), "two");
+}
+
+TEST(ScanRecord, TellsTheRunItself) {
+  const EnvironmentVariable locale("LC_ALL", "th_TH.UTF-8"), zone("TZ", "Asia/Bangkok");
+  InventoryTree snapshot = empty_snapshot();
+  collect_scan_record(snapshot, "/silent /extended", {});
+  std::string user;
+  if (const passwd* entry = getpwuid(geteuid()))
+    user = std::string("effective-user=") + entry->pw_name + "\n";
+  EXPECT_EQ(tree_text(snapshot), std::string("+Snapshot=\n*Scan=\nscanner-version=") + kVersion +
+                                     "\noptions=/silent /extended\n" + user +
+                                     "effective-uid=" + std::to_string(geteuid()) +
+                                     "\nlocale=th_TH\ncalendar=buddhist\ntime-zone=Asia/Bangkok\n-\n");
+}
+
+}  // namespace

@@ -1,0 +1,112 @@
+#include "extended/security_platform.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/extended/mac.h"
+
+namespace {
+
+std::string security(const std::string& lines) {
+  return in_snapshot("+Security=\n*Platform=\n" + lines + "-\n");
+}
+
+TEST(SecurityPlatform, TellsEveryProtection) {
+  Mac mac;
+  add_item(mac.profiler, "SPHardwareDataType", {{"activation_lock_status", "activation_lock_enabled"}});
+  add_item(mac.profiler, "SPSoftwareDataType", {{"system_integrity", "integrity_disabled"}});
+  add_item(mac.additional, "SPiBridgeDataType",
+           {{"ibridge_secure_boot", "Full Security"}, {"ibridge_sb_sip", "Enabled"}});
+  mac.tools.fdesetup = copy_text("FileVault is On.\n");
+  mac.tools.csrutil = copy_text("System Integrity Protection status: enabled.\n");
+  mac.tools.spctl = copy_text("assessments disabled\n");
+  mac.tools.profiles = copy_text(
+      "Enrolled via DEP: No\nMDM enrollment: Yes (User Approved)\nMDM server: https://mdm.example.com\n");
+  EXPECT_EQ(written(collect_security_platform, mac),
+            security("filevault=1\n"
+                     "filevault-status=FileVault is On.\n"
+                     "system-integrity-protection=1\n"
+                     "system-integrity-protection-status=System Integrity Protection status: enabled.\n"
+                     "system-integrity-protection-by-profiler=0\n"
+                     "gatekeeper=0\n"
+                     "gatekeeper-status=assessments disabled\n"
+                     "activation-lock=1\n"
+                     "secure-boot=Full Security\n"
+                     "secure-boot-sip=Enabled\n"
+                     "enrolled-by-dep=0\n"
+                     "mdm-enrolled=1\n"
+                     "mdm-user-approved=1\n"
+                     "mdm-server=https://mdm.example.com\n"));
+}
+
+TEST(SecurityPlatform, IsEmptyWhereNothingIsTold) {
+  Mac mac;
+  EXPECT_EQ(written(collect_security_platform, mac), kEmptySnapshot);
+  mac.tools.fdesetup = copy_text("fdesetup: must be run as root\n");
+  mac.tools.csrutil = copy_text("");
+  add_item(mac.profiler, "SPHardwareDataType", {{"activation_lock_status", "unknown"}});
+  add_item(mac.profiler, "SPSoftwareDataType", {{"system_integrity", 1}});
+  EXPECT_EQ(written(collect_security_platform, mac), kEmptySnapshot);
+}
+
+Item installed(const char* name, const char* version, const char* date) {
+  return {{"_name", name}, {"install_version", version}, {"install_date", date}};
+}
+
+TEST(SecurityPlatform, TellsTheNewestXProtect) {
+  Mac mac;
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           installed("XProtectPlistConfigData", "2", "20250102000000.000000+000"));
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           installed("XProtectPlistConfigData", "3", "20250103000000.000000+000"));
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           installed("XProtectPlistConfigData", "1", "20250101000000.000000+000"));
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           installed("XProtectPayloads", "9", "20250109000000.000000+000"));
+  EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=3\n"));
+}
+
+TEST(SecurityPlatform, TakesTheLaterOfTwoXProtectsOfOneDate) {
+  Mac mac;
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           installed("XProtectPlistConfigData", "1", "2025-01-02 00:00:00"));
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           installed("XProtectPlistConfigData", "2", "2025-01-02 00:00:00"));
+  EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=2\n"));
+}
+
+TEST(SecurityPlatform, PrefersAnXProtectWithDate) {
+  Mac mac;
+  const Item undated = {{"_name", "XProtectPlistConfigData"}, {"install_version", "1"}};
+  add_item(mac.additional, "SPInstallHistoryDataType", undated);
+  EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=1\n"));
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           installed("XProtectPlistConfigData", "2", "2025-01-02"));
+  add_item(mac.additional, "SPInstallHistoryDataType", undated);
+  EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=2\n"));
+}
+
+TEST(SecurityPlatform, NamesWhatOnlyTheLocalNetworkReaches) {
+  Mac mac;
+  add_item(mac.profiler, "SPFirewallDataType",
+           {{"spfirewall_applications/item0/_name", "com.example.player"},
+            {"spfirewall_applications/item0/value", "spfirewall_allow_local"},
+            {"spfirewall_services/item0/_name", "com.example.ssh"},
+            {"spfirewall_services/item0/value", "spfirewall_allow_local"},
+            {"spfirewall_services/item1/_name", "com.example.ftp"},
+            {"spfirewall_services/item1/value", "spfirewall_allow_all"},
+            {"spfirewall_services/item2/value", "spfirewall_allow_local"}});
+  EXPECT_EQ(written(collect_security_platform, mac),
+            security("firewall-allow-local=com.example.ssh, com.example.player\n"));
+}
+
+TEST(SecurityPlatform, StandsBehindTheFirewall) {
+  Mac mac;
+  mac.tools.spctl = copy_text("assessments enabled\n");
+  InventoryTree snapshot = empty_snapshot();
+  snapshot.set_attribute("/Security/Firewall/status", text_value("1"));
+  collect_security_platform(snapshot, mac.inputs());
+  EXPECT_EQ(tree_text(snapshot), in_snapshot("+Security=\n*Firewall=\nstatus=1\n*Platform=\ngatekeeper=1\n"
+                                             "gatekeeper-status=assessments enabled\n-\n"));
+}
+
+}  // namespace
