@@ -7,6 +7,7 @@
 #include "collectors/free_numbers.h"
 #include "collectors/storage.h"
 #include "collectors/volumes.h"
+#include "extended/nested_items.h"
 #include "extended/storage_volumes.h"
 
 namespace {
@@ -88,24 +89,18 @@ class DiskWriter {
     }
   }
 
-  // Hubs stand in hubs as deep as the machine says, so the entries still to come are kept in a list, the next
-  // one last.
   void add_usb_disks() {
-    std::vector<const Tag*> pending;
-    push_items(pending, find_items(inputs_.profiler, "SPUSBDataType"));
-    while (!pending.empty()) {
-      const Tag& entry = *pending.back();
-      pending.pop_back();
+    visit_nested(find_items(inputs_.profiler, "SPUSBDataType"), [this](const Tag& entry, int) {
       // Such an entry is a disk itself, which the first mapping has.
       if (text_is(entry, "removable_media", "yes")) {
         known_.add(entry, "_name");
-        continue;
+        return false;
       }
       if (const Tag* media = find_list(entry, "Media")) {
         for (const auto& medium : media->children()) add_usb_disk(entry, *medium);
       }
-      push_items(pending, find_items(entry));
-    }
+      return true;
+    });
   }
 
   void add_disks_of_volumes() {
@@ -125,12 +120,6 @@ class DiskWriter {
   }
 
  private:
-  static void push_items(std::vector<const Tag*>& pending, const Tag* items) {
-    if (!items) return;
-    for (auto item = items->children().rbegin(); item != items->children().rend(); ++item)
-      pending.push_back(item->get());
-  }
-
   // Empty where the volume does not tell it.
   static std::string bsd_disk(const Tag& volume) {
     const char* bsd_name = find_text(volume, "bsd_name");

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "extended/facts.h"
+#include "extended/nested_items.h"
 
 namespace {
 
@@ -49,43 +50,21 @@ class ThunderboltWriter {
       Place port(bus, "Port:" + std::to_string(++number), Place::Names::distinct);
       copy_fields(port, receptacle, kPortFields);
     });
-    add_devices(item);
+    visit_nested(find_items(item), [this](const Tag& below, int depth) {
+      if (find_text(below, kDeviceName)) add_device(below, depth);
+      return true;
+    });
   }
 
  private:
-  struct Pending {
-    const Tag* item;
-    int64_t depth;
-  };
-
-  // Devices hang on devices, as deep as the machine says, so those still to come are kept in a list, the next
-  // one last.
-  void add_devices(const Tag& bus) {
-    std::vector<Pending> pending;
-    push_items(pending, bus, 1);
-    while (!pending.empty()) {
-      const Pending next = pending.back();
-      pending.pop_back();
-      if (find_text(*next.item, kDeviceName)) add_device(*next.item, next.depth);
-      push_items(pending, *next.item, next.depth + 1);
-    }
-  }
-
-  static void push_items(std::vector<Pending>& pending, const Tag& item, int64_t depth) {
-    const Tag* items = find_items(item);
-    if (!items) return;
-    for (auto below = items->children().rbegin(); below != items->children().rend(); ++below)
-      pending.push_back({below->get(), depth});
-  }
-
-  void add_device(const Tag& item, int64_t depth) {
+  void add_device(const Tag& item, int depth) {
     Place device = next_element("Device:", ++device_count_);
     copy_element_value(device, item, kDeviceName);
     copy_fields(device, item, kDeviceFields);
     visit_receptacles(
         item, [&](const Tag& receptacle) { copy_field(device, "speed", receptacle, "current_speed_key"); });
     device.set_attribute("bus", Value(int64_t{bus_count_}));
-    device.set_attribute("depth", Value(depth));
+    device.set_attribute("depth", Value(int64_t{depth}));
   }
 
   Place next_element(const char* prefix, int number) {

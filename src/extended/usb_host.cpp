@@ -5,6 +5,7 @@
 
 #include "collectors/free_numbers.h"
 #include "extended/facts.h"
+#include "extended/nested_items.h"
 #include "profiler/units.h"
 
 namespace {
@@ -18,31 +19,12 @@ constexpr CopiedField kDeviceFields[] = {
     {"USBKeyLocationID", "location-id"},          {"USBKeyHardwareType", "hardware-type"},
 };
 
-// Calls `visit` for everything on the buses. Hubs stand in hubs as deep as the machine says, so the items
-// still to come are kept in a list, the next one last.
-template <typename Visit>
-void visit_items(const Tag* items, const Visit& visit) {
-  std::vector<const Tag*> pending;
-  const auto push = [&pending](const Tag* list) {
-    if (!list) return;
-    for (auto item = list->children().rbegin(); item != list->children().rend(); ++item)
-      pending.push_back(item->get());
-  };
-  push(items);
-  while (!pending.empty()) {
-    const Tag& item = *pending.back();
-    pending.pop_back();
-    const Tag* below = find_items(item);
-    visit(item, below != nullptr);
-    push(below);
-  }
-}
-
 // "0x14700000" of "0x14700000 / 1", which tells the address on the bus too.
 std::unordered_set<std::string> listed_locations(const InventoryTree& profiler) {
   std::unordered_set<std::string> locations;
-  visit_items(find_items(profiler, "SPUSBDataType"), [&](const Tag& entry, bool) {
+  visit_nested(find_items(profiler, "SPUSBDataType"), [&](const Tag& entry, int) {
     if (const char* location = find_text(entry, "location_id")) locations.insert(copy_word(location).get());
+    return true;
   });
   return locations;
 }
@@ -62,11 +44,13 @@ void collect_usb_host(InventoryTree& snapshot, const ExtendedInputs& inputs) {
   FreeNumbers numbers(snapshot, {"Peripherals", "USB"}, "Device:");
   Place devices(snapshot.root(), "/Peripherals/USB");
   for (const auto& bus : buses->children()) {
-    visit_items(find_items(*bus), [&](const Tag& item, bool is_hub) {
+    visit_nested(find_items(*bus), [&](const Tag& item, int) {
+      if (find_items(item)) return true;
       const char* location = find_text(item, "USBKeyLocationID");
-      if (is_hub || (location && locations.count(location) > 0)) return;
+      if (location && locations.count(location) > 0) return false;
       Place device(devices, numbers.next_name(), Place::Names::unused);
       write_device(device, item);
+      return false;
     });
   }
 }
