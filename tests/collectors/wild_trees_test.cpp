@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <iterator>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -20,6 +18,7 @@
 #include "collectors/usb.h"
 #include "tests/collectors/tool_helpers.h"
 #include "tests/collectors/tree_helpers.h"
+#include "tests/collectors/wildness.h"
 
 namespace {
 
@@ -96,41 +95,27 @@ constexpr int64_t kNumbers[] = {0, 1, 2, -1, 1025, 2000000000, INT64_MAX, INT64_
 
 class WildTree {
  public:
-  explicit WildTree(unsigned seed) : random_(seed), tree_(empty_profiler()) {
+  explicit WildTree(unsigned seed) : chance_(seed), tree_(empty_profiler()) {
     for (const DataType& data_type : kDataTypes) {
-      const int fields = number_below(30);
-      for (int i = 0; i < fields; ++i) tree_.set_attribute(wild_path(data_type).c_str(), wild_value());
+      const int fields = chance_.number_below(30);
+      for (int i = 0; i < fields; ++i)
+        tree_.set_attribute(wild_path(data_type).c_str(), chance_.value_of(kNumbers, kTexts));
     }
   }
 
   InventoryTree& tree() { return tree_; }
 
  private:
-  int number_below(int end) { return static_cast<int>(random_() % static_cast<unsigned>(end)); }
-
-  template <typename Elements>
-  auto one_of(const Elements& elements) {
-    return std::begin(elements)[random_() % std::size(elements)];
-  }
-
-  std::string item() { return "/item" + std::to_string(number_below(3)); }
-
   std::string wild_path(const DataType& data_type) {
-    std::string path = std::string("/") + data_type.name + "/_items" + item();
-    while (number_below(2) > 0) path += std::string("/") + one_of(kLists) + item();
-    path += std::string("/") + one_of(data_type.keys);
+    std::string path = std::string("/") + data_type.name + "/_items" + chance_.item();
+    while (chance_.number_below(2) > 0) path += std::string("/") + chance_.one_of(kLists) + chance_.item();
+    path += std::string("/") + chance_.one_of(data_type.keys);
     // Now and then a key holds keys where a text is expected.
-    if (number_below(8) == 0) path += std::string("/") + one_of(data_type.keys);
+    if (chance_.number_below(8) == 0) path += std::string("/") + chance_.one_of(data_type.keys);
     return path;
   }
 
-  Value wild_value() {
-    Value value(one_of(kNumbers));
-    if (number_below(4) > 0) value.set_string(one_of(kTexts));
-    return value;
-  }
-
-  std::mt19937 random_;
+  Wildness chance_;
   InventoryTree tree_;
 };
 

@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <random>
 #include <string>
 
 #include "extended/extended.h"
+#include "tests/collectors/wildness.h"
 #include "tests/extended/mac.h"
 
 namespace {
@@ -19,6 +19,18 @@ constexpr const char* kProfilerTypes[] = {
 constexpr const char* kAdditionalTypes[] = {"SPStorageDataType",        "SPNVMeDataType",
                                             "SPUSBHostDataType",        "SPThunderboltDataType",
                                             "SPInstallHistoryDataType", "SPiBridgeDataType"};
+
+constexpr const char* kLists[] = {"_items",
+                                  "volumes",
+                                  "Media",
+                                  "spdisplays_ndrvs",
+                                  "device_connected",
+                                  "device_title",
+                                  "local_device_title",
+                                  "com.apple.corestorage.pv",
+                                  "spairport_airport_interfaces",
+                                  "spfirewall_services",
+                                  "signed_by"};
 
 constexpr const char* kKeys[] = {"_items",
                                  "_items",
@@ -142,43 +154,34 @@ constexpr const char* kOutputs[] = {"",
 
 class WildMac {
  public:
-  explicit WildMac(unsigned seed) : random_(seed) {
+  explicit WildMac(unsigned seed) : chance_(seed) {
     for (const char* data_type : kProfilerTypes) fill(mac_.profiler, data_type);
     for (const char* data_type : kAdditionalTypes) fill(mac_.additional, data_type);
     ToolOutputs& tools = mac_.tools;
     for (Text* output : {&tools.sw_vers, &tools.sysctl, &tools.fdesetup, &tools.csrutil, &tools.spctl,
                          &tools.profiles, &tools.rosetta})
-      *output = number_below(5) > 0 ? copy_text(one_of(kOutputs)) : nullptr;
+      *output = chance_.number_below(5) > 0 ? copy_text(chance_.one_of(kOutputs)) : nullptr;
   }
 
   Mac& mac() { return mac_; }
 
  private:
-  int number_below(int end) { return static_cast<int>(random_() % static_cast<unsigned>(end)); }
-
-  template <typename Element, size_t count>
-  Element one_of(const Element (&elements)[count]) {
-    return elements[random_() % count];
-  }
-
   void fill(InventoryTree& tree, const char* data_type) {
-    const int fields = number_below(40);
-    for (int i = 0; i < fields; ++i) tree.set_attribute(wild_path(data_type).c_str(), wild_value());
+    const int fields = chance_.number_below(40);
+    for (int i = 0; i < fields; ++i)
+      tree.set_attribute(wild_path(data_type).c_str(), chance_.value_of(kNumbers, kTexts));
   }
 
   std::string wild_path(const char* data_type) {
-    std::string path = std::string("/") + data_type + "/_items/item" + std::to_string(number_below(3));
-    for (int depth = number_below(5); depth >= 0; --depth) path += std::string("/") + one_of(kKeys);
+    std::string path = std::string("/") + data_type + "/_items" + chance_.item();
+    while (chance_.number_below(2) > 0) path += std::string("/") + chance_.one_of(kLists) + chance_.item();
+    // A key, or a dictionary with keys in it.
+    for (int depth = chance_.number_below(3); depth >= 0; --depth)
+      path += std::string("/") + chance_.one_of(kKeys);
     return path;
   }
 
-  Value wild_value() {
-    Value value(one_of(kNumbers));
-    if (number_below(4) > 0) value.set_string(one_of(kTexts));
-    return value;
-  }
-
-  std::mt19937 random_;
+  Wildness chance_;
   Mac mac_;
 };
 
