@@ -1,5 +1,6 @@
 #include "extended/thunderbolt.h"
 
+#include <algorithm>
 #include <string>
 
 #include "extended/facts.h"
@@ -26,13 +27,17 @@ constexpr CopiedField kDeviceFields[] = {
     {"switch_uid_key", "uid"},     {"route_string_key", "route"},
 };
 
-// Calls `visit` for the tag of every receptacle: "receptacle_1_tag", "receptacle_upstream_ambiguous_tag".
-template <typename Visit>
-void visit_receptacles(const Tag& item, const Visit& visit) {
+// "receptacle_1_tag" and so on, and last the one towards the Mac, "receptacle_upstream_ambiguous_tag". A
+// dictionary has no order of its own.
+std::vector<const Tag*> receptacles_of(const Tag& item) {
   constexpr char kStart[] = "receptacle_";
+  std::vector<const Tag*> receptacles;
   for (const auto& child : item.children()) {
-    if (child->name().rfind(kStart, 0) == 0) visit(*child);
+    if (child->name().rfind(kStart, 0) == 0) receptacles.push_back(child.get());
   }
+  std::sort(receptacles.begin(), receptacles.end(),
+            [](const Tag* left, const Tag* right) { return left->name() < right->name(); });
+  return receptacles;
 }
 
 class ThunderboltWriter {
@@ -46,10 +51,10 @@ class ThunderboltWriter {
     copy_element_value(bus, item, "_name");
     copy_fields(bus, item, kBusFields);
     int number = 0;
-    visit_receptacles(item, [&](const Tag& receptacle) {
+    for (const Tag* receptacle : receptacles_of(item)) {
       Place port(bus, "Port:" + std::to_string(++number), Place::Names::distinct);
-      copy_fields(port, receptacle, kPortFields);
-    });
+      copy_fields(port, *receptacle, kPortFields);
+    }
     visit_nested(find_items(item), [this](const Tag& below, int depth) {
       if (find_text(below, kDeviceName)) add_device(below, depth);
       return true;
@@ -61,8 +66,8 @@ class ThunderboltWriter {
     Place device = next_element("Device:", ++device_count_);
     copy_element_value(device, item, kDeviceName);
     copy_fields(device, item, kDeviceFields);
-    visit_receptacles(
-        item, [&](const Tag& receptacle) { copy_field(device, "speed", receptacle, "current_speed_key"); });
+    const std::vector<const Tag*> receptacles = receptacles_of(item);
+    if (!receptacles.empty()) copy_field(device, "speed", *receptacles.back(), "current_speed_key");
     device.set_attribute("bus", Value(int64_t{bus_count_}));
     device.set_attribute("depth", Value(int64_t{depth}));
   }

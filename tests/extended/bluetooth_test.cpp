@@ -89,6 +89,16 @@ TEST(Bluetooth, TellsTheControllerAndTheDevicesOfOlderSystems) {
                                                        "-\n"));
 }
 
+TEST(Bluetooth, KnowsTheFirmwareByTheKeysOfTheSystemsInBetween) {
+  Mac mac;
+  add_item(mac.profiler, kBluetooth,
+           {{"local_device_title/general_chipset", "4364B0"},
+            {"local_device_title/general_firmware_version", "v83"},
+            {"device_title/item0/Mouse/device_firmware_version", "4"}});
+  EXPECT_EQ(written(collect_bluetooth, mac),
+            bluetooth("+Bluetooth=\nchipset=4364B0\nfirmware=v83\n*Device:1=Mouse\nfirmware=4\n-\n"));
+}
+
 TEST(Bluetooth, FindsTheControllerBelowItsNameOnTheOldestSystems) {
   Mac mac;
   add_item(mac.profiler, kBluetooth,

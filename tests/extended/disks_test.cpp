@@ -112,6 +112,22 @@ TEST(Disks, LeavesOutAUsbDiskThatTheFirstMappingHas) {
   EXPECT_EQ(written(collect_disks, mac), kEmptySnapshot);
 }
 
+TEST(Disks, DoesNotRepeatAUsbDiskThatItsMediaTell) {
+  Mac mac;
+  add_item(mac.profiler, kUsbType,
+           controller(
+               {holding("Media", {{{"_name", "Medium"}, {"bsd_name", "disk4"}}}, {{"_name", "Portable"}})}));
+  add_item(mac.additional, kStorageType,
+           with(volume("A", "disk7s1", "/Volumes/A"), on_drive("Medium", "USB", "no")));
+  add_item(mac.additional, kStorageType,
+           with(volume("B", "disk8s1", "/Volumes/B"), on_drive("Portable", "USB", "no")));
+  add_item(mac.additional, kStorageType,
+           with(volume("C", "disk4s2", "/Volumes/C"), on_drive("In other words", "USB", "no")));
+  EXPECT_EQ(written(collect_disks, mac),
+            disks("*Removable:1=Medium\n" + kOutside +
+                  "interface=USB\nmodel=Portable\npartitions=0\nbsd-name=disk4\nsource=SPUSBDataType\n"));
+}
+
 TEST(Disks, TellsDisksOfWhichOnlyTheirVolumesTell) {
   Mac mac;
   const Item drive = with(on_drive("PORTABLE", "USB", "no"),

@@ -73,6 +73,20 @@ TEST(Thunderbolt, TellsDevicesBehindDevices) {
                                                         "*Device:3=C\nbus=2\ndepth=1\n"));
 }
 
+TEST(Thunderbolt, OrdersReceptaclesByTheirNames) {
+  Mac mac;
+  add_item(mac.additional, kThunderbolt,
+           {{"device_name_key", "Mac"},
+            {"receptacle_2_tag/receptacle_id_key", "2"},
+            {"receptacle_1_tag/receptacle_id_key", "1"},
+            {"_items/item0/device_name_key", "Dock"},
+            {"_items/item0/receptacle_upstream_ambiguous_tag/current_speed_key", "40 Gb/s"},
+            {"_items/item0/receptacle_1_tag/current_speed_key", "20 Gb/s"}});
+  EXPECT_EQ(written(collect_thunderbolt, mac),
+            elements("+Bus:1=\ndevice-name=Mac\n*Port:1=\nreceptacle=1\n*Port:2=\nreceptacle=2\n-\n"
+                     "*Device:1=Dock\nspeed=40 Gb/s\nbus=1\ndepth=1\n"));
+}
+
 TEST(Thunderbolt, IsEmptyWithoutHardware) {
   Mac mac;
   EXPECT_EQ(written(collect_thunderbolt, mac), kEmptySnapshot);

@@ -101,6 +101,15 @@ TEST(Volumes, GoOnBehindThePartitionsOfTheSnapshot) {
                        "*partition:3=By place\nbsd-name=disk9s8\nmount-point=/Volumes/C\nsystem-volume=0\n"));
 }
 
+TEST(Volumes, TakesNoNameAloneForTheSameVolume) {
+  Mac mac;
+  add_item(mac.additional, kStorageType, {{"_name", "Data"}, {"writable", "yes"}});
+  InventoryTree snapshot = empty_snapshot();
+  snapshot.set_tag_value("/Storage/Logical-disks/partition:1", text_value("Data"));
+  collect_volumes(snapshot, mac.inputs());
+  EXPECT_EQ(tree_text(snapshot), partitions("*partition:1=Data\n*partition:2=Data\nwritable=1\n"));
+}
+
 TEST(Volumes, TellsTheEncryptionAndTheDisksOfALogicalVolume) {
   Mac mac;
   add_item(mac.additional, kStorageType,
