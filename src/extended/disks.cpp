@@ -70,13 +70,9 @@ class DiskWriter {
         hard_disk_numbers_(snapshot, {"Storage", "Physical-disks"}, "HDD:"),
         removable_numbers_(snapshot, {"Storage", "Physical-disks"}, "Removable:"),
         inputs_(inputs),
-        volumes_(storage_volumes(inputs.additional)) {
+        volumes_(storage_volumes(inputs.additional)),
+        drives_(drives_by_model(volumes_)) {
     for (const Tag* disk : hard_disks(inputs.profiler)) known_.add(*disk, "device_model");
-    for (const Tag* volume : volumes_) {
-      for (const Tag* drive : drives_of(*volume)) {
-        if (const char* model = drive_model(*drive)) drives_.emplace(model, drive);
-      }
-    }
   }
 
   void add_nvme_disks() {
@@ -151,10 +147,8 @@ class DiskWriter {
     write_size_if_told(disk, device);
     copy_fields(disk, device, kNvmeIdentity);
     write_partitions(disk, device);
-    if (const char* model = find_text(device, "device_model")) {
-      const auto drive = drives_.find(model);
-      if (drive != drives_.end()) write_drive_facts(disk, *drive->second);
-    }
+    if (const Tag* drive = find_tag(drives_, find_text(device, "device_model")))
+      write_drive_facts(disk, *drive);
     copy_fields(disk, device, kNvmeFields);
     copy_switches(disk, device, kNvmeSwitches);
     set_text(disk, "source", "SPNVMeDataType");
@@ -187,8 +181,8 @@ class DiskWriter {
   FreeNumbers removable_numbers_;
   const ExtendedInputs& inputs_;
   std::vector<const Tag*> volumes_;
+  TagIndex drives_;
   KnownDisks known_;
-  std::unordered_map<std::string, const Tag*> drives_;  // by model, the first of each
 };
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "extended/storage_details.h"
 
 #include <string>
-#include <unordered_map>
 
 #include "collectors/free_numbers.h"
 #include "collectors/storage.h"
@@ -23,19 +22,17 @@ constexpr CopiedField kVolumeSwitches[] = {{"writable", "writable"}};
 
 class DetailWriter {
  public:
-  DetailWriter(InventoryTree& snapshot, const InventoryTree& additional)
-      : details_(snapshot.root(), "/Storage/Details") {
-    for (const Tag* volume : storage_volumes(additional)) {
+  DetailWriter(InventoryTree& snapshot, const std::vector<const Tag*>& volumes)
+      : details_(snapshot.root(), "/Storage/Details"), drives_(drives_by_model(volumes)) {
+    for (const Tag* volume : volumes) {
       if (const char* bsd_name = find_text(*volume, "bsd_name")) volumes_.emplace(bsd_name, volume);
-      for (const Tag* drive : drives_of(*volume)) {
-        if (const char* model = drive_model(*drive)) drives_.emplace(model, drive);
-      }
     }
   }
 
   void add_disk(const Tag& device) {
     Place disk = next_element("HDD:", ++disk_count_);
-    if (const Tag* drive = find(drives_, find_text(device, "device_model"))) write_drive_facts(disk, *drive);
+    if (const Tag* drive = find_tag(drives_, find_text(device, "device_model")))
+      write_drive_facts(disk, *drive);
     copy_fields(disk, device, kDiskFields);
     copy_switches(disk, device, kDiskSwitches);
     for (const Tag* volume : named_volumes(device)) add_partition(*volume);
@@ -51,13 +48,6 @@ class DetailWriter {
   }
 
  private:
-  using Index = std::unordered_map<std::string, const Tag*>;
-
-  static const Tag* find(const Index& index, const char* name) {
-    const auto entry = name ? index.find(name) : index.end();
-    return entry == index.end() ? nullptr : entry->second;
-  }
-
   Place next_element(const char* prefix, int number) {
     return Place(details_, prefix + std::to_string(number), Place::Names::distinct);
   }
@@ -70,12 +60,12 @@ class DetailWriter {
   }
 
   void write_storage_facts(Place& partition, const char* bsd_name) {
-    if (const Tag* volume = find(volumes_, bsd_name)) write_volume_facts(partition, *volume);
+    if (const Tag* volume = find_tag(volumes_, bsd_name)) write_volume_facts(partition, *volume);
   }
 
   Place details_;
-  Index volumes_;  // by BSD name
-  Index drives_;   // by model
+  TagIndex drives_;
+  TagIndex volumes_;  // by BSD name
   int disk_count_ = 0;
   int partition_count_ = 0;
 };
@@ -83,7 +73,7 @@ class DetailWriter {
 }  // namespace
 
 void collect_storage_details(InventoryTree& snapshot, const ExtendedInputs& inputs) {
-  DetailWriter writer(snapshot, inputs.additional);
+  DetailWriter writer(snapshot, storage_volumes(inputs.additional));
   for (const Tag* disk : hard_disks(inputs.profiler)) writer.add_disk(*disk);
   if (const Tag* partitions = find_element(snapshot, {"Storage", "Logical-disks"}))
     writer.add_other_partitions(*partitions);

@@ -73,6 +73,21 @@ std::vector<const Tag*> drives_of(const Tag& volume) {
 
 const char* drive_model(const Tag& drive) { return find_text(drive, "device_name"); }
 
+const Tag* find_tag(const TagIndex& index, const char* name) {
+  const auto entry = name ? index.find(name) : index.end();
+  return entry == index.end() ? nullptr : entry->second;
+}
+
+TagIndex drives_by_model(const std::vector<const Tag*>& volumes) {
+  TagIndex drives;
+  for (const Tag* volume : volumes) {
+    for (const Tag* drive : drives_of(*volume)) {
+      if (const char* model = drive_model(*drive)) drives.emplace(model, drive);
+    }
+  }
+  return drives;
+}
+
 std::string whole_disk(const char* bsd_name) {
   constexpr char kDisk[] = "disk";
   constexpr char kDigits[] = "0123456789";

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "collectors/volumes.h"
@@ -16,6 +17,12 @@ std::vector<const Tag*> storage_volumes(const InventoryTree& additional);
 std::vector<const Tag*> drives_of(const Tag& volume);
 // The model of a drive; none when it is not told.
 const char* drive_model(const Tag& drive);
+
+// Tags by a name that tells them apart, the first of each; none for none, and for a name that is not there.
+using TagIndex = std::unordered_map<std::string, const Tag*>;
+const Tag* find_tag(const TagIndex& index, const char* name);
+// The drives of all volumes.
+TagIndex drives_by_model(const std::vector<const Tag*>& volumes);
 
 // "disk3" of "disk3s1s1": of an APFS volume the container, of any other the disk. The whole name where it has
 // no such form.

@@ -196,6 +196,14 @@ TEST(Disks, TellsEveryDiskOfAVolumeThatSpansSeveral) {
                   "model=HDD\npartitions=1\ninternal=1\nsource=SPStorageDataType\n"));
 }
 
+TEST(Disks, TakesADiskThatDoesNotSaySoForOneInside) {
+  Mac mac;
+  add_item(mac.additional, kStorageType,
+           with(volume("Main", "disk3s1", "/"), {{"physical_drive/device_name", "SSD"}}));
+  EXPECT_EQ(written(collect_disks, mac),
+            disks("*HDD:1=\n" + kInside + "model=SSD\npartitions=1\nsource=SPStorageDataType\n"));
+}
+
 TEST(Disks, LeavesOutDiskImages) {
   Mac mac;
   add_item(
