@@ -1,8 +1,8 @@
 // `inv`: opens, checks, compares and shares inventory files.
+#include <cstdio>
 #include <new>
 
 #include "inv/commands/command.h"
-#include "inv/show/terminal.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ int main(int argument_count, char** arguments) {
   } catch (const CLI::ParseError& outcome) {
     return app.exit(outcome) == 0 ? inv::kDone : inv::kUnusable;
   } catch (const std::bad_alloc&) {
-    inv::complain("memory", "there is not enough of it");
+    std::fputs("inv: out of memory\n", stderr);
     return inv::kUnusable;
   }
   return status;

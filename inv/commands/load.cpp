@@ -83,7 +83,7 @@ constexpr char kExamples[] =
 void add_load(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "load", "Load files into an SQLite database", kExamples);
-  command.add_option("DATABASE", options->database, "The database; made if missing")->required();
+  command.add_option("DATABASE", options->database, "The database; created if missing")->required();
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);

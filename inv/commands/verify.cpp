@@ -75,8 +75,7 @@ constexpr char kExamples[] =
 
 void add_verify(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
-  CLI::App& command =
-      add_command(app, "verify", "Say whether a console can import files, and where not", kExamples);
+  CLI::App& command = add_command(app, "verify", "Check whether a console can import files", kExamples);
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   command.add_flag("-q,--quiet", options->quiet, "Only the exit status");
   add_signature_options(command, options->signature);

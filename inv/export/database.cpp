@@ -60,7 +60,7 @@ bool Database::check_version() {
   const int found = sqlite3_column_int(version.get(), 0);
   const bool empty = sqlite3_column_int(tables.get(), 0) == 0;
   if (found == kSchemaVersion || (found == 0 && empty)) return true;
-  error_ = "is a database of something else, or of another version of inv";
+  error_ = "is a database of another program, or of another version of inv";
   return false;
 }
 

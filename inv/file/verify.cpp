@@ -58,7 +58,7 @@ class Verifier {
       if (top.text(name).empty()) add_at_top(section, "the snapshot has no \"" + std::string(name) + "\"");
     }
     if (top.text("timestamp") != section.timestamp) {
-      add_at_top(section, "the snapshot's timestamp is not the header's");
+      add_at_top(section, "the snapshot's timestamp differs from the header's");
     }
   }
 

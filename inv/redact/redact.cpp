@@ -115,7 +115,7 @@ bool is_tree(const Section& section) {
 
 // Why the file as it is cannot be redacted, as a clause; empty when it can.
 std::string refusal(const Inventory& inventory, bool drop_opaque) {
-  if (!inventory.container) return "it is no inventory";
+  if (!inventory.container) return "it is not an inventory";
   if (!inventory.faults.empty()) return "it is damaged";
   size_t trees = 0;
   for (const Section& section : inventory.container->sections) {
@@ -123,10 +123,10 @@ std::string refusal(const Inventory& inventory, bool drop_opaque) {
       ++trees;
     else if (!drop_opaque) {
       return "section " + std::to_string(section.number) + " (" + kind_name(section.kind) +
-             ") can hold anything; --drop-opaque leaves it out";
+             ") can contain anything; use --drop-opaque to leave it out";
     }
   }
-  return trees == 0 ? "it holds no tree" : "";
+  return trees == 0 ? "it contains no tree" : "";
 }
 
 std::vector<TreeText> redacted_trees(const Inventory& inventory, const Pseudonyms& pseudonyms) {
@@ -172,12 +172,13 @@ Redaction redact(const Inventory& inventory, const RedactOptions& options) {
   pseudonyms.assign();
   std::string bytes = write_container(redacted_trees(inventory, pseudonyms));
   const auto written = open_inventory("", bytes, kUsualMaxSize);
-  const std::string survivor =
-      written->faults.empty() ? find_survivor(pseudonyms, *written) : "and the result is damaged";
-  if (survivor.empty())
-    redaction.bytes = std::move(bytes);
-  else
+  const std::string survivor = written->faults.empty() ? find_survivor(pseudonyms, *written) : "";
+  if (!written->faults.empty())
+    redaction.refusal = "the result would be damaged";
+  else if (!survivor.empty())
     redaction.refusal = "an identifier would be left " + survivor;
+  else
+    redaction.bytes = std::move(bytes);
   return redaction;
 }
 

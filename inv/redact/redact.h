@@ -10,7 +10,7 @@ namespace inv {
 
 struct RedactOptions {
   std::string key;  // what pseudonyms depend on; see pseudonym.h
-  // Leaves out sections that are no trees. Without it a file with such sections is refused.
+  // Leaves out sections that are not trees. Without it a file with such sections is refused.
   bool drop_opaque = false;
 };
 

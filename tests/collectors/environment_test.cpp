@@ -106,7 +106,7 @@ TEST(Environment, EndsWhenEnvPrintsForEver) {
   testing::internal::CaptureStderr();
   tools.write("env", "exec seq -f V%.0f=1 1000000000");
   collect_environment(snapshot);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 2097152 bytes: env\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut off after 2097152 bytes: env\n");
   EXPECT_GT(snapshot.top().find_child("Environment")->children().size(), 150000u);
 }
 

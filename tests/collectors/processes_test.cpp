@@ -163,9 +163,9 @@ TEST_F(Processes, CutsTheLinesThatPsPrintsAtTheirLimits) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(collect({complete_table(records)}), "none");
   const std::string complaints = testing::internal::GetCapturedStderr();
-  EXPECT_THAT(complaints, testing::StartsWith("Output cut after 4194304 bytes: ps -p1 "));
-  EXPECT_THAT(complaints, testing::HasSubstr("\nOutput cut after 4194304 bytes: ps -p64 "));
-  EXPECT_THAT(complaints, testing::EndsWith("\nNot run any more: ps -p65 -o user=\"\" -o command=\"\"\n"));
+  EXPECT_THAT(complaints, testing::StartsWith("Output cut off after 4194304 bytes: ps -p1 "));
+  EXPECT_THAT(complaints, testing::HasSubstr("\nOutput cut off after 4194304 bytes: ps -p64 "));
+  EXPECT_THAT(complaints, testing::EndsWith("\nNo longer run: ps -p65 -o user=\"\" -o command=\"\"\n"));
 }
 
 TEST_F(Processes, StampsTheTime) {

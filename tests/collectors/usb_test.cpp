@@ -381,15 +381,15 @@ TEST(CollectUsb, CutsThePagesOfTheDiskUtilityAtTheirLimits) {
   const FakeTools tools;
   tools.write("diskutil", "exec head -c 1048577 /dev/zero");
   const std::string complaints = complaints_of(66);
-  EXPECT_THAT(complaints, StartsWith("Output cut after 1048576 bytes: diskutil info /dev/disk1\n"));
-  EXPECT_THAT(complaints, EndsWith("Output cut after 1048576 bytes: diskutil info /dev/disk64\n"
-                                   "Not run any more: diskutil info /dev/disk65\n"));
+  EXPECT_THAT(complaints, StartsWith("Output cut off after 1048576 bytes: diskutil info /dev/disk1\n"));
+  EXPECT_THAT(complaints, EndsWith("Output cut off after 1048576 bytes: diskutil info /dev/disk64\n"
+                                   "No longer run: diskutil info /dev/disk65\n"));
 }
 
 TEST(CollectUsb, AsksTheDiskUtilityAThousandTimesAtMost) {
   const FakeTools tools;
   tools.write("diskutil", "echo >> '" + tools.file("runs") + "'");
-  EXPECT_EQ(complaints_of(1002), "Not run any more: diskutil info /dev/disk1001\n");
+  EXPECT_EQ(complaints_of(1002), "No longer run: diskutil info /dev/disk1001\n");
   EXPECT_EQ(tools.read("runs").size(), 1000u);
 }
 

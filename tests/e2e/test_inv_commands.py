@@ -200,7 +200,7 @@ class Commands(InventoryTestCase):
         with large.open("wb") as file:
             file.truncate(200 << 20)
         limited = subprocess.run(["sh", "-c", 'ulimit -v 100000; exec "$@"', "sh", INV, "verify", large], capture_output=True, timeout=60)
-        self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: memory: there is not enough of it\n"))
+        self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: out of memory\n"))
 
     def test_version_names_the_libraries_with_theirs(self):
         names, versions = zip(*(line.split(" ") for line in self.check(0, "--version").splitlines()))

@@ -73,7 +73,7 @@ class Unpack(InventoryTestCase):
         self.assertEqual((folder / "section-0-snapshot.zxml").read_bytes(), sections[0].text)
         self.assertEqual((folder / "section-1-asset.zxml").read_bytes(), sections[1].text)
         self.check(2, "unpack", path, folder)
-        self.assertEqual(self.messages, f"inv: {folder}: is no empty folder\n")
+        self.assertEqual(self.messages, f"inv: {folder}: is not an empty folder\n")
 
 
 if __name__ == "__main__":

@@ -134,7 +134,7 @@ class Progress(ProgressTestCase):
         )
         self.write_tool("diskutil", "exec cat /dev/zero\n")
         _, errors = self.scan_on(self.terminal())
-        self.assertRegex(Screen(100).feed(errors).text(), r"^Output cut after \d+ bytes: diskutil info /dev/disk1\n$")
+        self.assertRegex(Screen(100).feed(errors).text(), r"^Output cut off after \d+ bytes: diskutil info /dev/disk1\n$")
 
 
 class ToolErrors(ProgressTestCase):

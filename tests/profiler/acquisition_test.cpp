@@ -222,7 +222,7 @@ TEST_F(CollectProfilerDocument, AsksATypeThatWasGivenUpOnlyOnce) {
   EXPECT_EQ(runs(), 21u);
   EXPECT_THAT(pauses, IsEmpty());
   EXPECT_EQ(complaints,
-            "Not waited for any longer: system_profiler -detailLevel full -xml SPNetworkVolumeDataType\n");
+            "Gave up waiting for: system_profiler -detailLevel full -xml SPNetworkVolumeDataType\n");
 }
 
 TEST_F(CollectProfilerDocument, KeepsWhatATypeSaidBeforeItWasGivenUp) {
@@ -246,7 +246,7 @@ TEST_F(CollectProfilerDocument, CutsATypeThatWritesForEver) {
   EXPECT_THAT(collect(false, limits), EndsWith("SPPowerDataType</string>\n</array>\n</plist>"));
   EXPECT_EQ(document.outputs[4].length, 100000u);
   EXPECT_EQ(complaints,
-            "Output cut after 100000 bytes: system_profiler -detailLevel full -xml SPAudioDataType\n");
+            "Output cut off after 100000 bytes: system_profiler -detailLevel full -xml SPAudioDataType\n");
 }
 
 TEST_F(CollectProfilerDocument, CutsAllOutputsTogether) {
@@ -259,8 +259,8 @@ TEST_F(CollectProfilerDocument, CutsAllOutputsTogether) {
   EXPECT_EQ(document.outputs[3].length, 0u);
   EXPECT_THAT(
       complaints,
-      EndsWith("Output cut after 500 bytes: system_profiler -detailLevel full -xml SPSoftwareDataType\n"
-               "Not run any more: system_profiler -detailLevel full -xml SPParallelATADataType\n"));
+      EndsWith("Output cut off after 500 bytes: system_profiler -detailLevel full -xml SPSoftwareDataType\n"
+               "No longer run: system_profiler -detailLevel full -xml SPParallelATADataType\n"));
 }
 
 TEST(RunFullProfiler, NamesNoDataTypeAndCutsNothing) {

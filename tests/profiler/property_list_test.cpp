@@ -180,7 +180,7 @@ TEST(ParseProfilerDocument, NamesAnOutputThatIsNoListAndKeepsTheRest) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(tree_of(document), kBoth);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Unreadable output of the system profiler: SPAudioDataType\n");
+              "Unreadable output from the system profiler: SPAudioDataType\n");
   }
 }
 
@@ -214,7 +214,7 @@ TEST(ParseProfilerOutput, OfWhatIsNoListIsNoneAndSaysSo) {
   EXPECT_FALSE(parse_profiler_output({nullptr, copy_text("noise"), 5}));
   EXPECT_FALSE(parse_profiler_output({nullptr, copy_text(""), 0}));
   EXPECT_FALSE(parse_profiler_output({nullptr, nullptr, 0}));
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unreadable output of the system profiler\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unreadable output from the system profiler\n");
 }
 
 }  // namespace

@@ -167,7 +167,7 @@ TEST(Progress, StandsThereWhileACommandRunsAndGoesBeforeAMessage) {
   EXPECT_EQ(terminal.written(),
             "\rAudio, 21 of 21, 0 s" + erased(20) + "\rAudio, 21 of 21, 1 s" + erased(20));
   run_command("printf 0123456789", &length, 100, 5);
-  EXPECT_NE(terminal.written().find(erased(20) + "Output cut after 5 bytes: printf 0123456789"),
+  EXPECT_NE(terminal.written().find(erased(20) + "Output cut off after 5 bytes: printf 0123456789"),
             std::string::npos);
 }
 

@@ -88,7 +88,7 @@ TEST(Inventory, PlainSectionsShareTheLimitToo) {
   const auto inventory = inv::open_inventory("x", file, text.size() + 100);
   EXPECT_TRUE(inventory->contents[0].document);
   EXPECT_FALSE(inventory->contents[1].document);
-  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 102 bytes");
+  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text is larger than 102 bytes");
 }
 
 TEST(Inventory, SectionsShareTheLinesThatAFileMayHave) {
@@ -141,7 +141,8 @@ TEST(Inventory, BytesBehindRawDataAreAFault) {
   EXPECT_FALSE(inventory->raw_data());
   ASSERT_EQ(inventory->faults.size(), 1u);
   EXPECT_EQ(inv::describe(inventory->faults[0]),
-            "at byte " + std::to_string(stream.size()) + ": raw data section: bytes follow the zlib stream");
+            "at byte " + std::to_string(stream.size()) +
+                ": raw data section: there are bytes after the zlib stream");
 }
 
 TEST(Inventory, AFileThatCannotBeReadGivesTheReason) {

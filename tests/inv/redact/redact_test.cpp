@@ -152,7 +152,7 @@ TEST(Redact, KeepsAHeaderTimeThatIsNone) {
 TEST(Redact, RefusesRawDataUnlessItMayDropIt) {
   const std::string file = maker::debug_file("<plist>jane</plist>");
   EXPECT_EQ(redacted_file(file).refusal,
-            "section 1 (raw data) can hold anything; --drop-opaque leaves it out");
+            "section 1 (raw data) can contain anything; use --drop-opaque to leave it out");
   EXPECT_EQ(redacted_file(file).bytes, "");
   const inv::Redaction redaction = redacted_file(file, "key", true);
   EXPECT_EQ(redaction.refusal, "");
@@ -162,12 +162,12 @@ TEST(Redact, RefusesRawDataUnlessItMayDropIt) {
 }
 
 TEST(Redact, RefusesWhatItCannotRead) {
-  EXPECT_EQ(redacted_file("no inventory").refusal, "it is no inventory");
+  EXPECT_EQ(redacted_file("no inventory").refusal, "it is not an inventory");
   std::string damaged = maker::file();
   damaged[20] = static_cast<char>(damaged[20] ^ 0x55);
   EXPECT_EQ(redacted_file(damaged).refusal, "it is damaged");
   EXPECT_EQ(redacted_file(maker::container("", "[H]\ncount=0\nsnapshotcount=0\n")).refusal,
-            "it holds no tree");
+            "it contains no tree");
 }
 
 // The proof, on files that were not redacted.
