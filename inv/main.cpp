@@ -30,7 +30,7 @@ int main(int argument_count, char** arguments) {
   app.require_subcommand(1);
   int status = inv::kDone;
   for (const auto add : kCommands) add(app, status);
-  // The library tells of help, of the version and of unusable arguments by throwing.
+  // The library reports help, version and unusable arguments by throwing.
   try {
     app.parse(argument_count, arguments);
   } catch (const CLI::ParseError& outcome) {

@@ -10,13 +10,13 @@
 namespace inv {
 namespace {
 
-// Where the file lies that a path leads to through links; the path itself when there is none yet.
+// The file that a path leads to through links; the path itself when there is none yet.
 std::string behind_links(const std::string& path) {
   char resolved[PATH_MAX];
   return realpath(path.c_str(), resolved) ? resolved : path;
 }
 
-// Such as a device. (Or a folder, which then cannot be opened.)
+// A device, for example. (Or a folder, which then cannot be opened.)
 bool is_no_file(const std::string& path) {
   struct stat status;
   return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);

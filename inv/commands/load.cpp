@@ -5,7 +5,7 @@
 namespace inv {
 namespace {
 
-// So many files are one transaction: enough that writing to the disk takes little of the time, few enough
+// This many files are one transaction: enough that writing to the disk takes little of the time, few enough
 // that an interrupted run has kept most of what it did.
 constexpr size_t kBatch = 500;
 
@@ -43,7 +43,7 @@ class Progress {
   Terminal terminal_;
 };
 
-// False when the database cannot be written to; a file that cannot be loaded is told of and left out.
+// False when the database cannot be written to; a file that cannot be loaded is reported and left out.
 bool load_file(const std::string& path, const Options& options, const SignatureCheck& signatures,
                Database& database, int& status) {
   const std::unique_ptr<Inventory> inventory = open_for_command(path, options.max_size, status);

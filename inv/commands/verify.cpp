@@ -26,7 +26,7 @@ std::string verdict_line(const Verdict& verdict, const Terminal& terminal) {
   return line;
 }
 
-// What is said of the signature, behind the verdict of the file itself.
+// What is said about the signature, after the verdict on the file itself.
 std::string signature_text(const SignatureVerdict& signature, const Terminal& terminal) {
   if (signature.refusal.empty()) return ", signed by " + printable(signature.signer);
   return "; " + terminal.red("signature refused") + ": " + printable(signature.refusal);

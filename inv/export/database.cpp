@@ -17,7 +17,7 @@ constexpr int kPatience = 10'000;
 // The index over all paths is written to all over: 64 MiB of it stay in memory.
 constexpr char kCache[] = "PRAGMA cache_size = -65536";
 
-// Of some names SQLite makes no file: of none, of ":memory:" and of such as begin with "file:". What is
+// SQLite creates no file for some names: the empty one, ":memory:" and those that begin with "file:". What is
 // loaded there would be lost.
 std::string file_name(const std::string& path) { return path.substr(0, 1) == "/" ? path : "./" + path; }
 

@@ -85,8 +85,8 @@ bool read_header_text(std::string_view file, Container& container, Faults& fault
   return true;
 }
 
-// The header's lines, entry by entry. A fault in it stands at the byte of the file when the header is plain
-// text, else at the header's first byte.
+// The header's lines, entry by entry. A fault in it has the byte of the file when the header is plain text,
+// else the header's first byte.
 class HeaderParser {
  public:
   HeaderParser(Container& container, Faults& faults) : container_(container), faults_(faults) {}
@@ -200,7 +200,7 @@ void locate_data(std::string_view file, const Container& container, Section& sec
   }
 }
 
-// Sections lie back to back in the order of their numbers; a number that the header skips leaves room for
+// Sections are back to back in the order of their numbers; a number that the header skips leaves room for
 // bytes of its own.
 void add_unlisted_sections(std::string_view file, Container& container, Faults& faults) {
   std::vector<Section> all;

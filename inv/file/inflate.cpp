@@ -48,7 +48,7 @@ Inflated inflate_stream(std::string_view input, uint64_t limit) {
   size_t length = 0;
   for (;;) {
     if (length == result.bytes.size()) {
-      // One byte more than the limit tells a stream that fits from one that does not.
+      // One byte beyond the limit separates a stream that fits from one that does not.
       const uint64_t wanted =
           std::max(kSmallestBuffer, length == 0 ? input.size() * kUsualRatio : length * 2);
       result.bytes.resize(static_cast<size_t>(std::min(wanted, limit + 1)));

@@ -103,7 +103,7 @@ class SectionReader {
     return fail("the section's index cannot be found or read", index_end);
   }
 
-  // The parts lie back to back from the first byte up to the index.
+  // The parts are back to back from the first byte up to the index.
   bool read_parts(std::vector<Part>& parts) {
     std::string_view rest = index_;
     size_t end = 0;

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kNeededAttributes[] = {"timestamp", "scan-time", "client-version", "scan-subtype",
                                                   "snaptype"};
 
-// The top element stands on the text's second line, after the mark.
+// The top element is on the text's second line, after the mark.
 constexpr uint64_t kTopLine = 2;
 
 class Verifier {

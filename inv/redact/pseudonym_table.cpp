@@ -5,7 +5,7 @@
 namespace inv {
 namespace {
 
-// After so many pseudonyms of a shape that were taken, there may be no free one: then a name stands in.
+// After this many pseudonyms of a shape that were taken there may be no free one: a name is used instead.
 constexpr unsigned kMostAttempts = 16;
 
 // Versions, sizes and counts are full of shorter numbers.

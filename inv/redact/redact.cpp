@@ -16,7 +16,7 @@ struct OwnText {
 };
 
 // What follows the colon in the name of a tag or attribute, unless it is a number: the account or the
-// variable that the tag tells of.
+// variable that the tag describes.
 OwnText own_part_of_name(const TextLine& line) {
   const size_t colon = line.name.find(':');
   if (colon == std::string_view::npos) return {};
@@ -33,7 +33,7 @@ OwnText own_value(const TextLine& line) {
   return {kind, line.value};
 }
 
-// What of a text is an identifier however short it is: by the place that it stands in, or as part of a path.
+// What is an identifier in a text however short it is: by its place, or as part of a path.
 std::vector<std::string_view> whole_identifiers(const OwnText& own) {
   return own.kind ? identifiers_in(*own.kind, own.text) : identifiers_in_paths(own.text);
 }
@@ -41,7 +41,7 @@ std::vector<std::string_view> whole_identifiers(const OwnText& own) {
 void learn(const OwnText& own, Pseudonyms& pseudonyms) {
   const IdentifierKind kind = own.kind.value_or(IdentifierKind::text);
   for (const std::string_view identifier : whole_identifiers(own)) pseudonyms.add(kind, identifier);
-  // A command line is one identifier, and gives others away.
+  // A command line is one identifier, and reveals others.
   for (const std::string_view name : identifiers_in_paths(own.text))
     pseudonyms.add(IdentifierKind::text, name);
 }
