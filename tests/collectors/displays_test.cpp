@@ -228,7 +228,7 @@ TEST(CollectDisplays, WritesTheDigitalSerialNumberUnsigned) {
 }
 
 TEST(CollectDisplays, LeavesTheSerialTextUntrimmed) {
-  // But for the blanks at its ends, which no text in the inventory has.
+  // Except for the blanks at its ends, which no text in the inventory has.
   EXPECT_EQ(OneMonitor(EdidBlock().describe(0, 0xFF, " \tS-1\n  ")).text("serial"), "\tS-1\r");
   EXPECT_EQ(OneMonitor(EdidBlock()).text("serial"), "");
 }
@@ -327,7 +327,7 @@ TEST(CollectDisplays, NamesNoAspectBetweenTheKnownOnes) {
 }
 
 TEST(CollectDisplays, ComparesTheAspectInSinglePrecisionWithOpenBounds) {
-  // The quotient in single precision lies just below or above the bound in double precision.
+  // The quotient in single precision is just below or above the bound in double precision.
   EXPECT_EQ(aspect_ratio(31, 24), "5:4");
   EXPECT_EQ(aspect_ratio(62, 48), "5:4");
   EXPECT_EQ(aspect_ratio(29, 24), "5:4");

@@ -155,7 +155,7 @@ TEST_F(Processes, WritesNoElementWithoutProcesses) {
   EXPECT_EQ(collect({complete_table({{5, 1, "gone"}})}), "none");
 }
 
-// What ps prints is no process, so that none has to be kept.
+// What ps prints is not a process, so none has to be kept alive.
 TEST_F(Processes, CutsTheLinesThatPsPrintsAtTheirLimits) {
   tools_.write("ps", "exec head -c 4194305 /dev/zero");
   std::vector<ProcessRecord> records;

@@ -106,7 +106,7 @@ TEST(Processors, ReadsOnlyTheFirstItem) {
 }
 
 TEST(Processors, CopiesTheCoreCountInItsKind) {
-  // Apple silicon tells performance and efficiency cores in a text.
+  // Apple silicon reports performance and efficiency cores in a text.
   EXPECT_EQ(processors_of({{"packages", 1}, {"number_processors", "proc 8:6:2"}}),
             one_processor("CPU #1", "core-count=proc 8:6:2\n"));
 }

@@ -363,7 +363,7 @@ TEST(CollectUsb, WritesNoModelWhenTheDiskUtilityFails) {
   EXPECT_EQ(disk_fact("model", {{"bsd_name", "disk1"}}), "(none)");
 }
 
-// What a collection of so many sticks complains of.
+// What a scan with this many sticks complains about.
 std::string complaints_of(int sticks) {
   InventoryTree profiler = empty_profiler();
   for (int i = 1; i <= sticks; ++i) {

@@ -63,7 +63,7 @@ class FaultTestCase(ScanTestCase):
         (self.outputs / data_type).write_bytes(output)
 
     def remaining(self):
-        """The processes that a scan left behind: those with its mark in their environment."""
+        """The processes that a scan left running: those with its mark in their environment."""
         found = []
         for process in Path("/proc").glob("[0-9]*"):
             try:
@@ -88,7 +88,7 @@ class FaultTestCase(ScanTestCase):
         return facts(container)
 
     def lost(self, whole, prefix=()):
-        """The paths of the facts that a scan does not tell any more."""
+        """The paths of the facts that a scan no longer reports."""
         container, _ = self.scan_faulty(prefix=prefix)
         return sorted({path for path, *_ in whole - facts(container)})
 
@@ -106,7 +106,7 @@ TOOLS = {
     "scutil": r"^/AssetInfo/@(int-name|alias)$",
 }
 
-# Each is a shell script; "REAL" stands for the tool as it should be.
+# Each is a shell script; "REAL" is replaced by the real tool.
 FAULTS = {
     "absent": None,
     "fails": "exit 1\n",
@@ -166,7 +166,7 @@ class FailingTools(FaultTestCase):
         self.assertEqual({path for path, *_ in whole - facts(container) if "/Printers" not in path}, set())
 
     def test_are_ended_though_the_caller_ignores_broken_pipes(self):
-        """A shell that nobody tells of its closed pipe goes on for ever."""
+        """A shell that never learns of its closed pipe goes on for ever."""
         self.break_tool("diskutil", "while :; do echo more; done\n")
         result = self.scan(answer="y\n", prefix=["sh", "-c", 'trap "" PIPE; exec "$0" "$@"'])
         self.assertEqual(result.returncode, 0)

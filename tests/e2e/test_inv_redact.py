@@ -11,7 +11,7 @@ from inventories import FOLDER, MACHINES, SIMULATOR, InventoryTestCase, debug_sc
 
 IMAC = "imac-10.6"
 
-# Where identifiers stand, told here once more: of tags by the first part of their names.
+# Where identifiers are, written down here independently: of tags by the first part of their names.
 PLACES = {
     "": ["hostname", "int-name", "alias", "domain", "user-name", "ip-address", "default-gateway", "mac-address",
          "uuid", "scanner-uuid", "serial", "serial-number", "fullname", "cmd-line"],

@@ -12,7 +12,7 @@ ELSEWHERE = {"User-accounts", "Environment", "Processes", "Scan"}
 
 
 def lines(tag, path=""):
-    """The lines of a tree with their paths, but for what is not in a debug file and the times of the scan."""
+    """The lines of a tree with their paths, except for what is not in a debug file and the times of the scan."""
     for attribute in tag.attributes:
         if path == "" and attribute.name in ("timestamp", "scan-time"):
             continue

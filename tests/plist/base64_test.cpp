@@ -33,7 +33,7 @@ TEST(Base64, PassesOverBlanksAndWhatIsNotInTheAlphabet) {
   EXPECT_EQ(decoded("Q*U-J\xFF_D"), "ABC");
 }
 
-// Anything else stands between padding and the end of its group.
+// Anything else comes between padding and the end of its group.
 TEST(Base64, CountsPaddingThroughBlanksOnly) {
   for (const char blank : {' ', '\t', '\n', '\v', '\f', '\r'})
     EXPECT_EQ(decoded(std::string("QQ=") + blank + "="), "A") << static_cast<int>(blank);

@@ -172,7 +172,7 @@ TEST(LenientScanner, PutsOneByteTooManyOrTooFewOfATagRight) {
       std::string list = whole;
       list.erase(list.find(tag) + place, 1);
       EXPECT_EQ(salvaged(list), expected) << list;
-      // Right behind the "<" it would look like a damaged slash.
+      // Right after the "<" it would look like a damaged slash.
       if (tag[place - 1] == '<') continue;
       list = whole;
       list.insert(list.find(tag) + place, 1, '\xFF');

@@ -165,7 +165,7 @@ TEST_F(CollectProfilerDocument, PrintsTenPercentagesAlsoForTypesWithoutItems) {
   EXPECT_EQ(printed, "10%\n20%\n30%\n40%\n50%\n60%\n70%\n80%\n90%\n100%\n");
 }
 
-// Counts its runs, and answers but for the given condition.
+// Counts its runs, and answers except on the given condition.
 std::string counting_profiler(const FakeTools& tools, const std::string& silent) {
   return "echo >> '" + tools.file("runs") + "'; " + silent + " || " + kNamingProfiler;
 }
@@ -179,7 +179,7 @@ TEST_F(CollectProfilerDocument, AsksAnEmptyTypeAgain) {
   EXPECT_EQ(complaints, "");
 }
 
-// Ten seconds, but for the last pause that would go beyond them.
+// Ten seconds, without the last pause, which would go beyond them.
 constexpr long long kPausesOfOneType[] = {10,   20,   40,   80,   160,  320,  640, 1000,
                                           1000, 1000, 1000, 1000, 1000, 1000, 1000};
 

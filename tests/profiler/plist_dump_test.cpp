@@ -31,7 +31,7 @@ std::string key(const std::string& name, const std::string& value) {
   return "<key>" + name + "</key>" + value;
 }
 
-// What stands below a data type that holds these keys and values, and below its item.
+// What is below a data type with these keys and values, and below its item.
 std::string dump_type(const std::string& keys) {
   return dump("<dict>" + key("_dataType", "<string>D</string>") + keys + "</dict>");
 }

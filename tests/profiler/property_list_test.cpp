@@ -95,7 +95,7 @@ TEST(ParseProfilerDocument, ReadsAnOutputWithALongerPrologue) {
 }
 
 TEST(ParseProfilerDocument, ReadsOnBehindAnEndInTheMiddle) {
-  // The length of the frame is such that the first list's end comes to stand inside the document.
+  // With a frame of this length, the first list's end is inside the document.
   EXPECT_EQ(
       tree_of(document_with(framed(data_type("A", "1") + "</array></plist>"), framed(data_type("B", "2")))),
       kBoth);
@@ -116,7 +116,7 @@ TEST(ParseProfilerDocument, DropsWhatNestsTooDeeplyAndKeepsTheRest) {
             kBoth);
 }
 
-// A list that parses as it is, though a salvaged one would have another key.
+// A list that parses unchanged, though a salvaged one would have another key.
 std::string odd_but_healthy(const std::string& name) {
   return framed("<dict><key>_dataType</key><string>" + name +
                 "</string><key>_it\uFFFDms</key><string>&#65;</string></dict>\n");

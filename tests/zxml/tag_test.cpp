@@ -13,7 +13,7 @@ namespace {
 
 const Value kOne(int64_t{1});
 
-// A tree with one of everything a path can meet: two levels, a leaf, and a name that stands twice.
+// A tree with one of everything a path can meet: two levels, a leaf, and a name that occurs twice.
 InventoryTree furnished() {
   InventoryTree tree(1, "Top");
   tree.set_attribute("/a/b/old", Value(int64_t{0}));

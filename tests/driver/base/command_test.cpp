@@ -188,7 +188,7 @@ TEST(RunCommand, LeavesTheOtherVariablesAsTheyAre) {
   EXPECT_STREQ(std::getenv("PATH"), "/nowhere") << "this program's own stays";
 }
 
-// What env tells of PATH: its line, or nothing.
+// What env prints of PATH: its line, or nothing.
 std::string told_path() {
   uint32_t length = 7;
   const Text output = run_in_own_environment("env", &length, 300);

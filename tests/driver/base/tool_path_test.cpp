@@ -31,7 +31,7 @@ TEST(CompleteToolPath, TakesNoOtherDirectoryForOneOfThem) {
             std::string("/usr/bin2:usr/bin:/USR/BIN:/usr/bin/x:/:") + kAll);
 }
 
-// An empty element is the working directory: what lies there is run only where the caller wants that.
+// An empty element is the working directory: programs there are run only when the caller wants that.
 TEST(CompleteToolPath, KeepsEmptyElementsAndAddsNone) {
   EXPECT_EQ(complete_tool_path("/a:"), std::string("/a::") + kAll);
   EXPECT_EQ(complete_tool_path(":/a"), std::string(":/a:") + kAll);

@@ -112,7 +112,7 @@ TEST(Verify, RejectsEveryFlippedByteThatChangesAValue) {
       }
     }
   }
-  // Only bits that tell how hard zlib tried are without consequence.
+  // Only bits that say how hard zlib tried are without consequence.
   EXPECT_GT(rejected, file.size() * 4 - 16);
 }
 

@@ -88,7 +88,7 @@ TEST(Pseudonyms, AreNoIdentifiersAndHoldNone) {
   const Pseudonyms pseudonyms =
       pseudonyms_of({{IdentifierKind::text, "jane"}, {IdentifierKind::text, usual}});
   EXPECT_NE(pseudonyms.replace("jane"), usual);
-  // The maker's part of the address is somebody's name here, so no address can stand in.
+  // The maker's part of the address is somebody's name here, so no address can replace it.
   const Pseudonyms odd =
       pseudonyms_of({{IdentifierKind::text, "00-1B-63-AA-10-FE"}, {IdentifierKind::account, "1b"}});
   EXPECT_THAT(odd.replace("00-1B-63-AA-10-FE"), MatchesRegex("ANON[0-9A-Z]{10}"));

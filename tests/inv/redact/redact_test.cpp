@@ -19,7 +19,7 @@ const std::string kTop =
     "sstService\n"
     "snaptype=mac:1\n";
 
-// A file with these lines in its snapshot, behind what every snapshot has.
+// A file with these lines in its snapshot, after what every snapshot has.
 std::string file_with(const std::string& lines) {
   return maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + kTop + lines + "-\n");
 }
@@ -40,7 +40,7 @@ std::string redacted(const std::string& lines, const std::string& key = "key") {
   return text.substr(start, text.size() - start - 2);
 }
 
-// What stands for a name.
+// The pseudonym of a name.
 std::string anon(const std::string& name) {
   inv::Pseudonyms pseudonyms("key");
   pseudonyms.add(inv::IdentifierKind::text, name);

@@ -16,7 +16,7 @@ TEST(Wire, StringsStandBehindTheirLength) {
   EXPECT_EQ(reader.take_string(), "abc");
   EXPECT_FALSE(reader.at_end());
   EXPECT_EQ(reader.take_string(), "");
-  EXPECT_FALSE(reader.take_string());  // two bytes are told, one is there
+  EXPECT_FALSE(reader.take_string());  // two bytes announced, one there
 }
 
 TEST(Wire, NoLengthReachesBeyondTheEnd) {
