@@ -69,7 +69,7 @@ TEST(Environment, KeepsTheLastOfTwoValues) {
             "+Snapshot=\n+Environment=\nenv-var:A=\n~complex=\n*env-var:A=A\nvalue=2\n-\n-\n");
 }
 
-TEST(Environment, TakesASlashInANameForAPath) {
+TEST(Environment, TreatsASlashInANameAsAPath) {
   EXPECT_EQ(environment_of("a/b=1\n"),
             "+Snapshot=\n+Environment=\n+env-var:a=\nb=\n~complex=\n*b=a/b\nvalue=1\n-\n-\n-\n");
 }

@@ -41,7 +41,7 @@ TEST(ParseProcessLine, FindsNoneWithoutACommandLine) {
   EXPECT_EQ(parsed("    \n"), "no process");
 }
 
-TEST(ParseProcessLine, TakesALineThatBeginsWithABlankForOneWithoutUser) {
+TEST(ParseProcessLine, TreatsALineThatBeginsWithABlankAsOneWithoutUser) {
   EXPECT_EQ(parsed(" init\n"), "|init");
 }
 

@@ -69,7 +69,7 @@ TEST(Processors, MultipliesTheClockSpeedInSinglePrecision) {
             processors_of({{"packages", 1}, {"current_processor_speed", "1.012 GHz"}}));
 }
 
-TEST(Processors, PrefersTheCacheToldPerCore) {
+TEST(Processors, PrefersTheCacheReportedPerCore) {
   EXPECT_EQ(processors_of({{"packages", 1},
                            {"number_processors", 2},
                            {"l2_cache", "3 MB"},
@@ -94,7 +94,7 @@ TEST(Processors, CutsTheClockSpeedAtItsBlankInTheProfilerTreeToo) {
   EXPECT_NE(tree_text(profiler).find("current_processor_speed=2.4\n"), std::string::npos);
 }
 
-TEST(Processors, TakesAnySpeedForGigahertz) {
+TEST(Processors, ReadsAnySpeedAsGigahertz) {
   EXPECT_EQ(processors_of({{"packages", 1}, {"current_processor_speed", "800 MHz"}}),
             one_processor("CPU #1", "current-clock-speed=800000\n"));
 }

@@ -269,7 +269,7 @@ void expect_nothing_told(const SystemSummary& summary) {
   EXPECT_STREQ(summary.platform_uuid.get(), "UUID");
 }
 
-TEST(SystemSummary, TellsOnlyTheMakerWithoutAnyDataType) {
+TEST(SystemSummary, ReportsOnlyTheMakerWithoutAnyDataType) {
   expect_nothing_told(summarize_system(nullptr, copy_text("UUID")));
   expect_nothing_told(summary_of({}));
   expect_nothing_told(summary_of({data_type("SPSoftwareDataType", {}), data_type("SPHardwareDataType", {}),

@@ -151,7 +151,7 @@ TEST(CollectUsb, CodesTheSpeedOfARemovableDiskInItsOwnWay) {
   EXPECT_EQ(disk_fact("device-speed", {}), "(none)");
 }
 
-TEST(CollectUsb, TakesAHubForItsDevices) {
+TEST(CollectUsb, ReplacesAHubByItsDevices) {
   EXPECT_EQ(devices(collect({device("A"), hub({device("B"), hub({device("C")}), device("D")}), device("E")})),
             "Device:1=A Device:2=B Device:3=C Device:4=D Device:5=E ");
 }
@@ -175,7 +175,7 @@ TEST(CollectUsb, DoesNotLookBelowARemovableDisk) {
   EXPECT_EQ(devices(collect({holding("_items", {device("A")}, stick("Stick"))})), "");
 }
 
-TEST(CollectUsb, TakesADiskWithoutRemovableMediaForADevice) {
+TEST(CollectUsb, TreatsADiskWithoutRemovableMediaAsADevice) {
   EXPECT_EQ(devices(collect({{{"_name", "Disk"}, {"removable_media", "no"}}})), "Device:1=Disk ");
   EXPECT_EQ(devices(collect({{{"_name", "Disk"}, {"removable_media", 1}}})), "Device:1=Disk ");
   // The key has no prefix.

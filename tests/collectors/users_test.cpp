@@ -99,7 +99,7 @@ TEST(ParseAccount, CutsATextAtANulByte) {
   EXPECT_EQ(parsed({record, sizeof record - 1}), "jd|(none)|(none)|(none)|/bin/sh");
 }
 
-TEST(ParseAccount, TakesATruncatedRecordForWhatIsWhole) {
+TEST(ParseAccount, ReadsWhatIsWholeInATruncatedRecord) {
   const std::string_view record = kRecord;
   const size_t name_is_known = record.find("RecordType:") + std::strlen("RecordType:");
   const size_t id_is_begun = record.find("UniqueID:") + std::strlen("UniqueID:");
@@ -121,7 +121,7 @@ TEST(ParseAccount, TakesATruncatedRecordForWhatIsWhole) {
   }
 }
 
-TEST(AccountCommand, LeavesAnOrdinaryNameAsItIs) {
+TEST(AccountCommand, LeavesAnOrdinaryNameAlone) {
   EXPECT_STREQ(account_command("jdoe").get(), "dscl . -read \"/users/jdoe\"");
   EXPECT_STREQ(account_command(".localized").get(), "dscl . -read \"/users/.localized\"");
   EXPECT_STREQ(account_command("").get(), "dscl . -read \"/users/\"");

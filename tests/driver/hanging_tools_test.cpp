@@ -43,7 +43,7 @@ class HangingTools : public testing::Test {
 
 constexpr char kNotWaitedFor[] = "Gave up waiting for: ";
 
-TEST_F(HangingTools, AreEachToldAndLeaveTheScanAFile) {
+TEST_F(HangingTools, AreEachReportedAndLeaveTheScanAFile) {
   tools.write("system_profiler", "[ \"$4\" != SPNetworkVolumeDataType ] || exec sleep 1000; echo short");
   for (const char* tool : {"ps", "ioreg", "ls", "env"}) tools.write(tool, "exec sleep 1000");
   const std::string line = kNotWaitedFor;

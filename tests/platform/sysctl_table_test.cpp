@@ -133,7 +133,7 @@ TEST(SysctlTable, HasNoMoreRecordsThanThereWasRoomFor) {
   EXPECT_THAT(kernel.read().records, SizeIs(169));
 }
 
-TEST(SysctlTable, AsksForTheSizeAnewInEachReading) {
+TEST(SysctlTable, AsksForTheSizeAgainInEachReading) {
   Kernel kernel(100);
   kernel.start_meanwhile(1000);
   EXPECT_EQ(kernel.read().status, ProcessTableStatus::grew);

@@ -21,7 +21,7 @@ std::string decoded(std::string_view text) {
   return bytes;
 }
 
-TEST(Base64, LeavesOutWhatPaddingStandsFor) {
+TEST(Base64, LeavesOutWhatPaddingReplaces) {
   EXPECT_EQ(decoded("QUJD"), "ABC");
   EXPECT_EQ(decoded("QUI="), "AB");
   EXPECT_EQ(decoded("QQ=="), "A");

@@ -61,7 +61,7 @@ TEST(ParseProfilerDocument, KeepsWhatOnlyNamesAnEndOrDeclaresEntities) {
       "+Macintosh=\n*A=\nk=</plist>\n*B=\nk=2\n-\n");
 }
 
-TEST(ParseProfilerDocument, MissesNothingBehindANul) {
+TEST(ParseProfilerDocument, MissesNothingAfterANul) {
   // Each piece of the document ends at its first NUL, which may leave a list that parses.
   const std::string type = data_type("A", "1");
   EXPECT_EQ(tree_of(document_with(framed(std::string("\0", 1) + type), framed(data_type("B", "2")))), kBoth);
@@ -75,7 +75,7 @@ TEST(ParseProfilerDocument, MissesNothingBehindANul) {
   }
 }
 
-TEST(ParseProfilerDocument, MissesNothingBehindAListWithoutItsFrame) {
+TEST(ParseProfilerDocument, MissesNothingAfterAListWithoutItsFrame) {
   const std::string bare = "<?xml version=\"1.0\"?>\n<array>" + data_type("A", "1") + "</array>\n";
   ProfilerDocument document = document_with(framed(data_type("B", "2")), framed(""));
   document.outputs[0] = output_of(bare + std::string(kEpilogueLength, '\n'));
@@ -94,7 +94,7 @@ TEST(ParseProfilerDocument, ReadsAnOutputWithALongerPrologue) {
             kBoth);
 }
 
-TEST(ParseProfilerDocument, ReadsOnBehindAnEndInTheMiddle) {
+TEST(ParseProfilerDocument, ReadsOnAfterAnEndInTheMiddle) {
   // With a frame of this length, the first list's end is inside the document.
   EXPECT_EQ(
       tree_of(document_with(framed(data_type("A", "1") + "</array></plist>"), framed(data_type("B", "2")))),
@@ -139,7 +139,7 @@ TEST(ParseProfilerDocument, LeavesEachHealthyOutputAsTheToolWroteIt) {
   }
 }
 
-TEST(ParseProfilerDocument, LeavesAHealthyOutputInAnotherFrameAsItIs) {
+TEST(ParseProfilerDocument, LeavesAHealthyOutputInAnotherFrameAlone) {
   const std::string healthy = odd_but_healthy("A");
   const std::string reframed = "<plist version=\"1.0\"><array>" + healthy.substr(kPrologueLength);
   EXPECT_EQ(tree_of(document_with(reframed, framed(data_type("B", "2\xE9")))),
@@ -209,7 +209,7 @@ TEST(ParseProfilerOutput, SalvagesTheSameWay) {
   EXPECT_EQ(CFArrayGetCount(list.get()), 1);
 }
 
-TEST(ParseProfilerOutput, OfWhatIsNoListIsNoneAndSaysSo) {
+TEST(ParseProfilerOutput, IsNoneForWhatIsNotAListAndSaysSo) {
   testing::internal::CaptureStderr();
   EXPECT_FALSE(parse_profiler_output({nullptr, copy_text("noise"), 5}));
   EXPECT_FALSE(parse_profiler_output({nullptr, copy_text(""), 0}));

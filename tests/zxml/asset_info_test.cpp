@@ -131,7 +131,7 @@ TEST(AssetInfo, WritesAbsentTextsAsEmptyOnes) {
   EXPECT_THAT(text, HasSubstr("domain=\nos-name=\nos-sp=\nos-ver=\nos-manuf=Apple Inc.\n"));
 }
 
-TEST(AssetInfo, TellsVirtualMachinesByTheirModelInAnyCase) {
+TEST(AssetInfo, RecognisesVirtualMachinesByTheirModelInAnyCase) {
   const struct {
     const char* model;
     const char* type;

@@ -268,7 +268,7 @@ TEST(Silence, CountsFromTheLastByte) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(Silence, BehindTheEndOfTheOutputEndsTheCommandToo) {
+TEST(Silence, AfterTheEndOfTheOutputEndsTheCommandToo) {
   const LongestSilence silence(milliseconds(200));
   testing::internal::CaptureStderr();
   const Outcome result = run("echo $$; exec >&-; exec sleep 1000", 100);
@@ -395,7 +395,7 @@ TEST(CommandSeries, EndsAfterSoManySilences) {
   std::_Exit(!text && length == 0 ? 0 : 1);
 }
 
-TEST(RunCommand, GivesNoneAndNoLengthWhenNoShellCanBeStarted) {
+TEST(RunCommand, ReturnsNoneAndNoLengthWhenNoShellCanBeStarted) {
   EXPECT_EXIT(run_without_descriptors(), testing::ExitedWithCode(0), "");
 }
 

@@ -60,7 +60,7 @@ class Terminal {
 
 std::string erased(size_t width) { return "\r" + std::string(width, ' ') + "\r"; }
 
-TEST(Progress, TellsWhatIsAskedWhileTheLineLives) {
+TEST(Progress, SaysWhatIsAskedWhileTheLineLives) {
   const Terminal terminal(80);
   announce("Applications", 18, 21);
   EXPECT_EQ(terminal.written(), "") << "nothing runs yet";
@@ -71,14 +71,14 @@ TEST(Progress, TellsWhatIsAskedWhileTheLineLives) {
   EXPECT_EQ(terminal.written(), erased(27));
 }
 
-TEST(Progress, TellsNoCountWithoutOne) {
+TEST(Progress, ShowsNoCountWithoutOne) {
   const Terminal terminal(80);
   announce("System profiler");
   const ProgressLine line;
   EXPECT_EQ(terminal.written(), "\rSystem profiler, 0 s");
 }
 
-TEST(Progress, WritesTheLineAnewOnlyWhenItChanges) {
+TEST(Progress, RewritesTheLineOnlyWhenItChanges) {
   const Terminal terminal(80);
   announce("Accounts", 1, 2);
   ProgressLine line;
@@ -125,7 +125,7 @@ TEST(Progress, WritesNothingToATerminalOfOneColumn) {
   EXPECT_EQ(terminal.written(), "");
 }
 
-TEST(Progress, TakesATerminalOfUnknownWidthForTheUsualOne) {
+TEST(Progress, TreatsATerminalOfUnknownWidthAsTheUsualOne) {
   const Terminal terminal(0);
   announce(std::string(100, 'x').c_str());
   { const ProgressLine line; }
@@ -158,7 +158,7 @@ TEST(Progress, IsNothingWhereItIsNotShown) {
   EXPECT_EQ(terminal.written(), "");
 }
 
-TEST(Progress, StandsThereWhileACommandRunsAndGoesBeforeAMessage) {
+TEST(Progress, IsShownWhileACommandRunsAndGoesBeforeAMessage) {
   const Terminal terminal(80);
   announce("Audio", 21, 21);
   uint32_t length = 0;

@@ -26,7 +26,7 @@ TEST(CompleteToolPath, KnowsADirectoryInAnotherSpelling) {
   EXPECT_EQ(complete_tool_path("/usr/bin/:/bin//://usr//sbin:/sbin"), "/usr/bin/:/bin//://usr//sbin:/sbin");
 }
 
-TEST(CompleteToolPath, TakesNoOtherDirectoryForOneOfThem) {
+TEST(CompleteToolPath, MistakesNoOtherDirectoryForOneOfThem) {
   EXPECT_EQ(complete_tool_path("/usr/bin2:usr/bin:/USR/BIN:/usr/bin/x:/"),
             std::string("/usr/bin2:usr/bin:/USR/BIN:/usr/bin/x:/:") + kAll);
 }

@@ -44,7 +44,7 @@ TEST(ContainerReader, ReadsBothByteOrdersAndBothHeaderForms) {
   }
 }
 
-TEST(ContainerReader, ListsSectionsAsTheHeaderTellsThem) {
+TEST(ContainerReader, ListsSectionsAsTheHeaderDescribesThem) {
   Faults faults;
   const std::string file = maker::file();
   const auto container = read(file, faults);
@@ -171,7 +171,7 @@ TEST(ContainerReader, RefusesDamagedCompressedHeader) {
       std::string::npos);
 }
 
-TEST(ContainerReader, RefusesBytesBehindTheStreamOfAHeader) {
+TEST(ContainerReader, RefusesBytesAfterTheStreamOfAHeader) {
   const std::string stream = maker::deflated(header("", 0));
   EXPECT_EQ(faults_of(stream + maker::trailer(0, true, kTrailerVersion, 1)), "");
   EXPECT_EQ(faults_of(stream + "x" + maker::trailer(0, true, kTrailerVersion, 1)),

@@ -14,7 +14,7 @@ TEST(Inflate, GivesTheBytesAndWhereTheStreamEnds) {
   EXPECT_EQ(inflated.error, "");
 }
 
-TEST(Inflate, StopsBehindTheLimit) {
+TEST(Inflate, StopsAfterTheLimit) {
   const std::string stream = maker::deflated(std::string(1 << 20, 'x'));
   EXPECT_EQ(inv::inflate_stream(stream, 1 << 20).bytes.size(), size_t{1} << 20);
   const inv::Inflated cut = inv::inflate_stream(stream, (1 << 20) - 1);

@@ -133,7 +133,7 @@ TEST(Inventory, ADebugFileHasTheTimeOfItsAttempt) {
   EXPECT_EQ(inv::scan_timestamp(*inventory), "now");
 }
 
-TEST(Inventory, BytesBehindRawDataAreAFault) {
+TEST(Inventory, BytesAfterRawDataAreAFault) {
   const std::string stream = maker::deflated("<plist/>");
   const auto inventory = maker::open(maker::container(
       stream + "x", "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=" +

@@ -50,7 +50,7 @@ TEST(SectionText, ReadsATreeOfATopElementAlone) {
   }
 }
 
-TEST(SectionText, DropsTheNulsBehindALeafThatWasGivenChildren) {
+TEST(SectionText, DropsTheNulsAfterALeafThatWasGivenChildren) {
   InventoryTree tree(1, "Snapshot");
   tree.set_attribute("/System/model", text_value("iMac"));
   tree.set_tag_value("/System/never-written", text_value("x"));

@@ -91,7 +91,7 @@ TEST(Redact, KeepsNamesOfVariablesUnlessTheyNameSomebody) {
                 "_HOME\nvalue=" + anon("/opt") + "\nenv-var:LANG=\n~complex=\n");
 }
 
-TEST(Redact, FindsNamesInPathsThatNoPlaceTells) {
+TEST(Redact, FindsNamesInPathsThatNoPlaceHolds) {
   EXPECT_EQ(redacted("*Soft:1=x\nlocation=/Users/al/x.app\ninfo=/Volumes/2010/x by al\n"),
             "*Soft:1=x\nlocation=/Users/" + anon("al") + "/x.app\ninfo=/Volumes/" + anon("2010") + "/x by " +
                 anon("al") + "\n");
@@ -141,7 +141,7 @@ TEST(Redact, ReadsEveryFormOfAFile) {
   }
 }
 
-TEST(Redact, KeepsAHeaderTimeThatIsNone) {
+TEST(Redact, KeepsAHeaderTimeThatIsMalformed) {
   const std::string file =
       maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\ntimestamp=by jane\nuser-name=jane\n");
   const auto result = maker::open(redacted_file(file).bytes);
@@ -178,7 +178,7 @@ std::string survivor(const std::string& identifier, const std::string& file) {
   return inv::find_survivor(pseudonyms, *maker::open(file));
 }
 
-TEST(FindSurvivor, TellsTheLine) {
+TEST(FindSurvivor, NamesTheLine) {
   EXPECT_EQ(survivor("jane", file_with("model=x\nname=for Jane!\n")), "in line 9 of Snapshot");
   EXPECT_EQ(survivor("jane", file_with("*Soft:1=x\n~note=jane\n")), "in line 9 of Snapshot");
   EXPECT_EQ(survivor("jane", file_with("*usr-acc:jane=\n")), "in line 8 of Snapshot");

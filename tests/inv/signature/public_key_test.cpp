@@ -34,7 +34,7 @@ TEST(PublicKey, ReadsWhatSshKeygenWrites) {
   EXPECT_EQ(signing::base64(key->ed25519_bytes()), "OWGiT3eJUX7PgISJ+isqzsOSr/R9nsTYv214SE/n7kY=");
 }
 
-TEST(PublicKey, StandsBetweenAnyBlanks) {
+TEST(PublicKey, MayBeBetweenAnyBlanks) {
   const signing::Key key('1');
   const std::string encoded = key.line().substr(12);
   EXPECT_EQ(taken(" \tssh-ed25519 \t " + encoded + "\r\n"), "ssh-ed25519|\r\n");

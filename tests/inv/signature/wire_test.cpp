@@ -11,7 +11,7 @@ TEST(Wire, NumbersBeginWithTheMostSignificantByte) {
   EXPECT_FALSE(inv::WireReader("\x01\x02\x03"sv).take_number());
 }
 
-TEST(Wire, StringsStandBehindTheirLength) {
+TEST(Wire, StringsFollowTheirLength) {
   inv::WireReader reader("\0\0\0\3abc\0\0\0\0\0\0\0\2d"sv);
   EXPECT_EQ(reader.take_string(), "abc");
   EXPECT_FALSE(reader.at_end());
