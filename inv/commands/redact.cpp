@@ -24,7 +24,7 @@ std::string random_key() {
 }
 
 void warn_of_name(const Redaction& redaction, const std::string& path) {
-  if (redaction.pseudonyms.stands_in(path.substr(path.rfind('/') + 1))) {
+  if (redaction.pseudonyms.occurs_in(path.substr(path.rfind('/') + 1))) {
     complain(path, "the file's own name identifies the machine");
   }
 }

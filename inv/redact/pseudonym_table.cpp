@@ -62,7 +62,7 @@ void Pseudonyms::assign(Entry& entry, std::unordered_set<std::string>& taken) co
 bool Pseudonyms::is_free(const Entry& entry) const {
   return std::none_of(entry.spellings.begin(), entry.spellings.end(), [&](const std::string& spelling) {
     const std::string pseudonym = pseudonym_of(entry, spelling);
-    return knows(pseudonym) || stands_in(pseudonym);
+    return knows(pseudonym) || occurs_in(pseudonym);
   });
 }
 

@@ -27,7 +27,7 @@ class Pseudonyms {
 
   // Whether an identifier occurs in a text as a token (see TokenFinder). Those that cannot be distinguished
   // from ordinary text are not looked for: a single character, and fewer than six digits without a letter.
-  bool stands_in(std::string_view text) const { return finder_.find(text).has_value(); }
+  bool occurs_in(std::string_view text) const { return finder_.find(text).has_value(); }
 
   // The pseudonym of a whole identifier.
   std::string replace(std::string_view original) const;

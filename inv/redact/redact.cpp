@@ -62,7 +62,7 @@ std::string redacted(const OwnText& own, const Pseudonyms& pseudonyms) {
   for (const std::string_view identifier : whole_identifiers(own)) {
     const size_t start = static_cast<size_t>(identifier.data() - own.text.data());
     // What a path names may be the beginning of something longer, which is found as a token.
-    const bool is_found_later = !own.kind && pseudonyms.stands_in(identifier);
+    const bool is_found_later = !own.kind && pseudonyms.occurs_in(identifier);
     if (is_found_later || start < end) continue;
     append_up_to(start);
     text += pseudonyms.replace(identifier);
@@ -90,7 +90,7 @@ std::string redacted(const Document& document, const Pseudonyms& pseudonyms) {
 
 bool holds_identifier(const OwnText& own, const Pseudonyms& pseudonyms) {
   const std::vector<std::string_view> whole = whole_identifiers(own);
-  return pseudonyms.stands_in(own.text) ||
+  return pseudonyms.occurs_in(own.text) ||
          std::any_of(whole.begin(), whole.end(),
                      [&](std::string_view text) { return pseudonyms.knows(text); });
 }
@@ -149,7 +149,7 @@ std::vector<TreeText> redacted_trees(const Inventory& inventory, const Pseudonym
 std::string find_survivor(const Pseudonyms& pseudonyms, const Inventory& inventory) {
   for (const Section& section : inventory.container->sections) {
     for (const std::string& text : {section.timestamp, section.snaptype}) {
-      if (!is_scanner_word(text) && pseudonyms.stands_in(text)) return "in the header";
+      if (!is_scanner_word(text) && pseudonyms.occurs_in(text)) return "in the header";
     }
   }
   for (const Content& content : inventory.contents) {

@@ -20,7 +20,7 @@ class DamagedInput {
   std::optional<Tag> next_tag();
 
   // Whether a "<" comes right before that tag, as before a close tag whose slash was damaged.
-  bool behind_bracket() const { return behind_bracket_; }
+  bool after_bracket() const { return after_bracket_; }
 
   // After an open tag: the text up to its close tag, which is read as well. False when another tag or the end
   // comes first; the input then stays there. Entities are resolved where they are known, and invalid UTF-8 is
@@ -36,7 +36,7 @@ class DamagedInput {
   bool skip_section(std::string_view end);
 
   Cursor cursor_;
-  bool behind_bracket_ = false;
+  bool after_bracket_ = false;
 };
 
 }  // namespace plist

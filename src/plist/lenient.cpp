@@ -118,7 +118,7 @@ void LenientScanner::open_container(const Tag& tag) {
 // "</dict>" that became "<<dict>": a dictionary has no value without a key, and the profiler never puts an
 // array directly in an array.
 bool LenientScanner::is_damaged_close(const Tag& tag) const {
-  return input_.behind_bracket() && !has_key_ && !frames_.empty() && frames_.back() == tag.element;
+  return input_.after_bracket() && !has_key_ && !frames_.empty() && frames_.back() == tag.element;
 }
 
 // A close tag ends the innermost container of its kind and those in it that were not closed; one without such
