@@ -26,7 +26,7 @@ constexpr char kApplication[] =
     "<key>runtime_environment</key>\n<string>arch_x86</string>\n"
     "<key>version</key>\n<string>5.%d</string>\n</dict>\n";
 
-// What the profiler prints on a machine with so many applications.
+// What the profiler prints on a machine with this many applications.
 ProfilerOutput make_output(int applications) {
   std::string list = std::string(kPrologue) +
                      "<dict>\n<key>_dataType</key>\n<string>SPApplicationsDataType</string>\n"

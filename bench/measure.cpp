@@ -10,7 +10,7 @@
 namespace {
 
 // User and system time of a process that has ended but is still listed; wait4 would add that of its children.
-// None, 0, where the kernel does not tell.
+// 0 when the kernel does not say.
 long long own_nanoseconds(pid_t process) {
   const std::string path = "/proc/" + std::to_string(process) + "/schedstat";
   std::FILE* file = std::fopen(path.c_str(), "r");

@@ -1,6 +1,6 @@
-// What the Linux stand-in for CoreFoundation takes of a scan, which a Mac's own library does there: making
-// the objects of the profiler's document, and formatting its dates. Prints the nanoseconds of processor time
-// of each.
+// What the Linux stand-in for CoreFoundation costs in a scan, where a Mac has its own library: making the
+// objects of the profiler's document, and formatting its dates. Prints the nanoseconds of processor time of
+// each.
 //
 //     stand_in DOCUMENT
 #include <CoreFoundation/CoreFoundation.h>
@@ -25,8 +25,8 @@ long long nanoseconds() {
   return now.tv_sec * 1000000000LL + now.tv_nsec;
 }
 
-// Reads the list as the stand-in does, and makes nothing of it but the dates that a scan formats: one like
-// the date before it is not formatted again.
+// Reads the list as the stand-in does, and makes only the dates that a scan formats: one like the date before
+// it is not formatted again.
 struct Dates {
   void begin_array() {}
   void end_array() {}

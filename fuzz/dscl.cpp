@@ -9,8 +9,8 @@
 
 namespace {
 
-// What the shell makes of a text in double quotes; aborts where it would not end with the closing quote, or
-// would run something.
+// How the shell reads a text in double quotes; aborts where it would not end with the closing quote, or would
+// run something.
 std::string unquoted(const char* text) {
   std::string plain;
   if (*text++ != '"') std::abort();

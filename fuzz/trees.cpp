@@ -45,7 +45,7 @@ constexpr Collector kCollectors[] = {
 
 struct Line {
   char mark;
-  const char* element;  // none: the mark stands for a whole tag
+  const char* element;  // none: the mark is replaced by a whole tag
   const char* tag;
 };
 constexpr Line kLines[] = {
@@ -65,7 +65,7 @@ void append_escaped(std::string& list, std::string_view text) {
   }
 }
 
-// The name of a removable disk, behind whatever prefix, leads to diskutil.
+// The name of a removable disk, after any prefix, leads to diskutil.
 bool asks_a_command(std::string_view key) {
   constexpr std::string_view kName = "bsd_name";
   return key.size() >= kName.size() && key.substr(key.size() - kName.size()) == kName;

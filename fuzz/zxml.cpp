@@ -4,7 +4,7 @@
 #include "inv/file/zxml_parser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
-  // The mark is given, so that the search starts behind it.
+  // The mark is prepended, so that the search starts after it.
   const std::string text = std::string(kTextMark).append(reinterpret_cast<const char*>(bytes), size);
   inv::Fault fault;
   const std::optional<inv::Document> document = inv::parse_text(text, &fault);

@@ -1,8 +1,8 @@
 // `inv`: opens, checks, compares and shares inventory files.
+#include <cstdio>
 #include <new>
 
 #include "inv/commands/command.h"
-#include "inv/show/terminal.h"
 
 namespace {
 
@@ -30,13 +30,13 @@ int main(int argument_count, char** arguments) {
   app.require_subcommand(1);
   int status = inv::kDone;
   for (const auto add : kCommands) add(app, status);
-  // The library tells of help, of the version and of unusable arguments by throwing.
+  // The library reports help, version and unusable arguments by throwing.
   try {
     app.parse(argument_count, arguments);
   } catch (const CLI::ParseError& outcome) {
     return app.exit(outcome) == 0 ? inv::kDone : inv::kUnusable;
   } catch (const std::bad_alloc&) {
-    inv::complain("memory", "there is not enough of it");
+    std::fputs("inv: out of memory\n", stderr);
     return inv::kUnusable;
   }
   return status;

@@ -16,7 +16,7 @@
 namespace {
 
 void send_to_null(std::FILE* stream, const char* mode) {
-  // Without such a device the stream is closed, and as silent.
+  // Without that device the stream is closed, and just as silent.
   [[maybe_unused]] const std::FILE* reopened = std::freopen("/dev/null", mode, stream);
 }
 
@@ -26,14 +26,13 @@ void silence_console() {
   send_to_null(stderr, "w");
 }
 
-// A scan does not end because nobody reads what it prints: its result is the file. A function that does
-// nothing, since a signal that is ignored would be so in the tools too, where it ends those that print for
-// ever.
+// A scan does not end because nobody reads what it prints: its result is the file. A handler that does
+// nothing, since the tools would inherit an ignored signal, and it must end those that print for ever.
 void outlive_readers() {
   std::signal(SIGPIPE, [](int) {});
 }
 
-// The tools are not in the group that the terminal sends its signals to.
+// The tools are not in the process group that the terminal signals.
 void end_with_tools(int signal_number) {
   signal_running_command(signal_number);
   erase_progress();
@@ -43,7 +42,7 @@ void end_with_tools(int signal_number) {
 
 void handle_ends() {
   for (const int signal_number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-    // What the caller ignores, as nohup does, stays ignored.
+    // A signal that the caller ignores, as nohup does, stays ignored.
     if (std::signal(signal_number, end_with_tools) == SIG_IGN) std::signal(signal_number, SIG_IGN);
   }
 }
@@ -58,7 +57,7 @@ Answer ask() {
   return std::strcmp(word, "n") == 0 ? Answer::no : Answer::incorrect;
 }
 
-// True when the operator wants the scan; otherwise `status` is the program's.
+// True when the operator wants the scan; otherwise `status` is the exit status.
 bool confirm(int& status) {
   switch (ask()) {
     case Answer::yes:
@@ -90,7 +89,7 @@ int main(int count, char** arguments) {
   } else if (!confirm(status)) {
     return status;
   }
-  // A log tells enough, and all that the tools complain of.
+  // A log says enough, and keeps what the tools complain about.
   show_progress(!options.silent && !options.log && isatty(STDERR_FILENO));
   ScanContext context;
   context.log_enabled = options.log ? 1 : 0;

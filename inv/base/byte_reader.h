@@ -1,4 +1,4 @@
-// Numbers as they stand in files.
+// Numbers as files store them.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,7 @@ inline std::optional<uint64_t> parse_decimal(std::string_view digits) {
   return number;
 }
 
-// Whether `length` bytes from `offset` on lie within `size` bytes.
+// Whether `length` bytes from `offset` on are within `size` bytes.
 inline bool fits(uint64_t offset, uint64_t length, uint64_t size) {
   return length <= size && offset <= size - length;
 }

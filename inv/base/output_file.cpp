@@ -10,14 +10,14 @@
 namespace inv {
 namespace {
 
-// Where the file lies that a path leads to through links; the path itself when there is none yet.
-std::string behind_links(const std::string& path) {
+// The file that a path leads to through links; the path itself when there is none yet.
+std::string resolve_links(const std::string& path) {
   char resolved[PATH_MAX];
   return realpath(path.c_str(), resolved) ? resolved : path;
 }
 
-// Such as a device. (Or a folder, which then cannot be opened.)
-bool is_no_file(const std::string& path) {
+// A device, for example. (Or a folder, which then cannot be opened.)
+bool is_not_a_file(const std::string& path) {
   struct stat status;
   return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
@@ -27,10 +27,10 @@ bool is_no_file(const std::string& path) {
 OutputFile::OutputFile(const std::string& path) : path_(path) {
   if (path == "-") {
     stream_ = stdout;
-  } else if (is_no_file(path)) {
+  } else if (is_not_a_file(path)) {
     stream_ = std::fopen(path.c_str(), "wb");
   } else {
-    path_ = behind_links(path);
+    path_ = resolve_links(path);
     temporary_path_ = path_ + "." + std::to_string(getpid()) + ".part";
     stream_ = std::fopen(temporary_path_.c_str(), "wb");
   }

@@ -8,8 +8,8 @@
 namespace inv {
 
 // Writes beside its target and takes its place at the end; what is not committed is removed. A link stays and
-// the file that it leads to is replaced. "-" is standard output. What is no file, such as a device or a pipe,
-// is written to as it is.
+// the file that it leads to is replaced. "-" is standard output. Anything else, such as a device or a pipe,
+// is written to directly.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path);
@@ -17,7 +17,7 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
   ~OutputFile();
 
-  // None, with the reason in errno, when it cannot be made.
+  // None, with the reason in errno, when it cannot be created.
   std::FILE* stream() { return stream_; }
   // Closes the file and puts it in place. False, with the reason in errno, when anything of it could not be
   // written.
@@ -29,7 +29,7 @@ class OutputFile {
   std::FILE* stream_;
 };
 
-// Writes a whole file so. False, with the reason in errno, when it could not be written.
+// Writes a whole file this way. False, with the reason in errno, when it could not be written.
 [[nodiscard]] bool write_file(const std::string& path, std::string_view content);
 
 }  // namespace inv

@@ -1,4 +1,4 @@
-// Text from files, made fit for where it is shown.
+// Text from files, made fit for the place where it is shown.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace inv {
 
-// What stands for bytes that are not UTF-8.
+// What replaces bytes that are not UTF-8.
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 bool is_utf8(std::string_view text);
@@ -15,17 +15,17 @@ bool is_utf8(std::string_view text);
 std::string to_utf8(std::string_view text);
 
 // For a terminal: valid UTF-8 without anything that would move the cursor, change colours or turn the writing
-// direction. Such characters become U+FFFD; a carriage return, which stands for a line end, becomes U+21B5.
+// direction. Such characters become U+FFFD; a carriage return, which means a line end, becomes U+21B5.
 std::string printable(std::string_view text);
 
 // How many columns of a terminal a valid text takes: none for a combining accent, two for wide East Asian
 // characters and pictures.
 size_t columns(std::string_view text);
 
-// The text shortened to so many columns, an ellipsis at its end when something is missing.
+// The text shortened to this many columns, with an ellipsis at its end when something is missing.
 std::string shorten(std::string_view text, size_t most_columns);
 
-// The text followed, or preceded, by blanks up to so many columns.
+// The text padded with blanks, after or before it, to this many columns.
 std::string pad_right(std::string text, size_t width);
 std::string pad_left(std::string text, size_t width);
 

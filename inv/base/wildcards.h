@@ -1,4 +1,4 @@
-// Patterns: texts in which some characters stand for others.
+// Patterns: texts in which some characters match others.
 #pragma once
 
 #include <string_view>
@@ -6,7 +6,7 @@
 namespace inv {
 
 enum class Wildcards {
-  star,           // "*" stands for any text, the empty one included
+  star,           // "*" matches any text, the empty one included
   star_and_mark,  // "?" as well, for any one byte
 };
 

@@ -19,7 +19,7 @@ CLI::App& add_command(CLI::App& app, const char* name, const char* summary, cons
 void add_max_size(CLI::App& command, uint64_t& max_size) {
   command
       .add_option("--max-size", max_size,
-                  "Refuse sections that together are more than this, inflated; such as 100mb (1gb)")
+                  "Refuse a file whose sections inflate to more than this, such as 100mb (1gb)")
       ->transform(CLI::AsSizeValue(false).description(""))
       ->type_name("SIZE")
       ->check(CLI::Range(uint64_t{1}, uint64_t{1} << 40).description(""));

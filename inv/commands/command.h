@@ -29,16 +29,16 @@ CLI::App& add_command(CLI::App& app, const char* name, const char* summary, cons
 void add_max_size(CLI::App& command, uint64_t& max_size);
 
 // Opens a file and complains of what is wrong with it. None, and status kUnusable, when it cannot be read as
-// an inventory at all; status kNo, unless it is worse already, when a part is damaged.
+// an inventory at all; status kNo, unless it is already worse, when a part is damaged.
 std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t max_size, int& status);
 
 // The worse of two statuses.
 inline int worse(int one, int other) { return one > other ? one : other; }
 
-// A complaint that an output could not be written, "-" for standard output, with the reason in errno.
+// Complains that an output could not be written ("-" is standard output), with the reason in errno.
 // kUnusable.
 int complain_of_output(const std::string& path);
-// kDone, or kUnusable after a complaint, according to whether standard output could be written.
+// kDone, or kUnusable after a complaint when standard output could not be written.
 int print_result(const std::string& text);
 // The same for a file that appears whole or not at all; "-" is standard output.
 int write_result(const std::string& path, const std::string& content);

@@ -21,7 +21,7 @@ int run(const Options& options) {
       open_for_command(options.new_file, options.max_size, status);
   if (!old_inventory || !new_inventory) return status;
   if (machine_identity(*old_inventory) != machine_identity(*new_inventory)) {
-    complain("diff", "these are two machines: " + machine_identity(*old_inventory) + " and " +
+    complain("diff", "these are two different machines: " + machine_identity(*old_inventory) + " and " +
                          machine_identity(*new_inventory));
   }
   const std::vector<Change> changes =
@@ -49,8 +49,8 @@ void add_diff(CLI::App& app, int& status) {
   CLI::App& command = add_command(app, "diff", "Compare two scans; status 1 when they differ", kExamples);
   command.add_option("OLD", options->old_file, "The earlier inventory file")->required();
   command.add_option("NEW", options->new_file, "The later inventory file")->required();
-  command.add_flag("--all", options->all, "Also what changes in every scan");
-  command.add_flag("--json", options->json, "As an array of objects");
+  command.add_flag("--all", options->all, "Include what changes in every scan");
+  command.add_flag("--json", options->json, "Print an array of objects");
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -52,9 +52,9 @@ constexpr char kExamples[] =
 void add_get(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command =
-      add_command(app, "get", "Print bare values; status 1 when a path names none", kExamples);
+      add_command(app, "get", "Print bare values; status 1 when a path matches none", kExamples);
   command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
-  command.add_option("PATH", options->paths, "What to print; * stands for any text within a segment")
+  command.add_option("PATH", options->paths, "What to print; * matches any text within a segment")
       ->required();
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

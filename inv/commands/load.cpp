@@ -5,7 +5,7 @@
 namespace inv {
 namespace {
 
-// So many files are one transaction: enough that writing to the disk takes little of the time, few enough
+// This many files are one transaction: enough that writing to the disk takes little of the time, few enough
 // that an interrupted run has kept most of what it did.
 constexpr size_t kBatch = 500;
 
@@ -43,7 +43,7 @@ class Progress {
   Terminal terminal_;
 };
 
-// False when the database cannot be written to; a file that cannot be loaded is told of and left out.
+// False when the database cannot be written to; a file that cannot be loaded is reported and left out.
 bool load_file(const std::string& path, const Options& options, const SignatureCheck& signatures,
                Database& database, int& status) {
   const std::unique_ptr<Inventory> inventory = open_for_command(path, options.max_size, status);
@@ -83,7 +83,7 @@ constexpr char kExamples[] =
 void add_load(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "load", "Load files into an SQLite database", kExamples);
-  command.add_option("DATABASE", options->database, "The database; made if missing")->required();
+  command.add_option("DATABASE", options->database, "The database; created if missing")->required();
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);

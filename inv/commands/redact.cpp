@@ -15,7 +15,7 @@ struct Options {
   uint64_t max_size = kUsualMaxSize;
 };
 
-// Empty when this machine gives no random numbers.
+// Empty when the machine provides no random numbers.
 std::string random_key() {
   if (sodium_init() < 0) return std::string();
   std::string key(32, '\0');
@@ -24,15 +24,15 @@ std::string random_key() {
 }
 
 void warn_of_name(const Redaction& redaction, const std::string& path) {
-  if (redaction.pseudonyms.stands_in(path.substr(path.rfind('/') + 1))) {
-    complain(path, "the file's own name tells whose machine it is");
+  if (redaction.pseudonyms.occurs_in(path.substr(path.rfind('/') + 1))) {
+    complain(path, "the file's own name identifies the machine");
   }
 }
 
 int run(Options& options) {
   if (options.redact.key.empty()) options.redact.key = random_key();
   if (options.redact.key.empty()) {
-    complain("random key", "this machine gives none");
+    complain("redact", "no random numbers are available for a key");
     return kUnusable;
   }
   int status = kDone;
@@ -47,7 +47,7 @@ int run(Options& options) {
   if (written != kDone || options.output == "-") return written;
   warn_of_name(redaction, options.output);
   return print_result(options.output + ": " + std::to_string(redaction.pseudonyms.count()) +
-                      " names, numbers and addresses replaced; none of them is left\n");
+                      " names, numbers and addresses replaced; none is left\n");
 }
 
 constexpr char kExamples[] =
@@ -59,7 +59,8 @@ constexpr char kExamples[] =
 
 void add_redact(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
-  CLI::App& command = add_command(app, "redact", "Replace what tells whose machine it is", kExamples);
+  CLI::App& command =
+      add_command(app, "redact", "Replace what identifies a machine and its people", kExamples);
   command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
   command.add_option("-o,--output", options->output, "The file to write; - is standard output")
       ->required()
@@ -67,7 +68,7 @@ void add_redact(CLI::App& app, int& status) {
   command.add_option("--key", options->redact.key, "What the pseudonyms depend on (a random key)")
       ->type_name("TEXT")
       ->check([](const std::string& key) { return key.empty() ? "a key cannot be empty" : ""; });
-  command.add_flag("--drop-opaque", options->redact.drop_opaque, "Leave out sections that are no trees");
+  command.add_flag("--drop-opaque", options->redact.drop_opaque, "Leave out sections that are not trees");
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

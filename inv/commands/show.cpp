@@ -66,13 +66,13 @@ void add_show(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "show", "Show the tree, or a part of it, with its paths", kExamples);
   command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
-  command.add_option("PATH", options->paths, "What to show; * stands for any text within a segment");
+  command.add_option("PATH", options->paths, "What to show; * matches any text within a segment");
   command.add_option("--section", options->sections, "Which trees to show: snapshot, asset (both)")
       ->delimiter(',')
       ->allow_extra_args(false)  // what follows is a path
       ->type_name("NAME")
       ->check(CLI::IsMember({"snapshot", "asset"}));
-  command.add_option("--depth", options->depth, "Show so many levels of tags")->type_name("N");
+  command.add_option("--depth", options->depth, "Show only this many levels of tags")->type_name("N");
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -24,7 +24,7 @@ void complain_of_line(const std::string& path, const LineFault& fault) {
   complain(path, "line " + std::to_string(fault.line) + ": " + fault.message);
 }
 
-// A signature has one file, and standard input no file beside it.
+// A signature belongs to one file, and standard input has no file beside it.
 bool names_signatures(const SignatureOptions& options, const std::vector<std::string>& files) {
   if (!options.signature.empty()) {
     return files.size() == 1 ||

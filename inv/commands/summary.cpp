@@ -39,7 +39,7 @@ constexpr char kExamples[] =
 void add_summary(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command =
-      add_command(app, "summary", "Say what a machine is: one screen, or a line each", kExamples);
+      add_command(app, "summary", "Summarise machines: one screen, or a line each", kExamples);
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);

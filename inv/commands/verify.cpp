@@ -26,7 +26,7 @@ std::string verdict_line(const Verdict& verdict, const Terminal& terminal) {
   return line;
 }
 
-// What is said of the signature, behind the verdict of the file itself.
+// What is said about the signature, after the verdict on the file itself.
 std::string signature_text(const SignatureVerdict& signature, const Terminal& terminal) {
   if (signature.refusal.empty()) return ", signed by " + printable(signature.signer);
   return "; " + terminal.red("signature refused") + ": " + printable(signature.refusal);
@@ -75,8 +75,7 @@ constexpr char kExamples[] =
 
 void add_verify(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
-  CLI::App& command =
-      add_command(app, "verify", "Say whether a console can import files, and where not", kExamples);
+  CLI::App& command = add_command(app, "verify", "Check whether a console can import files", kExamples);
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   command.add_flag("-q,--quiet", options->quiet, "Only the exit status");
   add_signature_options(command, options->signature);

@@ -34,7 +34,7 @@ std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_in
 // "added", "removed" or "changed".
 const char* kind_text(Change::Kind kind);
 
-// For people: a line a change.
+// For people: one line per change.
 std::string describe(const Change& change, const Terminal& terminal);
 // As an array of objects.
 std::string changes_json(const std::vector<Change>& changes);

@@ -17,7 +17,7 @@ constexpr int kPatience = 10'000;
 // The index over all paths is written to all over: 64 MiB of it stay in memory.
 constexpr char kCache[] = "PRAGMA cache_size = -65536";
 
-// Of some names SQLite makes no file: of none, of ":memory:" and of such as begin with "file:". What is
+// SQLite creates no file for some names: the empty one, ":memory:" and those that begin with "file:". What is
 // loaded there would be lost.
 std::string file_name(const std::string& path) { return path.substr(0, 1) == "/" ? path : "./" + path; }
 
@@ -60,7 +60,7 @@ bool Database::check_version() {
   const int found = sqlite3_column_int(version.get(), 0);
   const bool empty = sqlite3_column_int(tables.get(), 0) == 0;
   if (found == kSchemaVersion || (found == 0 && empty)) return true;
-  error_ = "is a database of something else, or of another version of inv";
+  error_ = "is a database of another program, or of another version of inv";
   return false;
 }
 

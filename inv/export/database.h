@@ -11,7 +11,7 @@ struct sqlite3_stmt;
 
 namespace inv {
 
-// Every operation that fails gives false and leaves the reason, a clause, in error().
+// Every operation that fails returns false and leaves the reason, a clause, in error().
 class Database {
  public:
   Database() = default;
@@ -19,7 +19,7 @@ class Database {
   Database& operator=(const Database&) = delete;
   ~Database();
 
-  // Opens the file, which is made when it is missing. A database of something else is refused.
+  // Opens the file, or creates it when it is missing. A database of another program is refused.
   bool open(const std::string& path);
 
   bool begin();
@@ -39,7 +39,7 @@ class Database {
   bool check_version();
   bool run(const char* sql);
   bool prepare(const char* sql, Statement& statement);
-  // Runs a prepared statement that gives no rows, and makes it ready to run again.
+  // Runs a prepared statement that returns no rows, and makes it ready to run again.
   bool step(const Statement& statement);
   bool add_fact(int64_t machine, int64_t position, const struct Fact& fact);
   bool fail();

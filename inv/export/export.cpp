@@ -32,7 +32,7 @@ Json json_element(Element element) {
   return object;
 }
 
-// An object left open behind one more member, a list that is left open too.
+// An object left open after one more member, a list that is left open too.
 std::string with_open_list(const Json& object, const std::string& name) {
   std::string text = object.dump();
   text.pop_back();
@@ -104,7 +104,7 @@ void Exporter::add_json(const Inventory& inventory) {
 
 // Piece by piece, so that no tree of objects has to fit into memory beside the document.
 void Exporter::add_json_tree(Element top) {
-  uint32_t open = 0;  // elements whose list of children is not ended
+  uint32_t open = 0;  // elements whose list of children is still open
   const auto close_to = [&](uint32_t depth) {
     for (; open > depth; --open) write("]}");
   };

@@ -1,5 +1,5 @@
-// An inventory in the forms that other programs read. docs/inv-tool.md tells the schema; it does not change
-// but by additions.
+// An inventory in the forms that other programs read. docs/inv-tool.md describes the schema; it does not
+// change but by additions.
 #pragma once
 
 #include <cstdio>
@@ -12,7 +12,7 @@ namespace inv {
 enum class ExportFormat { json, ndjson, csv, zxml };
 
 // Writes file after file to a stream: JSON as one array with an object for each file, an element a line;
-// NDJSON and CSV with a line for each fact; zxml as the texts of the trees, one behind the other. Bytes that
+// NDJSON and CSV with a line for each fact; zxml as the texts of the trees, one after the other. Bytes that
 // are not UTF-8 become U+FFFD, but in zxml, which is the text itself.
 class Exporter {
  public:

@@ -91,11 +91,11 @@ std::vector<UnpackedFile> unpack(const Inventory& inventory) {
 
 bool write_folder(const std::string& folder, const std::vector<UnpackedFile>& files, std::string* error) {
   if (!make_folder(folder)) {
-    *error = std::string("cannot be made: ") + std::strerror(errno);
+    *error = std::string("cannot be created: ") + std::strerror(errno);
     return false;
   }
   if (!is_empty_folder(folder)) {
-    *error = "is no empty folder";
+    *error = "is not an empty folder";
     return false;
   }
   for (const UnpackedFile& file : files) {

@@ -24,7 +24,8 @@ struct UnpackedFile {
 //   tools/NAME.txt            and from an extended one the further data types, and the output of each tool
 std::vector<UnpackedFile> unpack(const Inventory& inventory);
 
-// Writes them. The folder is made if it is missing and must be empty. False, with a clause about the reason.
+// Writes them. The folder is created if it is missing, and must be empty. False, with a clause about the
+// reason.
 bool write_folder(const std::string& folder, const std::vector<UnpackedFile>& files, std::string* error);
 
 }  // namespace inv

@@ -36,7 +36,7 @@ const CatalogueFact* find_fact_below(const CatalogueFact* fact, std::string_view
 }
 
 const CatalogueFact* find_fact(Element element) {
-  // A file from outside may nest tags far deeper than any fact, and each would be climbed from.
+  // A foreign file may nest tags far deeper than any fact, and each would be climbed from.
   if (!element || element.depth() > kCatalogueDepth) return nullptr;
   const Element above = element.parent();
   return find_fact_below(above ? find_fact(above) : kCatalogue, element.name());

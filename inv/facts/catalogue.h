@@ -9,16 +9,16 @@
 
 namespace inv {
 
-// What the identifiers in a value look like, when the value tells whose machine it is.
+// What the identifiers in a value look like, when the value reveals whose machine it is.
 enum class IdentifierKind {
   text,          // a name, a UUID, a command line: the whole value is one
   serial,        // a serial number
-  number,        // a serial number as an integer; 0 is none
+  number,        // a serial number as an integer; 0 means none
   account,       // names of accounts, blanks between them; the system's own belong to nobody
   account_id,    // of a user or a group; those that every Mac counts from 0 on belong to nobody
   addresses,     // IP addresses, or host names, with commas between them
   uri,           // what follows the scheme
-  network_name,  // of a network service; those that the system gives belong to nobody
+  network_name,  // of a network service; those that the system chooses belong to nobody
 };
 
 struct CatalogueFact {
@@ -36,7 +36,7 @@ extern const CatalogueFact kCatalogue[];
 // Of the deepest tag in it; a tree's top element has 0.
 extern const uint32_t kCatalogueDepth;
 
-// What the catalogue knows of a tag; null when it stands where the scanner writes no such tag.
+// What the catalogue knows about a tag; null when the scanner writes no tag like it.
 const CatalogueFact* find_fact(Element element);
 // The same of what is named `name` below a fact, an attribute or a tag; null when the fact is. Names count up
 // to their colon.

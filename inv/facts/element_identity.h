@@ -1,5 +1,5 @@
 // What makes an element of one scan the same thing as an element of another: its number in the file is only
-// where it happened to stand.
+// where it happened to be.
 #pragma once
 
 #include <string>

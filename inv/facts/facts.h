@@ -17,7 +17,7 @@ struct Fact {
   std::string_view name;     // the last segment of its path
   std::string_view value;
   std::string_view unit;        // of the value; empty for texts and plain numbers
-  std::string_view base_value;  // the exact value that a rounded one stands for: bytes for sizes, else empty
+  std::string_view base_value;  // the exact value behind a rounded one: bytes for sizes, else empty
 };
 
 // The unit of an attribute of a tag, which the catalogue knows or not: what the file says, else what the
@@ -25,7 +25,7 @@ struct Fact {
 std::string_view unit_of(const CatalogueFact* tag, const Attribute& attribute);
 
 // Whether a tag or an attribute is a fact by itself. A tag without a value only holds others; an attribute
-// that is marked "complex" stands for the tag of the same name, which holds its members.
+// marked "complex" represents the tag of the same name, which holds its members.
 inline bool is_fact(Element element) { return !element.value().empty(); }
 inline bool is_fact(const Attribute& attribute) {
   return !attribute.has("complex") || !attribute.value.empty();

@@ -106,7 +106,7 @@ void read_counts(Element top, Overview& overview) {
   overview.usb_devices = top.child("Peripherals").child("USB").child_count();
 }
 
-// What a file without a Snapshot, or with a damaged one, still tells.
+// What a file without a Snapshot, or with a damaged one, still says.
 void fill_from_asset(Element asset, Overview& overview) {
   const Element control = asset.child("control");
   const auto fill = [](std::string& field, std::string_view value) {

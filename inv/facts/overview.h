@@ -61,7 +61,7 @@ struct Overview {
   std::string architecture;
   std::string uptime;  // "2 days 3:04:05"
   std::string timestamp;
-  std::string signed_by;  // only who has checked a signature knows it
+  std::string signed_by;  // known only to callers that have checked a signature
   std::string user;
   std::string processor;
   uint64_t packages = 0;
@@ -84,9 +84,9 @@ struct Overview {
 
 Overview overview_of(const Inventory& inventory);
 
-// "20120118153045.000000+120" as "2012-01-18 15:30:45 +02:00"; anything else as it is.
+// "20120118153045.000000+120" as "2012-01-18 15:30:45 +02:00"; anything else unchanged.
 std::string readable_time(const std::string& timestamp);
-// "00000002030405.000000:000" as "2 days 3:04:05"; anything else as it is.
+// "00000002030405.000000:000" as "2 days 3:04:05"; anything else unchanged.
 std::string readable_uptime(std::string_view uptime);
 // Megabytes of memory, where a gigabyte has 1024 of them: "8 GB".
 std::string readable_memory(uint64_t megabytes);

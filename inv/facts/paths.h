@@ -1,6 +1,6 @@
 // Slash paths as the reader's user writes them: "/Software/Soft:1/version" in the Snapshot,
 // "AssetInfo/control/os-name" in another tree, which is named first. The last segment names an attribute or a
-// tag; "*" in a segment stands for any text within that segment.
+// tag; "*" in a segment matches any text within that segment.
 #pragma once
 
 #include <string>

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "inv/base/byte_reader.h"
+#include "inv/base/utf8.h"
 #include "inv/file/inflate.h"
 #include "zxml/container.h"
 
@@ -12,6 +13,8 @@ namespace {
 
 // Room for some ten thousand entries, where files have two or three.
 constexpr uint64_t kLargestHeader = 1 << 20;
+// In a message, in columns.
+constexpr size_t kLongestQuote = 40;
 
 struct KindRow {
   std::string_view type;
@@ -44,16 +47,17 @@ bool read_trailer(std::string_view file, Container& container, Faults& faults) {
   if (trailer.substr(kMagicPlace) != kMagic)
     return fail("the magic \"INV!\" is missing", start + kMagicPlace);
   if (static_cast<unsigned char>(trailer[kVersionPlace]) != kTrailerVersion)
-    return fail("the trailer's byte 3 is missing", start + kVersionPlace);
+    return fail("the trailer's version is not 3", start + kVersionPlace);
   const unsigned char compressed = static_cast<unsigned char>(trailer[kHeaderFormPlace]);
-  if (compressed > 1) return fail("the trailer says neither plain nor compressed", start + kHeaderFormPlace);
+  if (compressed > 1)
+    return fail("the trailer marks the header neither plain nor compressed", start + kHeaderFormPlace);
   container.header_compressed = compressed == 1;
 
   // A file would have to be larger than 2^32 bytes for its header's offset to make sense in both orders.
   const std::string_view offset = trailer.substr(0, kHeaderOffsetSize);
   container.big_endian = read_number(offset, true) <= start;
   container.header_offset = read_number(offset, container.big_endian);
-  if (container.header_offset > start) return fail("the header's offset is beyond the file", start);
+  if (container.header_offset > start) return fail("the header's offset is past the end of the file", start);
   container.header_size = start - container.header_offset;
   return true;
 }
@@ -63,7 +67,7 @@ bool read_header_text(std::string_view file, Container& container, Faults& fault
       file.substr(static_cast<size_t>(container.header_offset), static_cast<size_t>(container.header_size));
   if (!container.header_compressed) {
     if (stored.size() > kLargestHeader) {
-      faults.push_back({"the header is larger than any header is", container.header_offset});
+      faults.push_back({"the header is too large", container.header_offset});
       return false;
     }
     container.header_text = stored;
@@ -71,7 +75,7 @@ bool read_header_text(std::string_view file, Container& container, Faults& fault
   }
   Inflated inflated = inflate_stream(stored, kLargestHeader);
   if (inflated.error.empty() && inflated.consumed < stored.size())
-    inflated.error = "bytes follow its zlib stream";
+    inflated.error = "there are bytes after its zlib stream";
   if (!inflated.error.empty()) {
     faults.push_back(
         {"the header cannot be read: " + inflated.error, container.header_offset + inflated.consumed});
@@ -81,8 +85,8 @@ bool read_header_text(std::string_view file, Container& container, Faults& fault
   return true;
 }
 
-// The header's lines, entry by entry. A fault in it stands at the byte of the file when the header is plain
-// text, else at the header's first byte.
+// The header's lines, entry by entry. A fault in it has the byte of the file when the header is plain text,
+// else the header's first byte.
 class HeaderParser {
  public:
   HeaderParser(Container& container, Faults& faults) : container_(container), faults_(faults) {}
@@ -93,7 +97,7 @@ class HeaderParser {
     while (!rest.empty()) {
       position_ = container_.header_text.size() - rest.size();
       const std::optional<std::string_view> line = take_line(rest);
-      if (!line) return fail("the header's last line is not ended");
+      if (!line) return fail("the header's last line has no line end");
       if (!read_line(*line)) return false;
     }
     if (!has_count_) return fail("the header has no count");
@@ -106,7 +110,7 @@ class HeaderParser {
       return begin_entry(line.substr(1, line.size() - 2));
     }
     const size_t equals = line.find('=');
-    if (equals == std::string_view::npos) return fail("a line of the header has no \"=\"");
+    if (equals == std::string_view::npos) return fail("a header line has no \"=\"");
     const std::string_view key = line.substr(0, equals);
     const std::string_view value = line.substr(equals + 1);
     return container_.sections.empty() ? read_head_value(key, value) : read_entry_value(key, value);
@@ -143,7 +147,7 @@ class HeaderParser {
     Section section;
     if (!read_decimal(number, section.number)) return false;
     if (!container_.sections.empty() && section.number <= container_.sections.back().number) {
-      return fail("the header's entries are not in order");
+      return fail("the header's entries are out of order");
     }
     section.kind = Section::Kind::other;
     container_.sections.push_back(std::move(section));
@@ -154,22 +158,23 @@ class HeaderParser {
   // At the end of each entry.
   bool check_entry() {
     if (container_.sections.empty()) return true;
-    if (!has_offset_ || !has_length_) return fail("an entry of the header lacks its offset or length");
+    if (!has_offset_ || !has_length_) return fail("a header entry has no offset or no length");
     Section& section = container_.sections.back();
     section.kind = kind_of(section.type);
-    if (section.number >= container_.count) return fail("the header has more entries than it counts");
+    if (section.number >= container_.count) return fail("the header has more entries than its count says");
     return true;
   }
 
   bool read_decimal(std::string_view digits, uint64_t& number) {
     const std::optional<uint64_t> parsed = parse_decimal(digits);
-    if (!parsed) return fail("a number of the header is none");
+    if (!parsed) return fail("header: \"" + shorten(digits, kLongestQuote) + "\" is not a number");
     number = *parsed;
     return true;
   }
 
-  bool fail(const char* message) {
-    faults_.push_back({message, container_.header_offset + (container_.header_compressed ? 0 : position_)});
+  bool fail(std::string message) {
+    faults_.push_back(
+        {std::move(message), container_.header_offset + (container_.header_compressed ? 0 : position_)});
     return false;
   }
 
@@ -195,7 +200,7 @@ void locate_data(std::string_view file, const Container& container, Section& sec
   }
 }
 
-// Sections lie back to back in the order of their numbers; a number that the header skips leaves room for
+// Sections are back to back in the order of their numbers; a number that the header skips leaves room for
 // bytes of its own.
 void add_unlisted_sections(std::string_view file, Container& container, Faults& faults) {
   std::vector<Section> all;
@@ -211,7 +216,7 @@ void add_unlisted_sections(std::string_view file, Container& container, Faults& 
       all.push_back(std::move(gap));
     } else if (offset != end) {
       faults.push_back(
-          {offset > end ? "bytes belong to no section" : "sections overlap", std::min(end, offset)});
+          {offset > end ? "bytes are outside every section" : "sections overlap", std::min(end, offset)});
     }
     end = offset;
     next_number = number;

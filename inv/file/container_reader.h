@@ -1,5 +1,5 @@
 // The .inv container as it is read: from the end of the file to its header, from there to the sections.
-// docs/inv-format.md tells it byte by byte.
+// docs/inv-format.md describes it byte by byte.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ struct Section {
     asset_info,
     raw_data,
     other,     // listed with a type that this reader does not know
-    unlisted,  // bytes between the others: the console knows no header entry for such kinds
+    unlisted,  // bytes between the others, of a kind that gets no header entry
   };
 
   Kind kind = Kind::unlisted;

@@ -1,4 +1,4 @@
-// The .inv container as the scanner writes it, made of texts that are ready. docs/inv-format.md tells it byte
+// The .inv container as the scanner writes it, made of finished texts. docs/inv-format.md describes it byte
 // by byte.
 #pragma once
 

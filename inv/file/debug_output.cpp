@@ -5,7 +5,7 @@
 namespace inv {
 namespace {
 
-// 172 bytes before the dictionary and 18 behind it: the scanner cuts them off by their lengths.
+// 172 bytes before the dictionary and 18 after it: the scanner cuts them off by their lengths.
 constexpr std::string_view kPrologue =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
@@ -28,7 +28,7 @@ class TagWalker {
  public:
   explicit TagWalker(std::string_view text) : text_(text) {}
 
-  // False behind the last tag.
+  // False after the last tag.
   bool next() {
     for (;;) {
       start_ = text_.find('<', end_);
@@ -41,9 +41,9 @@ class TagWalker {
     }
   }
 
-  // "dict", "/dict" or "array/", as it stands between the angle brackets.
+  // "dict", "/dict" or "array/": what is between the angle brackets.
   std::string_view tag() const { return text_.substr(start_ + 1, end_ - start_ - 2); }
-  // The text behind the tag, up to the next one.
+  // The text after the tag, up to the next one.
   std::string_view content() const { return text_.substr(end_, text_.find('<', end_) - end_); }
   size_t start() const { return start_; }
   size_t end() const { return end_; }
@@ -60,7 +60,7 @@ class TagWalker {
   size_t end_ = 0;
 };
 
-// From the start of the line, when only blanks stand before the tag, to the end of the line behind it.
+// From the start of the line, when only blanks come before the tag, to the end of the line after it.
 std::string_view with_line(std::string_view text, size_t start, size_t end) {
   size_t first = start;
   while (first > 0 && (text[first - 1] == ' ' || text[first - 1] == '\t')) --first;
@@ -91,7 +91,7 @@ std::vector<DataType> split_profiler_output(std::string_view output) {
     } else if (depth == 2 && tag == "string" && key_seen) {
       name = walker.content();
     }
-    // The key's own closing tag stands between the key and its value.
+    // The key's own closing tag comes between the key and its value.
     if (tag != "/key") key_seen = depth == 2 && tag == "key" && walker.content() == kTypeKey;
   }
   return types;

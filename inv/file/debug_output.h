@@ -14,7 +14,7 @@ struct DataType {
 };
 
 // The dictionaries of the outermost array that say which data type they are, in order. Nothing is checked
-// beyond the tags that lead there: an output that no parser accepts is cut all the same.
+// beyond the tags that lead there: an output that no parser accepts is split all the same.
 std::vector<DataType> split_profiler_output(std::string_view output);
 
 // What the profiler prints for this data type alone: the dictionary in the frame of every such output.

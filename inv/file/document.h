@@ -1,9 +1,9 @@
-// A section's tree as it is read: the text itself, and where in it everything stands. The tags lie in one
-// array in the order of the text, so opening a large inventory costs four allocations and walking it is a
-// loop. (The scanner's Tag is made for writing by path: a node of it is half a dozen allocations, and its
-// texts end at the first NUL.)
+// A section's tree as it is read: the text itself, and where everything is in it. The tags are in one array
+// in the order of the text, so opening a large inventory costs four allocations and walking it is a loop.
+// (The scanner's Tag is made for writing by path: a node of it is half a dozen allocations, and its texts end
+// at the first NUL.)
 //
-// Looking for what is not there gives an empty answer, so lookups chain:
+// Looking up what is not there gives an empty answer, so lookups chain:
 //   document.top().child("System").child("Chassis").text("serial")
 #pragma once
 
@@ -31,7 +31,7 @@ struct Annotation {
   std::string_view text;
 };
 
-// The text of the first annotation with this key; none when there is no such one.
+// The text of the first annotation with this key; none when there is no match.
 const std::string_view* find_annotation(const Range<Annotation>& annotations, std::string_view key);
 
 struct Attribute {

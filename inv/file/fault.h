@@ -1,4 +1,4 @@
-// What is wrong with a file, told so that somebody can find the place.
+// What is wrong with a file, and where.
 #pragma once
 
 #include <cstdint>

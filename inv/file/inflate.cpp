@@ -30,9 +30,9 @@ class Inflater {
 };
 
 std::string reason(int status, const z_stream& stream) {
-  if (status == Z_NEED_DICT) return "the zlib stream asks for a dictionary";
+  if (status == Z_NEED_DICT) return "the zlib stream needs a preset dictionary";
   if (stream.msg) return std::string("the zlib stream is damaged (") + stream.msg + ")";
-  return "the zlib stream breaks off";
+  return "the zlib stream is cut short";
 }
 
 }  // namespace
@@ -41,14 +41,14 @@ Inflated inflate_stream(std::string_view input, uint64_t limit) {
   Inflated result;
   Inflater inflater;
   if (!inflater.ready()) {
-    result.error = "zlib cannot be started";
+    result.error = "zlib cannot be initialised";
     return result;
   }
   z_stream& stream = inflater.stream();
   size_t length = 0;
   for (;;) {
     if (length == result.bytes.size()) {
-      // One byte more than the limit tells a stream that fits from one that does not.
+      // One byte beyond the limit separates a stream that fits from one that does not.
       const uint64_t wanted =
           std::max(kSmallestBuffer, length == 0 ? input.size() * kUsualRatio : length * 2);
       result.bytes.resize(static_cast<size_t>(std::min(wanted, limit + 1)));

@@ -1,4 +1,4 @@
-// Decompression of streams that strangers made.
+// Decompression of untrusted streams.
 #pragma once
 
 #include <cstdint>

@@ -36,7 +36,7 @@ void read_tree(const Section& section, bool big_endian, const Allowance& left, C
 void read_raw(const Section& section, uint64_t max_size, Content& content, Faults& faults) {
   Inflated inflated = inflate_stream(section.data, max_size);
   if (inflated.error.empty() && inflated.consumed < section.data.size()) {
-    inflated.error = "bytes follow the zlib stream";
+    inflated.error = "there are bytes after the zlib stream";
   }
   if (!inflated.error.empty()) {
     faults.push_back({"raw data section: " + inflated.error, section.offset + inflated.consumed});
@@ -70,13 +70,6 @@ Content read_content(const Section& section, bool big_endian, const Allowance& l
 const Document* Inventory::first_tree(Section::Kind kind) const {
   for (size_t i = 0; i < contents.size(); ++i) {
     if (container->sections[i].kind == kind && contents[i].document) return &*contents[i].document;
-  }
-  return nullptr;
-}
-
-const std::string* Inventory::raw_data() const {
-  for (const Content& content : contents) {
-    if (content.raw) return &*content.raw;
   }
   return nullptr;
 }

@@ -32,7 +32,6 @@ struct Inventory {
   const Document* asset() const { return first_tree(Section::Kind::asset_info); }
   Element snapshot_top() const { return top_of(snapshot()); }
   Element asset_top() const { return top_of(asset()); }
-  const std::string* raw_data() const;
 
  private:
   const Document* first_tree(Section::Kind kind) const;
@@ -48,8 +47,8 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
 // be read or is itself larger than `max_size` and the usual limit.
 std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error);
 
-// What tells one machine from another, the same in every scan of it: the first of serial number, platform
-// UUID, hardware address, host name and computer name that the file knows; else the file's name.
+// What identifies a machine, the same in every scan of it: the first of serial number, platform UUID,
+// hardware address, host name and computer name that the file knows; else the file's name.
 std::string machine_identity(const Inventory& inventory);
 // What people call it: computer name, host name, else its identity.
 std::string machine_name(const Inventory& inventory);

@@ -42,7 +42,7 @@ class SectionReader {
     }
     const bool compressed = ends_with(data_, kSplitCompressedEnd);
     if (!compressed && !ends_with(data_, kSplitPlainEnd)) {
-      return fail("the section ends in none of the four known ways", data_.size());
+      return fail("the section has none of the four known endings", data_.size());
     }
     result.layout = compressed ? Layout::split_compressed : Layout::split_plain;
     if (!read_split(compressed)) return false;
@@ -77,7 +77,7 @@ class SectionReader {
 
   bool take_plain(size_t length) {
     if (length > max_size_) {
-      return fail("the text has more than " + std::to_string(max_size_) + " bytes", 0);
+      return fail("the text is larger than " + std::to_string(max_size_) + " bytes", 0);
     }
     result.text = data_.substr(0, length);
     return true;
@@ -103,7 +103,7 @@ class SectionReader {
     return fail("the section's index cannot be found or read", index_end);
   }
 
-  // The parts lie back to back from the first byte up to the index.
+  // The parts are back to back from the first byte up to the index.
   bool read_parts(std::vector<Part>& parts) {
     std::string_view rest = index_;
     size_t end = 0;
@@ -111,14 +111,14 @@ class SectionReader {
       const std::optional<std::string_view> name = take_line(rest);
       const std::optional<uint64_t> offset = take_number(rest, "offset=");
       const std::optional<uint64_t> length = take_number(rest, "length=");
-      if (!name || !offset || !length) return fail("the section's index is not of its form", index_offset_);
+      if (!name || !offset || !length) return fail("the section's index is malformed", index_offset_);
       if (*offset != end || !fits(*offset, *length, index_offset_)) {
         return fail("a part of the section is not where its index says", end);
       }
       parts.push_back({end, static_cast<size_t>(*length)});
       end += static_cast<size_t>(*length);
     }
-    return end == index_offset_ || fail("bytes of the section belong to no part", end);
+    return end == index_offset_ || fail("bytes of the section are outside every part", end);
   }
 
   static std::optional<uint64_t> take_number(std::string_view& rest, std::string_view key) {
@@ -129,7 +129,8 @@ class SectionReader {
 
   bool read_stream(size_t offset, size_t length) {
     Inflated inflated = inflate_stream(data_.substr(offset, length), max_size_ - result.text.size());
-    if (inflated.error.empty() && inflated.consumed < length) inflated.error = "bytes follow the zlib stream";
+    if (inflated.error.empty() && inflated.consumed < length)
+      inflated.error = "there are bytes after the zlib stream";
     if (!inflated.error.empty()) return fail(inflated.error, offset + inflated.consumed);
     if (result.text.empty()) {
       result.text = std::move(inflated.bytes);

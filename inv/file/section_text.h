@@ -1,4 +1,4 @@
-// From a section's bytes to its text, whichever way the tree was handed over.
+// From a section's bytes to its text, whichever layout it has.
 #pragma once
 
 #include <optional>
@@ -20,9 +20,9 @@ struct SectionText {
   bool plain() const { return !is_compressed(layout); }
 };
 
-// None when the layout cannot be told or its parts are damaged; the fault's offset then counts from the
-// section's first byte. A text of more than `max_size` bytes is refused. A split section's index may have its
-// offset in either byte order; the container's own is tried first.
+// None when the layout is unknown or its parts are damaged; the fault's offset then counts from the section's
+// first byte. A text of more than `max_size` bytes is refused. A split section's index may have its offset in
+// either byte order; the container's own is tried first.
 std::optional<SectionText> read_section_text(std::string_view data, bool big_endian, uint64_t max_size,
                                              Fault* fault);
 

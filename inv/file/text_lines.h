@@ -1,4 +1,4 @@
-// The lines of a parsed text, one by one, for who changes texts and leaves the tree as it is.
+// The lines of a parsed text, one by one, for callers that rewrite the text and leave the tree alone.
 #pragma once
 
 #include <string_view>

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kNeededAttributes[] = {"timestamp", "scan-time", "client-version", "scan-subtype",
                                                   "snaptype"};
 
-// The top element stands on the text's second line, after the mark.
+// The top element is on the text's second line, after the mark.
 constexpr uint64_t kTopLine = 2;
 
 class Verifier {
@@ -58,7 +58,7 @@ class Verifier {
       if (top.text(name).empty()) add_at_top(section, "the snapshot has no \"" + std::string(name) + "\"");
     }
     if (top.text("timestamp") != section.timestamp) {
-      add_at_top(section, "the snapshot's timestamp is not the header's");
+      add_at_top(section, "the snapshot's timestamp differs from the header's");
     }
   }
 

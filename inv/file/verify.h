@@ -6,7 +6,7 @@
 namespace inv {
 
 struct Verdict {
-  Faults faults;              // in the order in which a console would meet them; none: the file is valid
+  Faults faults;              // in the order in which a console would meet them; empty: the file is valid
   size_t lines_not_utf8 = 0;  // which a console shows as it can: not a fault
 };
 

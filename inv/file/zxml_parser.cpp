@@ -72,20 +72,20 @@ class TextParser {
       ++line_number_;
       line_start_ = at;
       const size_t end = text.find('\n', at);
-      if (end == std::string_view::npos) return fail("the last line is not ended");
+      if (end == std::string_view::npos) return fail("the last line has no line end");
       if (!read_line(text.substr(at, end - at))) return false;
       at = end + 1;
     }
     line_start_ = text.size();
     ++line_number_;
-    if (document_.records_.empty()) return fail("the text holds no element");
+    if (document_.records_.empty()) return fail("the text has no element");
     if (!open_.empty()) return fail("the text ends before its elements are closed");
     return true;
   }
 
   bool read_line(std::string_view line) {
     if (line == "-") return close_branch();
-    if (std::memchr(line.data(), '\0', line.size())) return fail("a line holds a NUL byte");
+    if (std::memchr(line.data(), '\0', line.size())) return fail("a line contains a NUL byte");
     const size_t equals = line.find('=');
     if (equals == std::string_view::npos) return fail("a line has no \"=\"");
     const std::string_view name = line.substr(0, equals);
@@ -103,9 +103,9 @@ class TextParser {
 
   bool add_record(bool branch, std::string_view name, std::string_view value) {
     std::vector<Record>& records = document_.records_;
-    if (open_.empty() && !records.empty()) return fail("a second top element begins");
+    if (open_.empty() && !records.empty()) return fail("there is a second top element");
     if (open_.size() > kDeepestElement) {
-      return fail("elements are nested more than " + std::to_string(kDeepestElement) + " deep");
+      return fail("elements are nested more than " + std::to_string(kDeepestElement) + " levels deep");
     }
     const size_t index = records.size();
     path_size_ = (open_.empty() ? 0 : open_.back().path_size) + 1 + name.size();
@@ -126,7 +126,7 @@ class TextParser {
   }
 
   bool add_attribute(std::string_view name, std::string_view value) {
-    if (!inside_tag_) return fail("an attribute stands outside a tag");
+    if (!inside_tag_) return fail("an attribute is outside every tag");
     if (!add_path(path_size_ + 1 + name.size())) return false;
     document_.attributes_.push_back({name, value, next_items(document_.annotations_)});
     ++document_.records_.back().attributes.last;
@@ -135,7 +135,7 @@ class TextParser {
   }
 
   bool add_annotation(std::string_view key, std::string_view text) {
-    if (!inside_tag_) return fail("an annotation stands outside a tag");
+    if (!inside_tag_) return fail("an annotation is outside every tag");
     document_.annotations_.push_back({key, text});
     ++annotated_->last;
     return true;

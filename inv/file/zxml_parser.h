@@ -1,4 +1,4 @@
-// From "?zxml" text to a document. docs/inv-format.md tells the text line by line.
+// From "?zxml" text to a document. docs/inv-format.md describes the text line by line.
 #pragma once
 
 #include <optional>
@@ -16,8 +16,8 @@ constexpr uint32_t kDeepestElement = 512;
 // Of the lines of a file's texts: each costs up to a hundred bytes of memory, however short it is. The
 // largest real inventories have half a million.
 constexpr size_t kMostLines = 10'000'000;
-// Of the paths of all elements and attributes together, in bytes: who writes them all out, as most commands
-// do, writes no more. The largest real inventories have thirty million.
+// Of the paths of all elements and attributes together, in bytes: most commands write them all out, and no
+// more than this. The largest real inventories have thirty million.
 constexpr uint64_t kMostPathBytes = 1ull << 30;
 
 // None when the text breaks the grammar or has more lines than allowed; then the fault has the line, the byte

@@ -50,7 +50,7 @@ constexpr FolderRow kFolders[] = {{"/users/", "/ \"':;,()<>|&", false}, {"/volum
 // How the quotation marks, dashes and blanks of printed text begin in UTF-8: U+0080 to U+00BF, U+2000 to
 // U+203F and U+3000 to U+303F.
 constexpr std::string_view kTypography[] = {"\xC2", "\xE2\x80", "\xE3\x80"};
-// What neither kind of name holds; a slash among them tells that what stands before it is the whole name.
+// What neither kind of name contains; a slash among them shows that what comes before it is the whole name.
 constexpr std::string_view kEndsOfAnyName = "/\":;<>|";
 constexpr std::string_view kSharedFolder = "Shared";
 
@@ -113,7 +113,7 @@ bool separates(Kind kind, char character) {
   return (kind == Kind::account && character == ' ') || (kind == Kind::addresses && character == ',');
 }
 
-// "usb://Maker/Model?serial=1": behind the scheme and its slashes.
+// "usb://Maker/Model?serial=1": after the scheme and its slashes.
 std::string_view behind_scheme(std::string_view uri) {
   const size_t colon = uri.find(':');
   if (colon == std::string_view::npos) return uri;

@@ -20,7 +20,7 @@ std::optional<IdentifierKind> identifier_kind(Element element, std::string_view 
 std::vector<std::string_view> identifiers_in(IdentifierKind kind, std::string_view value);
 
 // The names of accounts and volumes that any text gives away as parts of paths: "jane" in
-// "/Users/jane/Applications", "Backup" in "/Volumes/Backup". A folder's name may go on behind a blank:
+// "/Users/jane/Applications", "Backup" in "/Volumes/Backup". A folder's name may go on after a blank:
 // "/Users/Jane Doe/x" gives "Jane Doe" and then "Jane".
 std::vector<std::string_view> identifiers_in_paths(std::string_view text);
 

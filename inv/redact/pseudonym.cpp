@@ -140,7 +140,7 @@ std::string make_ipv6(Numbers& numbers) {
   char group[5];
   std::string address;
   for (unsigned i = 0; i < 8; ++i) {
-    // The block that is for everybody's own use.
+    // The block set aside for private use.
     const unsigned number = i == 0 ? 0xFD00 + numbers.below(0x100) : numbers.below(0x10000);
     std::snprintf(group, sizeof group, "%04x", number);
     address += (i == 0 ? "" : ":") + std::string(group);

@@ -1,5 +1,5 @@
-// Stand-ins for what identifies a machine or a person. Without the key nobody can tell what one stands for;
-// with the same key the same original has the same pseudonym in every file.
+// Stand-ins for what identifies a machine or a person. Without the key nobody can find the original; with the
+// same key the same original has the same pseudonym in every file.
 #pragma once
 
 #include <string>
@@ -13,9 +13,9 @@ namespace inv {
 // What a pseudonym looks like. A console reads addresses and UUIDs by their form, so they keep it. Where one
 // original turns up in two kinds of places, the later shape of this list holds.
 enum class Shape {
-  name,    // "anon" and ten letters and digits: one token, whatever it stands for
+  name,    // "anon" and ten letters and digits: one token, whatever the original
   number,  // 1000000000 to 1999999999
-  serial,  // a digit for a digit, a letter for a letter, everything else as it is
+  serial,  // a digit for a digit, a letter for a letter, everything else unchanged
   ipv4,    // 10.x.x.x
   ipv6,    // fdxx:...
   uuid,    // of version 4

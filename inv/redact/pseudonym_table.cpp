@@ -5,7 +5,7 @@
 namespace inv {
 namespace {
 
-// After so many pseudonyms of a shape that were taken, there may be no free one: then a name stands in.
+// After this many pseudonyms of a shape that were taken there may be no free one: a name is used instead.
 constexpr unsigned kMostAttempts = 16;
 
 // Versions, sizes and counts are full of shorter numbers.
@@ -62,7 +62,7 @@ void Pseudonyms::assign(Entry& entry, std::unordered_set<std::string>& taken) co
 bool Pseudonyms::is_free(const Entry& entry) const {
   return std::none_of(entry.spellings.begin(), entry.spellings.end(), [&](const std::string& spelling) {
     const std::string pseudonym = pseudonym_of(entry, spelling);
-    return knows(pseudonym) || stands_in(pseudonym);
+    return knows(pseudonym) || occurs_in(pseudonym);
   });
 }
 

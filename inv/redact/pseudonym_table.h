@@ -1,4 +1,4 @@
-// The pseudonyms of one file: every identifier in it, and what stands for it.
+// The pseudonyms of one file: every identifier in it, and its replacement.
 #pragma once
 
 #include <string>
@@ -25,11 +25,11 @@ class Pseudonyms {
   size_t count() const { return entries_.size(); }
   bool knows(std::string_view original) const;
 
-  // Whether an identifier stands in a text as a token (see TokenFinder). Those that cannot be told from
-  // ordinary text are not looked for: a single character, and fewer than six digits without a letter.
-  bool stands_in(std::string_view text) const { return finder_.find(text).has_value(); }
+  // Whether an identifier occurs in a text as a token (see TokenFinder). Those that cannot be distinguished
+  // from ordinary text are not looked for: a single character, and fewer than six digits without a letter.
+  bool occurs_in(std::string_view text) const { return finder_.find(text).has_value(); }
 
-  // What stands for an identifier as a whole.
+  // The pseudonym of a whole identifier.
   std::string replace(std::string_view original) const;
   // A text with a pseudonym for each identifier in it.
   std::string replace_tokens(std::string_view text) const;

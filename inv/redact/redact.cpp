@@ -16,7 +16,7 @@ struct OwnText {
 };
 
 // What follows the colon in the name of a tag or attribute, unless it is a number: the account or the
-// variable that the tag tells of.
+// variable that the tag describes.
 OwnText own_part_of_name(const TextLine& line) {
   const size_t colon = line.name.find(':');
   if (colon == std::string_view::npos) return {};
@@ -33,7 +33,7 @@ OwnText own_value(const TextLine& line) {
   return {kind, line.value};
 }
 
-// What of a text is an identifier however short it is: by the place that it stands in, or as part of a path.
+// What is an identifier in a text however short it is: by its place, or as part of a path.
 std::vector<std::string_view> whole_identifiers(const OwnText& own) {
   return own.kind ? identifiers_in(*own.kind, own.text) : identifiers_in_paths(own.text);
 }
@@ -41,7 +41,7 @@ std::vector<std::string_view> whole_identifiers(const OwnText& own) {
 void learn(const OwnText& own, Pseudonyms& pseudonyms) {
   const IdentifierKind kind = own.kind.value_or(IdentifierKind::text);
   for (const std::string_view identifier : whole_identifiers(own)) pseudonyms.add(kind, identifier);
-  // A command line is one identifier, and gives others away.
+  // A command line is one identifier, and reveals others.
   for (const std::string_view name : identifiers_in_paths(own.text))
     pseudonyms.add(IdentifierKind::text, name);
 }
@@ -62,7 +62,7 @@ std::string redacted(const OwnText& own, const Pseudonyms& pseudonyms) {
   for (const std::string_view identifier : whole_identifiers(own)) {
     const size_t start = static_cast<size_t>(identifier.data() - own.text.data());
     // What a path names may be the beginning of something longer, which is found as a token.
-    const bool is_found_later = !own.kind && pseudonyms.stands_in(identifier);
+    const bool is_found_later = !own.kind && pseudonyms.occurs_in(identifier);
     if (is_found_later || start < end) continue;
     append_up_to(start);
     text += pseudonyms.replace(identifier);
@@ -90,7 +90,7 @@ std::string redacted(const Document& document, const Pseudonyms& pseudonyms) {
 
 bool holds_identifier(const OwnText& own, const Pseudonyms& pseudonyms) {
   const std::vector<std::string_view> whole = whole_identifiers(own);
-  return pseudonyms.stands_in(own.text) ||
+  return pseudonyms.occurs_in(own.text) ||
          std::any_of(whole.begin(), whole.end(),
                      [&](std::string_view text) { return pseudonyms.knows(text); });
 }
@@ -115,7 +115,7 @@ bool is_tree(const Section& section) {
 
 // Why the file as it is cannot be redacted, as a clause; empty when it can.
 std::string refusal(const Inventory& inventory, bool drop_opaque) {
-  if (!inventory.container) return "it is no inventory";
+  if (!inventory.container) return "it is not an inventory";
   if (!inventory.faults.empty()) return "it is damaged";
   size_t trees = 0;
   for (const Section& section : inventory.container->sections) {
@@ -123,10 +123,10 @@ std::string refusal(const Inventory& inventory, bool drop_opaque) {
       ++trees;
     else if (!drop_opaque) {
       return "section " + std::to_string(section.number) + " (" + kind_name(section.kind) +
-             ") can hold anything; --drop-opaque leaves it out";
+             ") can contain anything; use --drop-opaque to leave it out";
     }
   }
-  return trees == 0 ? "it holds no tree" : "";
+  return trees == 0 ? "it contains no tree" : "";
 }
 
 std::vector<TreeText> redacted_trees(const Inventory& inventory, const Pseudonyms& pseudonyms) {
@@ -149,7 +149,7 @@ std::vector<TreeText> redacted_trees(const Inventory& inventory, const Pseudonym
 std::string find_survivor(const Pseudonyms& pseudonyms, const Inventory& inventory) {
   for (const Section& section : inventory.container->sections) {
     for (const std::string& text : {section.timestamp, section.snaptype}) {
-      if (!is_scanner_word(text) && pseudonyms.stands_in(text)) return "in the header";
+      if (!is_scanner_word(text) && pseudonyms.occurs_in(text)) return "in the header";
     }
   }
   for (const Content& content : inventory.contents) {
@@ -172,12 +172,13 @@ Redaction redact(const Inventory& inventory, const RedactOptions& options) {
   pseudonyms.assign();
   std::string bytes = write_container(redacted_trees(inventory, pseudonyms));
   const auto written = open_inventory("", bytes, kUsualMaxSize);
-  const std::string survivor =
-      written->faults.empty() ? find_survivor(pseudonyms, *written) : "and the result is damaged";
-  if (survivor.empty())
-    redaction.bytes = std::move(bytes);
-  else
+  const std::string survivor = written->faults.empty() ? find_survivor(pseudonyms, *written) : "";
+  if (!written->faults.empty())
+    redaction.refusal = "the result would be damaged";
+  else if (!survivor.empty())
     redaction.refusal = "an identifier would be left " + survivor;
+  else
+    redaction.bytes = std::move(bytes);
   return redaction;
 }
 

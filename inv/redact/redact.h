@@ -1,4 +1,4 @@
-// A file that can be given away: everything in it but whose machine it is.
+// A file that can be given away: everything but the machine's identity.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace inv {
 
 struct RedactOptions {
   std::string key;  // what pseudonyms depend on; see pseudonym.h
-  // Leaves out sections that are no trees. Without it a file with such sections is refused.
+  // Leaves out sections that are not trees. Without it a file with such sections is refused.
   bool drop_opaque = false;
 };
 
@@ -21,10 +21,10 @@ struct Redaction {
 };
 
 // Replaces every identifier of the file's trees by its pseudonym, in its own place and wherever else it
-// stands as a token, reads what came out, and proves that none is left. Damaged files are refused.
+// occurs as a token, reads the result, and proves that none is left. Damaged files are refused.
 Redaction redact(const Inventory& inventory, const RedactOptions& options);
 
-// The proof: where in a file one of these identifiers still stands, as a clause; empty when nowhere.
+// The proof: where one of these identifiers is left in a file, as a clause; empty when nowhere.
 std::string find_survivor(const Pseudonyms& pseudonyms, const Inventory& inventory);
 
 }  // namespace inv

@@ -11,10 +11,10 @@ namespace inv {
 // The letters A to Z as small ones; other bytes stay.
 std::string folded(std::string_view text);
 
-// Finds known texts where they stand as whole tokens. A text stands as a whole token where neither of its
-// ends cuts through a run of ASCII letters and digits: "jane" does in "/Users/jane", "Jane's", "jane_old" and
-// "JANE", not in "janet" or "jane2". Bytes of other characters end a run, because many languages put no
-// blanks between words.
+// Finds known texts that are whole tokens. A text is a whole token where neither of its ends cuts through a
+// run of ASCII letters and digits: "jane" does in "/Users/jane", "Jane's", "jane_old" and "JANE", not in
+// "janet" or "jane2". Bytes of other characters end a run, because many languages put no blanks between
+// words.
 class TokenFinder {
  public:
   struct Match {
@@ -29,7 +29,7 @@ class TokenFinder {
   // To be called once, when all have been added.
   void prepare();
 
-  // The first match at or behind `from`; of those that begin at one place the longest.
+  // The first match at or after `from`; the longest of those that begin at one place.
   std::optional<Match> find(std::string_view text, size_t from = 0) const;
 
   // What bounds the time a byte of text can cost.

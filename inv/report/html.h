@@ -1,4 +1,4 @@
-// Pieces of HTML. Whatever comes from a file goes through escaped() on its way in.
+// Pieces of HTML. Everything from a file goes through escaped().
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@
 namespace inv {
 
 // Text for element content and for attribute values in double quotes. Bytes that are not UTF-8 and control
-// characters become U+FFFD; a carriage return, which stands for a line end, becomes one.
+// characters become U+FFFD; a carriage return, which means a line end, becomes one.
 std::string escaped(std::string_view text);
 
-// A value in a page of another language: escaped, and kept from turning the direction of what stands around
-// it.
+// A value in a page of another language: escaped, and kept from turning the writing direction of the text
+// around it.
 std::string isolated(std::string_view text);
 
 }  // namespace inv

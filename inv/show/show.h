@@ -12,7 +12,7 @@ namespace inv {
 
 constexpr uint32_t kAnyDepth = std::numeric_limits<uint32_t>::max();
 
-// One line a tag, with its whole path; its attributes below it by their names alone. Tags more than `depth`
+// One line per tag, with its whole path; its attributes follow by their names alone. Tags more than `depth`
 // levels below the match are only counted.
 std::string show_match(const Match& match, uint32_t depth, const Terminal& terminal);
 

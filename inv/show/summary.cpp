@@ -49,7 +49,7 @@ class Screen {
   void raw_line(const std::string& label, const std::string& text) {
     result += terminal_.cyan(pad_right(label, kLabelWidth)) + text + "\n";
   }
-  // The label stands before the first line only, and what exceeds a few lines is counted.
+  // The label is before the first line only; lines beyond a few are counted.
   template <typename Item, typename ToText>
   void lines(const std::string& label, const std::vector<Item>& items, ToText to_text) {
     const size_t shown = std::min(items.size(), kMostLines);

@@ -29,7 +29,7 @@ Terminal output_terminal();
 // The same for standard error.
 Terminal error_terminal();
 
-// Writes to standard output. False when it cannot be written, such as to a full disk.
+// Writes to standard output. False when that fails, as on a full disk.
 [[nodiscard]] bool print(std::string_view text);
 
 // One line on standard error: "inv: about: text".

@@ -47,7 +47,7 @@ constexpr Option kOptions[] = {
      }},
 };
 
-// Takes a text in quotes off the front, in which \" stands for a quote. None when there is no such text.
+// Takes a text in quotes off the front, in which \" means a quote. None when there is no such text.
 std::optional<std::string> take_quoted(std::string_view& text) {
   if (text.substr(0, 1) != "\"") return std::nullopt;
   std::string value;
@@ -62,7 +62,7 @@ std::optional<std::string> take_quoted(std::string_view& text) {
   return std::nullopt;
 }
 
-// Takes an option off the front, up to the comma or the end behind it.
+// Takes an option off the front, up to the comma or the end after it.
 Reason take_option(std::string_view& text, AllowedSigner& signer) {
   const std::string_view name = text.substr(0, text.find_first_of("=,"));
   text.remove_prefix(name.size());
@@ -107,7 +107,7 @@ std::string_view take_options(std::string_view& text) {
   return options;
 }
 
-// Takes the names off the front; a part of them, or all, may stand in quotes. None when a quote does not end.
+// Takes the names off the front; a part of them, or all, may be in quotes. None when a quote does not end.
 std::optional<std::string> take_principals(std::string_view& text) {
   std::string names(text.substr(0, text.find_first_of(" \t\r\n\"")));
   text.remove_prefix(names.size());
@@ -138,7 +138,7 @@ Reason read_signer(std::string_view line, AllowedSigner& signer) {
 }
 
 // Calls visit(line, number) for every line that is neither empty nor a comment, without the blanks before it;
-// stops when that gives false.
+// stops when that returns false.
 template <typename Visit>
 void each_entry(std::string_view text, Visit visit) {
   for (uint64_t number = 1; !text.empty(); ++number) {

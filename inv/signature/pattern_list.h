@@ -6,7 +6,7 @@
 namespace inv {
 
 // Whether a text matches one of a list's patterns and none of those that begin with "!". In a pattern, "*"
-// stands for any text and "?" for any one byte.
+// matches any text and "?" any one byte.
 bool matches_list(std::string_view list, std::string_view text);
 
 }  // namespace inv

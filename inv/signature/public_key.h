@@ -15,7 +15,7 @@ struct PublicKey {
   std::string blob;  // its bytes, which begin with the type
 
   bool is_ed25519() const { return type == kEd25519; }
-  // The 32 bytes behind the type; only of such a key.
+  // The 32 bytes after the type; only of a key of that type.
   std::string_view ed25519_bytes() const;
   // "SHA256:" and the digest, as ssh-keygen -l shows it.
   std::string fingerprint() const;
@@ -27,11 +27,11 @@ struct PublicKey {
 // types are made of is not looked at.
 std::optional<PublicKey> read_key(std::string_view blob);
 
-// Takes a type and a key in Base64 off the front of a text, which may go on behind a blank; blanks before
-// them are skipped. None, and the text as it was, when it begins otherwise or the two do not agree.
+// Takes a type and a key in Base64 off the front of a text, which may go on after a blank; blanks before them
+// are skipped. None, and the text as it was, when it begins otherwise or the two do not agree.
 std::optional<PublicKey> take_key(std::string_view& text);
 
-// The words of which such lines consist have these between them.
+// What separates the words of a line.
 constexpr std::string_view kBlanks = " \t\r\n";
 std::string_view skip_blanks(std::string_view text);
 

@@ -48,7 +48,7 @@ std::string digest_of(std::string_view file, std::string_view hash) {
   return std::string(digest.begin(), digest.end());
 }
 
-// The 64 bytes behind the type of signature, which must be the key's.
+// The 64 bytes after the type of signature, which must be the key's.
 std::optional<std::string> read_ed25519_signature(std::string_view blob) {
   WireReader reader(blob);
   const std::optional<std::string_view> type = reader.take_string();
@@ -77,7 +77,7 @@ std::string unsupported(const PublicKey& key, std::string_view hash) {
   return "";
 }
 
-// The fields behind the magic and the version.
+// The fields after the magic and the version.
 std::optional<Signature> read_fields(WireReader& reader, std::string* error) {
   const std::optional<std::string_view> key_blob = reader.take_string();
   const std::optional<std::string_view> signed_for = reader.take_string();

@@ -19,7 +19,7 @@ std::string reason_against(const AllowedSigner& signer, const std::string& ident
   return "";
 }
 
-// The same for all lines. A key may stand in several: one that allows it is enough.
+// The same for all lines. A key may be in several: one that allows it is enough.
 SignatureVerdict judge_key(const PublicKey& key, const Trust& trust, int64_t now) {
   std::string reason = "is not an allowed signer's";
   for (const AllowedSigner& signer : trust.signers) {

@@ -10,7 +10,7 @@ namespace {
 // The date part of "20120118153045.000000+120".
 constexpr size_t kDayLength = 8;
 
-// An empty text that says of itself that the profiler did not tell.
+// An empty text with an annotation that says that the profiler did not report it.
 void set_unknown(Place& application, const char* name) {
   application.set_attribute(name, text_value(""), "type", "unknown");
 }

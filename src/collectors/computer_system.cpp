@@ -24,7 +24,7 @@ void collect_computer(InventoryTree& snapshot, const InventoryTree& profiler) {
   copy_field(chassis, "serial", *hardware, "serial_number");
 }
 
-// The slots as they are met, numbered by their position in the data type or in their group.
+// The slots in the order found, numbered by their position in the data type or in their group.
 class SlotWriter {
  public:
   explicit SlotWriter(InventoryTree& snapshot) : slots_(snapshot.root(), "/System/Mem-slots") {}

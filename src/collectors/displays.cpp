@@ -27,15 +27,15 @@ void write_compound(Place& element, const char* name, std::initializer_list<Numb
   field.finish();
 }
 
-// A range that was not given, or that has an open end, is not written.
+// A range that is missing or has an open end is not written.
 void write_range(Place& element, const char* name, uint8_t min, uint8_t max) {
   if (min != 0 && max != 0) write_compound(element, name, {{"min", min}, {"max", max}});
 }
 
-// 0 for an unknown week; a 53rd week makes a fifth quarter, and 255, which stands for a model year, the 20th.
+// 0 for an unknown week; a 53rd week makes a fifth quarter, and 255, which marks a model year, the 20th.
 int64_t quarter(uint16_t week) { return week == 0 ? 0 : (week - 1) / 13 + 1; }
 
-// In inches, going up from 0.4 on: makers sell a screen of 19.5 inches as 20.
+// In inches, rounded up from 0.4 on: makers sell a screen of 19.5 inches as 20.
 int64_t diagonal(uint32_t width_cm, uint32_t height_cm) {
   const double inches = std::sqrt(static_cast<double>(width_cm * width_cm + height_cm * height_cm)) / 2.54;
   double whole = 0;
@@ -43,8 +43,7 @@ int64_t diagonal(uint32_t width_cm, uint32_t height_cm) {
   return static_cast<int64_t>(fraction > 0.4 ? whole + 1 : whole);
 }
 
-// The ratios that count as one aspect: an open interval around it, half way to the next one. They do not
-// overlap.
+// The ratios that count as one aspect: an open interval around it, half way to the next one, without overlap.
 struct AspectRange {
   double above;
   double below;
@@ -60,7 +59,7 @@ constexpr AspectRange kAspectRanges[] = {
 
 void write_aspect_ratio(Place& monitor, uint16_t width_cm, uint16_t height_cm) {
   if (height_cm == 0) return monitor.set_attribute("aspect-ratio", text_value(""), ":unknown", "");
-  // Single precision: 31 x 24 cm lies just below 31/24 by it.
+  // Single precision: it puts 31 x 24 cm just below 31/24.
   const double ratio = static_cast<float>(width_cm) / static_cast<float>(height_cm);
   for (const AspectRange& range : kAspectRanges) {
     if (range.above < ratio && ratio < range.below)
@@ -81,7 +80,7 @@ void write_modes(Place& monitor, const std::vector<VideoMode>& modes) {
   }
 }
 
-// `shown_name` is how the monitor's name stands behind its maker and product.
+// `shown_name` is the monitor's name as it follows the maker and product.
 void write_monitor(Place& monitor, const EdidInfo& info, const char* shown_name) {
   const char* maker = info.manufacturer.get();
   const char* product = info.product_id.get();
@@ -91,7 +90,7 @@ void write_monitor(Place& monitor, const EdidInfo& info, const char* shown_name)
   monitor.set_attribute("name", text_value(name.get()));
   monitor.set_value(text_value(name.get()));
   monitor.set_attribute("model", text_value(info.monitor_name.get()));
-  // One byte tells of both inputs, and one of colours and power saving; the console takes them apart.
+  // One byte describes both inputs, another colours and power saving; the console takes them apart.
   write_numbers(monitor, {{"video-input", info.video_input},
                           {"synch-input", info.video_input},
                           {"color-features", info.features},
@@ -114,7 +113,7 @@ void write_monitor(Place& monitor, const EdidInfo& info, const char* shown_name)
   write_modes(monitor, info.modes);
 }
 
-// A display that hangs on a connector of its own: its name ends with its first line.
+// A display on a connector of its own: its name ends with its first line.
 void write_connected_display(Place& monitor, EdidInfo info) {
   char* name = info.monitor_name.get();
   if (name) {

@@ -7,7 +7,7 @@
 
 namespace {
 
-// Where the fields stand in the block.
+// Where the fields are in the block.
 constexpr size_t kManufacturerCode = 8;
 constexpr size_t kProductCode = 10;
 constexpr size_t kSerial = 12;
@@ -24,14 +24,14 @@ constexpr size_t kEstablishedTimings = 35;
 constexpr size_t kStandardTimings = 38;
 constexpr size_t kDescriptors[] = {54, 72, 90, 108};
 
-// What a display descriptor is about, and where its payload begins.
+// What a display descriptor describes, and where its payload begins.
 constexpr uint8_t kSerialTag = 0xFF;
 constexpr uint8_t kRangeTag = 0xFD;
 constexpr uint8_t kNameTag = 0xFC;
 constexpr uint8_t kTimingsTag = 0xFA;
 constexpr size_t kPayload = 5;
 
-// The digits of a pair up to the first that is none: "7" and "7x" are 7, "x7" is 0.
+// The digits of a pair up to the first that is not one: "7" and "7x" are 7, "x7" is 0.
 uint8_t read_pair(const char* pair, const char* end) {
   unsigned byte = 0;
   for (const char* digit = pair; digit != end && plist::digit_value(*digit) < 16; ++digit)
@@ -101,8 +101,8 @@ Text manufacturer_letters(uint32_t code) {
 }
 
 // The established timings: one bit per refresh rate of a resolution, the block's three bytes read as one
-// number. 1280 x 1024 hangs on the lowest bit of the third byte, a maker's own bit by the book, because that
-// is how the console's older figures came about.
+// number. 1280 x 1024 depends on the lowest bit of the third byte, officially a maker's own bit, because the
+// console's older figures did.
 struct EstablishedTiming {
   uint32_t bits;
   uint32_t width;
@@ -114,8 +114,8 @@ constexpr EstablishedTiming kEstablished[] = {
     {0x001E00, 1024, 768}, {0x000080, 1152, 870}, {0x000001, 1280, 1024},
 };
 
-// How the two highest bits of a standard timing make the height out of the width. The division comes first
-// and drops its remainder.
+// How the two highest bits of a standard timing turn the width into the height. The division comes first and
+// drops its remainder.
 struct Aspect {
   const char* name;
   uint32_t divisor;
@@ -135,7 +135,7 @@ void append_modes(const EdidRaw& raw, size_t at, size_t count, std::vector<Video
   }
 }
 
-// The largest of the resolutions offered, the later one of two equally large.
+// The largest resolution offered, the later one of two equally large.
 class Largest {
  public:
   void offer(uint32_t width, uint32_t height) {

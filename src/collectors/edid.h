@@ -8,8 +8,8 @@
 
 #include "driver/base/text.h"
 
-// The base block; extension blocks are not read. Header and checksum are not looked at: a monitor with a
-// wrong checksum still stands on somebody's desk.
+// The base block; extension blocks are not read. Header and checksum are not checked: a monitor with a wrong
+// checksum is still on somebody's desk.
 using EdidRaw = std::array<uint8_t, 128>;
 
 // A mode of the standard timings, in pixels and Hz.
@@ -32,13 +32,13 @@ struct EdidInfo {
   Text monitor_name;
   Text serial_text;
   std::vector<VideoMode> modes;  // see edid_video_modes
-  // The number's bytes as they are printed, the first one most significant: the console knows monitors by it.
+  // The number's bytes as printed, the first one most significant: the console identifies monitors by it.
   uint32_t serial = 0;
   uint16_t week = 0;
   uint16_t year = 0;
   uint16_t width_cm = 0;
   uint16_t height_cm = 0;
-  uint8_t image_width = 0;  // the same two sizes as the bytes they are
+  uint8_t image_width = 0;  // the same two sizes as single bytes
   uint8_t image_height = 0;
   uint8_t video_input = 0;
   uint8_t features = 0;
@@ -50,8 +50,8 @@ struct EdidInfo {
 };
 
 // Decodes "0x00ffffffffffff00...": two characters, whatever they are, and two hexadecimal digits for each
-// byte. What is not there, or not hexadecimal, leaves its byte zero; of a pair whose second character is no
-// digit the first one counts alone. No text reads as an empty one.
+// byte. What is missing or not hexadecimal leaves its byte zero; when the second character of a pair is not a
+// digit, the first one counts alone. None reads as the empty text.
 EdidInfo decode_edid(const char* text);
 
 // The largest of the established and standard timings, "1680 x 1050"; the later one of two equally large. The

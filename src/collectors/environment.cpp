@@ -24,8 +24,8 @@ std::vector<EnvironmentVariable> parse_environment(const char* output) {
 
 namespace {
 
-// A slash in a name makes a path of it, whose end names an attribute. An attribute's line begins with its
-// name, and must not look like the line of a tag or an annotation.
+// A slash turns a name into a path, whose end names an attribute. An attribute's line begins with its name,
+// and must not look like the line of a tag or an annotation.
 bool is_writable(const char* name) {
   const char* slash = std::strrchr(name, '/');
   return !slash || slash[1] == '\0' || !std::strchr("+*~", slash[1]);
@@ -43,7 +43,7 @@ void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable
   snapshot.set_attribute(value_path.get(), text_value(variable.value.get()), annotation_key(name), ":");
 }
 
-// As names are, so that none has to be searched for: each stands once, and none makes a path.
+// As names are, so that none has to be searched for: each occurs once, and none is a path.
 bool have_plain_names(const std::vector<EnvironmentVariable>& variables) {
   std::set<std::string_view> names;
   for (const EnvironmentVariable& variable : variables) {
@@ -73,7 +73,7 @@ void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVar
 }
 
 void collect_environment(InventoryTree& snapshot) {
-  // More than any kernel hands to a program.
+  // More than any kernel passes to a program.
   constexpr uint32_t kLongest = 2u << 20;
   announce("Environment");
   uint32_t length = 0;

@@ -11,12 +11,12 @@ struct EnvironmentVariable {
   Text value;
 };
 
-// The variables in what env prints, up to its first empty line. A line without "=" is left out, further "="
-// stay in the value; a value of several lines keeps its first one.
+// The variables that env prints, up to the first empty line. A line without "=" is left out, further "=" stay
+// in the value; a value of several lines keeps its first one.
 std::vector<EnvironmentVariable> parse_environment(const char* output);
 
 // Writes "/Environment/env-var:NAME" for each variable; PATH is marked as a list that ":" splits. A name with
-// "+", "*" or "~" behind its last slash would break the tree's text and is left out.
+// "+", "*" or "~" after its last slash would break the tree's text and is left out.
 void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables);
 
 void collect_environment(InventoryTree& snapshot);

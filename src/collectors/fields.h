@@ -10,7 +10,7 @@
 
 // ---- Reading. In the profiler tree a data type is a child of the top element, its items are the children of
 // its child "_items", and an item's keys are attributes (texts, numbers) or children (dictionaries, arrays).
-// A key whose value is of another kind than the one asked for counts as a key that is not there.
+// A key with a value of another kind than the one asked for counts as missing.
 
 // The tag of an array; none for a dictionary. It holds tags and attributes named "item" and their index.
 const Tag* find_list(const Tag& item, const char* key);
@@ -23,12 +23,12 @@ const Tag* first_item(const InventoryTree& profiler, const char* data_type);
 
 // A value to be copied: a text, a number or a date, whichever the profiler gives.
 const Value* find_value(const Tag& item, const char* key);
-// What a value tells as a text; none for a number, and for a date, which the tree holds as a text too.
+// A value as a text; none for a number, and for a date, which the tree holds as a text too.
 char* text_of(Value& value);
-// The text stands in the profiler tree; size parsing changes it there (see units.h).
+// The text in the profiler tree itself; size parsing changes it there (see units.h).
 char* find_text(const Tag& item, const char* key);
 bool text_is(const Tag& item, const char* key, const char* expected);
-// The text of a date, or the text that stands in its place.
+// The text of a date, or the text in its place.
 char* find_date(const Tag& item, const char* key);
 // The integer, or 0.
 int64_t find_integer(const Tag& item, const char* key);
@@ -43,7 +43,7 @@ struct CopiedField {
   const char* name;
 };
 
-// A copy of the value as it stands, kind included; an empty value when the key is missing.
+// A copy of the value, kind included; an empty value when the key is missing.
 Value copied_value(const Tag& item, const char* key);
 // The same as an attribute; nothing when the key is missing.
 void copy_field(Place& element, const char* name, const Tag& item, const char* key);
@@ -57,7 +57,7 @@ void copy_element_value(Place& element, const Tag& item, const char* key);
 
 // Yes and no are the texts "1" and "0".
 Value yes_no(bool yes);
-// A switch of which only `no` means no, and any other text yes; nothing when the key is missing.
+// A switch for which only `no` means no and any other text means yes; nothing when the key is missing.
 void set_switch(Place& element, const char* name, const Tag& item, const char* key, const char* no);
 
 // The texts in one, as "10.0.0.5, 169.254.3.1"; nothing for no text.

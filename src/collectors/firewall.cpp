@@ -18,7 +18,7 @@ constexpr State kStates[] = {
     {"spfirewall_globalstate_block_all", "2"},
 };
 
-// A list of what the firewall lets through or blocks, and the elements that tell it.
+// A list of what the firewall lets through or blocks, and the elements for it.
 struct RuleList {
   const char* key;
   const char* path;
@@ -56,7 +56,7 @@ void write_firewall(Tag& snapshot, const Tag& item) {
   if (text_is(item, kGlobalState, kLimited)) {
     for (const RuleList& list : kRuleLists) write_rules(snapshot, item, list);
   }
-  // Unlike a printer's, these switches are written with a capital letter.
+  // Unlike a printer's, these switches are spelt with a capital letter.
   for (const CopiedField& field : kSwitches) set_switch(firewall, field.name, item, field.key, "No");
 }
 

@@ -10,8 +10,8 @@
 // The element below the top one that the names lead to, one inside the other; none when there is none.
 const Tag* find_element(const InventoryTree& snapshot, std::initializer_list<const char*> names);
 
-// The numbers that no element of a list has yet, in ascending order. The names are looked through once, not
-// once for each number.
+// The numbers that no element of a list has yet, in ascending order. The names are searched once, not once
+// for each number.
 class FreeNumbers {
  public:
   // The elements' names begin with `prefix`. A list that is not there has no number taken.

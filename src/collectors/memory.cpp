@@ -13,7 +13,7 @@ void set_size_in_mb(Place& element, const char* name, const Tag& item, const cha
     element.set_attribute(name, Value(truncate_to_int64(size_to_mb(size))));
 }
 
-// A copy whose text is brought into one line.
+// A copy whose text is put on one line.
 void copy_as_line(Place& element, const char* name, const Tag& item, const char* key) {
   const Value* value = find_value(item, key);
   if (value) element.set_attribute(name, value->text() ? text_value(value->text()) : *value);
@@ -36,7 +36,7 @@ class SlotWriter {
   void write_lone_slot(const Tag& item) {
     Place slot = next_slot();
     if (!write_use(slot, item)) return;
-    // Systems that list slots outside of a bank group do not always know the maker.
+    // Systems that list slots outside a bank group do not always know the maker.
     if (!find_value(item, "dimm_manufacturer")) slot.set_attribute("manuf", text_value(""));
     write_module(slot, item);
   }

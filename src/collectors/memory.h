@@ -5,6 +5,6 @@
 #include "zxml/zXML.h"
 
 // Writes "/Memory/Memory-slot:n" for every slot, numbered through all bank groups, empty slots included;
-// capacity in MB. Then "/Memory/General-info/physical-memory" in MB. Each of the two parts is written without
-// the other when the profiler tells only that one.
+// capacity in MB. Then "/Memory/General-info/physical-memory" in MB. Either part is written without the other
+// when the profiler reports only one.
 void collect_memory(InventoryTree& snapshot, InventoryTree& profiler);

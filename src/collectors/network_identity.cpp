@@ -9,8 +9,8 @@
 
 namespace {
 
-// The first of an adapter's addresses, or none. The list is read as the adapters' collector finds it in the
-// tree: with anything but texts in it, it is none.
+// The first of an adapter's addresses, or none. The list is read as the adapters' collector reads it in the
+// tree: with anything but texts in it, it does not count.
 Text first_address(CFDictionaryRef adapter) {
   const CFArrayRef addresses = find_array(adapter, CFSTR("ip_address"));
   const CFIndex count = addresses ? CFArrayGetCount(addresses) : 0;
@@ -31,7 +31,7 @@ CFDictionaryRef find_adapter_by_address(CFArrayRef adapters, const char* address
   return nullptr;
 }
 
-// en0 when it has an address. Only an en0 without one makes way for an en1 that comes after it, and so on.
+// en0 when it has an address. Only an en0 without one gives way to an en1 that comes after it, and so on.
 CFDictionaryRef find_primary_adapter(CFArrayRef adapters) {
   int number = 0;
   Text wanted = format_string("en%d", number);

@@ -1,4 +1,4 @@
-// The machine's primary network adapter and what its active location says of it: the identity under which
+// The machine's primary network adapter and what its active location says about it: the identity under which
 // the console files the machine.
 #pragma once
 

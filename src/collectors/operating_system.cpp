@@ -30,7 +30,7 @@ Text update_of(const char* os_version, size_t length) {
                                 : format_string("Version(build) %s", rest);
 }
 
-// The interval as the console's model of the machine writes one: days, hours, minutes, seconds, fraction.
+// The interval in the console's form: days, hours, minutes, seconds, fraction.
 Text interval_text(int64_t seconds) {
   const auto part = [seconds](int64_t whole, int64_t unit) {
     return static_cast<int>(seconds % whole / unit);

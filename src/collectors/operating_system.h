@@ -6,8 +6,8 @@
 #include "driver/base/text.h"
 #include "zxml/zXML.h"
 
-// What the profiler's "Mac OS X 10.6.8 (10K549)" says. Everything is read by position, as the texts of the
-// systems up to 10.7 have it; a text of another shape is cut at the same places.
+// What the profiler's "Mac OS X 10.6.8 (10K549)" says. Everything is read by its position in the texts of
+// systems up to 10.7; a text of another shape is cut at the same places.
 struct OsVersion {
   Text name;     // "Mac OS X v10.6 (Snow Leopard)", or the whole text for a minor version not known by name
   Text version;  // "10.6.8 (10K549)"

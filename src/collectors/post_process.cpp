@@ -25,8 +25,8 @@ void copy_process_list(InventoryTree& snapshot, InventoryTree& profiler) {
 void collect_accounts(InventoryTree& snapshot, InventoryTree&) { collect_user_accounts(snapshot); }
 void collect_own_environment(InventoryTree& snapshot, InventoryTree&) { collect_environment(snapshot); }
 
-// The order is part of what the console gets: later steps may overwrite earlier values. A step's place is the
-// number that is told of it.
+// The order matters to the console: later steps may overwrite earlier values. A step's place is the number
+// printed for it.
 constexpr Collector kSteps[] = {
     collect_system,          collect_processors,   collect_memory,
     collect_displays,        collect_storage,      collect_network_adapters,

@@ -4,6 +4,6 @@
 #include "zxml/zXML.h"
 
 // Runs all collectors in their fixed order: a later one may overwrite what an earlier one wrote. With
-// `verbose` the number of each step and its end are told on standard output, at once, since a calling program
-// reads along.
+// `verbose` the number of each step and its end are printed on standard output, at once, since a calling
+// program reads along.
 void post_process(InventoryTree& snapshot, InventoryTree& profiler, bool verbose);

@@ -26,7 +26,7 @@ constexpr CopiedField kSwitches[] = {
 void write_settings(Place& element, const Tag& profile) {
   copy_fields(element, profile, kTimers);
   for (const CopiedField& field : kSwitches) {
-    // Whatever the profiler says there, only its "Yes" is one: a number too is a no.
+    // Only the profiler's "Yes" means yes: even a number means no.
     if (!find_value(profile, field.key)) continue;
     element.set_attribute(field.name, yes_no(text_is(profile, field.key, "Yes")));
   }

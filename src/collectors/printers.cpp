@@ -9,7 +9,7 @@ constexpr CopiedField kScannerFields[] = {
     {"scannerapppath", "scanner-app-path"},
 };
 
-// A printer with a URI has its print server told beside it, whether or not the server stands in the item.
+// A printer with a URI also gets its print server written, even when the item has none.
 constexpr CopiedField kConnectionFields[] = {
     {"printserver", "print-server"},
     {"uri", "uri"},

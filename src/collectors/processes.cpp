@@ -11,7 +11,7 @@ namespace {
 constexpr int kMostReadings = 5;
 
 // No kernel hands a program more than some megabytes of arguments.
-// And a process whose arguments the kernel holds back makes ps hang, but not for the others.
+// And a process whose arguments the kernel withholds makes ps hang, but only for itself.
 constexpr SeriesLimits kLineLimits = {4u << 20, 256u << 20, UINT32_MAX, 3};
 
 std::optional<ProcessLine> ask_ps(CommandSeries& lines, int32_t pid) {

@@ -14,7 +14,7 @@ struct ProcessLine {
 };
 
 // The line that ps prints for one process: the user's name, blanks, and the command line up to the line's
-// end. None when there is no blank, or nothing behind the blanks.
+// end. None when there is no blank, or nothing after the blanks.
 std::optional<ProcessLine> parse_process_line(std::string_view output);
 
 // Writes into the profiler tree, from where the snapshot copies them: the time as

@@ -18,7 +18,7 @@ struct Hardware {
   int32_t cores;
 };
 
-// A cache is told for the machine as a whole, or for each core; the latter is the later system's word.
+// A cache is reported for the machine as a whole or, on later systems, for each core.
 struct Cache {
   const char* name;
   const char* key;

@@ -9,7 +9,7 @@ Place add_element(Place& list, const char* prefix, int& count) {
   return Place(list, format_string("%s%d", prefix, ++count).get(), Place::Names::distinct);
 }
 
-// The lists that all disks and drives share, and how far each kind has been numbered.
+// The lists that all disks and drives share, and the last number given to each kind.
 class StorageLists {
  public:
   explicit StorageLists(InventoryTree& snapshot)
@@ -52,8 +52,8 @@ class StorageLists {
   int partition_count_ = 0;
 };
 
-// Calls `visit` for every device: `levels` is the number of lists that stand inside each other, the last of
-// which holds the devices.
+// Calls `visit` for every device: `levels` is the number of lists nested in each other, the last of which
+// holds the devices.
 template <typename Visit>
 void visit_devices(const Tag* items, int levels, const Visit& visit) {
   if (!items) return;
@@ -65,7 +65,7 @@ void visit_devices(const Tag* items, int levels, const Visit& visit) {
   }
 }
 
-// Optical drives are told by their lack of SMART.
+// Optical drives are recognised by their lack of SMART.
 bool has_smart_status(const Tag& device) {
   const char* status = find_text(device, "smart_status");
   return status && !equal_text(status, "Not Supported");

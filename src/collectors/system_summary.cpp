@@ -30,7 +30,7 @@ Text megabytes(CFDictionaryRef item, CFStringRef key) {
 
 // ---- Software.
 
-// What stands between the first brackets of "Jane Doe (jdoe)".
+// What is between the first brackets of "Jane Doe (jdoe)".
 Text short_user_name(const char* user_name) {
   const char* open = std::strchr(user_name, '(');
   const char* close = open ? std::strchr(open, ')') : nullptr;

@@ -1,16 +1,16 @@
-// The machine at a glance: what the asset summary and the driver tell of it.
+// The machine at a glance: what the asset summary and the driver say about it.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
 
 #include "driver/base/text.h"
 
-// Every field is a text of its own, or none when the profiler does not tell. Numbers are unsigned 32-bit
+// Every field is a text of its own, or none when the profiler does not report it. Numbers are unsigned 32-bit
 // decimals.
 struct SystemSummary {
   Text host_name;  // local_host_name of the first SPSoftwareDataType item
-  // The short name, between the brackets of user_name. The platform UUID stands here instead, and
-  // platform_uuid stays none, when only the profiler knows that UUID: the console reads it so.
+  // The short name, between the brackets of user_name. When only the profiler knows the platform UUID, it is
+  // here instead and platform_uuid is none: the console expects it so.
   Text user_name;
   Text platform_uuid;       // from ioreg
   Text os_name;             // as collect_os names it

@@ -30,7 +30,7 @@ constexpr CopiedField kDeviceFields[] = {
 constexpr CopiedField kVolumeFields[] = {
     {"file_system", "file-sys"}, {"bsd_name", "bsd-name"}, {"mount_point", "mount-point"}};
 
-// The console has one code for the speed of a disk and another for that of any other device.
+// The console has one set of codes for the speed of a disk and another for that of any other device.
 const char* disk_speed(const char* speed) {
   if (equal_text(speed, "full_speed")) return "1";
   return equal_text(speed, "low_speed") ? "0" : "2";
@@ -57,7 +57,7 @@ void copy_if_listed(Place& element, std::string_view key, const Value& value,
   }
 }
 
-// A name that the shell passes on as it is.
+// A name that the shell passes on unchanged.
 bool is_plain_name(const char* name) {
   constexpr char kPlain[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._/-";
   return *name != '\0' && name[std::strspn(name, kPlain)] == '\0';
@@ -82,7 +82,7 @@ class UsbWriter {
         partition_numbers_(snapshot, {"Storage", "Logical-disks"}, "partition:"),
         counter_(counter) {}
 
-  // Hubs stand in hubs as deep as the machine says, so the entries still to come are kept in a list, the next
+  // Hubs nest in hubs as deep as the machine says, so the entries still to come are kept in a list, the next
   // one last.
   void add_entry(const Tag& entry) {
     std::vector<const Tag*> pending = {&entry};
@@ -125,7 +125,7 @@ class UsbWriter {
       disk.set_attribute("partitions", Value(add_partitions(*volumes)));
   }
 
-  // Those facts of a removable disk that are no mere copies of a key, but told by its text.
+  // Those facts of a removable disk that are not mere copies of a key but read from its text.
   void write_disk_fact(Place& disk, const Tag& entry, std::string_view key, char* text) {
     if (key == "device_speed") {
       disk.set_attribute("device-speed", text_value(disk_speed(text)));
@@ -140,7 +140,7 @@ class UsbWriter {
     }
   }
 
-  // The number of partitions added. A volume that is not mounted has no free space and is none.
+  // The number of partitions added. A volume that is not mounted has no free space and does not count.
   int64_t add_partitions(const Tag& volumes) {
     int64_t count = 0;
     for (const auto& volume : volumes.children()) {

@@ -12,7 +12,7 @@ void collect_usb(InventoryTree& snapshot, InventoryTree& profiler);
 // - A disk with removable media becomes "/Storage/Physical-disks/Removable:%d" with its volumes at
 //   "/Storage/Logical-disks/partition:%d", each under the next number that is free. What hangs on it is not
 //   looked at.
-// - A hub, that is any other entry with items of its own, stands for these items, at any depth.
+// - A hub, that is any other entry with items of its own, is replaced by these items, at any depth.
 // - Any other entry is a device: it raises the counter by one and becomes "/Peripherals/USB/Device:%d" with
 // it. A fact whose key is missing is not written.
 void collect_usb_device(InventoryTree& snapshot, const Tag& entry, int& counter);

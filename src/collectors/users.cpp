@@ -62,7 +62,7 @@ void join_lines(char* text) {
   *end = '\0';
 }
 
-// Every Mac has a folder there, so an empty listing means that ls could not do its work.
+// Every Mac has a folder there, so an empty listing means that ls failed.
 Text list_folders(uint32_t* length) {
   CommandSeries ls(kChunk, kListLimits);
   Text listing;
@@ -96,7 +96,7 @@ void collect_account(InventoryTree& snapshot, CommandSeries& records, const std:
 }  // namespace
 
 std::optional<Account> parse_account(std::string_view record) {
-  // dscl prints the keys of the directory in alphabetical order; what stands before this one is not ours to
+  // dscl prints the keys of the directory in alphabetical order; what comes before this one is not ours to
   // read, and may contain anything.
   const size_t start = record.find("\nNFSHomeDirectory:");
   if (start == record.npos) return std::nullopt;
@@ -130,7 +130,7 @@ void collect_user_accounts(InventoryTree& snapshot, const SeriesLimits& limits) 
   std::string_view rest(listing.get(), length);
   const auto count = static_cast<size_t>(std::count(rest.begin(), rest.end(), '\n'));
   size_t number = 0;
-  // What stands behind the last line end is no whole name.
+  // What follows the last line end is not a whole name.
   for (size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
     announce("Accounts", ++number, count);
     collect_account(snapshot, records, std::string(rest.substr(0, end)));

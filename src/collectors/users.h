@@ -8,7 +8,7 @@
 #include "zxml/zXML.h"
 
 // An account as the directory holds it, without the blanks and line ends around its texts. A text that the
-// record does not tell is none.
+// record lacks is none.
 struct Account {
   Text name;  // the record name; several names, each on its own line, are joined by blanks
   Text full_name;
@@ -22,14 +22,14 @@ struct Account {
 std::optional<Account> parse_account(std::string_view record);
 
 // The command line that reads the record of the account whose home folder has this name. The name reaches
-// dscl as it is, whatever it is made of.
+// dscl unchanged, whatever characters it has.
 Text account_command(const char* folder);
 
-// What is read of all records. A school's server may have thousands of home folders; a record may hold a
+// How much is read of all records. A school's server may have thousands of home folders; a record may hold a
 // portrait.
 constexpr SeriesLimits kAccountLimits = {64u << 20, 512u << 20, 10000, 3};
 
 // Writes "/User-accounts/usr-acc:NAME" for the account of every folder that `ls -1 /Users/` lists: its record
-// name, full name, group, id and shell where dscl tells them, and its home folder. An empty listing is asked
-// for again, 20 times at most. Tests lower the limits of dscl.
+// name, full name, group, id and shell as far as dscl prints them, and its home folder. An empty listing is
+// asked for again, 20 times at most. Tests lower the limits of dscl.
 void collect_user_accounts(InventoryTree& snapshot, const SeriesLimits& limits = kAccountLimits);

@@ -35,5 +35,5 @@ struct VolumeSpace {
 VolumeSpace write_volume_space(Place& partition, const Tag& volume);
 
 // Writes "used%", annotated with the used GB ("pos"), the size in GB ("max") and the unit ("val-units"). It
-// is 0 where the size is 0, or where the percentage is no number or does not fit 32 bits.
+// is 0 where the size is 0, or where the percentage is not a number or does not fit 32 bits.
 void write_used_share(Place& partition, const VolumeSpace& space);

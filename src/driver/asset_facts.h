@@ -1,4 +1,4 @@
-// What the collectors found out, as the asset summary takes it.
+// What the collectors found out, in the form that the asset summary takes.
 #pragma once
 
 #include "collectors/network_identity.h"

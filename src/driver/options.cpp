@@ -10,7 +10,7 @@ bool is_option(const char* argument, const char* name) {
   return (argument[0] == '/' || argument[0] == '-') && std::strcmp(argument + 1, name) == 0;
 }
 
-// The text behind "NAME:", or none when the argument is something else.
+// The text after "NAME:", or none when the argument is something else.
 const char* option_value(const char* argument, const char* name) {
   const size_t length = std::strlen(name);
   if (argument[0] != '/' && argument[0] != '-') return nullptr;

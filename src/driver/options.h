@@ -9,7 +9,7 @@ struct Options {
   bool silent = false;  // ask nothing, and report for a calling program
   bool log = false;     // stage banners on standard output
   bool debug = false;   // save the raw profiler output instead of a snapshot
-  Text ip;  // the address of the adapter to take; none when not given, an empty one is an address too
+  Text ip;  // the address of the adapter to use; none when not given; an empty one is an address too
   Text login = copy_text("");  // stored as it is
   bool extended = false;       // collect what only Macs of today tell, too
   bool help = false;           // tell how the program is used, instead of scanning
@@ -20,7 +20,7 @@ struct Options {
 };
 
 // Reads "/silent", "/ip:VALUE", "/log", "/login:VALUE", "/debug" and "/extended", each also with "-" in
-// front, in any order. Case matters; whatever is nothing of the kind is ignored; of a repeated option the
-// last value counts. "/help", "/?", "--help" and "-h" ask for help, "/version" and "--version" for the
-// version. arguments[0] is the program's name.
+// front, in any order. Case matters; anything else is ignored; of a repeated option the last value counts.
+// "/help", "/?", "--help" and "-h" ask for help, "/version" and "--version" for the version. arguments[0] is
+// the program's name.
 Options parse_options(int count, const char* const* arguments);

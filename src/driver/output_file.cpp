@@ -15,7 +15,7 @@
 
 namespace {
 
-// In bytes: what all usual file systems allow, and room enough for the 12 digits of an address.
+// In bytes: what all usual file systems allow, and enough for the 12 digits of an address.
 constexpr size_t kLongestName = 255;
 constexpr size_t kLongestAddress = 64;
 
@@ -33,7 +33,7 @@ std::string without_slashes(std::string text) {
   return text;
 }
 
-// What cannot be read, and a link that leads nowhere, is there all the same.
+// A file that cannot be read and a dangling link take their names too.
 bool is_taken(const std::string& name) {
   struct stat status;
   return lstat(name.c_str(), &status) == 0;
@@ -45,7 +45,7 @@ int claim_by_link(const char* temporary_name, const char* name) {
   return 0;
 }
 
-// Only a scan that is killed between the two steps leaves its empty file there.
+// Only a scan that is killed between the two steps leaves its empty file.
 int claim_by_placeholder(const char* temporary_name, const char* name) {
   const int descriptor = create_new_file(name);
   if (descriptor < 0) return -1;
@@ -55,8 +55,8 @@ int claim_by_placeholder(const char* temporary_name, const char* name) {
   return -1;
 }
 
-// The name's beginning keeps it out of "*" and its end out of "*.inv". One that is taken belongs to a scan
-// that was killed, or to one on another machine in the same folder of a share.
+// The name's beginning keeps it out of "*", its end out of "*.inv". A name that is taken belongs to a scan
+// that was killed, or to one of another machine in the same shared folder.
 std::string temporary_name(unsigned number) {
   const std::string repetition = number > 0 ? "-" + std::to_string(number) : "";
   return ".velkaro-scanner-" + std::to_string(getpid()) + repetition + ".part";
@@ -101,7 +101,7 @@ std::string OutputFile::path() const {
 bool OutputFile::claim_name(const std::string& temporary_name, const std::vector<NameClaim>& claims) {
   for (size_t way = 0; way < claims.size();) {
     if (claims[way](temporary_name.c_str(), name().c_str()) == 0) return true;
-    // A server that calls every name taken must not be asked for ever.
+    // Do not ask a server for ever that calls every name taken.
     if (errno == EEXIST && is_taken(name())) {
       ++number_;
     } else {

@@ -1,18 +1,18 @@
 // The file that a scan leaves in the working directory: whole, under the first name that is free for its
-// machine, or not at all. Nothing that stands there already is ever replaced, and no link is followed, even
-// where several scans save at the same time.
+// machine, or not at all. Nothing is ever replaced and no link is followed, even when several scans save at
+// the same time.
 #pragma once
 
 #include <functional>
 #include <string>
 #include <vector>
 
-// Makes a new file with all its content at a path. False, with the reason in errno and no file left, when it
-// could not; EEXIST is for a path where something stands already.
+// Creates a new file with all its content. False, with the reason in errno and no file left, when that fails;
+// EEXIST when the path exists.
 using FileWriter = std::function<bool(const char* path)>;
 
 // A way to give a finished file its name, if nothing has that name yet. 0, and then the temporary name is
-// gone; otherwise -1 with the reason in errno: EEXIST is for a name that is taken.
+// gone; otherwise -1 with the reason in errno: EEXIST when the name is taken.
 using NameClaim = int (*)(const char* temporary_name, const char* name);
 
 // In the order in which they are tried. A hard link is one step; so is renaming, on some of the file systems
@@ -23,19 +23,18 @@ const std::vector<NameClaim>& name_claims();
 class OutputFile {
  public:
   // Chooses the first name that is free at the moment: "OFFICE-MAC_001B63AA10FE.inv", then with "(1)", "(2)"
-  // and so on. The machine's name is put in capitals; no hardware address leaves its place empty. A slash in
-  // either becomes "_", and the machine's name is cut where the file's would be longer than file systems
-  // allow.
+  // and so on. The machine's name is put in capitals; without a hardware address its place stays empty. A
+  // slash in either becomes "_", and the machine's name is cut off where the file's would be longer than file
+  // systems allow.
   OutputFile(const char* machine_name, const char* hardware_address);
 
   std::string name() const;
-  // The name in the working directory; the name alone when that directory cannot be told.
+  // The name with the working directory; the name alone when that directory is unknown.
   std::string path() const;
 
-  // Has the file written under a temporary name, ".velkaro-scanner-PID.part", then gives it its name; goes on
-  // to the next free one when that has been taken meanwhile. False, and nothing left, when it could not be
-  // written or named. A program that is killed leaves the temporary file at most, or the empty one of the
-  // last way.
+  // Has the file written under a temporary name, ".velkaro-scanner-PID.part", then gives it its name, or the
+  // next free one when that has been taken meanwhile. False, and nothing left, when it could not be written
+  // or named. A program that is killed leaves at most the temporary file, or the empty one of the last way.
   bool save(const FileWriter& write, const std::vector<NameClaim>& claims = name_claims());
 
  private:

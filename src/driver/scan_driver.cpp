@@ -34,7 +34,7 @@
 
 namespace {
 
-// The run's log, on standard output where the operator asked for it.
+// The run's log, on standard output when the operator asked for it.
 class Log {
  public:
   explicit Log(bool enabled) : enabled_(enabled) {}
@@ -74,7 +74,7 @@ void set_snapshot_attributes(InventoryTree& snapshot, const char* timestamp, int
   snapshot.set_attribute("/ip-address", text_value(identity.ip_address.get()));
 }
 
-// The name that the file goes by: the one in the Windows network, where the machine has one.
+// The name in the file's name: the one in the Windows network, if the machine has one.
 const char* machine_name(const NetworkIdentity& identity, const Text& computer) {
   return identity.netbios_name ? identity.netbios_name.get() : computer.get();
 }
@@ -161,7 +161,7 @@ void add_outputs(INVfile& container, const std::vector<std::string>& outputs) {
   for (const std::string& output : outputs) add_raw_output(container, output.data(), output.size());
 }
 
-// What support needs of a machine that scans wrongly: the profiler's own bytes.
+// What support needs from a machine whose scans go wrong: the profiler's own bytes.
 void run_debug_scan(const ScanContext& context, bool silent, const char* ip, bool extended) {
   const ProfilerOutput output = run_full_profiler();
   const NetworkIdentity identity = query_network_identity(parse_profiler_output(output).get(), ip);

@@ -10,10 +10,10 @@ struct ScanContext {
   int32_t log_enabled = 0;      // not 0: stage banners go to standard output
 };
 
-// Runs one scan and saves its .inv file in the working directory; with `debug` the raw profiler output beside
-// a reduced summary. Every outcome is reported on the console: the result line on standard output, "Cannot
+// Runs one scan and saves its .inv file in the working directory; with `debug`, the raw profiler output and a
+// reduced summary. Every outcome is reported on the console: the result line on standard output, "Cannot
 // create file :" on standard error. `silent` makes the run report for a calling program: percentage lines,
-// and the bare file name as the result. `ip` is the address of the adapter to take, or none for the machine's
+// and the bare file name as the result. `ip` is the address of the adapter to use, or none for the machine's
 // first; `login` is stored as it is. `extended` is none for the default scan; otherwise the scan goes on to
 // what only Macs of today tell, and this text is what its record has as the options given.
 void ScanDriver(const ScanContext& context, bool silent, bool debug, const char* ip, const char* login,

@@ -15,7 +15,7 @@
 constexpr size_t with_spare(size_t records) { return records + std::max<size_t>(records / 8, 64); }
 
 // One reading. `sysctl` is called with a buffer and the address of its size, as sysctl(3) is: without a
-// buffer it tells the size in bytes; with one it fills it and tells how much it filled. `record_of` makes a
+// buffer it tells the size in bytes; with one it fills it and reports how much it filled. `record_of` makes a
 // ProcessRecord of a KernelRecord. A table that still does not fit (ENOMEM) grew, with the records that the
 // kernel copied all the same.
 template <typename KernelRecord, typename Sysctl, typename RecordOf>

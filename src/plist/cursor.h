@@ -1,5 +1,4 @@
-// A place in the input. Every step is checked against the end: nothing behind the last byte is ever looked
-// at.
+// A place in the input. Every step is checked against the end: nothing beyond the last byte is ever read.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +10,7 @@ namespace plist {
 inline bool is_white(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 inline bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-// Of a decimal or hexadecimal digit; 16 when it is none.
+// Of a decimal or hexadecimal digit; 16 for any other character.
 inline unsigned digit_value(char c) {
   if (is_digit(c)) return static_cast<unsigned>(c - '0');
   const char lower = static_cast<char>(c | 0x20);
@@ -48,14 +47,14 @@ struct Cursor {
     const void* found = at == end ? nullptr : std::memchr(at, c, static_cast<size_t>(end - at));
     return found ? static_cast<const char*>(found) : end;
   }
-  // Moves behind the next such text; stays, and tells so, when there is none.
+  // Moves past the next such text; returns false and stays when there is none.
   bool skip_past(std::string_view text) {
     const size_t offset = rest().find(text);
     if (offset == std::string_view::npos) return false;
     at += offset + text.size();
     return true;
   }
-  // Moves to a place further on and gives what lies between.
+  // Moves forward to a place and returns the text in between.
   std::string_view take(const char* until) {
     const std::string_view taken(at, static_cast<size_t>(until - at));
     at = until;

@@ -14,7 +14,7 @@ DamagedInput::DamagedInput(std::string_view list) : cursor_(list) {
 }
 
 std::optional<Tag> DamagedInput::next_tag() {
-  behind_bracket_ = false;
+  after_bracket_ = false;
   for (cursor_.skip_white(); !cursor_.at_end(); cursor_.skip_white()) {
     if (cursor_.sees("<!--")) {
       skip_section("-->");
@@ -42,7 +42,7 @@ void DamagedInput::skip_word() {
   do {
     ++cursor_.at;
   } while (!cursor_.at_end() && *cursor_.at != '<' && !is_white(*cursor_.at));
-  behind_bracket_ = *word == '<' && cursor_.at == word + 1 && cursor_.sees('<');
+  after_bracket_ = *word == '<' && cursor_.at == word + 1 && cursor_.sees('<');
 }
 
 bool DamagedInput::read_text(Element element, std::string& text) {

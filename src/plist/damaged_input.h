@@ -15,16 +15,16 @@ class DamagedInput {
   // Begins with the XML declaration or <plist; where there is neither, with the first byte.
   explicit DamagedInput(std::string_view list);
 
-  // The next tag of an element other than plist. Text, comments and whatever else stands before it is
-  // skipped. None at the end.
+  // The next tag of an element other than plist. Text, comments and anything else before it are skipped. None
+  // at the end.
   std::optional<Tag> next_tag();
 
-  // Whether a "<" stands right before that tag, as before a close tag whose slash was damaged.
-  bool behind_bracket() const { return behind_bracket_; }
+  // Whether a "<" comes right before that tag, as before a close tag whose slash was damaged.
+  bool after_bracket() const { return after_bracket_; }
 
-  // Behind an open tag: the text up to its close tag, which is read as well. False when another tag or the
-  // end comes first; the input then stays there. Entities are resolved where they are known, and invalid
-  // UTF-8 is replaced.
+  // After an open tag: the text up to its close tag, which is read as well. False when another tag or the end
+  // comes first; the input then stays there. Entities are resolved where they are known, and invalid UTF-8 is
+  // replaced.
   bool read_text(Element element, std::string& text);
   // The bytes as they are.
   bool read_raw_text(Element element, std::string& text);
@@ -36,7 +36,7 @@ class DamagedInput {
   bool skip_section(std::string_view end);
 
   Cursor cursor_;
-  bool behind_bracket_ = false;
+  bool after_bracket_ = false;
 };
 
 }  // namespace plist

@@ -24,12 +24,12 @@ constexpr TagForm kForms[] = {
 };
 constexpr size_t kLongestForm = std::string_view("</integer>").size();
 
-// A byte that became another one is likelier than one too many or too few.
+// A changed byte is likelier than an extra or missing one.
 constexpr int kLengthChanges[] = {0, 1, -1};
 
 // Whether the text, which is not empty, is the form with one byte changed, added or missing.
 bool differs_in_one_byte(std::string_view text, std::string_view form) {
-  // Most texts are told by their last byte, which is then the one that was changed or is missing.
+  // Most texts are ruled out by their last byte, unless that is the one changed or missing.
   if (text.back() != form.back()) {
     const size_t before = form.size() - 1;
     return text.size() <= form.size() && text.substr(0, before) == form.substr(0, before);
@@ -42,7 +42,7 @@ bool differs_in_one_byte(std::string_view text, std::string_view form) {
   return text.substr(same + !missing) == form.substr(same + !added);
 }
 
-// What stands between the angle brackets; none when there is no ">" before the next "<".
+// The text between the angle brackets; none when there is no ">" before the next "<".
 std::optional<std::string_view> content_of_tag(std::string_view text) {
   if (text.empty() || text.front() != '<') return std::nullopt;
   text = text.substr(1, text.find('<', 1) - 1);

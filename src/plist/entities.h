@@ -18,8 +18,8 @@ struct Entity {
 // (with a small x) hexadecimal reference, where no digits at all mean U+0000. None for anything else.
 std::optional<Entity> parse_entity(std::string_view text);
 
-// Appends a text with every entity replaced by its character in UTF-8. An ampersand that begins none stays as
-// it is, and makes the result false.
+// Appends a text with every entity replaced by its character in UTF-8. An ampersand that begins none is kept,
+// and makes the result false.
 bool append_resolved(std::string& resolved, std::string_view text);
 
 }  // namespace plist

@@ -1,4 +1,4 @@
-// What a property list says, told element by element in the order of the document.
+// The contents of a property list, element by element in the order of the document.
 #pragma once
 
 #include <cstdint>

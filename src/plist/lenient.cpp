@@ -12,7 +12,7 @@
 namespace plist {
 namespace {
 
-// A container that is skipped with all that is in it. Only tags of containers tell where it ends.
+// A container that is skipped with everything in it. Only tags of containers show where it ends.
 class Dropped {
  public:
   bool active() const { return active_; }
@@ -24,8 +24,7 @@ class Dropped {
     ++count(root);
   }
 
-  // False when the tag is the close tag of something around the dropped container, which thereby has ended
-  // too.
+  // False when the tag closes something around the dropped container, which thereby has ended too.
   bool takes(const Tag& tag) {
     if (!is_container(tag.element) || tag.empty) return true;
     size_t& open = count(tag.element);
@@ -79,7 +78,7 @@ class LenientScanner {
   DamagedInput input_;
   const Events& events_;
   const size_t depth_limit_;
-  std::vector<Element> frames_;   // the open arrays and dictionaries whose begin was told
+  std::vector<Element> frames_;   // the open arrays and dictionaries whose begin was reported
   size_t open_dictionaries_ = 0;  // among them
   Dropped dropped_;
   std::string text_;  // of the element that is being read
@@ -116,10 +115,10 @@ void LenientScanner::open_container(const Tag& tag) {
   if (tag.empty) end_container();
 }
 
-// "</dict>" that became "<<dict>": no value stands in a dictionary without a key, and the profiler has no
-// array right in an array.
+// "</dict>" that became "<<dict>": a dictionary has no value without a key, and the profiler never puts an
+// array directly in an array.
 bool LenientScanner::is_damaged_close(const Tag& tag) const {
-  return input_.behind_bracket() && !has_key_ && !frames_.empty() && frames_.back() == tag.element;
+  return input_.after_bracket() && !has_key_ && !frames_.empty() && frames_.back() == tag.element;
 }
 
 // A close tag ends the innermost container of its kind and those in it that were not closed; one without such
@@ -140,7 +139,7 @@ void LenientScanner::end_container() {
   (is_dictionary ? events_.end_dictionary : events_.end_array)(events_.listener);
 }
 
-// Tells the key of the value that comes now; false when there is no place for a value.
+// Reports the key of the value that comes now; false when there is no place for a value.
 bool LenientScanner::place_value() {
   if (!in_dictionary()) return true;
   if (!has_key_) return false;
@@ -155,7 +154,7 @@ void LenientScanner::read_key(const Tag& tag) {
   std::swap(key_, text_);
 }
 
-// Tells the value when it can be read and there is a place for it.
+// Reports the value when it can be read and there is a place for it.
 void LenientScanner::read_value(const Tag& tag) {
   switch (tag.element) {
     case Element::integer:

@@ -10,7 +10,7 @@ inline bool starts_with(std::string_view text, std::string_view start) {
   return !text.empty() && text.front() == start.front() && text.substr(0, start.size()) == start;
 }
 
-// How markup that is no tag begins behind its "<", and how it ends. Tags in it mean nothing.
+// How markup other than tags begins after its "<", and how it ends. Tags in it mean nothing.
 struct Markup {
   std::string_view start;
   std::string_view end;

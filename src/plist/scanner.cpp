@@ -175,7 +175,7 @@ bool Scanner::finish_value() {
   return true;
 }
 
-// Behind the "<". The name ends at the first white space; attributes are skipped.
+// After the "<". The name ends at the first white space; attributes are skipped.
 bool Scanner::read_tag(Tag& tag) {
   const char* const name = cursor_.at;
   while (!cursor_.at_end() && *cursor_.at != '>' && !is_white(*cursor_.at)) ++cursor_.at;
@@ -237,7 +237,7 @@ bool Scanner::read_characters(const Tag& tag, Characters& characters) {
   return expect_close(tag.element);
 }
 
-// Entities and CDATA sections become what they stand for.
+// Entities and CDATA sections are replaced by their text.
 bool Scanner::resolve_text() {
   resolved_.clear();
   std::string_view run;

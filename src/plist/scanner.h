@@ -22,19 +22,18 @@ struct ScanResult {
 // an error the events so far are an unfinished list.
 ScanResult scan(std::string_view list, const Events& events);
 
-// Makes the best of a damaged list, and of a whole one the same as `scan`. It never fails, and its events are
+// Makes the best of a damaged list, and reads a whole one like `scan`. It never fails, and its events are
 // always balanced:
-// - what stands before the XML declaration or <plist is skipped;
+// - everything before the XML declaration or <plist is skipped;
 // - text between elements is skipped, and so are the tags of unknown elements;
-// - a tag that one damaged byte keeps from being one is put right;
+// - a tag with one damaged byte is repaired;
 // - invalid UTF-8 becomes U+FFFD; an entity that is not known stays as its text;
 // - a value that cannot be read or is not closed is dropped, and its key with it;
 // - so are a container nested deeper than `depth_limit`, a key without a value, a value without a key;
 // - a container that is not closed ends with the one around it, or with the input;
-// - </plist> ends nothing, so that several values may stand side by side at the top.
+// - </plist> ends nothing, so that there may be several values at the top.
 //
-// Of a key that stands where a value should, `scan` makes a string; here it takes the place of the key before
-// it.
+// `scan` turns a key in the place of a value into a string; here it replaces the key before it.
 void scan_leniently(std::string_view list, const Events& events, size_t depth_limit = kMaximumDepth);
 
 }  // namespace plist

@@ -27,7 +27,7 @@ struct Tag {
   bool empty;   // <name/>
 };
 
-// Names are as they are written: upper case letters make another name.
+// Names are case-sensitive.
 Element element_named(std::string_view name);
 
 // Empty for an unknown element.

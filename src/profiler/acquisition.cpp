@@ -15,7 +15,7 @@ constexpr std::chrono::milliseconds kFirstPause(10);
 constexpr std::chrono::milliseconds kLongestPause(1000);
 constexpr std::chrono::milliseconds kAllPauses(10000);
 
-// Runs the profiler; the pauses of all its runs are limited together.
+// Runs the profiler; the pauses of all runs together are limited.
 class Profiler {
  public:
   Profiler(const SeriesLimits& limits, const Pause& pause)
@@ -58,7 +58,7 @@ Cut cut_at(size_t index) {
 
 std::string_view cut_output(const char* output, uint32_t length, Cut cut) {
   const size_t from = cut == Cut::first ? 0 : kPrologueLength;
-  // Of the last output only the line feed at its end is dropped, since the document ends with it.
+  // The document ends with the last output, which only loses its final line feed.
   const size_t dropped = cut == Cut::last ? 1 : kEpilogueLength;
   if (length < from + dropped) return {};
   const std::string_view piece(output + from, length - from - dropped);

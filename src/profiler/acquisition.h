@@ -11,8 +11,8 @@
 #include "driver/base/command.h"
 #include "driver/base/text.h"
 
-// What one run of the profiler prints stands, as a rule, in this frame: an array of one dictionary. Trimming
-// goes by the frame's lengths and not by searching for tags.
+// What one run of the profiler prints is usually in this frame: an array of one dictionary. Trimming goes by
+// the frame's lengths, not by searching for tags.
 constexpr char kPrologue[] =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
@@ -33,24 +33,23 @@ struct ProfilerOutput {
 struct ProfilerDocument {
   Text text;
   size_t length;
-  // The untouched outputs, one per data type in their order, for the case that the document cannot be parsed.
+  // The untouched outputs, one per data type in their order, in case the document cannot be parsed.
   std::vector<ProfilerOutput> outputs;
 };
 
-// Where in the document an output stands: the first one brings the prologue, the last one the closing tags.
+// Where in the document an output goes: the first one brings the prologue, the last one the closing tags.
 enum class Cut { middle = 0, first = 1, last = 2 };
 
-// How the time between two attempts goes by; tests put something quicker in its place.
+// Waits between two attempts; tests substitute something quicker.
 using Pause = std::function<void(std::chrono::milliseconds)>;
 void pause_for(std::chrono::milliseconds time);
 
 // Runs the profiler over all its data types, within limits that tests lower. With `progress` it prints "10%"
-// to "100%" on the way, for a program that waits for the scan.
+// to "100%" along the way, for a program that waits for the scan.
 //
 // A data type without output is tried again, after 10 ms and then pauses that double up to a second, until
-// the pauses of the whole run add up to 10 s; after that there are single attempts. When it stays empty a
-// line on standard error names its command. One that was given up because it stayed silent is not tried
-// again.
+// the pauses of the whole run add up to 10 s; after that there are single attempts. If it stays empty, a line
+// on standard error names its command. One that was given up for staying silent is not tried again.
 ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& limits = SeriesLimits(),
                                            const Pause& pause = pause_for);
 
@@ -69,6 +68,6 @@ constexpr uint32_t kProfilerChunk = 65536;
 // The document of such outputs, given in the order of the data types.
 Text splice_outputs(const std::vector<ProfilerOutput>& outputs, size_t* length);
 
-// The part of an output that belongs into the document; empty when the output is too short, and cut short at
-// its first NUL.
+// The part of an output that belongs in the document; empty when the output is too short; it ends at the
+// first NUL.
 std::string_view cut_output(const char* output, uint32_t length, Cut cut);

@@ -2,7 +2,7 @@
 
 namespace {
 
-// The object as the type wanted, or none.
+// The object as the wanted type, or none.
 template <typename Ref>
 Ref as(CFTypeRef object, CFTypeID type) {
   return object && CFGetTypeID(object) == type ? static_cast<Ref>(object) : nullptr;

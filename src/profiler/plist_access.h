@@ -1,5 +1,5 @@
 // Reading the parsed profiler output: an array with one dictionary per data type, whose "_dataType" names it
-// and whose "_items" holds what was found. Every lookup takes none for an array or dictionary, and answers
+// and whose "_items" holds what was found. Every lookup accepts none for an array or dictionary, and returns
 // none for what is missing or of another kind; what it returns belongs to the list.
 #pragma once
 
@@ -13,8 +13,8 @@
 // The string's UTF-8 bytes in a new text, and their number.
 Text cfstring_to_text(CFStringRef string, CFIndex* length = nullptr);
 
-// The same bytes for reading only: where they stand when CoreFoundation keeps them so, else in a copy. The
-// string must outlive this.
+// The same bytes for reading only: in place when CoreFoundation stores them so, else a copy. The string must
+// outlive this.
 class CFStringText {
  public:
   explicit CFStringText(CFStringRef string);

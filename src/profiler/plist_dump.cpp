@@ -15,10 +15,10 @@ namespace {
 
 constexpr int kMaximumDepth = 512;
 
-// The keys of a data type that describe the profiler's run, and the data types that nobody reads.
+// Keys that describe the profiler's run, and data types that nobody reads.
 constexpr const char* kSkippedKeys[] = {"_dataType", "_detailLevel", "_properties"};
 constexpr const char* kSkippedDataTypes[] = {"SPLogsDataType", "SPFontsDataType"};
-// Dictionaries that are lists of a name and a state, and are written as items.
+// Dictionaries that list names with a state each, and are written as items.
 constexpr const char* kKeyValueLists[] = {"spfirewall_applications", "spfirewall_services"};
 
 template <size_t count>
@@ -33,7 +33,7 @@ struct KeysAndValues {
   explicit KeysAndValues(CFDictionaryRef dictionary)
       : keys(static_cast<size_t>(CFDictionaryGetCount(dictionary))), values(keys.size()) {
     CFDictionaryGetKeysAndValues(dictionary, keys.data(), values.data());
-    // Few names are sooner searched than sorted.
+    // A few names are searched sooner than sorted.
     constexpr size_t kMany = 32;
     if (keys.size() > kMany && tag_names_differ()) names = Place::Names::distinct;
   }
@@ -42,10 +42,10 @@ struct KeysAndValues {
 
   std::vector<const void*> keys;
   std::vector<const void*> values;
-  Place::Names names = Place::Names::may_repeat;  // of the tags that the keys become
+  Place::Names names = Place::Names::may_repeat;  // for the tags that the keys become
 
  private:
-  // The keys themselves are distinct, but may give the same name.
+  // The keys are distinct, but two may yield the same name.
   bool tag_names_differ() const {
     std::vector<std::string> tag_names;
     for (size_t i = 0; i < keys.size(); ++i) tag_names.push_back(tag_name(i));
@@ -108,15 +108,15 @@ class Dump {
 
   InventoryTree& tree_;
   DateFormatter date_formatter_{DateForm::cim};
-  // What is installed together has one date, and formatting is dear.
+  // What is installed together has the same date, and formatting is expensive.
   CFAbsoluteTime last_time_ = std::numeric_limits<CFAbsoluteTime>::quiet_NaN();
   Value last_date_;
 };
 
-// Numbers as the console's schema has always had them: by the type that CoreFoundation says. Integers of a
+// Numbers as the console's schema has always had them: by the type that CoreFoundation reports. Integers of a
 // property list are 64 bits wide, but a zero is 32 bits wide on every Mac, and so are -1 to 12 where numbers
 // are not kept in their pointers (up to Mac OS X 10.6, and in 32-bit programs): a -1 is 4294967295 there. All
-// other types come from values that are made in memory only.
+// other types occur only in values made in memory.
 Value number_value(CFNumberRef number) {
   switch (CFNumberGetType(number)) {
     case kCFNumberSInt8Type:
@@ -203,7 +203,7 @@ void Dump::data_type(CFDictionaryRef dictionary) {
     }
     Value value = scalar(object);
     if (value.kind() == Value::Kind::none) continue;
-    // At this level the console reads wide integers as texts.
+    // At this level the console expects wide integers as texts.
     if (is_wide_integer(object))
       value.set_text(format_string("%lld", static_cast<long long>(value.int64())).get());
     set_attribute(place, pairs.tag_name(i), pairs.names, std::move(value));

@@ -19,7 +19,7 @@ bool is_one_list(std::string_view text) {
          text.find("<plist") < text.find("<array");
 }
 
-// A document ends each piece at its first NUL, and a name is missed because of one.
+// In the document each piece ends at its first NUL, and a NUL hides a name.
 bool holds_nul(const ProfilerOutput& output) {
   return std::string_view(output.text.get(), output.length).find('\0') != std::string_view::npos;
 }
@@ -32,7 +32,7 @@ CFRef<CFArrayRef> parse(const char* text, size_t length) {
   const CFRef<CFDataRef> data(CFDataCreateWithBytesNoCopy(nullptr, reinterpret_cast<const UInt8*>(text),
                                                           static_cast<CFIndex>(length), kCFAllocatorNull));
   CFStringRef error_text = nullptr;
-  // Deprecated, and kept: what it accepts and refuses is measured on systems of many years.
+  // Deprecated, but kept: what it accepts and refuses has been measured on many releases.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
   const CFRef<CFPropertyListRef> property_list(
@@ -49,7 +49,7 @@ void report_unreadable(const ProfilerOutput& output) {
   if (output.length == 0) return;
   const char* separator = output.data_type ? ": " : "";
   const char* name = output.data_type ? output.data_type : "";
-  std::fprintf(stderr, "Unreadable output of the system profiler%s%s\n", separator, name);
+  std::fprintf(stderr, "Unreadable output from the system profiler%s%s\n", separator, name);
 }
 
 // The lists of all outputs as one.

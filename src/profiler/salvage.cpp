@@ -12,7 +12,7 @@ namespace {
 // In the lists of all data types many facts hang on these.
 constexpr std::string_view kCommonKeys[] = {"_items", "_dataType"};
 
-// A text in which one byte was damaged in a way that a list shows: not UTF-8 any more, a NUL, or markup.
+// A text with one byte damaged so that it shows: no longer UTF-8, a NUL, or markup.
 bool is_damaged(std::string_view text, std::string_view name) {
   const size_t start = static_cast<size_t>(
       std::mismatch(text.begin(), text.end(), name.begin(), name.end()).first - text.begin());
@@ -49,7 +49,7 @@ std::string_view put_value_right(std::string_view text) {
 // out: their elements share the frame.
 class ListWriter {
  public:
-  // The data type that the profiler was asked for; empty when that was none in particular.
+  // The data type that the profiler was asked for; empty when it was asked for all.
   explicit ListWriter(std::string_view data_type) : data_type_(data_type) {}
 
   void begin_array() {
@@ -81,10 +81,10 @@ class ListWriter {
   void date(double, std::string_view source) { element("date", source); }
   void data(std::string_view source) { element("data", source); }
 
-  // Values that stand outside of any array are in the list as well.
+  // Values outside any array are in the list as well.
   bool found_list() const { return found_list_ || text_.size() > kPrologueLength; }
 
-  // The list in the profiler's frame; nothing is written after it.
+  // The list in the profiler's frame; nothing can be written after that.
   const std::string& finish() { return text_ += kEpilogue; }
 
  private:

@@ -8,8 +8,8 @@
 
 // A size text is a number, one separator character and one of the units "KB", "MB", "GB", "TB" at its very
 // end; the decimal mark may be a comma, which is replaced by a full stop in the caller's text. The number and
-// its product with the unit are single precision, as the console's other figures are. No text, an unknown
-// unit or an unreadable number gives 0.
+// its product with the unit are single precision, like the console's other figures. No text, an unknown unit
+// or an unreadable number gives 0.
 
 constexpr double kBytesPerGb = 1073741824.0;
 
@@ -26,12 +26,12 @@ int64_t size_to_bytes(char* size);
 double size_to_decimal_gb(char* size, bool round);
 double bytes_to_decimal_gb(uint64_t bytes);
 
-// A clock speed told in GHz ("2.66 GHz") in MHz, in single precision. Only the number is read, so a speed
-// told in MHz is a thousand times too high; an unreadable number gives 0.
+// A clock speed in GHz ("2.66 GHz") converted to MHz, in single precision. Only the number is read, so a
+// speed given in MHz comes out a thousand times too high; an unreadable number gives 0.
 double speed_to_mhz(const char* speed);
 
-// A number cut down to an integer: the fraction is dropped, a number outside the target's range becomes the
-// range's end, NaN 0.
+// A number truncated to an integer: the fraction is dropped, a number outside the target's range becomes the
+// nearer end of the range, NaN 0.
 int64_t truncate_to_int64(double number);
 int32_t truncate_to_int32(double number);
 uint32_t truncate_to_uint32(double number);

@@ -21,7 +21,7 @@ void write_rows(Place& element, const Row (&rows)[count]) {
   for (const Row& row : rows) element.set_attribute(row.name, text_value(row.text));
 }
 
-// The texts in which a normal and a debug scan differ; none is written as the empty text.
+// The texts that differ between a normal and a debug scan; none is written as the empty text.
 struct Identity {
   const char* host_name;
   const char* computer_name;
@@ -143,7 +143,7 @@ void write_disk(Place& control, const std::string& name, const Tag& disk, const 
   if (mount_point && equal_text(mount_point->value().text(), "/")) written->annotate("sys", "1");
 }
 
-// A disk's number is its position among all partitions, also those that do not tell their free space.
+// A disk's number is its position among all partitions, including those without a figure for free space.
 void write_disks(Place& control, const Tag& snapshot) {
   const Tag* disks = find_grandchild(snapshot, "Storage", "Logical-disks");
   if (!disks) return;

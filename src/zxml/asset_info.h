@@ -47,16 +47,15 @@ struct AssetInputs {
   AssetNetwork network;
   const char* computer_name;
   const char* serial_number;
-  const char* login;  // the option of this name
+  const char* login;  // the option /login
 };
 
 // The tree of a normal scan, with the control summary: its facts from the summary, the number of monitors and
 // the logical disks from the snapshot.
 std::unique_ptr<InventoryTree> build_asset_info(const AssetInputs& inputs);
 
-// Fills the container of a debug scan: a tree that says no more than how the machine is called and reached,
-// then the profiler's raw output, compressed. `name` is the host name, or the computer name when there is
-// none.
+// Fills the container of a debug scan: a tree with only the machine's names and addresses, then the
+// profiler's raw output, compressed. `name` is the host name, or the computer name when there is none.
 void build_debug_asset_info(INVfile& container, const char* name, const AssetNetwork& network,
                             const void* raw_output, size_t length);
 

@@ -1,4 +1,4 @@
-// Binary data with its length, as the encoded forms of a tree are handed over.
+// Binary data with its length: how the encoded forms of a tree are handed over.
 #pragma once
 
 #include <cstddef>

@@ -12,7 +12,7 @@ std::string line(std::string_view key, std::string_view value) {
   return std::string(key).append("=").append(value).append("\n");
 }
 
-// What the header tells of a section beyond its place; nothing for a kind that the console does not know.
+// What the header says about a section besides its place; nothing for a kind that the console does not know.
 std::string description(const ContainerSection& section) {
   switch (section.kind) {
     case kSnapshot:
@@ -27,7 +27,7 @@ std::string description(const ContainerSection& section) {
   }
 }
 
-// A section of an unknown kind takes its place and its number, but no lines.
+// A section of an unknown kind takes up its place and its number, but has no lines.
 std::string header_text(const std::vector<ContainerSection>& sections) {
   const auto snapshots = std::count_if(sections.begin(), sections.end(), [](const ContainerSection& section) {
     return section.counts_as_snapshot;

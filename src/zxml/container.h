@@ -1,5 +1,5 @@
-// The layout of an .inv file and of the trees in it, in one place for whoever writes them and whoever reads
-// them. docs/inv-format.md tells it byte by byte.
+// The layout of an .inv file and of the trees in it, in one place for writers and readers. docs/inv-format.md
+// describes it byte by byte.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include "zxml/bytes.h"
 
 // ---- A tree's section. A whole tree is one text; a split one has a part for the top element ("Root") and
-// one for each of its children, and behind them an index with the parts' places.
+// one for each of its children, followed by an index of the parts.
 
 enum class Layout { whole_plain, whole_compressed, split_plain, split_compressed };
 
@@ -22,17 +22,18 @@ constexpr std::string_view kWholePlainEnd{"\0\0", 2};
 constexpr std::string_view kWholeCompressedEnd{"\0\1ZXML", 6};
 constexpr std::string_view kSplitPlainEnd{"\1\0", 2};
 constexpr std::string_view kSplitCompressedEnd{"\1\1", 2};
-// A split layout has its index's offset before them, as a number of so many bytes.
+// A split layout has its index's offset before them, as a number of this many bytes.
 constexpr size_t kIndexOffsetSize = 4;
 // The name of a split tree's first part.
 constexpr std::string_view kRootPart = "Root";
 
 // ---- The file: sections back to back, a header that lists them, a trailer with the header's offset.
 
-// Written to files: these numbers never change. Other numbers are carried, but get no entry in the header.
+// Written to files: these numbers never change. Sections of other kinds are stored, but get no entry in the
+// header.
 enum SectionKind : int32_t { kAssetInfo = 0, kSnapshot = 1, kRawData = 2 };
 
-// How the header's entries name the kinds; that of raw data has an "ID" as well.
+// The names of the kinds in the header; an entry for raw data has an "ID" as well.
 constexpr std::string_view kSnapshotType = "snapshot";
 constexpr std::string_view kAssetInfoType = "assetinfo";
 constexpr std::string_view kRawDataType = "customdata";
@@ -52,7 +53,7 @@ constexpr std::string_view kMagic = "INV!";
 enum class HeaderForm : unsigned char { plain = 0, compressed = 1 };
 enum class ByteOrder { least_significant_first, most_significant_first };
 
-// A section that is ready; the bytes and texts are borrowed.
+// A finished section; the bytes and texts are borrowed.
 struct ContainerSection {
   int32_t kind = kAssetInfo;
   std::string_view data;
@@ -62,6 +63,6 @@ struct ContainerSection {
 };
 
 // The file's bytes, sections in this order. A fault inside the compressor ends the program and names
-// `source`, as deflate.h tells.
+// `source`; see deflate.h.
 Bytes lay_out_container(const std::vector<ContainerSection>& sections, HeaderForm form, ByteOrder order,
                         const char* source);

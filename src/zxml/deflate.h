@@ -3,8 +3,8 @@
 
 #include "zxml/bytes.h"
 
-// One complete zlib stream of the input at the best level; empty when the compressor cannot be started. The
-// result is longer than a tiny or incompressible input. A fault inside the compressor ends the program with a
-// line on standard error that names `source`, the caller's source file, and the broken condition: a damaged
-// stream must never reach a file.
+// One complete zlib stream of the input at the best level; empty when the compressor cannot be initialised.
+// The result is longer than a tiny or incompressible input. A fault inside the compressor ends the program
+// with a line on standard error that names `source`, the caller's source file, and the failed condition: a
+// damaged stream must never reach a file.
 Bytes deflate_buffer(const void* input, size_t length, const char* source);

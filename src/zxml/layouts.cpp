@@ -1,4 +1,4 @@
-// The forms in which a tree is handed over. The scanner itself asks for whole, compressed ones only.
+// The encoded forms of a tree. The scanner itself uses whole, compressed ones only.
 #include <algorithm>
 
 #include "zxml/deflate.h"

@@ -8,7 +8,7 @@ Tag* Place::reach(bool make_missing) {
   if (start_) {
     tag = reach_from_start(make_missing);
   } else if (name_.empty()) {
-    // Only a tag that exists has a first child, so nothing is made on the way to one.
+    // Only a tag that exists has a first child, so nothing is created on the way to one.
     Tag* parent = parent_->reach(false);
     tag = parent ? parent->child_at(0) : nullptr;
   } else if (Tag* parent = parent_->reach(make_missing)) {

@@ -1,4 +1,4 @@
-// A place in a tree that several writes share, so that the walk to it is made once.
+// A place in a tree that several writes share, so that the path to it is walked once.
 #pragma once
 
 #include <string>
@@ -6,31 +6,31 @@
 
 #include "zxml/tag.h"
 
-// Writing through a Place gives exactly the tree that the same writes with full paths would give: the tags on
-// the way appear with the first write, and become branches when something below them is reached.
+// Writing through a Place gives exactly the tree that the same writes with full paths would give: the tags
+// along the way appear with the first write, and become branches once something below them is reached.
 class Place {
  public:
-  // Whether the parent may hold a child of this name already. `distinct` promises that whoever writes to the
-  // parent names no two children alike; a parent made by its own Place then needs no search. `unused`
+  // Whether the parent may hold a child of this name already. `distinct` promises that no writer gives two
+  // children of the parent the same name; a parent made by its own Place then needs no search. `unused`
   // promises that the parent has no child of this name yet, and so never needs one.
   enum class Names { may_repeat, distinct, unused };
 
-  // The tag that a path from `start` names; `start` must outlive the Place.
+  // The tag at a path from `start`, which must outlive the Place.
   Place(Tag& start, std::string path) : start_(&start), name_(std::move(path)) {}
   // The child of `parent` that a path segment leads to: the child of this name, or the first child for an
   // empty name. The name holds no "/"; the parent must outlive the Place.
   Place(Place& parent, std::string name, Names names = Names::may_repeat)
       : parent_(&parent), name_(std::move(name)), names_(names) {}
 
-  // As the operations of Tag, with a name where those have a path. Nothing happens at a place that cannot be
-  // reached (see tag.h).
+  // Like the operations of Tag, with a name where those have a path. Nothing happens at a place that cannot
+  // be reached (see tag.h).
   void set_attribute(std::string_view name, Value value, const char* annotation_key = nullptr,
                      const char* annotation_text = nullptr);
   // For attributes whose names are distinct among all that are set here: no search when this Place made its
   // tag. Returns the attribute, for further annotations, or none.
   Attribute* set_distinct_attribute(std::string_view name, Value value, const char* annotation_key = nullptr,
                                     const char* annotation_text = nullptr);
-  // Gives the tag at this place itself a value; the tag above it does not become a branch by it.
+  // Gives the tag at this place itself a value; this does not make the tag above it a branch.
   void set_value(Value value);
   // Append an annotation to an attribute of the tag at this place, or to that tag itself; nothing when it
   // does not exist. For set_value and annotate, as at a path's end, an empty name is a child's name.

@@ -80,7 +80,7 @@ Tag::Tag(const Tag& source) : kind_(source.kind_), name_(source.name_) {
 }
 
 Tag::~Tag() {
-  // Taken apart level by level, since a chain of destructors would use the stack up on a deep tree.
+  // Taken apart level by level, since a chain of destructors would exhaust the stack on a deep tree.
   std::vector<std::unique_ptr<Tag>> pending = std::move(children_);
   while (!pending.empty()) {
     const std::unique_ptr<Tag> tag = std::move(pending.back());
@@ -142,7 +142,7 @@ Tag* Tag::walk(std::string_view* path, bool make_missing) {
     Tag* next = segment.empty() ? tag->child_at(0) : tag->pass_to_child(segment);
     if (!next) {
       if (segment.empty() || !make_missing) return nullptr;
-      // A tag made here has no child to step into: such a path makes nothing at all.
+      // A tag created here has no child to step into: such a path creates nothing at all.
       if (!below_made_tag && steps_into_first_child(*path)) return nullptr;
       below_made_tag = true;
       next = &tag->append_leaf(segment);

@@ -55,7 +55,7 @@ size_t own_size(const Tag& tag) {
          (tag.kind() == Tag::Kind::branch ? kClosingLine.size() : 0);
 }
 
-// Appends pieces of text behind each other.
+// Appends pieces of text one after the other.
 class Writer {
  public:
   explicit Writer(char* position) : position_(position) {}
@@ -85,7 +85,7 @@ void write_annotations(Writer& writer, const std::vector<Annotation>& annotation
 void write_head(Writer& writer, const Tag& tag) {
   const bool branch = tag.kind() == Tag::Kind::branch;
   writer << (branch ? kBranchMarker : kLeafMarker) << tag.name() << "=" << tag.value() << "\n";
-  // A trace on standard error for whoever looks into a file by hand.
+  // A trace on standard error for anyone who inspects a file by hand.
   if (branch && !tag.annotations().empty()) std::fprintf(stderr, "tag >>%s<< :\n", tag.name().c_str());
   write_annotations(writer, tag.annotations());
   for (const auto& attribute : tag.attributes()) {
@@ -94,7 +94,7 @@ void write_head(Writer& writer, const Tag& tag) {
   }
 }
 
-// One tag and what is below it, without recursion: a tree may be deeper than the stack.
+// One tag and everything below it, without recursion: a tree may be deeper than the stack.
 void write_element(Writer& writer, const Tag& element, bool no_close, bool without_children) {
   struct Open {
     const Tag* tag;
@@ -120,7 +120,7 @@ void write_element(Writer& writer, const Tag& element, bool no_close, bool witho
   }
 }
 
-// The most bytes that write_text writes: more than text_size where that leaves out the other elements of a
+// The most bytes that write_text can write: more than text_size where that leaves out the other elements of a
 // document, or the annotations of a header.
 size_t written_limit(const Tag& tag, bool without_children) {
   const auto element_limit = [&](const Tag& element) {

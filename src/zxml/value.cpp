@@ -6,9 +6,9 @@
 namespace {
 
 // Writes `text` to `converted` with line ends turned into carriage returns and returns the number of bytes
-// written. `offset` is where the original layout would have put the next piece of text. Whatever does not
-// join on to the text written so far was hidden behind its terminator there, and so is lost here; the last
-// piece always joins on.
+// written. `offset` is where the original layout would have put the next piece of text. A piece that does not
+// join the text written so far was hidden behind that text's terminator, and so is lost; the last piece
+// always joins.
 size_t convert_line_ends(const char* text, char* converted) {
   size_t length = 0;
   size_t offset = 0;
@@ -25,7 +25,7 @@ size_t convert_line_ends(const char* text, char* converted) {
     }
     const bool pair = line_end == '\r' && text[size + 1] == '\n';
     const bool joins = offset == length;
-    // Before a pair the last byte is cut off.
+    // The last byte before a pair is cut off.
     if (joins) append(text, pair && size > 0 ? size - 1 : size);
     // A carriage return alone is dropped.
     if (pair || line_end == '\n') converted[length++] = '\r';
@@ -34,7 +34,7 @@ size_t convert_line_ends(const char* text, char* converted) {
   }
 }
 
-// The new length of a text whose blanks at both ends are dropped in place; a single byte stays, whatever it
+// The new length of a text whose blanks at both ends are dropped in place; a single byte is kept, whatever it
 // is.
 size_t trim_blanks(char* text, size_t length) {
   if (length <= 1 || (text[0] != ' ' && text[length - 1] != ' ')) return length;

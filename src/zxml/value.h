@@ -16,13 +16,13 @@ class Value {
   Value(Value&& source) noexcept;
 
   // Assigning an empty value (kind none) leaves this value as it was: a collector that found nothing keeps
-  // what stands there.
+  // what is there.
   Value& operator=(const Value& source);
   Value& operator=(Value&& source) noexcept;
 
   // A text that fits on one line of the text form: line ends become carriage returns and blanks around it are
   // dropped. Text between several line ends, and the byte before a carriage-return-line-feed pair, are lost:
-  // the console's files have always been so. None gives the empty text.
+  // the console's files have always been like that. None gives the empty text.
   void set_text(const char* text);
   // The text exactly as given; none gives the empty text.
   void set_string(const char* text);
@@ -32,12 +32,12 @@ class Value {
   void clear();
 
   Kind kind() const { return kind_; }
-  // The payload of that kind; false, 0 or none when the value is of another kind.
+  // The payload of this kind; false, 0 or none when the value is of another kind.
   bool boolean() const { return kind_ == Kind::boolean && payload_.boolean != 0; }
   int64_t int64() const { return kind_ == Kind::int64 ? payload_.int64 : 0; }
   double real() const { return kind_ == Kind::real ? payload_.real : 0; }
   const char* text() const { return text_.get(); }
-  // For the collectors that shorten a text where it stands; the length may only shrink.
+  // For the collectors that shorten a text in place; the length may only shrink.
   char* text() { return text_.get(); }
 
  private:

@@ -1,4 +1,4 @@
-// The inventory tree as a document: its "?zxml" text and the four forms in which it is handed over.
+// The inventory tree as a document: its "?zxml" text and its four encoded forms.
 #pragma once
 
 #include <string>
@@ -27,7 +27,7 @@ class InventoryTree {
   const Tag& root() const { return root_; }
   Tag& top() { return *root_.child_at(0); }
   const Tag& top() const { return *root_.child_at(0); }
-  // The records of the last split form that was made.
+  // The records of the split form made last.
   const std::vector<Section>& sections() const { return sections_; }
 
   // The operations of Tag on the root: a path begins with "/", which enters the top element.

@@ -44,7 +44,7 @@ TEST(Applications, WritesEveryFactOfEach) {
                               {"version", "5.0.3"}}}));
 }
 
-TEST(Applications, MarksWhatIsNotToldAsUnknown) {
+TEST(Applications, MarksWhatIsNotReportedAsUnknown) {
   EXPECT_EQ(software("*Soft:1=Tool\n" + std::string(kUnknownVersion) + kUnknownDate + kUnknownRuntime +
                      kUnknownWidth + "location=/Tool.app\n"),
             applications_of({{{"_name", "Tool"}, {"path", "/Tool.app"}}}));
@@ -81,7 +81,7 @@ TEST(Applications, CopiesValuesInTheirKind) {
                 {{{"_name", 3}, {"version", 7}, {"runtime_environment", 1}, {"info", "a\rb"}, {"path", 2}}}));
 }
 
-TEST(Applications, TakesValuesOfTheWrongKindForUnknown) {
+TEST(Applications, TreatsValuesOfTheWrongKindAsUnknown) {
   EXPECT_EQ(software(unknown_application(1)), applications_of({{{"_name/item0", "a"},
                                                                 {"version/item0", "1"},
                                                                 {"lastModified", 20110112},

@@ -58,7 +58,7 @@ TEST(ComputerSystem, TakesTheUuidFromIoregWhenTheProfilerHasNone) {
                      "serial=4H0000000AA\n"));
 }
 
-TEST(ComputerSystem, CopiesWhateverTheProfilerTellsAsUuid) {
+TEST(ComputerSystem, CopiesWhateverTheProfilerReportsAsUuid) {
   const auto uuid = [](const Key& key) { return system_of(kHardware, {{{"machine_model", "m"}, key}}); };
   FakeTools tools;
   write_printing_tool(tools, "ioreg", "\"IOPlatformUUID\" = \"another\"\n");
@@ -97,7 +97,7 @@ TEST(ComputerSystem, WritesNothingWithoutItems) {
   EXPECT_EQ(collected(collect_system, profiler), "*Snapshot=\n");
 }
 
-TEST(MemorySlots, TellsTheCapacityOfUsedSlotsOnly) {
+TEST(MemorySlots, ReportsTheCapacityOfUsedSlotsOnly) {
   EXPECT_EQ(system_of(kMemory, {kTwoGb, {{"dimm_status", "empty"}, {"dimm_size", "empty"}}}),
             slots({"1", "2"},
                   "*mem-slot:1=\n"

@@ -172,7 +172,7 @@ TEST(CollectDisplays, GivesAMonitorItsMakersCodesAndName) {
   EXPECT_EQ(monitor.text("model"), "Cinema");
 }
 
-TEST(CollectDisplays, KeepsTheLinesBehindAPlainDisplaysName) {
+TEST(CollectDisplays, KeepsTheLinesAfterAPlainDisplaysName) {
   // The name runs on over extension count and checksum.
   const OneMonitor monitor(EdidBlock().describe(3, 0xFC, "Cinema\n      \x01x"));
   EXPECT_EQ(monitor.text("model"), "Cinema\r      \x01x");
@@ -204,7 +204,7 @@ TEST(CollectDisplays, LeavesTheNameOfAConnectedDisplayWithoutOneEmpty) {
   EXPECT_EQ(monitor.text("model"), "");
 }
 
-TEST(CollectDisplays, TakesAnEmptyNameForAName) {
+TEST(CollectDisplays, AcceptsAnEmptyName) {
   EXPECT_EQ(OneMonitor(EdidBlock().describe(0, 0xFC, "  \n")).text("name"), "?@@@   0|");
   EXPECT_EQ(OneMonitor(connector_with(EdidBlock().describe(0, 0xFC, "\nx"))).text("name"), "?@@@   0|");
 }
@@ -228,7 +228,7 @@ TEST(CollectDisplays, WritesTheDigitalSerialNumberUnsigned) {
 }
 
 TEST(CollectDisplays, LeavesTheSerialTextUntrimmed) {
-  // But for the blanks at its ends, which no text in the inventory has.
+  // Except for the blanks at its ends, which no text in the inventory has.
   EXPECT_EQ(OneMonitor(EdidBlock().describe(0, 0xFF, " \tS-1\n  ")).text("serial"), "\tS-1\r");
   EXPECT_EQ(OneMonitor(EdidBlock()).text("serial"), "");
 }
@@ -327,7 +327,7 @@ TEST(CollectDisplays, NamesNoAspectBetweenTheKnownOnes) {
 }
 
 TEST(CollectDisplays, ComparesTheAspectInSinglePrecisionWithOpenBounds) {
-  // The quotient in single precision lies just below or above the bound in double precision.
+  // The quotient in single precision is just below or above the bound in double precision.
   EXPECT_EQ(aspect_ratio(31, 24), "5:4");
   EXPECT_EQ(aspect_ratio(62, 48), "5:4");
   EXPECT_EQ(aspect_ratio(29, 24), "5:4");
@@ -416,7 +416,7 @@ TEST(CollectDisplays, NumbersMonitorsThroughAllAdapters) {
   EXPECT_EQ(elements(snapshot, "Video-devices"), "Video-adapter:1 Video-adapter:2 Video-adapter:3 ");
 }
 
-TEST(CollectDisplays, TakesANumberForADisplayWithoutEdidButNoneForAnEmptyConnector) {
+TEST(CollectDisplays, NumbersADisplayWithoutEdidButNotAnEmptyConnector) {
   const InventoryTree snapshot = collect({adapter_with({{{"_name", "Projector"}},
                                                         display_with(EdidBlock()),
                                                         {{"_name", "spdisplays_display_connector"}},
@@ -426,7 +426,7 @@ TEST(CollectDisplays, TakesANumberForADisplayWithoutEdidButNoneForAnEmptyConnect
   EXPECT_EQ(elements(snapshot, "Monitors"), "Monitor:2 Monitor:3 Monitor:4 Monitor:5 ");
 }
 
-TEST(CollectDisplays, TakesADisplayWithoutNameForAPlainOne) {
+TEST(CollectDisplays, TreatsADisplayWithoutNameAsAPlainOne) {
   const OneMonitor monitor(Item{{"_spdisplays_edid", EdidBlock().text().c_str()}});
   EXPECT_EQ(monitor.text("name"), "?@@@   0|(null)");
 }
@@ -439,7 +439,7 @@ TEST(CollectDisplays, WritesOnlyMainMonitorForADisplayWithoutEdid) {
   EXPECT_EQ(monitor.attribute("main-monitor")->find_annotation("type")->text, "bool");
 }
 
-TEST(CollectDisplays, TakesAnEdidThatIsNoTextForNone) {
+TEST(CollectDisplays, IgnoresAnEdidThatIsNotAText) {
   const InventoryTree snapshot =
       collect({adapter_with({{{"_name", "Screen"}, {"_spdisplays_edid", 255}},
                              {{"_name", "spdisplays_display_connector"}, {"_spdisplays_edid", 255}},

@@ -9,7 +9,7 @@
 
 class EdidBlock {
  public:
-  // All zero but for the standard timings, which are all unused.
+  // All zero except for the standard timings, which are all unused.
   EdidBlock() {
     for (size_t at = 38; at < 54; ++at) raw_[at] = 1;
   }

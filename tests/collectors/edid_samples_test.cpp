@@ -1,4 +1,5 @@
-// Blocks of real monitors, which stand beside the repository and not in it, since they carry serial numbers.
+// Blocks of real monitors, which are kept beside the repository and not in it, since they carry serial
+// numbers.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -46,7 +47,7 @@ TEST_F(EdidSamples, AllDecodeToPlausibleMonitors) {
   }
 }
 
-// Worked out by hand from the bytes; what stands in `name` is all up to the first zero byte.
+// Worked out by hand from the bytes; `name` is everything up to the first zero byte.
 struct Expected {
   const char* origin;
   const char* manufacturer;
@@ -81,13 +82,13 @@ constexpr Expected kExpected[] = {
     // A name that runs on over extension count and checksum to the end of the block.
     {"Digital/ASUS/AUS2421/84D4BF436C1F", "AUS", "2421", "ASUS VG249\n  \x01\xDB", 40, 2021, 53, 30,
      "1680 x 1050"},
-    // The same behind a full name; an established timing, and the largest standard timing last.
+    // The same after a full name; an established timing, and the largest standard timing last.
     {"Digital/IDV/IDVED11/E6D95E923A7A", "IDV", "ED11", "AOC28E850.HDR\x01U", 3, 2017, 62, 34, "1920 x 1200"},
     // A name in two descriptors, of which the second one counts; zeros after its line feed.
     {"Digital/Apple/APP921F/DE97BEC1EDE0", "APP", "921F", "play\n", 34, 2004, 49, 31, "1920 x 1200"},
     // Texts instead of a name; no timings at all.
     {"Digital/Apple/APP9C5F/9DC2ADDBA12C", "APP", "9C5F", kNone, 8, 2006, 29, 18, ""},
-    // A bit in the third byte of the established timings that stands for nothing.
+    // A bit in the third byte of the established timings that means nothing.
     {"Digital/Apple/APP9C65/5F61E9EA1609", "APP", "9C65", "Color LCD\n   ", 0, 2006, 52, 32, ""},
     // A name followed by two dummy descriptors.
     {"Digital/Apple/APPA019/BD1FC55FA245", "APP", "A019", "Color LCD\n   ", 48, 2012, 33, 21, ""},

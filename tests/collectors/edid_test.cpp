@@ -127,7 +127,7 @@ TEST(DecodeEdid, TakesTheLastDescriptorOfAKind) {
   EXPECT_STREQ(info.h_range_text.get(), "7 - 8");
 }
 
-TEST(DecodeEdid, TakesTheFourthDescriptorForTheLast) {
+TEST(DecodeEdid, TreatsTheFourthDescriptorAsTheLast) {
   EXPECT_STREQ(decode(EdidBlock().describe(2, 0xFC, "Third").describe(3, 0xFC, "Fourth")).monitor_name.get(),
                "Fourth");
 }

@@ -69,7 +69,7 @@ TEST(Environment, KeepsTheLastOfTwoValues) {
             "+Snapshot=\n+Environment=\nenv-var:A=\n~complex=\n*env-var:A=A\nvalue=2\n-\n-\n");
 }
 
-TEST(Environment, TakesASlashInANameForAPath) {
+TEST(Environment, TreatsASlashInANameAsAPath) {
   EXPECT_EQ(environment_of("a/b=1\n"),
             "+Snapshot=\n+Environment=\n+env-var:a=\nb=\n~complex=\n*b=a/b\nvalue=1\n-\n-\n-\n");
 }
@@ -106,7 +106,7 @@ TEST(Environment, EndsWhenEnvPrintsForEver) {
   testing::internal::CaptureStderr();
   tools.write("env", "exec seq -f V%.0f=1 1000000000");
   collect_environment(snapshot);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 2097152 bytes: env\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut off after 2097152 bytes: env\n");
   EXPECT_GT(snapshot.top().find_child("Environment")->children().size(), 150000u);
 }
 

@@ -70,7 +70,7 @@ TEST(Firewall, ListsNoRulesWhenEverythingIsAllowed) {
             firewall("*Firewall=\nstatus=0\n"));
 }
 
-TEST(Firewall, TellsNoStatusItDoesNotKnow) {
+TEST(Firewall, ReportsNoStatusItDoesNotKnow) {
   EXPECT_EQ(
       collected_firewall({{{kState, "spfirewall_globalstate_off"}, {"spfirewall_loggingenabled", "No"}}}),
       firewall("*Firewall=\nfw-log=0\n"));
@@ -78,7 +78,7 @@ TEST(Firewall, TellsNoStatusItDoesNotKnow) {
   EXPECT_EQ(collected_firewall({{{kState, 1}}}), "*Snapshot=\n");
 }
 
-TEST(Firewall, TakesOnlyCapitalNoForNo) {
+TEST(Firewall, AcceptsOnlyCapitalNoAsNo) {
   EXPECT_EQ(collected_firewall({{
                 {"spfirewall_stealthenabled", "no"},
                 {"spfirewall_loggingenabled", ""},

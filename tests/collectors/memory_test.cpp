@@ -68,7 +68,7 @@ TEST(Memory, PassesOverEmptyEntriesOfAGroup) {
             collected(collect_memory, profiler));
 }
 
-TEST(Memory, GivesALoneSlotAnEmptyMakerWhenNoneIsTold) {
+TEST(Memory, GivesALoneSlotAnEmptyMakerWhenNoneIsReported) {
   const Item module = {{"dimm_status", "ok"}, {"dimm_type", "DDR2 SDRAM"}};
   EXPECT_EQ(memory_text("*Memory-slot:1=\nused=1\nmanuf=\nmem-type=DDR2 SDRAM\n"), memory_of({module}));
   EXPECT_EQ(memory_text("*Memory-slot:1=\nused=1\nmem-type=DDR2 SDRAM\n"), memory_of({bank_group({module})}));

@@ -47,7 +47,7 @@ TEST(NetworkAdapters, LooksForMasksOnlyBesideTheAddresses) {
             adapters_of({{{"type", "a"}, {"IPv4/SubnetMasks/item0", "255.0.0.0"}}}));
 }
 
-TEST(NetworkAdapters, TakesAShortHardwareAddressWholeForItsMaker) {
+TEST(NetworkAdapters, UsesAShortHardwareAddressWholeAsItsMaker) {
   EXPECT_EQ(network("*net-adapter:1=\nmanuf-by-mac=00-1E\nmac-address=00-1E\n"),
             adapters_of({{{"Ethernet/MAC_Address", "00:1e"}}}));
 }
@@ -62,7 +62,7 @@ TEST(NetworkAdapters, JoinsEmptyElementsToo) {
             adapters_of({{{"ip_address/item0", ""}, {"ip_address/item1", "10.0.0.5"}}}));
 }
 
-TEST(NetworkAdapters, TakesWhatIsNoListOfTextsForNoAddress) {
+TEST(NetworkAdapters, TreatsAnythingButAListOfTextsAsNoAddress) {
   for (const Item& item : {
            Item{{"ip_address", "10.0.0.5"}},
            Item{{"ip_address/item0", 10}},

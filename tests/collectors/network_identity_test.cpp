@@ -79,7 +79,7 @@ std::string complaint_of(const char* given_ip) {
   return testing::internal::GetCapturedStderr();
 }
 
-TEST(NetworkIdentity, TellsOfAnAddressThatNoAdapterHas) {
+TEST(NetworkIdentity, ReportsAnAddressThatNoAdapterHas) {
   EXPECT_EQ(complaint_of("10.0.0.7"),
             "No network adapter has the address 10.0.0.7; the machine's identity stays empty\n");
   EXPECT_EQ(complaint_of(""), "No network adapter has the address ; the machine's identity stays empty\n");
@@ -101,7 +101,7 @@ TEST(NetworkIdentity, ComparesInterfaceNamesWhole) {
   EXPECT_EQ(identity_among({adapter("en00", "10.0.0.6"), adapter("EN0", "10.0.0.7")}).ip_address, nullptr);
 }
 
-TEST(NetworkIdentity, TakesWhatIsNoListOfTextsForNoAddress) {
+TEST(NetworkIdentity, TreatsAnythingButAListOfTextsAsNoAddress) {
   for (const Xml& addresses : {array({}), array({integer(10)}), array({text("10.0.0.5"), integer(10)}),
                                text("10.0.0.5"), dict({{"item0", text("10.0.0.5")}})}) {
     const Xml en0 = dict({{"interface", text("en0")}, {"ip_address", addresses}});
@@ -133,7 +133,7 @@ TEST(NetworkIdentity, KeepsAGivenAddressThatNoAdapterHas) {
   EXPECT_EQ(identity.workgroup, nullptr);
 }
 
-TEST(NetworkIdentity, TakesAnEmptyAddressForOneThatNoAdapterHas) {
+TEST(NetworkIdentity, TreatsAnEmptyAddressAsOneThatNoAdapterHas) {
   const NetworkIdentity identity = identity_among({adapter("en0", "10.0.0.5")}, "");
   EXPECT_STREQ(identity.ip_address.get(), "");
   EXPECT_EQ(identity.hardware_address, nullptr);

@@ -26,7 +26,7 @@
 
 namespace {
 
-// ---- The readers, each as a text of all it makes of the profiler's list.
+// ---- The readers, each as a text of everything it reads from the profiler's list.
 
 using Reader = std::string (*)(CFArrayRef list);
 
@@ -49,7 +49,7 @@ std::string described(const std::vector<Annotation>& annotations) {
   return lines + "\n";
 }
 
-// Unlike the tree's text, this tells kinds, and elements that are not written.
+// Unlike the tree's text, this shows kinds, and elements that are not written.
 std::string described(const Tag& tag) {
   std::string lines = tag.name() + ": " + (tag.value() ? described(*tag.value()) : "no value") +
                       described(tag.annotations()) + "{\n";
@@ -94,7 +94,7 @@ std::string summary(CFArrayRef list) {
                 &s.volume_size, &s.volume_free});
 }
 
-// ---- The lists in which a key stands. "@" is where it does.
+// ---- The lists that contain a key. "@" is its place.
 
 Xml entry(const std::string& key, const Xml& value) { return "<key>" + key + "</key>" + value; }
 Xml told(const std::string& key, const std::string& value) { return entry(key, text(value)); }

@@ -81,7 +81,7 @@ TEST(Uptime, LeavesOutAFirstFieldThatNothingPrecedes) {
   EXPECT_EQ(parse_uptime(" 5"), 0);
 }
 
-TEST(Uptime, TakesOtherCharactersForZeros) {
+TEST(Uptime, ReadsOtherCharactersAsZeros) {
   EXPECT_EQ(parse_uptime("up 1x5"), 105);
   EXPECT_EQ(parse_uptime("up long"), 0);
 }
@@ -119,7 +119,7 @@ std::string other_facts(const std::string& lines) {
   return "+Snapshot=\n+OS=\n*os:1=\n~kind=mac\n" + lines + "-\n-\n";
 }
 
-TEST(OperatingSystem, TellsTheKernelsWidthOnlyWhereTheProfilerDoes) {
+TEST(OperatingSystem, ReportsTheKernelsWidthOnlyWhereTheProfilerDoes) {
   EXPECT_EQ(other_facts("manuf=Apple Inc.\narchitecture=64-bit\n"),
             os_of({{"64bit_kernel_and_kexts", "yes"}}));
   EXPECT_EQ(other_facts("manuf=Apple Inc.\narchitecture=32-bit\n"),

@@ -22,7 +22,7 @@ TEST(PlatformUuid, IsTheFourthPieceBetweenQuotes) {
   EXPECT_EQ(tools.read("arguments"), "<-rd1><-c><IOPlatformExpertDevice>");
 }
 
-TEST(PlatformUuid, IsEmptyWhenNoneIsTold) {
+TEST(PlatformUuid, IsEmptyWhenNoneIsReported) {
   const FakeTools tools;
   for (const char* script : {"exit 1", "kill -9 $$", "echo '    \"IOPlatformSerialNumber\" = \"SERIAL\"'"}) {
     tools.write("ioreg", script);

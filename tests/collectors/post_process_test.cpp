@@ -69,7 +69,7 @@ std::string output_of(bool verbose) {
   return testing::internal::GetCapturedStdout();
 }
 
-TEST(PostProcess, TellsEveryStepWhenVerbose) {
+TEST(PostProcess, PrintsEveryStepWhenVerbose) {
   EXPECT_EQ(output_of(true),
             "IV. PostProcess>>>\n"
             "1...done\n2...done\n3...done\n4...done\n5...done\n6...done\n7...done\n"

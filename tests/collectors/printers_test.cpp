@@ -59,7 +59,7 @@ TEST(Printers, LeavesAGapForAnItemWithoutDefault) {
                               "*Printer:3=C\nis-default=1\nstatus=idle\n"));
 }
 
-TEST(Printers, TellsNoScannerWhenTheSwitchIsNo) {
+TEST(Printers, ReportsNoScannerWhenTheSwitchIsNo) {
   EXPECT_EQ(collected_printers({{{"_name", "A"},
                                  {"default", "no"},
                                  {"status", "idle"},
@@ -74,12 +74,12 @@ TEST(Printers, CountsEveryTextButLowerCaseNoAsYes) {
             one_printer("*Printer:1=A\n~kind=MFP\nis-default=1\nis-fax=1\n"));
 }
 
-TEST(Printers, TellsAFaxWhoseSwitchIsNo) {
+TEST(Printers, ReportsAFaxWhoseSwitchIsNo) {
   EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "no"}, {"fax", "no"}}}),
             one_printer("*Printer:1=A\nis-default=0\nis-fax=0\n"));
 }
 
-TEST(Printers, TellsThePrintServerOnlyBesideAUri) {
+TEST(Printers, ReportsThePrintServerOnlyBesideAUri) {
   EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "no"}, {"printserver", "srv"}}}),
             one_printer("*Printer:1=A\nis-default=0\n"));
   EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "no"}, {"uri", "usb://x"}}}),

@@ -41,7 +41,7 @@ TEST(ParseProcessLine, FindsNoneWithoutACommandLine) {
   EXPECT_EQ(parsed("    \n"), "no process");
 }
 
-TEST(ParseProcessLine, TakesALineThatBeginsWithABlankForOneWithoutUser) {
+TEST(ParseProcessLine, TreatsALineThatBeginsWithABlankAsOneWithoutUser) {
   EXPECT_EQ(parsed(" init\n"), "|init");
 }
 
@@ -155,7 +155,7 @@ TEST_F(Processes, WritesNoElementWithoutProcesses) {
   EXPECT_EQ(collect({complete_table({{5, 1, "gone"}})}), "none");
 }
 
-// What ps prints is no process, so that none has to be kept.
+// What ps prints is not a process, so none has to be kept alive.
 TEST_F(Processes, CutsTheLinesThatPsPrintsAtTheirLimits) {
   tools_.write("ps", "exec head -c 4194305 /dev/zero");
   std::vector<ProcessRecord> records;
@@ -163,9 +163,9 @@ TEST_F(Processes, CutsTheLinesThatPsPrintsAtTheirLimits) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(collect({complete_table(records)}), "none");
   const std::string complaints = testing::internal::GetCapturedStderr();
-  EXPECT_THAT(complaints, testing::StartsWith("Output cut after 4194304 bytes: ps -p1 "));
-  EXPECT_THAT(complaints, testing::HasSubstr("\nOutput cut after 4194304 bytes: ps -p64 "));
-  EXPECT_THAT(complaints, testing::EndsWith("\nNot run any more: ps -p65 -o user=\"\" -o command=\"\"\n"));
+  EXPECT_THAT(complaints, testing::StartsWith("Output cut off after 4194304 bytes: ps -p1 "));
+  EXPECT_THAT(complaints, testing::HasSubstr("\nOutput cut off after 4194304 bytes: ps -p64 "));
+  EXPECT_THAT(complaints, testing::EndsWith("\nNo longer run: ps -p65 -o user=\"\" -o command=\"\"\n"));
 }
 
 TEST_F(Processes, StampsTheTime) {

@@ -69,7 +69,7 @@ TEST(Processors, MultipliesTheClockSpeedInSinglePrecision) {
             processors_of({{"packages", 1}, {"current_processor_speed", "1.012 GHz"}}));
 }
 
-TEST(Processors, PrefersTheCacheToldPerCore) {
+TEST(Processors, PrefersTheCacheReportedPerCore) {
   EXPECT_EQ(processors_of({{"packages", 1},
                            {"number_processors", 2},
                            {"l2_cache", "3 MB"},
@@ -94,7 +94,7 @@ TEST(Processors, CutsTheClockSpeedAtItsBlankInTheProfilerTreeToo) {
   EXPECT_NE(tree_text(profiler).find("current_processor_speed=2.4\n"), std::string::npos);
 }
 
-TEST(Processors, TakesAnySpeedForGigahertz) {
+TEST(Processors, ReadsAnySpeedAsGigahertz) {
   EXPECT_EQ(processors_of({{"packages", 1}, {"current_processor_speed", "800 MHz"}}),
             one_processor("CPU #1", "current-clock-speed=800000\n"));
 }
@@ -106,7 +106,7 @@ TEST(Processors, ReadsOnlyTheFirstItem) {
 }
 
 TEST(Processors, CopiesTheCoreCountInItsKind) {
-  // Apple silicon tells performance and efficiency cores in a text.
+  // Apple silicon reports performance and efficiency cores in a text.
   EXPECT_EQ(processors_of({{"packages", 1}, {"number_processors", "proc 8:6:2"}}),
             one_processor("CPU #1", "core-count=proc 8:6:2\n"));
 }

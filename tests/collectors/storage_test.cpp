@@ -119,7 +119,7 @@ TEST(CollectStorage, WritesNothingForEmptyPorts) {
   EXPECT_EQ(collected(collect_storage, profiler), tree_text(empty_snapshot()));
 }
 
-TEST(CollectStorage, TellsOpticalDrivesByTheirLackOfSmart) {
+TEST(CollectStorage, RecognisesOpticalDrivesByTheirLackOfSmart) {
   const InventoryTree snapshot = collect_sata({{{"device_model", "A"}, {"smart_status", "Failing"}},
                                                {{"device_model", "B"}, {"smart_status", "Not Supported"}},
                                                {{"device_model", "C"}},

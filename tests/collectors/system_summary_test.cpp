@@ -106,7 +106,7 @@ TEST(SystemSummary, NamesNoVendorButIntel) {
 
 TEST(SystemSummary, CountsNoCoresWhereTheProfilerHasNoNumber) {
   EXPECT_STREQ(hardware_summary(dict({{"packages", integer(2)}})).processor_cores.get(), "0");
-  // Apple silicon tells its cores in a text and has no packages.
+  // Apple silicon reports its cores in a text and has no packages.
   const SystemSummary summary = hardware_summary(dict({{"number_processors", text("proc 8:6:2")}}));
   EXPECT_EQ(summary.processor_packages, nullptr);
   EXPECT_EQ(summary.processor_cores, nullptr);
@@ -269,7 +269,7 @@ void expect_nothing_told(const SystemSummary& summary) {
   EXPECT_STREQ(summary.platform_uuid.get(), "UUID");
 }
 
-TEST(SystemSummary, TellsOnlyTheMakerWithoutAnyDataType) {
+TEST(SystemSummary, ReportsOnlyTheMakerWithoutAnyDataType) {
   expect_nothing_told(summarize_system(nullptr, copy_text("UUID")));
   expect_nothing_told(summary_of({}));
   expect_nothing_told(summary_of({data_type("SPSoftwareDataType", {}), data_type("SPHardwareDataType", {}),

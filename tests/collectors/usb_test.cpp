@@ -151,7 +151,7 @@ TEST(CollectUsb, CodesTheSpeedOfARemovableDiskInItsOwnWay) {
   EXPECT_EQ(disk_fact("device-speed", {}), "(none)");
 }
 
-TEST(CollectUsb, TakesAHubForItsDevices) {
+TEST(CollectUsb, ReplacesAHubByItsDevices) {
   EXPECT_EQ(devices(collect({device("A"), hub({device("B"), hub({device("C")}), device("D")}), device("E")})),
             "Device:1=A Device:2=B Device:3=C Device:4=D Device:5=E ");
 }
@@ -175,7 +175,7 @@ TEST(CollectUsb, DoesNotLookBelowARemovableDisk) {
   EXPECT_EQ(devices(collect({holding("_items", {device("A")}, stick("Stick"))})), "");
 }
 
-TEST(CollectUsb, TakesADiskWithoutRemovableMediaForADevice) {
+TEST(CollectUsb, TreatsADiskWithoutRemovableMediaAsADevice) {
   EXPECT_EQ(devices(collect({{{"_name", "Disk"}, {"removable_media", "no"}}})), "Device:1=Disk ");
   EXPECT_EQ(devices(collect({{{"_name", "Disk"}, {"removable_media", 1}}})), "Device:1=Disk ");
   // The key has no prefix.
@@ -363,7 +363,7 @@ TEST(CollectUsb, WritesNoModelWhenTheDiskUtilityFails) {
   EXPECT_EQ(disk_fact("model", {{"bsd_name", "disk1"}}), "(none)");
 }
 
-// What a collection of so many sticks complains of.
+// What a scan with this many sticks complains about.
 std::string complaints_of(int sticks) {
   InventoryTree profiler = empty_profiler();
   for (int i = 1; i <= sticks; ++i) {
@@ -381,15 +381,15 @@ TEST(CollectUsb, CutsThePagesOfTheDiskUtilityAtTheirLimits) {
   const FakeTools tools;
   tools.write("diskutil", "exec head -c 1048577 /dev/zero");
   const std::string complaints = complaints_of(66);
-  EXPECT_THAT(complaints, StartsWith("Output cut after 1048576 bytes: diskutil info /dev/disk1\n"));
-  EXPECT_THAT(complaints, EndsWith("Output cut after 1048576 bytes: diskutil info /dev/disk64\n"
-                                   "Not run any more: diskutil info /dev/disk65\n"));
+  EXPECT_THAT(complaints, StartsWith("Output cut off after 1048576 bytes: diskutil info /dev/disk1\n"));
+  EXPECT_THAT(complaints, EndsWith("Output cut off after 1048576 bytes: diskutil info /dev/disk64\n"
+                                   "No longer run: diskutil info /dev/disk65\n"));
 }
 
 TEST(CollectUsb, AsksTheDiskUtilityAThousandTimesAtMost) {
   const FakeTools tools;
   tools.write("diskutil", "echo >> '" + tools.file("runs") + "'");
-  EXPECT_EQ(complaints_of(1002), "Not run any more: diskutil info /dev/disk1001\n");
+  EXPECT_EQ(complaints_of(1002), "No longer run: diskutil info /dev/disk1001\n");
   EXPECT_EQ(tools.read("runs").size(), 1000u);
 }
 

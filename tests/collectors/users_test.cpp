@@ -99,7 +99,7 @@ TEST(ParseAccount, CutsATextAtANulByte) {
   EXPECT_EQ(parsed({record, sizeof record - 1}), "jd|(none)|(none)|(none)|/bin/sh");
 }
 
-TEST(ParseAccount, TakesATruncatedRecordForWhatIsWhole) {
+TEST(ParseAccount, ReadsWhatIsWholeInATruncatedRecord) {
   const std::string_view record = kRecord;
   const size_t name_is_known = record.find("RecordType:") + std::strlen("RecordType:");
   const size_t id_is_begun = record.find("UniqueID:") + std::strlen("UniqueID:");
@@ -121,7 +121,7 @@ TEST(ParseAccount, TakesATruncatedRecordForWhatIsWhole) {
   }
 }
 
-TEST(AccountCommand, LeavesAnOrdinaryNameAsItIs) {
+TEST(AccountCommand, LeavesAnOrdinaryNameAlone) {
   EXPECT_STREQ(account_command("jdoe").get(), "dscl . -read \"/users/jdoe\"");
   EXPECT_STREQ(account_command(".localized").get(), "dscl . -read \"/users/.localized\"");
   EXPECT_STREQ(account_command("").get(), "dscl . -read \"/users/\"");
@@ -267,7 +267,7 @@ TEST_F(UserAccounts, GivesUpAfterTwentyFurtherEmptyListings) {
 TEST_F(UserAccounts, CutsAListingWithoutEnd) {
   tools_.write("ls", "exec head -c 16777217 /dev/zero");
   collect();
-  EXPECT_EQ(complaints_, "Output cut after 16777216 bytes: ls -1 /Users/\n");
+  EXPECT_EQ(complaints_, "Output cut off after 16777216 bytes: ls -1 /Users/\n");
 }
 
 TEST_F(UserAccounts, ReadsNoMoreRecordsThanItsLimit) {
@@ -276,7 +276,7 @@ TEST_F(UserAccounts, ReadsNoMoreRecordsThanItsLimit) {
   limits.runs = 2;
   collect(limits);
   EXPECT_EQ(tools_.read("arguments"), "<.><-read></users/a>\n<.><-read></users/b>\n");
-  EXPECT_EQ(complaints_, "Not run any more: dscl . -read \"/users/c\"\n");
+  EXPECT_EQ(complaints_, "No longer run: dscl . -read \"/users/c\"\n");
 }
 
 TEST_F(UserAccounts, CutsTheRecordsAtTheirLimits) {
@@ -284,10 +284,10 @@ TEST_F(UserAccounts, CutsTheRecordsAtTheirLimits) {
   for (const char* folder : {"a", "b", "c"}) add_record(folder, std::string(100, 'x'));
   collect({80, 200});
   EXPECT_EQ(complaints_,
-            "Output cut after 80 bytes: dscl . -read \"/users/a\"\n"
-            "Output cut after 80 bytes: dscl . -read \"/users/b\"\n"
-            "Output cut after 40 bytes: dscl . -read \"/users/c\"\n"
-            "Not run any more: dscl . -read \"/users/d\"\n");
+            "Output cut off after 80 bytes: dscl . -read \"/users/a\"\n"
+            "Output cut off after 80 bytes: dscl . -read \"/users/b\"\n"
+            "Output cut off after 40 bytes: dscl . -read \"/users/c\"\n"
+            "No longer run: dscl . -read \"/users/d\"\n");
 }
 
 TEST(AccountLimits, LeaveRoomForASchoolsServer) {

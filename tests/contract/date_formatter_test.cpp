@@ -87,7 +87,7 @@ TEST_F(FormattedDates, NamesTheZoneAsTheLocaleDoes) {
   EXPECT_EQ(format("de_DE", "Europe/Berlin", "yyyy-MM-dd HH:mm:ss z", kJanuary), "2010-01-15 23:30:45 MEZ");
 }
 
-TEST_F(FormattedDates, TakesUnknownZonesForTheMachinesOwn) {
+TEST_F(FormattedDates, TreatsUnknownZonesAsTheMachinesOwn) {
   for (const char* unknown : {"Nowhere/Land", "CET-1CEST", ""}) {
     EXPECT_EQ(format("en_US", unknown, kCim, kJuly), format("en_US", nullptr, kCim, kJuly)) << unknown;
     EXPECT_EQ(format("en_US", unknown, kCim, kJanuary), format("en_US", nullptr, kCim, kJanuary)) << unknown;
@@ -120,7 +120,7 @@ TEST_F(FormattedDates, WritesTextsOfAnyLength) {
   EXPECT_EQ(format("en_US", "UTC", literal.c_str(), kJuly), std::string(500, 'x'));
 }
 
-TEST_F(FormattedDates, TakesTheCurrentLocaleForNone) {
+TEST_F(FormattedDates, UsesTheCurrentLocaleWithoutOne) {
   const CFRef<CFDateFormatterRef> formatter(
       CFDateFormatterCreate(nullptr, nullptr, kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
   EXPECT_TRUE(formatter);

@@ -58,7 +58,7 @@ TEST(PropertyListIntegers, AreReadInTheseForms) {
   for (const auto& [text, value] : forms) EXPECT_EQ(integer_of(text), value) << text;
 }
 
-TEST(PropertyListIntegers, AreWideButForZero) {
+TEST(PropertyListIntegers, AreWideExceptForZero) {
   const auto type_of = [](const std::string& text) {
     return CFNumberGetType(static_cast<CFNumberRef>(parse_number("<integer>" + text + "</integer>").get()));
   };

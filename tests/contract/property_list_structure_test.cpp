@@ -35,7 +35,7 @@ TEST(PropertyListStructure, RefusesListsWithoutAValue) {
   });
 }
 
-TEST(PropertyListStructure, TakesBlanksAloneForAnEmptyDictionary) {
+TEST(PropertyListStructure, ReadsBlanksAloneAsAnEmptyDictionary) {
   expect_outcomes_of_lists({{" ", "dict 0"}, {"\n", "dict 0"}});
 }
 
@@ -134,7 +134,7 @@ TEST(PropertyListStructure, RefusesDictionariesThatAreNotKeysAndValuesInTurn) {
   });
 }
 
-TEST(PropertyListStructure, TakesAKeyInPlaceOfAValueForAString) {
+TEST(PropertyListStructure, ReadsAKeyInPlaceOfAValueAsAString) {
   expect_outcomes({{"<array><key>a</key></array>", R"(array 1 / string "a")"},
                    {"<dict><key>a</key><key>b</key></dict>", R"(dict 1 / key "a" / string "b")"}});
 }

@@ -94,7 +94,7 @@ TEST(Strings, CompareByUtf16Units) {
   EXPECT_EQ(CFStringCompare(CFSTR("a"), CFSTR("b"), 0), kCFCompareLessThan);
   EXPECT_EQ(CFStringCompare(CFSTR("ab"), CFSTR("a"), 0), kCFCompareGreaterThan);
   EXPECT_EQ(CFStringCompare(CFSTR("A"), CFSTR("a"), 0), kCFCompareLessThan);
-  // U+1F600 is D83D DE00 in UTF-16, and so stands before U+FFFD.
+  // U+1F600 is D83D DE00 in UTF-16, and so sorts before U+FFFD.
   EXPECT_EQ(CFStringCompare(CFSTR("\xF0\x9F\x98\x80"), CFSTR("\xEF\xBF\xBD"), 0), kCFCompareLessThan);
 }
 

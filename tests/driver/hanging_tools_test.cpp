@@ -41,13 +41,13 @@ class HangingTools : public testing::Test {
   std::filesystem::path before_ = std::filesystem::current_path();
 };
 
-constexpr char kNotWaitedFor[] = "Not waited for any longer: ";
+constexpr char kNotWaitedFor[] = "Gave up waiting for: ";
 
-TEST_F(HangingTools, AreEachToldAndLeaveTheScanAFile) {
+TEST_F(HangingTools, AreEachReportedAndLeaveTheScanAFile) {
   tools.write("system_profiler", "[ \"$4\" != SPNetworkVolumeDataType ] || exec sleep 1000; echo short");
   for (const char* tool : {"ps", "ioreg", "ls", "env"}) tools.write(tool, "exec sleep 1000");
   const std::string line = kNotWaitedFor;
-  const std::string processes = "(" + line + "ps -p[0-9]+ [^\n]*\n)*(Not run any more: ps [^\n]*\n)?";
+  const std::string processes = "(" + line + "ps -p[0-9]+ [^\n]*\n)*(No longer run: ps [^\n]*\n)?";
   EXPECT_THAT(scan(false),
               MatchesRegex(line + "system_profiler -detailLevel full -xml SPNetworkVolumeDataType\n" + line +
                            "ioreg [^\n]*\n" + processes + line + "ls -1 /Users/\n" + line + "env\n"));

@@ -18,7 +18,7 @@ TEST(ParseOptions, WithoutArgumentsNothingIsSet) {
   EXPECT_STREQ(options.login.get(), "");
 }
 
-TEST(ParseOptions, TakesTheProgramsOwnNameForNone) {
+TEST(ParseOptions, IgnoresTheProgramsOwnName) {
   const char* const arguments[] = {"/silent"};
   EXPECT_FALSE(parse_options(1, arguments).silent);
 }
@@ -66,7 +66,7 @@ TEST(ParseOptions, KeepsLogAndLoginApart) {
   EXPECT_STREQ(parse({"/log"}).login.get(), "");
 }
 
-TEST(ParseOptions, TellsAQuestionAboutTheProgramByItsWholeWord) {
+TEST(ParseOptions, RecognisesAQuestionAboutTheProgramByItsWholeWord) {
   for (const char* word : {"/help", "/?", "--help", "-h"}) {
     EXPECT_TRUE(parse({"/log", word, "-debug"}).help) << word;
     EXPECT_FALSE(parse({word}).version) << word;

@@ -108,7 +108,7 @@ TEST_F(OutputFileTest, KeepsRoomForTheNumberOfALongName) {
   EXPECT_EQ(name_of(std::string(238, 'A')), std::string(235, 'A') + "_001B63AA10FE(1).inv");
 }
 
-TEST_F(OutputFileTest, CutsAnAddressThatIsNone) {
+TEST_F(OutputFileTest, CutsOffAnAddressThatIsNotOne) {
   EXPECT_EQ(name_of("mac", std::string(64, '1').c_str()), "MAC_" + std::string(64, '1') + ".inv");
   EXPECT_EQ(name_of("mac", std::string(1000, '1').c_str()), "MAC_" + std::string(64, '1') + ".inv");
 }
@@ -124,7 +124,7 @@ TEST_F(OutputFileTest, TakesTheFirstFreeNumber) {
   EXPECT_EQ(mac().name(), "MAC_001B63AA10FE(7).inv");
 }
 
-TEST_F(OutputFileTest, TakesANameForTakenByWhateverStandsThere) {
+TEST_F(OutputFileTest, TreatsAnyExistingPathAsTaken) {
   fs::create_symlink("nowhere", kName);
   EXPECT_EQ(mac().name(), kSecondName);
   fs::create_directory(kSecondName);
@@ -137,7 +137,7 @@ TEST_F(OutputFileTest, HasItsPathInTheWorkingDirectory) {
   EXPECT_EQ(mac().path(), fs::current_path().string() + "/" + kName);
 }
 
-TEST_F(OutputFileTest, HasItsNameForAPathWhereTheDirectoryCannotBeTold) {
+TEST_F(OutputFileTest, UsesItsNameAsAPathWhereTheDirectoryIsUnknown) {
   const fs::path gone = fs::current_path() / "gone";
   fs::create_directory(gone);
   fs::current_path(gone);

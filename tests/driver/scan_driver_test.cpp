@@ -14,7 +14,7 @@ using testing::HasSubstr;
 
 namespace fs = std::filesystem;
 
-// Each test scans, in a folder of its own, a Mac that tells its name and no more.
+// Each test scans, in a folder of its own, a Mac that reports its name and no more.
 class ScanDriverTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -62,7 +62,7 @@ TEST_F(ScanDriverTest, SavesTheFileInTheByteOrderOfItsContext) {
       scan({most_significant_first, 0, 0}, debug);
       const std::string bytes = saved_bytes();
       ASSERT_GT(bytes.size(), 14u);
-      // The sections are shorter than 64 KiB, and so the offset behind them has six zeros.
+      // The sections are shorter than 64 KiB, so the offset after them has six zeros.
       const std::string offset = bytes.substr(bytes.size() - 14, 8);
       EXPECT_EQ(offset.substr(most_significant_first ? 0 : 2, 6), std::string(6, '\0')) << debug;
       EXPECT_NE(offset.substr(most_significant_first ? 6 : 0, 2), std::string(2, '\0')) << debug;

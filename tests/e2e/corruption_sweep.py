@@ -80,7 +80,7 @@ class Sweep:
             copy.close()
 
     def lost(self, damage):
-        """The facts that a scan of the damaged machine does not tell; None when the scan fails."""
+        """The facts that a scan of the damaged machine does not report; None when the scan fails."""
         copy = self.idle.get()
         output = self.outputs[damage.data_type]
         copy.recording(damage.data_type).write_bytes(damage.apply(output))

@@ -92,7 +92,7 @@ class TextParser:
         self.where = where
         self.top = None
         self.open = []  # the branches not closed yet, outermost first
-        self.tag = None  # the tag that attribute lines go to; None behind a closing line
+        self.tag = None  # the tag that attribute lines go to; None after a closing line
         self.annotated = None  # the tag or attribute that annotation lines go to
 
     def parse(self, text):
@@ -208,13 +208,13 @@ class Encoded:
 
 
 def decode_tree(data, where="tree"):
-    """Decodes a tree's bytes in whichever of the four forms they are, told apart from their end."""
+    """Decodes a tree's bytes in whichever of the four forms they are, told apart by their end."""
     if data.endswith(b"\0\1ZXML"):
         text = inflate(data[:-6], where)
         return Encoded(False, True, text, parse_text(text, f"text of {where}"))
     flags = data[-2:]
     if flags == b"\0\0":
-        # Behind the text stand zeros: at least the two flags, more when a leaf hides children.
+        # Zeros follow the text: at least the two flags, more when a leaf hides children.
         text = data[:-2].rstrip(b"\0")
         return Encoded(False, False, text, parse_text(text, f"text of {where}"))
     if flags in (b"\1\0", b"\1\1"):

@@ -21,7 +21,7 @@ FOLDER = Path(_folder.name)
 
 def scan(machine, *arguments, prefix=(), tools=None):
     """The path of the file that a silent scan of a machine's folder saves, in a folder of its own. Tools in a folder that is
-    given stand before the host's."""
+    given come before the host's."""
     out = Path(tempfile.mkdtemp(dir=FOLDER))
     command = [*prefix, SIMULATOR / "run", machine, SCANNER, "/silent", *arguments]
     environment = {**os.environ, "PATH": f"{tools}:{os.environ['PATH']}"} if tools else None

@@ -18,7 +18,7 @@ QUICK_PS = "#!/bin/sh\necho root /sbin/launchd\n"
 # In a namespace of its own a scan sees, and asks ps for, nobody else's processes.
 NAMESPACE = (shutil.which("unshare") or "unshare", "--pid", "--fork", "--mount-proc")
 
-# What differs from scan to scan: of the tree, the branches and the attributes that tell about this very run.
+# What differs from scan to scan: of the tree, the branches and the attributes about this very run.
 OWN_BRANCHES = {"Environment", "Processes"}
 OWN_ATTRIBUTES = {"timestamp", "scan-time", "first-scan", "last-scan", "snapshot-list"}
 
@@ -30,8 +30,8 @@ def own_namespace():
 
 
 def facts(container):
-    """How often the file tells each fact, that is a path and what stands there, annotations included. Numbers of
-    elements are left out of the paths: when one of a list is lost, the others are still told."""
+    """How often the file has each fact, that is a path and its value, annotations included. Numbers of
+    elements are left out of the paths: when one of a list is lost, the others still count."""
     told = collections.Counter()
 
     def tell(path, element):

@@ -70,7 +70,7 @@ class Maker:
         return [make(i) for i in range(self.random.randint(0, most))]
 
     def size(self):
-        """A size as the profiler tells it: always as text, and on newer systems in bytes."""
+        """A size as the profiler reports it: always as text, and on newer systems in bytes."""
         count = self.random.randint(10**8, 4 * 10**12)
         text = f"{count / 10**9:.2f} GB"
         return {"size": text.replace(".", ",") if self.maybe(0.3) else text} | ({"size_in_bytes": count} if self.maybe(0.7) else {})
@@ -292,7 +292,7 @@ def wild(seed):
     machine.accounts = {name: record and spoiler.spoil_bytes(record) for name, record in machine.accounts.items()}
     machine.disk_pages = {name: spoiler.spoil_bytes(page) for name, page in machine.disk_pages.items()}
     machine.registry = spoiler.spoil_bytes(machine.registry)
-    # A name with a slash or a NUL is no name of a file.
+    # A name with a slash or a NUL is not a file's name.
     machine.name = spoiler.spoil_bytes(machine.name).replace(b"/", b"_")
     return machine
 

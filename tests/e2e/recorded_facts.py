@@ -10,7 +10,7 @@ NAMELESS = {"hostname": "", "domain": "", "ip-address": ""}
 
 
 def application(name, day, location, version="", runtime="", wide=None, info=None):
-    """An element of the software; `wide` is "1", None, or "" where the profiler does not tell."""
+    """An element of the software; `wide` is "1", None, or "" where the profiler does not report it."""
 
     def unknown_when_empty(fact, value):
         return {fact: value, f"{fact}~type": None if value else "unknown"}
@@ -123,7 +123,7 @@ MACBOOK_PRO_10_7 = {
     "Network/Adapters/net-adapter:4": {VALUE: "Wi-Fi", "bsd-device-name": "en1", "type": "AirPort", "ip-address": None},
     "Peripherals/Printers": None,
     "Peripherals/USB/Device:1": device("FaceTime HD Camera (Built-in)", "480", "0x8509", "apple_vendor_id", "Apple Inc."),
-    # Behind a hub behind a hub.
+    # Behind two hubs.
     "Peripherals/USB/Device:2": device("Bluetooth USB Host Controller", "1", "0x821a", "apple_vendor_id", "Apple Inc."),
     "Peripherals/USB/Device:3": device("Apple Internal Keyboard / Trackpad", "1", "0x0252", "apple_vendor_id", "Apple Inc."),
     "Peripherals/USB/Device:4": device("IR Receiver", "1.5", "0x8242", "apple_vendor_id", "Apple Computer, Inc."),
@@ -219,7 +219,7 @@ MACBOOK_10_4 = {
     "Memory/General-info": {"physical-memory": "3072"},
     "Video/Monitors/Monitor:1": {"main-monitor": "1"},
     "Video/Monitors/Monitor:2": {"main-monitor": None},  # on the connector
-    "Video/Video-devices/Video-adapter:1": {VALUE: "GMA 950", "ram": "0"},  # "integrated" is no size
+    "Video/Video-devices/Video-adapter:1": {VALUE: "GMA 950", "ram": "0"},  # "integrated" is not a size
     # 149.05 binary GB.
     "Storage/Physical-disks/HDD:1": {
         "model": "ST9160821AS",
@@ -424,7 +424,7 @@ APPLICATIONS_10_6_8 = {
     "Software/Soft:291": application("Aide-mémoire", "20090519", "/Applications/Stickies.app", "7.0", "arch_x86", "1"),
 }
 
-# This system no longer tells what an application runs in, nor its width, under the names that the console knows.
+# This system no longer reports what an application runs in, nor its width, under the names that the console knows.
 APPLICATIONS_14_4 = {
     "Software/Soft:2": application("Finder", "20240321", "/System/Library/CoreServices/Finder.app", "14.4", wide=""),
     "Software/Soft:41": application("Terminal", "20240321", "/System/Applications/Utilities/Terminal.app", "2.14", wide=""),
@@ -439,7 +439,7 @@ APPLICATIONS_14_4 = {
     ),
 }
 
-# It tells neither packages, nor a speed, nor an Intel type; its number of processors is a text.
+# It reports neither packages, nor a speed, nor an Intel type; its number of processors is a text.
 APPLE_SILICON = {
     "System/Computer-system": {"model": "MacBookPro18,3"},
     "Processors": None,

@@ -17,7 +17,7 @@ ALONE = namespaces.own_processes()
 
 @functools.lru_cache(maxsize=None)
 def tools():
-    """The folder of these tools, to stand on PATH before the machine's own."""
+    """The folder of these tools, to come before the machine's own on PATH."""
     folder = inventories.FOLDER / "host"
     folder.mkdir()
     for name, script in TOOLS.items():

@@ -52,7 +52,7 @@ def fish_offers(program, line):
 
 
 class Completions:
-    """The shells' cases, told once. Each shell says what it offers behind some words."""
+    """The shells' cases, written once. Each shell says what it offers after some words."""
 
     def test_commands(self):
         self.assertEqual(self.commands_offered(), options_of.commands())

@@ -36,7 +36,7 @@ def own_instructions(profile, program):
         elif line.startswith("calls="):
             called = True
         elif re.match(r"[-+*\d]", line):
-            # The line behind a call is what the called function took.
+            # The line after a call is what the called function took.
             total += int(line.split()[1]) if counted and not called else 0
             called = False
     return total

@@ -63,7 +63,7 @@ class FaultTestCase(ScanTestCase):
         (self.outputs / data_type).write_bytes(output)
 
     def remaining(self):
-        """The processes that a scan left behind: those with its mark in their environment."""
+        """The processes that a scan left running: those with its mark in their environment."""
         found = []
         for process in Path("/proc").glob("[0-9]*"):
             try:
@@ -88,7 +88,7 @@ class FaultTestCase(ScanTestCase):
         return facts(container)
 
     def lost(self, whole, prefix=()):
-        """The paths of the facts that a scan does not tell any more."""
+        """The paths of the facts that a scan no longer reports."""
         container, _ = self.scan_faulty(prefix=prefix)
         return sorted({path for path, *_ in whole - facts(container)})
 
@@ -106,7 +106,7 @@ TOOLS = {
     "scutil": r"^/AssetInfo/@(int-name|alias)$",
 }
 
-# Each is a shell script; "REAL" stands for the tool as it should be.
+# Each is a shell script; "REAL" is replaced by the real tool.
 FAULTS = {
     "absent": None,
     "fails": "exit 1\n",
@@ -162,15 +162,15 @@ class FailingTools(FaultTestCase):
         forever = f'[ "$4" = SPPrintersDataType ] || exec REAL\nexec {shutil.which("yes")} "a driver\'s log line"\n'
         self.break_tool("system_profiler", forever)
         container, messages = self.scan_faulty()
-        self.assertIn("Output cut after 536870912 bytes: system_profiler -detailLevel full -xml SPPrintersDataType\n", messages)
+        self.assertIn("Output cut off after 536870912 bytes: system_profiler -detailLevel full -xml SPPrintersDataType\n", messages)
         self.assertEqual({path for path, *_ in whole - facts(container) if "/Printers" not in path}, set())
 
     def test_are_ended_though_the_caller_ignores_broken_pipes(self):
-        """A shell that nobody tells of its closed pipe goes on for ever."""
+        """A shell that never learns of its closed pipe goes on for ever."""
         self.break_tool("diskutil", "while :; do echo more; done\n")
         result = self.scan(answer="y\n", prefix=["sh", "-c", 'trap "" PIPE; exec "$0" "$@"'])
         self.assertEqual(result.returncode, 0)
-        self.assertRegex(result.stderr, "Output cut after [0-9]+ bytes: diskutil info")
+        self.assertRegex(result.stderr, "Output cut off after [0-9]+ bytes: diskutil info")
         self.assertEqual(self.remaining(), [])
         self.decode()
 
@@ -481,7 +481,7 @@ class Salvage(FaultTestCase):
     def test_names_a_type_whose_output_is_no_list(self):
         self.answer("SPPrintersDataType", b"Segmentation fault\n" * 50)
         _, messages = self.scan_faulty()
-        self.assertEqual(messages, "Unreadable output of the system profiler: SPPrintersDataType\n")
+        self.assertEqual(messages, "Unreadable output from the system profiler: SPPrintersDataType\n")
 
     def test_of_one_type_leaves_the_others_as_they_are(self):
         """A key that salvage would put right, in every healthy type."""

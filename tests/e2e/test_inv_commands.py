@@ -69,7 +69,7 @@ class Commands(InventoryTestCase):
         for file, reason in ((FOLDER / "missing.inv", "cannot be read: No such file or directory"),
                              (not_an_inventory, 'at byte 15: the magic "INV!" is missing')):
             for arguments in self.uses_of(file):
-                # Such a file is what this command is there to tell of.
+                # Such a file is what this command is meant to report.
                 told_as_data = arguments[0] == "verify" and file == not_an_inventory
                 with self.subTest(arguments=arguments):
                     output = self.check(1 if told_as_data else 2, *arguments)
@@ -108,7 +108,7 @@ class Commands(InventoryTestCase):
             with self.subTest(arguments=arguments):
                 result = inv(*arguments, input=data)
                 self.assertEqual((result.returncode, result.stderr), (0, b""))
-        # There is nothing behind its end.
+        # There is nothing after its end.
         self.assertIn("\nstandard input: invalid at byte 0: ", self.check(1, "verify", "-", "-", input=data))
 
     def test_get_says_no_when_a_path_names_nothing(self):
@@ -200,7 +200,7 @@ class Commands(InventoryTestCase):
         with large.open("wb") as file:
             file.truncate(200 << 20)
         limited = subprocess.run(["sh", "-c", 'ulimit -v 100000; exec "$@"', "sh", INV, "verify", large], capture_output=True, timeout=60)
-        self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: memory: there is not enough of it\n"))
+        self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: out of memory\n"))
 
     def test_version_names_the_libraries_with_theirs(self):
         names, versions = zip(*(line.split(" ") for line in self.check(0, "--version").splitlines()))

@@ -11,7 +11,7 @@ from inventories import FOLDER, MACHINES, SIMULATOR, InventoryTestCase, debug_sc
 
 IMAC = "imac-10.6"
 
-# Where identifiers stand, told here once more: of tags by the first part of their names.
+# Where identifiers are, written down here independently: of tags by the first part of their names.
 PLACES = {
     "": ["hostname", "int-name", "alias", "domain", "user-name", "ip-address", "default-gateway", "mac-address",
          "uuid", "scanner-uuid", "serial", "serial-number", "fullname", "cmd-line"],
@@ -159,13 +159,13 @@ class Redact(InventoryTestCase):
     def test_tells_what_it_did(self):
         out = FOLDER / "told.inv"
         self.assertRegex(self.check(0, "redact", scanned(IMAC), "-o", out),
-                         rf"^{re.escape(str(out))}: \d+ names, numbers and addresses replaced; none of them is left\n$")
+                         rf"^{re.escape(str(out))}: \d+ names, numbers and addresses replaced; none is left\n$")
         self.assertEqual(self.messages, "")
 
     def test_warns_of_a_file_name_that_tells_the_machine(self):
         out = FOLDER / ("shared-" + scanned(IMAC).name)
         self.check(0, "redact", scanned(IMAC), "-o", out)
-        self.assertIn("the file's own name tells whose machine it is", self.messages)
+        self.assertIn("the file's own name identifies the machine", self.messages)
 
     def assert_refused(self, status, message, *arguments):
         out = FOLDER / "refused.inv"
@@ -175,7 +175,7 @@ class Redact(InventoryTestCase):
         self.assertEqual(list(FOLDER.glob("*.part")), [])
 
     def test_refuses_the_profilers_output(self):
-        self.assert_refused(1, "section 1 (raw data) can hold anything", debug_scanned(IMAC))
+        self.assert_refused(1, "section 1 (raw data) can contain anything", debug_scanned(IMAC))
 
     def test_leaves_the_profilers_output_out_when_told_to(self):
         container = self.redacted(debug_scanned(IMAC), "--drop-opaque")

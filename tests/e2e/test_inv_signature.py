@@ -69,7 +69,7 @@ class SignatureTestCase(InventoryTestCase):
         return self.write(name, file.read_bytes())
 
     def verify(self, status, *options, file=None, signers=None):
-        """What `inv verify` says of the file behind its name, from the signature beside it."""
+        """What `inv verify` says of the file after its name, from the signature beside it."""
         file = file or self.file
         output = self.check(status, "verify", "--allowed-signers", signers or self.signers, *options, file)
         self.assertTrue(output.startswith(f"{file}: ") and output.endswith("\n"))
@@ -338,7 +338,7 @@ class Flips(SignatureTestCase):
                     self.assertEqual(ours, self.ssh_keygen_accepts(signature=signature))
                 if ours:
                     accepted.append(position)
-        # What does not count: the line ends within the armor, as other blanks, and what stands behind it.
+        # What does not count: the line ends within the armor, as other blanks, and what comes after it.
         for position in accepted:
             self.assertTrue(text[position:position + 1] == b"\n" or position > end, position)
 

@@ -12,7 +12,7 @@ ELSEWHERE = {"User-accounts", "Environment", "Processes", "Scan"}
 
 
 def lines(tag, path=""):
-    """The lines of a tree with their paths, but for what is not in a debug file and the times of the scan."""
+    """The lines of a tree with their paths, except for what is not in a debug file and the times of the scan."""
     for attribute in tag.attributes:
         if path == "" and attribute.name in ("timestamp", "scan-time"):
             continue
@@ -73,7 +73,7 @@ class Unpack(InventoryTestCase):
         self.assertEqual((folder / "section-0-snapshot.zxml").read_bytes(), sections[0].text)
         self.assertEqual((folder / "section-1-asset.zxml").read_bytes(), sections[1].text)
         self.check(2, "unpack", path, folder)
-        self.assertEqual(self.messages, f"inv: {folder}: is no empty folder\n")
+        self.assertEqual(self.messages, f"inv: {folder}: is not an empty folder\n")
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""The manual pages are sound, and tell of every command and option that the programs have."""
+"""The manual pages are sound, and describe every command and option that the programs have."""
 
 import re
 import shutil

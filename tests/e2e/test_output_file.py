@@ -1,4 +1,4 @@
-"""The file that a scan leaves: whole, told once, in nobody's place, however many scans save at the same time and whenever one of them is
+"""The file that a scan leaves: whole, reported once, in nobody's place, however many scans save at the same time and whenever one of them is
 killed. With VELKARO_SAVE_ROUNDS=50 that is 400 scans at the same time, and 300 killed."""
 
 import errno
@@ -170,7 +170,7 @@ class KilledScans(SaveTestCase):
 
 
 class NamesThatAreTaken(SaveTestCase):
-    """What stands at the first name stays as it is, and the scan takes the next one."""
+    """A file under the first name is left alone, and the scan takes the next name."""
 
     def check_passed_over(self):
         self.assertEqual(self.told(self.start()), NAME.replace(".inv", "(1).inv"))

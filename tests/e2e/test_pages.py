@@ -18,11 +18,11 @@ PAGES = ["README.md", "docs/inv-tool.md", "docs/fleet.md", "docs/redact.md", "si
 MANUAL_PAGES = ["docs/man/inv.1", "docs/man/velkaro-scanner.1"]
 MACHINES = SIMULATOR / "machines"
 
-# Told on the pages as one scan gave it, and different in the next: its time, and the processes of the machine that the tests run on.
+# Shown on the pages as one scan gave it, and different in the next: its time, and the processes of the machine that the tests run on.
 VARYING = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d [+-]\d\d:\d\d|\d+ process(es)?"
 # Commands that count bytes, of which there are a few more or less: a text with a time in it is compressed.
 COUNTING = ("inv list ", "inv verify ")
-# What stands on PATH as the scanner: on the simulated iMac, where no other machine is meant.
+# What is on PATH as the scanner: on the simulated iMac, where no other machine is meant.
 SCANNER_HERE = f"""#!/bin/sh
 [ -n "$VELKARO_MACHINE" ] || exec '{SIMULATOR}/run' '{MACHINES}/imac-10.6' '{SCANNER}' "$@"
 exec '{SCANNER}' "$@"
@@ -44,7 +44,7 @@ def transcripts(text):
 
 
 def examples(page):
-    """The commands that a manual page shows, but for those that need a Mac of one's own: its access control lists."""
+    """The commands that a manual page shows, except those that need a Mac of one's own: its access control lists."""
     shown = [line.replace(r"\(dq", '"').replace(r"\e", "\\") for line in re.findall(r"^\.Dl (.*)$", page, re.M)]
     return [command for command in shown if not command.startswith("chmod +a ")]
 

@@ -1,4 +1,4 @@
-"""The line on the operator's terminal that tells what the scan is asking: there while a tool runs, and nowhere else."""
+"""The line on the operator's terminal that says what the scan is asking: shown while a tool runs, and at no other time."""
 
 import fcntl
 import os
@@ -22,7 +22,7 @@ TITLES = [
 
 
 def questions(text):
-    """What the lines told, each once, without the seconds."""
+    """What the lines said, each once, without the seconds."""
     found = re.findall(r"\r([^\r\n]*\S), \d+ s(?=\r)", text)
     return [line for number, line in enumerate(found) if number == 0 or found[number - 1] != line]
 
@@ -134,7 +134,7 @@ class Progress(ProgressTestCase):
         )
         self.write_tool("diskutil", "exec cat /dev/zero\n")
         _, errors = self.scan_on(self.terminal())
-        self.assertRegex(Screen(100).feed(errors).text(), r"^Output cut after \d+ bytes: diskutil info /dev/disk1\n$")
+        self.assertRegex(Screen(100).feed(errors).text(), r"^Output cut off after \d+ bytes: diskutil info /dev/disk1\n$")
 
 
 class ToolErrors(ProgressTestCase):

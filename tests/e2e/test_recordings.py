@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The recordings of real Macs, where they are at hand, pass through the whole scanner, and what they tell arrives."""
+"""The recordings of real Macs, where they are at hand, pass through the whole scanner, and what they report arrives."""
 
 import unittest
 

@@ -136,7 +136,7 @@ TEST(TimeZone, IsTheMachinesOwnWhereTheEnvironmentNamesNone) {
   }
 }
 
-TEST(TimeZone, IsLookedForWhereNoLinkTellsIt) {
+TEST(TimeZone, IsLookedForWhereNoLinkNamesIt) {
   const EnvironmentVariable zone("TZ", "Europe/Berlin");
   EXPECT_EQ(cf::time_zone(nullptr, "/nowhere/localtime"), u"Europe/Berlin");
   EXPECT_EQ(cf::time_zone(nullptr, LocalTime("/somewhere/else").link()), u"Europe/Berlin");

@@ -21,13 +21,13 @@ ProcessRecord record_of(const KernelRecord& record) {
   return {record.pid, 1, "p" + std::to_string(record.pid)};
 }
 
-// A kernel as Macs have had it since 10.7: it tells a size with room for five more processes, and copies
-// nothing and tells 0 when the table does not fit.
+// A kernel as Macs have had it since 10.7: it reports a size with room for five more processes, and copies
+// nothing and reports 0 when the table does not fit.
 class Kernel {
  public:
   explicit Kernel(int32_t processes) : processes_(processes) {}
 
-  // So many processes are started each time between the question for the size and the copy.
+  // This many processes are started each time between the question for the size and the copy.
   void start_meanwhile(int32_t processes) { started_meanwhile_ = processes; }
   void refuse_size(int error) { size_error_ = error; }
   void refuse_copy(int error) { copy_error_ = error; }
@@ -133,7 +133,7 @@ TEST(SysctlTable, HasNoMoreRecordsThanThereWasRoomFor) {
   EXPECT_THAT(kernel.read().records, SizeIs(169));
 }
 
-TEST(SysctlTable, AsksForTheSizeAnewInEachReading) {
+TEST(SysctlTable, AsksForTheSizeAgainInEachReading) {
   Kernel kernel(100);
   kernel.start_meanwhile(1000);
   EXPECT_EQ(kernel.read().status, ProcessTableStatus::grew);

@@ -21,7 +21,7 @@ std::string decoded(std::string_view text) {
   return bytes;
 }
 
-TEST(Base64, LeavesOutWhatPaddingStandsFor) {
+TEST(Base64, LeavesOutWhatPaddingReplaces) {
   EXPECT_EQ(decoded("QUJD"), "ABC");
   EXPECT_EQ(decoded("QUI="), "AB");
   EXPECT_EQ(decoded("QQ=="), "A");
@@ -33,7 +33,7 @@ TEST(Base64, PassesOverBlanksAndWhatIsNotInTheAlphabet) {
   EXPECT_EQ(decoded("Q*U-J\xFF_D"), "ABC");
 }
 
-// Anything else stands between padding and the end of its group.
+// Anything else comes between padding and the end of its group.
 TEST(Base64, CountsPaddingThroughBlanksOnly) {
   for (const char blank : {' ', '\t', '\n', '\v', '\f', '\r'})
     EXPECT_EQ(decoded(std::string("QQ=") + blank + "="), "A") << static_cast<int>(blank);

@@ -86,7 +86,7 @@ TEST(LenientScanner, BeginsADamagedListAsTheStrictOneDoes) {
   }
 }
 
-TEST(LenientScanner, SkipsWhatStandsBeforeTheList) {
+TEST(LenientScanner, SkipsWhatComesBeforeTheList) {
   EXPECT_EQ(
       salvaged(
           "12:00 driver[7] <warning> <array> &\n<?xml version=\"1.0\"?><plist><string>a</string></plist>"),
@@ -172,7 +172,7 @@ TEST(LenientScanner, PutsOneByteTooManyOrTooFewOfATagRight) {
       std::string list = whole;
       list.erase(list.find(tag) + place, 1);
       EXPECT_EQ(salvaged(list), expected) << list;
-      // Right behind the "<" it would look like a damaged slash.
+      // Right after the "<" it would look like a damaged slash.
       if (tag[place - 1] == '<') continue;
       list = whole;
       list.insert(list.find(tag) + place, 1, '\xFF');
@@ -181,7 +181,7 @@ TEST(LenientScanner, PutsOneByteTooManyOrTooFewOfATagRight) {
   }
 }
 
-TEST(LenientScanner, TakesALessThanBeforeANameLikeATagsForText) {
+TEST(LenientScanner, TreatsALessThanBeforeANameLikeATagsAsText) {
   for (const std::string_view text : {"<dataType", "a <dictator", "b<arrayed", "<integers", "<realm"}) {
     EXPECT_EQ(salvaged("<dict><key>" + std::string(text) + "</key><string>" + std::string(text) +
                        "</string><key>k</key><true/></dict>"),
@@ -204,7 +204,7 @@ TEST(LenientScanner, IgnoresCloseTagsOfWhatIsNotOpen) {
   EXPECT_EQ(salvaged("</dict><array></dict></string><true/></array></array>"), "[true]");
 }
 
-TEST(LenientScanner, GoesOnBehindTheEndOfAList) {
+TEST(LenientScanner, GoesOnAfterTheEndOfAList) {
   EXPECT_EQ(salvaged("<plist><array><true/></plist><false/></array>"), "[true false]");
   EXPECT_EQ(salvaged("<plist><array><true/></array></plist>\n<?xml version=\"1.0\"?><plist><array/></plist>"),
             "[true] []");

@@ -42,7 +42,7 @@ const std::string_view kEveryElement =
     "<key>b</key><dict><key/><true/></dict><key>c</key><date>2001-01-01T00:00:01Z</date><!-- c -->"
     "<key>d</key><data>AQID</data><key>e&lt;\xC3\xA4</key><false/></dict>\n</plist>";
 
-TEST(Scanner, TellsEveryElementInOrder) {
+TEST(Scanner, ReportsEveryElementInOrder) {
   EXPECT_EQ(outcome(kEveryElement), "{a:[\"t\" -1 1.5] b:{:true} c:@1 d:<1 2 3 > e<\xC3\xA4:false}");
 }
 

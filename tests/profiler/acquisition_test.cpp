@@ -165,7 +165,7 @@ TEST_F(CollectProfilerDocument, PrintsTenPercentagesAlsoForTypesWithoutItems) {
   EXPECT_EQ(printed, "10%\n20%\n30%\n40%\n50%\n60%\n70%\n80%\n90%\n100%\n");
 }
 
-// Counts its runs, and answers but for the given condition.
+// Counts its runs, and answers except on the given condition.
 std::string counting_profiler(const FakeTools& tools, const std::string& silent) {
   return "echo >> '" + tools.file("runs") + "'; " + silent + " || " + kNamingProfiler;
 }
@@ -179,7 +179,7 @@ TEST_F(CollectProfilerDocument, AsksAnEmptyTypeAgain) {
   EXPECT_EQ(complaints, "");
 }
 
-// Ten seconds, but for the last pause that would go beyond them.
+// Ten seconds, without the last pause, which would go beyond them.
 constexpr long long kPausesOfOneType[] = {10,   20,   40,   80,   160,  320,  640, 1000,
                                           1000, 1000, 1000, 1000, 1000, 1000, 1000};
 
@@ -222,7 +222,7 @@ TEST_F(CollectProfilerDocument, AsksATypeThatWasGivenUpOnlyOnce) {
   EXPECT_EQ(runs(), 21u);
   EXPECT_THAT(pauses, IsEmpty());
   EXPECT_EQ(complaints,
-            "Not waited for any longer: system_profiler -detailLevel full -xml SPNetworkVolumeDataType\n");
+            "Gave up waiting for: system_profiler -detailLevel full -xml SPNetworkVolumeDataType\n");
 }
 
 TEST_F(CollectProfilerDocument, KeepsWhatATypeSaidBeforeItWasGivenUp) {
@@ -246,7 +246,7 @@ TEST_F(CollectProfilerDocument, CutsATypeThatWritesForEver) {
   EXPECT_THAT(collect(false, limits), EndsWith("SPPowerDataType</string>\n</array>\n</plist>"));
   EXPECT_EQ(document.outputs[4].length, 100000u);
   EXPECT_EQ(complaints,
-            "Output cut after 100000 bytes: system_profiler -detailLevel full -xml SPAudioDataType\n");
+            "Output cut off after 100000 bytes: system_profiler -detailLevel full -xml SPAudioDataType\n");
 }
 
 TEST_F(CollectProfilerDocument, CutsAllOutputsTogether) {
@@ -259,8 +259,8 @@ TEST_F(CollectProfilerDocument, CutsAllOutputsTogether) {
   EXPECT_EQ(document.outputs[3].length, 0u);
   EXPECT_THAT(
       complaints,
-      EndsWith("Output cut after 500 bytes: system_profiler -detailLevel full -xml SPSoftwareDataType\n"
-               "Not run any more: system_profiler -detailLevel full -xml SPParallelATADataType\n"));
+      EndsWith("Output cut off after 500 bytes: system_profiler -detailLevel full -xml SPSoftwareDataType\n"
+               "No longer run: system_profiler -detailLevel full -xml SPParallelATADataType\n"));
 }
 
 TEST(RunFullProfiler, NamesNoDataTypeAndCutsNothing) {

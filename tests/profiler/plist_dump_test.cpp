@@ -31,7 +31,7 @@ std::string key(const std::string& name, const std::string& value) {
   return "<key>" + name + "</key>" + value;
 }
 
-// What stands below a data type that holds these keys and values, and below its item.
+// What is below a data type with these keys and values, and below its item.
 std::string dump_type(const std::string& keys) {
   return dump("<dict>" + key("_dataType", "<string>D</string>") + keys + "</dict>");
 }
@@ -192,7 +192,7 @@ TEST(DumpProfiler, ExtendsNarrowIntegersWithZeros) {
 }
 
 // As Macs up to 10.6 read them from a list.
-TEST(DumpProfiler, TakesSmallNumbersOf32BitsForUnsigned) {
+TEST(DumpProfiler, TreatsSmallNumbersOf32BitsAsUnsigned) {
   const int32_t minus_one = -1;
   EXPECT_EQ(dump_number(kCFNumberSInt32Type, &minus_one).int64(), 4294967295);
   for (int32_t number = 0; number <= 12; ++number) {
@@ -221,7 +221,7 @@ TEST(DumpProfiler, ListsFirewallRulesByNameAndState) {
             "*item0=\nspfirewall_services=none\n");
 }
 
-TEST(DumpProfiler, TakesAFirewallListDirectlyUnderADataTypeForAnyDictionary) {
+TEST(DumpProfiler, TreatsAFirewallListDirectlyUnderADataTypeAsAnyDictionary) {
   for (const std::string list : {"spfirewall_applications", "spfirewall_services"}) {
     EXPECT_EQ(dump_type(key(list, "<dict>" + key("com.apple.a", "<string>x</string>") + "</dict>")),
               "+Macintosh=\n+D=\n*" + list + "=\ncom.apple.a=x\n-\n-\n");

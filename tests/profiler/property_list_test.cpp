@@ -61,7 +61,7 @@ TEST(ParseProfilerDocument, KeepsWhatOnlyNamesAnEndOrDeclaresEntities) {
       "+Macintosh=\n*A=\nk=</plist>\n*B=\nk=2\n-\n");
 }
 
-TEST(ParseProfilerDocument, MissesNothingBehindANul) {
+TEST(ParseProfilerDocument, MissesNothingAfterANul) {
   // Each piece of the document ends at its first NUL, which may leave a list that parses.
   const std::string type = data_type("A", "1");
   EXPECT_EQ(tree_of(document_with(framed(std::string("\0", 1) + type), framed(data_type("B", "2")))), kBoth);
@@ -75,7 +75,7 @@ TEST(ParseProfilerDocument, MissesNothingBehindANul) {
   }
 }
 
-TEST(ParseProfilerDocument, MissesNothingBehindAListWithoutItsFrame) {
+TEST(ParseProfilerDocument, MissesNothingAfterAListWithoutItsFrame) {
   const std::string bare = "<?xml version=\"1.0\"?>\n<array>" + data_type("A", "1") + "</array>\n";
   ProfilerDocument document = document_with(framed(data_type("B", "2")), framed(""));
   document.outputs[0] = output_of(bare + std::string(kEpilogueLength, '\n'));
@@ -94,8 +94,8 @@ TEST(ParseProfilerDocument, ReadsAnOutputWithALongerPrologue) {
             kBoth);
 }
 
-TEST(ParseProfilerDocument, ReadsOnBehindAnEndInTheMiddle) {
-  // The length of the frame is such that the first list's end comes to stand inside the document.
+TEST(ParseProfilerDocument, ReadsOnAfterAnEndInTheMiddle) {
+  // With a frame of this length, the first list's end is inside the document.
   EXPECT_EQ(
       tree_of(document_with(framed(data_type("A", "1") + "</array></plist>"), framed(data_type("B", "2")))),
       kBoth);
@@ -116,7 +116,7 @@ TEST(ParseProfilerDocument, DropsWhatNestsTooDeeplyAndKeepsTheRest) {
             kBoth);
 }
 
-// A list that parses as it is, though a salvaged one would have another key.
+// A list that parses unchanged, though a salvaged one would have another key.
 std::string odd_but_healthy(const std::string& name) {
   return framed("<dict><key>_dataType</key><string>" + name +
                 "</string><key>_it\uFFFDms</key><string>&#65;</string></dict>\n");
@@ -139,7 +139,7 @@ TEST(ParseProfilerDocument, LeavesEachHealthyOutputAsTheToolWroteIt) {
   }
 }
 
-TEST(ParseProfilerDocument, LeavesAHealthyOutputInAnotherFrameAsItIs) {
+TEST(ParseProfilerDocument, LeavesAHealthyOutputInAnotherFrameAlone) {
   const std::string healthy = odd_but_healthy("A");
   const std::string reframed = "<plist version=\"1.0\"><array>" + healthy.substr(kPrologueLength);
   EXPECT_EQ(tree_of(document_with(reframed, framed(data_type("B", "2\xE9")))),
@@ -180,7 +180,7 @@ TEST(ParseProfilerDocument, NamesAnOutputThatIsNoListAndKeepsTheRest) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(tree_of(document), kBoth);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Unreadable output of the system profiler: SPAudioDataType\n");
+              "Unreadable output from the system profiler: SPAudioDataType\n");
   }
 }
 
@@ -209,12 +209,12 @@ TEST(ParseProfilerOutput, SalvagesTheSameWay) {
   EXPECT_EQ(CFArrayGetCount(list.get()), 1);
 }
 
-TEST(ParseProfilerOutput, OfWhatIsNoListIsNoneAndSaysSo) {
+TEST(ParseProfilerOutput, IsNoneForWhatIsNotAListAndSaysSo) {
   testing::internal::CaptureStderr();
   EXPECT_FALSE(parse_profiler_output({nullptr, copy_text("noise"), 5}));
   EXPECT_FALSE(parse_profiler_output({nullptr, copy_text(""), 0}));
   EXPECT_FALSE(parse_profiler_output({nullptr, nullptr, 0}));
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unreadable output of the system profiler\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unreadable output from the system profiler\n");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ std::string salvage(const std::string& text) {
 
 const std::string kDictionary = "<dict><key>k</key><string>v</string></dict>";
 
-TEST(SalvageOutput, KeepsAWholeListAsItIs) {
+TEST(SalvageOutput, KeepsAWholeListUnchanged) {
   const std::string elements =
       "<dict><key>a</key><string>&amp;&lt;&gt;\r\n</string><key>b</key><integer>0x10</integer><key>c</"
       "key><real>1.5e3</real>"
@@ -33,7 +33,7 @@ TEST(SalvageOutput, KeepsAWholeListAsItIs) {
   EXPECT_EQ(salvage(framed(elements)), expected);
 }
 
-TEST(SalvageOutput, SkipsWhatStandsBeforeTheList) {
+TEST(SalvageOutput, SkipsWhatComesBeforeTheList) {
   EXPECT_EQ(salvage("2010-01-01 driver[12]: <hello>\n" + framed(kDictionary)), kDictionary);
   EXPECT_EQ(salvage("noise <plist><array>" + kDictionary + "</array></plist>"), kDictionary);
 }
@@ -126,7 +126,7 @@ TEST(SalvageOutput, DropsASubtreeBelowTheDepthLimit) {
   EXPECT_TRUE(parse_profiler_output(output_of(framed(clean))));
 }
 
-TEST(SalvageOutput, OfNothingOfAListIsNone) {
+TEST(SalvageOutput, IsNoneForWhatHasNothingOfAList) {
   for (const std::string& text : {std::string(), std::string("Segmentation fault\n"), std::string(500, '<'),
                                   std::string(500, '\0'), std::string("<?xml version=\"1.0\"?>\n<plist>")}) {
     const ProfilerOutput clean = salvage_output(output_of(text));

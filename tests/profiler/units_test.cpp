@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(Unreadable, SizeConversion,
                                          Size{"1 GB free", size_to_gb, 0}, Size{"1024", size_to_kb, 0},
                                          Size{"spdisplays_integrated_vram", size_to_mb, 0}));
 
-TEST(SizeConversion, TakesNoneForZero) {
+TEST(SizeConversion, ReadsNoneAsZero) {
   for (const Conversion conversion : {size_to_gb, size_to_gb_binary, size_to_mb, size_to_kb})
     EXPECT_EQ(conversion(nullptr), 0);
   EXPECT_EQ(size_to_bytes(nullptr), 0);
@@ -107,7 +107,7 @@ TEST(SizeConversion, GivesInfinityBeyondSinglePrecision) {
 
 int64_t bytes(std::string size) { return size_to_bytes(size.data()); }
 
-TEST(SizeToBytes, CountsBinaryBytesButForTheThousandInATb) {
+TEST(SizeToBytes, CountsBinaryBytesExceptForTheThousandInATb) {
   EXPECT_EQ(bytes("1 KB"), 1024);
   EXPECT_EQ(bytes("1 GB"), 1073741824);
   EXPECT_EQ(bytes("1,5 GB"), 1610612736);
@@ -215,7 +215,7 @@ TEST(CopyLine, EndsAtTheFirstLineFeed) {
   EXPECT_STREQ(copy_line("a b\t\n").get(), "a b\t");
 }
 
-TEST(CopyLine, GivesNoneForAnEmptyLine) {
+TEST(CopyLine, ReturnsNoneForAnEmptyLine) {
   EXPECT_EQ(copy_line("\nabc"), nullptr);
   EXPECT_EQ(copy_line(""), nullptr);
 }
@@ -236,7 +236,7 @@ std::string trimmed(std::string text, const char* set, unsigned flags) {
   return text.c_str();
 }
 
-TEST(Trim, CutsTheEndsItIsToldTo) {
+TEST(Trim, CutsTheEndsItIsAskedTo) {
   EXPECT_EQ(trimmed("  abc \t", " \t", kTrimBoth), "abc");
   EXPECT_EQ(trimmed("  abc \t", " \t", kTrimStart), "abc \t");
   EXPECT_EQ(trimmed("  abc \t", " \t", kTrimEnd), "  abc");

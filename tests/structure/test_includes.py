@@ -23,7 +23,7 @@ BELOW = {
     "src/platform/corefoundation": ["src/platform", "src/plist"],
     "src/platform/corefoundation/include/CoreFoundation": [],
     "src/platform/corefoundation/include/SystemConfiguration": [],
-    # The reader stands on the tree and the scanner of property lists, and on nothing above them.
+    # The reader uses the tree and the scanner of property lists, and nothing above them.
     "inv/base": ["src/driver/base", "src/plist"],
     "inv/file": ["inv/base", "src/zxml"],
     "inv/signature": ["inv/base"],

@@ -158,7 +158,7 @@ TEST(Container, GivesAnUnknownKindItsPlaceAndItsNumberButNoEntry) {
   EXPECT_EQ(as_string(file.build(kPlain)).substr(19, 23), kAssetData);
 }
 
-TEST(Container, PutsEachSectionBehindAllBeforeIt) {
+TEST(Container, PutsEachSectionAfterAllBeforeIt) {
   INVfile file(1);
   for (int i = 0; i < 3; ++i) file.add_section(tree("AssetInfo"), kAssetInfo, Layout::whole_plain);
   EXPECT_EQ(plain_header(file),
@@ -209,7 +209,7 @@ TEST(Container, GivesTheSameBytesEachTime) {
 
 // --- raw data ---
 
-TEST(RawSection, IsStoredAsItIs) {
+TEST(RawSection, IsStoredUnchanged) {
   const std::string raw("\x78\xDA\0raw", 6);
   INVfile file(1);
   file.frees_borrowed_data = true;

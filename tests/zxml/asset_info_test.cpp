@@ -131,7 +131,7 @@ TEST(AssetInfo, WritesAbsentTextsAsEmptyOnes) {
   EXPECT_THAT(text, HasSubstr("domain=\nos-name=\nos-sp=\nos-ver=\nos-manuf=Apple Inc.\n"));
 }
 
-TEST(AssetInfo, TellsVirtualMachinesByTheirModelInAnyCase) {
+TEST(AssetInfo, RecognisesVirtualMachinesByTheirModelInAnyCase) {
   const struct {
     const char* model;
     const char* type;
@@ -177,7 +177,7 @@ void add_partition(InventoryTree& snapshot, const std::string& path, const char*
   snapshot.set_attribute((path + "/used%").c_str(), Value(used));
 }
 
-// What stands between the last figure and the end of the control summary.
+// What is between the last figure and the end of the control summary.
 std::string disks_of(const InventoryTree& snapshot) {
   const std::string text = asset_info(snapshot);
   const std::string before = "\nhdd-capacity=500\n";
@@ -263,7 +263,7 @@ class DebugScan : public testing::Test {
     EXPECT_EQ(std::sscanf(header_.c_str() + entry, "[%*d]\noffset=%u\nlength=%u\n", &offset, &length), 2);
     std::string text(1 << 16, '\0');
     uLongf size = text.size();
-    // The trailer behind a tree's stream is not looked at.
+    // The trailer after a tree's stream is not looked at.
     z_stream stream = {};
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(file_.data() + offset));
     stream.avail_in = length;

@@ -15,7 +15,7 @@ TEST(Bytes, AreEmptyWhenMade) {
   EXPECT_EQ(Bytes(0).length(), 0u);
 }
 
-TEST(Bytes, AppendBehindWhatIsThere) {
+TEST(Bytes, AppendToWhatIsThere) {
   Bytes bytes;
   bytes.append("abc", 3);
   bytes.append_byte(0);

@@ -79,7 +79,7 @@ class PlaceAndPath {
     note(std::to_string(opened_.size() - 1) + " = place below: " + opened_.back().path);
   }
 
-  // A second child of a name that may stand there already.
+  // A second child of a name that may be there already.
   void add_twin() {
     const char* child = name();
     note(std::string("twin ") + child);
@@ -142,7 +142,7 @@ class PlaceAndPath {
   std::mt19937 random_;
   InventoryTree by_place_{1, "Top"};
   InventoryTree by_path_{1, "Top"};
-  std::deque<Opened> opened_;  // a deque: a place must not move while another stands on it
+  std::deque<Opened> opened_;  // a deque: a place must not move while another builds on it
   std::string log_;
 };
 

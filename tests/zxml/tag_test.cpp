@@ -13,7 +13,7 @@ namespace {
 
 const Value kOne(int64_t{1});
 
-// A tree with one of everything a path can meet: two levels, a leaf, and a name that stands twice.
+// A tree with one of everything a path can meet: two levels, a leaf, and a name that occurs twice.
 InventoryTree furnished() {
   InventoryTree tree(1, "Top");
   tree.set_attribute("/a/b/old", Value(int64_t{0}));
@@ -194,7 +194,7 @@ TEST(SetTagValue, LeavesTheTagAboveALeafUntilSomethingIsSetBelow) {
   EXPECT_EQ(outline(tree.top()), "Top+{Environment+{env-var:PATH*='PATH'(value='/bin')}}");
 }
 
-TEST(Annotate, AppendsBehindWhatIsThereAlsoWithTheSameKey) {
+TEST(Annotate, AppendsEvenWithTheSameKey) {
   InventoryTree tree(1, "Top");
   tree.set_attribute("/x", kOne, "k", "first");
   tree.annotate_attribute("/x", "k", "second");
@@ -228,7 +228,7 @@ TEST(Lookup, FindsTheFirstExactMatch) {
   EXPECT_EQ(c.find_attribute("ol"), nullptr);
 }
 
-TEST(Lookup, GivesNoneBeyondTheEnd) {
+TEST(Lookup, ReturnsNoneBeyondTheEnd) {
   const InventoryTree tree = furnished();
   EXPECT_NE(tree.top().child_at(2), nullptr);
   EXPECT_EQ(tree.top().child_at(3), nullptr);

@@ -19,7 +19,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// The progress tells seconds.
+// The progress line counts seconds.
 constexpr milliseconds kStep(1000);
 
 milliseconds longest_silence = kLongestSilence;
@@ -77,7 +77,7 @@ class ToolEnvironment {
   std::vector<char*> variables_;
 };
 
-// Waits for an answer in steps in which the operator sees the time go by; false when there is none for too
+// Waits for an answer in short steps, so that the operator sees the time pass; false when none comes for too
 // long.
 template <typename Answered>
 bool wait_patiently(ProgressLine& progress, Answered answered) {
@@ -90,7 +90,7 @@ bool wait_patiently(ProgressLine& progress, Answered answered) {
 
 enum class Ending { complete, cut, given_up };
 
-// Reads until the command has ended; only then is all that it printed there.
+// Reads until the command has ended; only then has everything it printed arrived.
 Ending read_output(ShellProcess& process, Capture& capture, uint32_t limit) {
   ProgressLine progress;
   for (;;) {
@@ -137,12 +137,12 @@ Run run_shell_process(const Command& command, uint32_t chunk, uint32_t limit) {
   }
   if (run.end.cut) {
     capture.cut(limit);
-    std::fprintf(stderr, "Output cut after %u bytes: %s\n", limit, command.name);
+    std::fprintf(stderr, "Output cut off after %u bytes: %s\n", limit, command.name);
   } else if (run.end.silent) {
-    std::fprintf(stderr, "Not waited for any longer: %s\n", command.name);
+    std::fprintf(stderr, "Gave up waiting for: %s\n", command.name);
   }
   run.length = capture.length();
-  // The tool may have failed; what it said counts all the same.
+  // The tool may have failed; what it printed counts all the same.
   run.output = capture.finish();
   return run;
 }
@@ -182,7 +182,7 @@ Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk, 
   const char* own_path = std::getenv("PATH");
   const std::string path = complete_tool_path(own_path);
   std::vector<const char*> arguments = {tool};
-  // The other PATH is there for the subshell alone, and only to look for the tool.
+  // The other PATH is set for the subshell alone, and only to find the tool.
   const Text found = format_string("\"$(PATH=$0; command -v %s)\"", tool);
   if (!equal_text(own_path, path.c_str())) arguments = {found.get(), path.c_str()};
   Run run = run_shell({tool, nullptr, arguments, environ}, chunk, limit);
@@ -190,8 +190,8 @@ Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk, 
   return std::move(run.output);
 }
 
-// The limit is this program's own as well, which new processes take over. Hence it handles the signal that
-// comes beyond the limit; its handler is what they do not take over.
+// The limit applies to this program too, since new processes inherit it from here. So this program handles
+// the signal sent at the limit; a handler is not inherited.
 WorkLimit::WorkLimit(unsigned seconds) : handler_before_(std::signal(SIGXCPU, [](int) {})) {
   getrlimit(RLIMIT_CPU, &before_);
   rlimit limit = before_;
@@ -210,7 +210,7 @@ Text CommandSeries::run(const char* command_line, uint32_t* length) {
     CommandEnd left_out;
     left_out.started = false;
     enter({command_line, name_, {}, nullptr}, left_out);
-    if (!ended_) std::fprintf(stderr, "Not run any more: %s\n", command_line);
+    if (!ended_) std::fprintf(stderr, "No longer run: %s\n", command_line);
     ended_ = true;
     return nullptr;
   }

@@ -70,7 +70,7 @@ bool names_half_of_day(CFDateFormatterRef formatter, const char* text) {
   return false;
 }
 
-// Whether the text has been written by the form's pattern, and not by what the user's settings made of it.
+// Whether the text follows the form's pattern, and not what the user's settings made of it.
 bool has_form(DateForm form, CFDateFormatterRef formatter, const char* text) {
   switch (form) {
     case DateForm::short_date:
@@ -89,8 +89,8 @@ unsigned two_digits(const char* text) {
   return static_cast<unsigned>((text[0] - '0') * 10 + (text[1] - '0'));
 }
 
-// Rewrites a zone at the end of the text from " +0200" to minutes, "+120"; a text without such a zone stays
-// as it is.
+// Rewrites a zone at the end of the text from " +0200" to minutes, "+120"; a text without such a zone is left
+// alone.
 void rewrite_zone(char* text) {
   const size_t length = std::strlen(text);
   if (length < kZoneLength) return;
@@ -102,7 +102,7 @@ void rewrite_zone(char* text) {
   }
   const unsigned minutes = two_digits(digits) * 60 + two_digits(digits + 2);
   zone[0] = zone[1];
-  // Four digits at most, in the place of a sign and four.
+  // At most four digits replace a sign and four digits.
   std::snprintf(zone + 1, kZoneLength, "%u", minutes);
 }
 

@@ -12,7 +12,7 @@ enum class DateForm {
   process = 2,     // 2012-01-18 15:30:45 GMT+2
 };
 
-// Formats any number of dates in one form; making a formatter is dear, using it is cheap.
+// Formats any number of dates in one form; making a formatter is expensive, using it is cheap.
 class DateFormatter {
  public:
   // In the current locale, as the system formats dates for this user.
@@ -20,9 +20,9 @@ class DateFormatter {
   // With a formatter that has the form's pattern, or what the user's settings have made of it.
   DateFormatter(DateForm form, CFRef<CFDateFormatterRef> formatter);
 
-  // A new text; the empty text when the system cannot format the date. A user who wants twelve hours gets
-  // them in any pattern: then the text is made in the POSIX locale, to which no settings apply. So is a CIM
-  // form with other digits than ASCII ones, since a timestamp must be readable everywhere.
+  // A new text; the empty text when the system cannot format the date. A user who prefers twelve hours gets
+  // them in any pattern: the text is then made in the POSIX locale, to which no settings apply. So is a CIM
+  // form with digits other than ASCII ones, since a timestamp must be readable everywhere.
   Text format(CFDateRef date) const;
 
  private:
@@ -30,7 +30,7 @@ class DateFormatter {
   CFRef<CFDateFormatterRef> formatter_;
 };
 
-// Whether a text may be a date in the CIM form. Nothing else that a Mac tells of itself looks so.
+// Whether a text looks like a date in the CIM form. Nothing else that a Mac reports does.
 bool is_cim_date(const char* text);
 
 Text format_date(DateForm form, CFDateRef date);

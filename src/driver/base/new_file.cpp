@@ -11,8 +11,8 @@
 
 namespace {
 
-// While this lives, a file that reaches the size that the user may write makes the write fail; otherwise the
-// signal that the system sends then would end the program, with half a file left behind.
+// While this lives, a write beyond the user's limit for file sizes fails; otherwise the system's signal would
+// end the program and leave half a file.
 class FileSizeSignalIgnored {
  public:
   FileSizeSignalIgnored() : before_(std::signal(SIGXFSZ, SIG_IGN)) {}
@@ -24,7 +24,7 @@ class FileSizeSignalIgnored {
   void (*before_)(int);
 };
 
-// Writes everything through to the disk and closes the file, in any case.
+// Flushes everything to the disk; closes the file in any case.
 bool write_through(std::FILE* file, const unsigned char* data, size_t length) {
   const bool written =
       std::fwrite(data, 1, length, file) == length && std::fflush(file) == 0 && flush_to_disk(fileno(file));

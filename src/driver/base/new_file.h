@@ -1,12 +1,12 @@
-// Files that are made anew, for their owner alone, and never in the place of anything.
+// Files that are newly created, for their owner alone, and never replace anything.
 #pragma once
 
 #include <cstddef>
 
-// A descriptor to write to the new file. -1 with the reason in errno when it cannot be made; EEXIST where
-// anything stands at the path, be it a link that leads nowhere.
+// A descriptor to write to the new file. -1 with the reason in errno when it cannot be created; EEXIST when
+// the path exists, even as a dangling link.
 int create_new_file(const char* path);
 
-// Makes the file with this content and sees it written to the disk. False with the reason in errno, as above
-// or of the write that failed, and then no file is left.
+// Creates the file with this content and flushes it to the disk. False, with the reason in errno and no file
+// left, when that fails.
 [[nodiscard]] bool write_new_file(const char* path, const unsigned char* data, size_t length);

@@ -20,10 +20,10 @@ bool is_shown = false;
 std::string subject;
 std::string count_text;  // ", 18 of 21"
 Clock::time_point start;
-std::string line;                      // as it stands on the terminal
+std::string line;                      // as the terminal shows it
 volatile std::sig_atomic_t width = 0;  // its length, for the signal handler
 
-// Columns that a line may fill: in the last one some terminals go on to the next line by themselves.
+// Columns that a line may fill: some terminals wrap as soon as the last one is written.
 size_t free_columns() {
   winsize size = {};
   if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kWidest - 1;
@@ -31,7 +31,7 @@ size_t free_columns() {
 }
 
 void write_all(std::string_view text) {
-  // What a terminal does not take is nothing to report.
+  // A failed write to the terminal is not worth reporting.
   [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
 }
 
@@ -42,7 +42,7 @@ std::string current_line() {
 
 void draw(std::string text) {
   line = std::move(text);
-  // First, so that a signal never finds a line that it does not know of.
+  // First, so that a signal handler knows of every line there is.
   width = static_cast<std::sig_atomic_t>(line.size());
   write_all("\r" + line);
 }

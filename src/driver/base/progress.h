@@ -1,20 +1,19 @@
-// The line on the operator's terminal that tells what the scan is asking for, and how long that has taken:
-// "Applications, 18 of 21, 12 s". It stands there only while a tool runs, so that nothing else that is
-// printed ever meets it.
+// The line on the operator's terminal that says what the scan is asking for, and for how long: "Applications,
+// 18 of 21, 12 s". It is shown only while a tool runs, so that nothing else is ever printed into it.
 #pragma once
 
 #include <cstddef>
 
-// Whether there is such a line from now on, on standard error, which is a terminal then. Without this call
-// there is none, and nothing here writes a byte.
+// Turns the line on or off; it goes to standard error, which must then be a terminal. Without this call it is
+// off, and nothing here writes a byte.
 void show_progress(bool shown);
 bool progress_is_shown();
 
-// What is asked from now on: a subject, and which question about it, from 1 on, of how many; no count is told
-// when it is 0. The seconds begin with a subject that is another one than before.
+// What is asked from now on: a subject, and which question about it, from 1 on, of how many; a count of 0 is
+// not shown. The seconds start again when the subject changes.
 void announce(const char* subject, size_t number = 0, size_t count = 0);
 
-// The line is there as long as this is.
+// The line is shown while this lives.
 class ProgressLine {
  public:
   ProgressLine();
@@ -22,9 +21,9 @@ class ProgressLine {
   ProgressLine& operator=(const ProgressLine&) = delete;
   ~ProgressLine();
 
-  // Writes the line anew when what it tells has changed.
+  // Rewrites the line when its text has changed.
   void refresh();
 };
 
-// Leaves the terminal's line empty where the progress stood; may be called by a signal handler.
+// Clears the progress from the terminal's line; may be called by a signal handler.
 void erase_progress();

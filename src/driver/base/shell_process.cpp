@@ -18,7 +18,7 @@ using std::chrono::milliseconds;
 
 constexpr microseconds kFirstPause(50);
 constexpr microseconds kLongestPause(20000);
-// A process that was killed is gone at once, or is held by the kernel.
+// A process that was killed is gone at once, unless the kernel holds it.
 constexpr milliseconds kLongestDying(1000);
 
 volatile std::sig_atomic_t running_group = 0;
@@ -30,7 +30,7 @@ bool make_pipe(int (&ends)[2]) {
   return true;
 }
 
-// How the child's descriptors come to be, and its process group.
+// How the child gets its descriptors and its process group.
 class SpawnPlan {
  public:
   SpawnPlan(int output, ToolErrors errors) {
@@ -111,7 +111,7 @@ bool ShellProcess::has_ended() {
   return true;
 }
 
-// The end follows the last byte closely, as a rule; no call waits for both a process and the time.
+// The end usually follows the last byte closely; no call waits for a process with a timeout.
 bool ShellProcess::wait_for_end(milliseconds longest) {
   microseconds pause = kFirstPause;
   for (microseconds waited(0); !has_ended(); waited += pause, pause = std::min(2 * pause, kLongestPause)) {

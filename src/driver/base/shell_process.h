@@ -7,27 +7,26 @@
 #include <cstddef>
 #include <vector>
 
-// What becomes of the standard error of a tool: it is this program's, or it goes nowhere.
+// Where the standard error of a tool goes: to this program's, or nowhere.
 enum class ToolErrors { kept, dropped };
 
 // The shell and all that it starts form a process group of their own, so that they can be ended together.
 // They have nothing to read, and inherit no descriptor but the standard ones.
 class ShellProcess {
  public:
-  // The arguments are those behind "-c": the command line, and what is "$0" there. The environment is as for
-  // execve.
+  // The arguments are those after "-c": the command line, and its "$0". The environment is as for execve.
   ShellProcess(const std::vector<const char*>& arguments, char* const* environment, ToolErrors errors);
   ShellProcess(const ShellProcess&) = delete;
   ShellProcess& operator=(const ShellProcess&) = delete;
-  // Kills what has not ended. What not even that ends, such as a tool that the kernel holds, is left behind.
+  // Kills what has not ended. What even that does not end, such as a tool stuck in the kernel, is abandoned.
   ~ShellProcess();
 
   // False when there is no shell, or no descriptor is left for the pipe: nothing else may be called then.
   bool started() const { return id_ > 0; }
 
-  // True when there are bytes to read or the output has ended, false when neither came within this time.
+  // True when there are bytes to read or the output has ended, false when neither happens within this time.
   bool wait_for_output(std::chrono::milliseconds longest) const;
-  // Reads what is there, at most so many bytes; 0 is the end of the output.
+  // Reads what has arrived, at most this many bytes; 0 is the end of the output.
   size_t read(char* bytes, size_t room) const;
   // True when the shell has ended within this time.
   bool wait_for_end(std::chrono::milliseconds longest);

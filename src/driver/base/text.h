@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <memory>
 
-// A text the holder owns; it is released with the array delete by itself. A null Text is "none", which is not
-// the empty text.
+// A text that its holder owns; it is released with the array delete. A null Text is "none", which is not the
+// empty text.
 using Text = std::unique_ptr<char[]>;
 
 #if defined(__GNUC__)
@@ -22,7 +22,7 @@ int measure_format(const char* format, ...) PRINTF_FORMAT(1, 2);
 int measure_format_list(const char* format, va_list arguments) PRINTF_FORMAT(1, 0);
 
 // A new text of exactly the formatted length; the empty text when it cannot be formatted. A null argument for
-// "%s" reads "(null)".
+// "%s" prints "(null)".
 Text format_string(const char* format, ...) PRINTF_FORMAT(1, 2);
 
 // A new text holding the bytes from start up to, not including, end. Bytes may be anything, NUL included.
@@ -31,8 +31,8 @@ Text copy_range(const char* start, const char* end);
 // A new text with the same bytes; none for none.
 Text copy_text(const char* text);
 
-// Upper case for the letters a to z only, whatever the locale: file names and workgroups keep their other
-// bytes.
+// Turns the letters a to z into capitals, whatever the locale; all other bytes of file names and workgroups
+// stay.
 void upper_case_ascii(char* text);
 char upper_case_ascii(char character);
 

@@ -6,15 +6,15 @@
 
 #include "platform/corefoundation/object.h"
 
-// The elements stand behind the object.
+// The elements follow the object.
 struct CFArrayObject : cf::Object {
   explicit CFArrayObject(size_t its_count) : Object(cf::Kind::array), count(its_count) {}
 
   const size_t count;
 };
 
-// Behind the object stand the keys, then the values, then, when there are many, the positions of the keys in
-// their own order.
+// The object is followed by the keys, then the values, then, when there are many, the positions of the keys
+// in their own order.
 struct CFDictionaryObject : cf::Object {
   explicit CFDictionaryObject(size_t its_count) : Object(cf::Kind::dictionary), count(its_count) {}
 

@@ -8,12 +8,12 @@
 namespace cf {
 namespace {
 
-// Up to so many keys are compared one by one; of more there is a sorted index behind the values.
+// Up to this many keys are compared one by one; for more there is a sorted index after the values.
 constexpr size_t kMostUnsorted = 16;
 
 std::string_view key_text(const void* key) { return text_of(static_cast<CFStringRef>(key)); }
 
-// The index's order: what is cheapest to tell apart.
+// The index's order: whatever is cheapest to compare.
 bool less(std::string_view left, std::string_view right) {
   return left.size() != right.size() ? left.size() < right.size() : left < right;
 }

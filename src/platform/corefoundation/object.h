@@ -26,7 +26,7 @@ enum class Kind : uint8_t {
 
 constexpr uint32_t kImmortal = 0;  // the reference count of what lives as long as the program
 
-// Derived objects are plain data behind this, so that an object and its bytes or elements are one allocation.
+// Derived objects are plain data after this, so that an object and its bytes or elements are one allocation.
 struct Object {
   constexpr explicit Object(Kind its_kind, uint32_t count = 1) : references(count), kind(its_kind) {}
 
@@ -36,7 +36,7 @@ struct Object {
 
 inline const Object* object(CFTypeRef reference) { return static_cast<const Object*>(reference); }
 
-// A new object with one reference and room for so many bytes behind it.
+// A new object with one reference and room for this many bytes after it.
 template <typename T, typename... Arguments>
 T* create_with_tail(size_t tail_size, Arguments&&... arguments) {
   return new (::operator new(sizeof(T) + tail_size)) T(std::forward<Arguments>(arguments)...);
@@ -46,7 +46,7 @@ T* create(Arguments&&... arguments) {
   return create_with_tail<T>(0, std::forward<Arguments>(arguments)...);
 }
 
-// What stands behind an object.
+// What follows an object.
 template <typename Element, typename T>
 const Element* tail_of(const T* object) {
   return reinterpret_cast<const Element*>(object + 1);

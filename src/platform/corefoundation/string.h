@@ -9,7 +9,7 @@
 
 constexpr uint32_t kUnknownLength = UINT32_MAX;
 
-// The bytes stand behind the object, with a NUL after them.
+// The bytes follow the object, with a NUL after them.
 struct CFStringObject : cf::Object {
   CFStringObject(uint32_t its_size, uint32_t its_length)
       : Object(cf::Kind::string), size(its_size), length(its_length) {}
@@ -32,7 +32,7 @@ struct Position {
   size_t offset = 0;  // in bytes
   CFIndex units = 0;  // in UTF-16 units
 };
-// The last place that is not behind so many UTF-16 units: never inside a character, nor behind the end.
+// The last place that is at most this many UTF-16 units in: never inside a character, nor beyond the end.
 Position position_at(CFStringRef string, CFIndex units);
 CFIndex count_units(std::string_view utf8);
 

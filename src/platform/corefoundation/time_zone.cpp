@@ -20,7 +20,7 @@ bool is_known(const std::u16string& zone) {
   return U_SUCCESS(status);
 }
 
-// What stands behind "zoneinfo/" where the link leads.
+// What follows "zoneinfo/" in the link's target.
 std::u16string zone_of(const char* link) {
   constexpr std::string_view kFolder = "zoneinfo/";
   char target[4096];

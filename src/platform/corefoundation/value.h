@@ -42,7 +42,7 @@ struct CFDateObject : cf::Object {
   const CFAbsoluteTime time;
 };
 
-// The bytes stand behind the object, or elsewhere.
+// The bytes follow the object, or are elsewhere.
 struct CFDataObject : cf::Object {
   CFDataObject(const UInt8* its_bytes, size_t its_length, bool is_owner)
       : Object(cf::Kind::data), frees_bytes(is_owner), length(its_length), bytes(its_bytes) {}
@@ -64,7 +64,7 @@ inline std::string_view bytes_of(CFDataRef data) {
 
 bool equal_numbers(const CFNumberObject& left, const CFNumberObject& right);
 
-// A new data object of so many bytes behind it, for the caller to fill (and, before anyone else sees it, to
+// A new data object followed by this many bytes, for the caller to fill (and, before anyone else sees it, to
 // shorten).
 CFDataObject* create_data(size_t capacity);
 

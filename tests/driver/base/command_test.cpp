@@ -114,21 +114,21 @@ TEST(RunCommand, KeepsOutputOfExactlyTheLimitInSilence) {
 TEST(RunCommand, CutsOutputBeyondTheLimitAndSaysSo) {
   testing::internal::CaptureStderr();
   const Outcome result = run("printf 0123456789", 4, 9);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 9 bytes: printf 0123456789\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut off after 9 bytes: printf 0123456789\n");
   expect_output(result, "012345678");
 }
 
 TEST(RunCommand, CutsOutputBeyondALimitBelowTheChunk) {
   testing::internal::CaptureStderr();
   const Outcome result = run("printf 0123456789", 100, 3);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 3 bytes: printf 0123456789\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut off after 3 bytes: printf 0123456789\n");
   expect_output(result, "012");
 }
 
 TEST(RunCommand, EndsACommandThatPrintsForEver) {
   testing::internal::CaptureStderr();
   const Outcome result = run("yes", 65536, 1000000);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut after 1000000 bytes: yes\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut off after 1000000 bytes: yes\n");
   ASSERT_TRUE(result.started);
   EXPECT_EQ(result.output.size(), 1000000u);
 }
@@ -137,7 +137,7 @@ TEST(RunCommand, EndsACommandThatPrintsForEver) {
 TEST(RunCommand, EndsACommandThatPrintsForEverThoughNobodyReads) {
   testing::internal::CaptureStderr();
   const Outcome result = run("trap '' PIPE; while :; do echo more; done 2>/dev/null", 100, 1000);
-  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("Output cut after 1000 bytes: trap", 0), 0u);
+  EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("Output cut off after 1000 bytes: trap", 0), 0u);
   EXPECT_EQ(result.output.size(), 1000u);
 }
 
@@ -188,7 +188,7 @@ TEST(RunCommand, LeavesTheOtherVariablesAsTheyAre) {
   EXPECT_STREQ(std::getenv("PATH"), "/nowhere") << "this program's own stays";
 }
 
-// What env tells of PATH: its line, or nothing.
+// What env prints of PATH: its line, or nothing.
 std::string told_path() {
   uint32_t length = 7;
   const Text output = run_in_own_environment("env", &length, 300);
@@ -248,7 +248,7 @@ TEST(Silence, ThatLastsTooLongEndsTheCommandAndKeepsWhatItSaid) {
   EXPECT_GE(Clock::now() - start, milliseconds(200));
   EXPECT_LT(Clock::now() - start, milliseconds(5000));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Not waited for any longer: echo said $$; sleep 1000; echo never\n");
+            "Gave up waiting for: echo said $$; sleep 1000; echo never\n");
   ASSERT_EQ(result.output.substr(0, 5), "said ");
   EXPECT_TRUE(has_gone(result.output.substr(5))) << "the shell has been waited for";
 }
@@ -268,12 +268,12 @@ TEST(Silence, CountsFromTheLastByte) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(Silence, BehindTheEndOfTheOutputEndsTheCommandToo) {
+TEST(Silence, AfterTheEndOfTheOutputEndsTheCommandToo) {
   const LongestSilence silence(milliseconds(200));
   testing::internal::CaptureStderr();
   const Outcome result = run("echo $$; exec >&-; exec sleep 1000", 100);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Not waited for any longer: echo $$; exec >&-; exec sleep 1000\n");
+            "Gave up waiting for: echo $$; exec >&-; exec sleep 1000\n");
   EXPECT_TRUE(has_gone(result.output));
 }
 
@@ -281,7 +281,7 @@ TEST(Silence, OfAProcessThatHoldsTheOutputOpenEndsToo) {
   const LongestSilence silence(milliseconds(300));
   testing::internal::CaptureStderr();
   const Outcome result = run("sleep 1000 & echo $!", 100);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Not waited for any longer: sleep 1000 & echo $!\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Gave up waiting for: sleep 1000 & echo $!\n");
   expect_gone(result.output);
 }
 
@@ -353,9 +353,9 @@ TEST(CommandSeries, LimitsEachOutputAndAllTogether) {
   EXPECT_EQ(run_in(series, "printf more"), "none");
   EXPECT_EQ(run_in(series, "printf more"), "none");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Output cut after 6 bytes: printf 12345678\n"
-            "Output cut after 4 bytes: printf abcdefgh\n"
-            "Not run any more: printf more\n");
+            "Output cut off after 6 bytes: printf 12345678\n"
+            "Output cut off after 4 bytes: printf abcdefgh\n"
+            "No longer run: printf more\n");
 }
 
 TEST(CommandSeries, LimitsTheRuns) {
@@ -366,7 +366,7 @@ TEST(CommandSeries, LimitsTheRuns) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   testing::internal::CaptureStderr();
   EXPECT_EQ(run_in(series, "echo y"), "none");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Not run any more: echo y\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "No longer run: echo y\n");
 }
 
 TEST(CommandSeries, EndsAfterSoManySilences) {
@@ -382,8 +382,8 @@ TEST(CommandSeries, EndsAfterSoManySilences) {
   EXPECT_TRUE(series.used_up());
   EXPECT_EQ(run_in(series, "printf c"), "none");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Not waited for any longer: printf a; sleep 1000\nNot waited for any longer: sleep 1000\n"
-            "Not run any more: printf c\n");
+            "Gave up waiting for: printf a; sleep 1000\nGave up waiting for: sleep 1000\n"
+            "No longer run: printf c\n");
 }
 
 // Without a free descriptor there is no pipe. Run in a child of the test, which ends with the verdict.
@@ -395,7 +395,7 @@ TEST(CommandSeries, EndsAfterSoManySilences) {
   std::_Exit(!text && length == 0 ? 0 : 1);
 }
 
-TEST(RunCommand, GivesNoneAndNoLengthWhenNoShellCanBeStarted) {
+TEST(RunCommand, ReturnsNoneAndNoLengthWhenNoShellCanBeStarted) {
   EXPECT_EXIT(run_without_descriptors(), testing::ExitedWithCode(0), "");
 }
 

@@ -60,7 +60,7 @@ class Terminal {
 
 std::string erased(size_t width) { return "\r" + std::string(width, ' ') + "\r"; }
 
-TEST(Progress, TellsWhatIsAskedWhileTheLineLives) {
+TEST(Progress, SaysWhatIsAskedWhileTheLineLives) {
   const Terminal terminal(80);
   announce("Applications", 18, 21);
   EXPECT_EQ(terminal.written(), "") << "nothing runs yet";
@@ -71,14 +71,14 @@ TEST(Progress, TellsWhatIsAskedWhileTheLineLives) {
   EXPECT_EQ(terminal.written(), erased(27));
 }
 
-TEST(Progress, TellsNoCountWithoutOne) {
+TEST(Progress, ShowsNoCountWithoutOne) {
   const Terminal terminal(80);
   announce("System profiler");
   const ProgressLine line;
   EXPECT_EQ(terminal.written(), "\rSystem profiler, 0 s");
 }
 
-TEST(Progress, WritesTheLineAnewOnlyWhenItChanges) {
+TEST(Progress, RewritesTheLineOnlyWhenItChanges) {
   const Terminal terminal(80);
   announce("Accounts", 1, 2);
   ProgressLine line;
@@ -125,7 +125,7 @@ TEST(Progress, WritesNothingToATerminalOfOneColumn) {
   EXPECT_EQ(terminal.written(), "");
 }
 
-TEST(Progress, TakesATerminalOfUnknownWidthForTheUsualOne) {
+TEST(Progress, TreatsATerminalOfUnknownWidthAsTheUsualOne) {
   const Terminal terminal(0);
   announce(std::string(100, 'x').c_str());
   { const ProgressLine line; }
@@ -158,7 +158,7 @@ TEST(Progress, IsNothingWhereItIsNotShown) {
   EXPECT_EQ(terminal.written(), "");
 }
 
-TEST(Progress, StandsThereWhileACommandRunsAndGoesBeforeAMessage) {
+TEST(Progress, IsShownWhileACommandRunsAndGoesBeforeAMessage) {
   const Terminal terminal(80);
   announce("Audio", 21, 21);
   uint32_t length = 0;
@@ -167,7 +167,7 @@ TEST(Progress, StandsThereWhileACommandRunsAndGoesBeforeAMessage) {
   EXPECT_EQ(terminal.written(),
             "\rAudio, 21 of 21, 0 s" + erased(20) + "\rAudio, 21 of 21, 1 s" + erased(20));
   run_command("printf 0123456789", &length, 100, 5);
-  EXPECT_NE(terminal.written().find(erased(20) + "Output cut after 5 bytes: printf 0123456789"),
+  EXPECT_NE(terminal.written().find(erased(20) + "Output cut off after 5 bytes: printf 0123456789"),
             std::string::npos);
 }
 

@@ -66,7 +66,7 @@ TEST(CopyRange, CopiesNulBytes) {
   EXPECT_EQ(std::string(copy.get(), 4), std::string("a\0b\0", 4));
 }
 
-TEST(CopyText, GivesNoneForNone) { EXPECT_EQ(copy_text(nullptr), nullptr); }
+TEST(CopyText, ReturnsNoneForNone) { EXPECT_EQ(copy_text(nullptr), nullptr); }
 
 TEST(CopyText, CopiesIntoAFreshBuffer) {
   const char text[] = "abc";

@@ -26,12 +26,12 @@ TEST(CompleteToolPath, KnowsADirectoryInAnotherSpelling) {
   EXPECT_EQ(complete_tool_path("/usr/bin/:/bin//://usr//sbin:/sbin"), "/usr/bin/:/bin//://usr//sbin:/sbin");
 }
 
-TEST(CompleteToolPath, TakesNoOtherDirectoryForOneOfThem) {
+TEST(CompleteToolPath, MistakesNoOtherDirectoryForOneOfThem) {
   EXPECT_EQ(complete_tool_path("/usr/bin2:usr/bin:/USR/BIN:/usr/bin/x:/"),
             std::string("/usr/bin2:usr/bin:/USR/BIN:/usr/bin/x:/:") + kAll);
 }
 
-// An empty element is the working directory: what lies there is run only where the caller wants that.
+// An empty element is the working directory: programs there are run only when the caller wants that.
 TEST(CompleteToolPath, KeepsEmptyElementsAndAddsNone) {
   EXPECT_EQ(complete_tool_path("/a:"), std::string("/a::") + kAll);
   EXPECT_EQ(complete_tool_path(":/a"), std::string(":/a:") + kAll);

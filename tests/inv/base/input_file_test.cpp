@@ -36,7 +36,7 @@ TEST_F(InputFileTest, TakesAsMuchAsTheLimitAndNoMore) {
   EXPECT_EQ(error, "is larger than 4 bytes");
 }
 
-TEST_F(InputFileTest, TellsWhyAFileCannotBeRead) {
+TEST_F(InputFileTest, SaysWhyAFileCannotBeRead) {
   EXPECT_FALSE(inv::read_file(path + ".missing", 5, &error));
   EXPECT_EQ(error, "cannot be read: No such file or directory");
   EXPECT_FALSE(inv::read_file(testing::TempDir(), 5, &error));

@@ -15,7 +15,7 @@ TEST(Wildcards, TextsMatchThemselves) {
   for (const char* text : {"IMAC", "imac2", "ima", "2imac", ""}) EXPECT_FALSE(matches("imac", text)) << text;
 }
 
-TEST(Wildcards, AStarStandsForAnyText) {
+TEST(Wildcards, AStarMatchesAnyText) {
   EXPECT_TRUE(matches("*", ""));
   EXPECT_TRUE(matches("a*b", "ab"));
   EXPECT_TRUE(matches("a*c*", "abcabd"));
@@ -27,7 +27,7 @@ TEST(Wildcards, AStarStandsForAnyText) {
   EXPECT_FALSE(matches("*m*m*", "imac"));
 }
 
-TEST(Wildcards, AMarkStandsForOneByteWhereItIsWanted) {
+TEST(Wildcards, AMarkMatchesOneByteWhereItIsWanted) {
   EXPECT_TRUE(matches("im?c", "imac", Wildcards::star_and_mark));
   EXPECT_TRUE(matches("????", "imac", Wildcards::star_and_mark));
   EXPECT_FALSE(matches("???", "imac", Wildcards::star_and_mark));

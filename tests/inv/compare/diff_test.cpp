@@ -39,7 +39,7 @@ TEST(Diff, ElementsThatMovedAreTheSame) {
             "");
 }
 
-TEST(Diff, TellsAddedRemovedAndChanged) {
+TEST(Diff, ReportsAddedRemovedAndChanged) {
   EXPECT_EQ(changes(snapshot(kTwoApplications),
                     snapshot("+Software=\n*Soft:1=Chess\nversion=2\nlocation=/Applications/Chess.app\n"
                              "*Soft:2=Mail\nversion=4.1\nlocation=/Applications/Mail.app\ninfo=new\n-\n")),
@@ -49,7 +49,7 @@ TEST(Diff, TellsAddedRemovedAndChanged) {
             "+ /Software/Soft:2/info  Mail (/Applications/Mail.app)  new\n");
 }
 
-TEST(Diff, TellsAValueOfAnElementItself) {
+TEST(Diff, ReportsAValueOfAnElementItself) {
   EXPECT_EQ(changes(snapshot("+OS=\n*os:1=Lion\n-\n"), snapshot("+OS=\n*os:1=Tiger\n-\n")),
             "~ /OS/os:1  Tiger (os:1)  Lion -> Tiger\n");
 }
@@ -61,7 +61,7 @@ TEST(Diff, PairsTheFirstOfEqualIdentityWithTheFirst) {
   EXPECT_EQ(changes(snapshot(two), snapshot(two)), "");
 }
 
-TEST(Diff, TellsAnAttributeThatIsGone) {
+TEST(Diff, ReportsAnAttributeThatIsGone) {
   const std::string one = "+Software=\n*Soft:1=Mail\nlocation=/M\n";
   EXPECT_EQ(changes(snapshot(one + "info=x\n-\n"), snapshot(one + "-\n")),
             "- /Software/Soft:1/info  Mail (/M)  x\n");
@@ -117,7 +117,7 @@ TEST(Diff, AMissingTreeIsOneChange) {
   EXPECT_EQ(changes(maker::file(), maker::debug_file("<plist/>")), "- /  Snapshot\n");
 }
 
-TEST(Diff, JsonTellsTheSame) {
+TEST(Diff, JsonSaysTheSame) {
   const auto list = nlohmann::json::parse(inv::changes_json(inv::diff(
       *maker::open(snapshot(kTwoApplications)),
       *maker::open(snapshot("+Software=\n*Soft:1=Mail\nversion=5\nlocation=/Applications/Mail.app\n-\n")),

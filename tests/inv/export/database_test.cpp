@@ -130,12 +130,12 @@ TEST_F(DatabaseTest, RefusesWhatIsNotItsOwn) {
   query("CREATE TABLE mine (x)");
   inv::Database other;
   EXPECT_FALSE(other.open(path));
-  EXPECT_EQ(other.error(), "is a database of something else, or of another version of inv");
+  EXPECT_EQ(other.error(), "is a database of another program, or of another version of inv");
   fs::remove(path);
   query("CREATE TABLE machines (x); PRAGMA user_version = 1");
   inv::Database older;
   EXPECT_FALSE(older.open(path));
-  EXPECT_EQ(older.error(), "is a database of something else, or of another version of inv");
+  EXPECT_EQ(older.error(), "is a database of another program, or of another version of inv");
   inv::Database nowhere;
   EXPECT_FALSE(nowhere.open("/nowhere/at/all.db"));
   EXPECT_EQ(nowhere.error(), "unable to open database file");

@@ -32,7 +32,7 @@ const std::string kOdd = maker::file_of_text(
     "1\n~units=GB\n"
     "~base-value=1000000000\n-\n");
 
-TEST(Export, JsonTellsTheTreesInOrder) {
+TEST(Export, JsonHasTheTreesInOrder) {
   const json machines = json::parse(exported(ExportFormat::json, {kOdd, maker::file()}));
   ASSERT_EQ(machines.size(), 2u);
   const json& machine = machines[0];

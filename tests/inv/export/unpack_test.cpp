@@ -62,13 +62,13 @@ TEST_F(WriteFolderTest, RefusesAFolderThatHoldsSomething) {
   fs::create_directories(folder);
   std::ofstream(folder / "mine") << "x";
   EXPECT_FALSE(inv::write_folder(folder, {{"a", "1"}}, &error));
-  EXPECT_EQ(error, "is no empty folder");
+  EXPECT_EQ(error, "is not an empty folder");
   EXPECT_FALSE(fs::exists(folder / "a"));
 }
 
 TEST_F(WriteFolderTest, SaysWhyAFolderCannotBeMade) {
   EXPECT_FALSE(inv::write_folder(folder / "x" / "y", {}, &error));
-  EXPECT_EQ(error, "cannot be made: No such file or directory");
+  EXPECT_EQ(error, "cannot be created: No such file or directory");
 }
 
 }  // namespace

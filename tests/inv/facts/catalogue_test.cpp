@@ -97,7 +97,7 @@ void expect_sorted(const CatalogueFact& fact) {
 
 TEST(Catalogue, LiesSorted) { expect_sorted(inv::kCatalogue[0]); }
 
-TEST(Catalogue, TellsIdentifiersByNameAlone) {
+TEST(Catalogue, RecognisesIdentifiersByNameAlone) {
   EXPECT_EQ(inv::identifier_by_name("serial"), inv::IdentifierKind::serial);
   EXPECT_EQ(inv::identifier_by_name("disk:3"), inv::IdentifierKind::text);
   EXPECT_EQ(inv::identifier_by_name("usr-acc:jane"), inv::IdentifierKind::account);

@@ -67,7 +67,7 @@ TEST(Identity, IsTheNameWhenNothingBetterIsKnown) {
   EXPECT_EQ(identity("/", ""), "Snapshot");
 }
 
-TEST(Identity, HoldsOnlyWhereTheKindStands) {
+TEST(Identity, HoldsOnlyWhereTheKindOccurs) {
   EXPECT_EQ(identity("/Elsewhere/Soft:7", "+Elsewhere=\n*Soft:7=Safari\nlocation=/x\n-\n"), "Soft:7");
 }
 

@@ -72,7 +72,7 @@ TEST(Overview, ReadsDisksDisplaysAndAdapters) {
   EXPECT_EQ(overview.adapters[0].device, "en0");
 }
 
-TEST(Overview, NumbersThatAreNoneCountAsUnknown) {
+TEST(Overview, MalformedNumbersCountAsUnknown) {
   const Overview overview = overview_of_text(
       "+Storage=\n+Physical-disks=\n*HDD:1=\nsize=nan\n*HDD:2=\nsize=1e300\n*HDD:3=\nsize=-5\n"
       "*HDD:4=\nsize=1000000000\n-\n-\n"

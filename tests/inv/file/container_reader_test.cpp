@@ -44,7 +44,7 @@ TEST(ContainerReader, ReadsBothByteOrdersAndBothHeaderForms) {
   }
 }
 
-TEST(ContainerReader, ListsSectionsAsTheHeaderTellsThem) {
+TEST(ContainerReader, ListsSectionsAsTheHeaderDescribesThem) {
   Faults faults;
   const std::string file = maker::file();
   const auto container = read(file, faults);
@@ -122,14 +122,14 @@ TEST(ContainerReader, SaysWhereATrailerIsWrong) {
   EXPECT_EQ(faults_of(body + maker::trailer(0, true) + "\n"),
             "at byte " + std::to_string(body.size() + 11) + ": the magic \"INV!\" is missing\n");
   EXPECT_EQ(faults_of(body + maker::trailer(0, true, kTrailerVersion - 1)),
-            "at byte " + std::to_string(body.size() + 8) + ": the trailer's byte 3 is missing\n");
-  EXPECT_EQ(
-      faults_of(body + maker::trailer(0, true, kTrailerVersion, 2)),
-      "at byte " + std::to_string(body.size() + 9) + ": the trailer says neither plain nor compressed\n");
+            "at byte " + std::to_string(body.size() + 8) + ": the trailer's version is not 3\n");
+  EXPECT_EQ(faults_of(body + maker::trailer(0, true, kTrailerVersion, 2)),
+            "at byte " + std::to_string(body.size() + 9) +
+                ": the trailer marks the header neither plain nor compressed\n");
   EXPECT_EQ(faults_of(body + maker::trailer(body.size() + 1, true)),
-            "at byte " + std::to_string(body.size()) + ": the header's offset is beyond the file\n");
+            "at byte " + std::to_string(body.size()) + ": the header's offset is past the end of the file\n");
   EXPECT_EQ(faults_of(body + maker::trailer(UINT64_MAX, true)),
-            "at byte " + std::to_string(body.size()) + ": the header's offset is beyond the file\n");
+            "at byte " + std::to_string(body.size()) + ": the header's offset is past the end of the file\n");
 }
 
 TEST(ContainerReader, RefusesEveryOtherMagic) {
@@ -147,18 +147,19 @@ TEST(ContainerReader, SaysWhereAHeaderIsWrong) {
   EXPECT_EQ(fault(""), "at byte 3: the header does not begin with [H]\n");
   EXPECT_EQ(fault("count=1\n"), "at byte 3: the header does not begin with [H]\n");
   EXPECT_EQ(fault("[H]\n"), "at byte 3: the header has no count\n");
-  EXPECT_EQ(fault("[H]\ncount=1"), "at byte 7: the header's last line is not ended\n");
-  EXPECT_EQ(fault("[H]\ncount\n"), "at byte 7: a line of the header has no \"=\"\n");
-  EXPECT_EQ(fault("[H]\ncount=x\n"), "at byte 7: a number of the header is none\n");
-  EXPECT_EQ(fault("[H]\ncount=-1\n"), "at byte 7: a number of the header is none\n");
-  EXPECT_EQ(fault("[H]\ncount=99999999999999999999\n"), "at byte 7: a number of the header is none\n");
-  EXPECT_EQ(fault("[H]\ncount=1\n[x]\n"), "at byte 15: a number of the header is none\n");
+  EXPECT_EQ(fault("[H]\ncount=1"), "at byte 7: the header's last line has no line end\n");
+  EXPECT_EQ(fault("[H]\ncount\n"), "at byte 7: a header line has no \"=\"\n");
+  EXPECT_EQ(fault("[H]\ncount=x\n"), "at byte 7: header: \"x\" is not a number\n");
+  EXPECT_EQ(fault("[H]\ncount=-1\n"), "at byte 7: header: \"-1\" is not a number\n");
+  EXPECT_EQ(fault("[H]\ncount=99999999999999999999\n"),
+            "at byte 7: header: \"99999999999999999999\" is not a number\n");
+  EXPECT_EQ(fault("[H]\ncount=1\n[x]\n"), "at byte 15: header: \"x\" is not a number\n");
   EXPECT_EQ(fault("[H]\ncount=1\n[0]\noffset=0\n"),
-            "at byte 19: an entry of the header lacks its offset or length\n");
+            "at byte 19: a header entry has no offset or no length\n");
   EXPECT_EQ(fault("[H]\ncount=1\n[1]\noffset=0\nlength=3\n"),
-            "at byte 28: the header has more entries than it counts\n");
+            "at byte 28: the header has more entries than its count says\n");
   EXPECT_EQ(fault("[H]\ncount=2\n[0]\noffset=0\nlength=3\n[0]\noffset=3\nlength=0\n"),
-            "at byte 37: the header's entries are not in order\n");
+            "at byte 37: the header's entries are out of order\n");
 }
 
 TEST(ContainerReader, RefusesDamagedCompressedHeader) {
@@ -170,20 +171,19 @@ TEST(ContainerReader, RefusesDamagedCompressedHeader) {
       std::string::npos);
 }
 
-TEST(ContainerReader, RefusesBytesBehindTheStreamOfAHeader) {
+TEST(ContainerReader, RefusesBytesAfterTheStreamOfAHeader) {
   const std::string stream = maker::deflated(header("", 0));
   EXPECT_EQ(faults_of(stream + maker::trailer(0, true, kTrailerVersion, 1)), "");
   EXPECT_EQ(faults_of(stream + "x" + maker::trailer(0, true, kTrailerVersion, 1)),
             "at byte " + std::to_string(stream.size()) +
-                ": the header cannot be read: bytes follow its zlib stream\n");
+                ": the header cannot be read: there are bytes after its zlib stream\n");
 }
 
 TEST(ContainerReader, RefusesAPlainHeaderLargerThanAnyIs) {
   const std::string start = header("", 0) + "x=";
   const std::string largest = start + std::string((1 << 20) - start.size() - 1, 'x') + "\n";
   EXPECT_EQ(faults_of(maker::container("", largest)), "");
-  EXPECT_EQ(faults_of(maker::container("", "[H]\nx=" + largest)),
-            "at byte 0: the header is larger than any header is\n");
+  EXPECT_EQ(faults_of(maker::container("", "[H]\nx=" + largest)), "at byte 0: the header is too large\n");
 }
 
 TEST(ContainerReader, RefusesHeaderThatInflatesWithoutEnd) {
@@ -222,7 +222,7 @@ TEST(ContainerReader, RefusesSectionDeclaredLargerThanTheLimit) {
 
 TEST(ContainerReader, ReportsGapsAndOverlapsThatNoSkippedNumberExplains) {
   EXPECT_EQ(faults_of(maker::container("abcdef", header("[0]\noffset=0\nlength=3\ntype=x\n"))),
-            "at byte 3: bytes belong to no section\n");
+            "at byte 3: bytes are outside every section\n");
   EXPECT_EQ(faults_of(maker::container(
                 "abcdef", header("[0]\noffset=0\nlength=4\ntype=x\n[1]\noffset=3\nlength=3\ntype=x\n", 2))),
             "at byte 3: sections overlap\n");

@@ -34,7 +34,7 @@ TEST(ProfilerOutput, OnlyTheDictionarysOwnKeyNamesIt) {
   EXPECT_EQ(split("<array><dict><key>other</key><string>SPWrong</string></dict></array>"), Types{});
 }
 
-TEST(ProfilerOutput, ANameThatCouldLeaveTheFolderIsNone) {
+TEST(ProfilerOutput, ANameThatCouldLeaveTheFolderIsRefused) {
   for (const char* name : {"", "../../etc/passwd", "SP/x", "a b", "&lt;x&gt;", "."}) {
     EXPECT_EQ(
         split("<array><dict><key>_dataType</key><string>" + std::string(name) + "</string></dict></array>"),
@@ -61,7 +61,7 @@ TEST(ProfilerOutput, DamagedOutputIsCutAsFarAsItGoes) {
   EXPECT_EQ(split("").size(), 0u);
 }
 
-TEST(ProfilerOutput, AloneItStandsInTheFrameThatTheScannerCutsOff) {
+TEST(ProfilerOutput, AloneItIsInTheFrameThatTheScannerCutsOff) {
   const inv::DataType type = {"SPOne", "\t<dict>...</dict>\n"};
   const std::string output = inv::output_of(type);
   EXPECT_EQ(output.size(), 172 + type.dict.size() + 18);

@@ -4,9 +4,9 @@
 
 namespace {
 
-TEST(Fault, TellsItsByte) { EXPECT_EQ(inv::describe({"it is damaged", 7}), "at byte 7: it is damaged"); }
+TEST(Fault, NamesItsByte) { EXPECT_EQ(inv::describe({"it is damaged", 7}), "at byte 7: it is damaged"); }
 
-TEST(Fault, TellsItsLineFromTheFirstOn) {
+TEST(Fault, NamesItsLineFromTheFirstOn) {
   EXPECT_EQ(inv::describe({"it is damaged", 7, 1, 0}),
             "at byte 7 (line 1, byte 0 of the text): it is damaged");
   EXPECT_EQ(inv::describe({"it is damaged", 7, 3, 40}),

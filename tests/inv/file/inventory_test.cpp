@@ -55,14 +55,13 @@ TEST(Inventory, AFaultInACompressedTextHasItsSectionsPlace) {
 TEST(Inventory, OpensTheRawDataOfADebugRun) {
   const auto inventory = maker::open(maker::debug_file("<plist/>"));
   EXPECT_FALSE(inventory->snapshot());
-  ASSERT_TRUE(inventory->raw_data());
-  EXPECT_EQ(*inventory->raw_data(), "<plist/>");
+  EXPECT_EQ(inventory->contents.back().raw, "<plist/>");
 }
 
 TEST(Inventory, RawDataThatIsDamagedOrTooLargeIsAFault) {
   const std::string file = maker::debug_file(std::string(100'000, 'x'));
   const auto inventory = inv::open_inventory("x", file, 99'999);
-  EXPECT_FALSE(inventory->raw_data());
+  EXPECT_FALSE(inventory->contents.back().raw);
   ASSERT_EQ(inventory->faults.size(), 1u);
   // The asset section before it has taken its share.
   EXPECT_EQ(inventory->faults[0].message, "raw data section: it inflates to more than 99861 bytes");
@@ -88,7 +87,7 @@ TEST(Inventory, PlainSectionsShareTheLimitToo) {
   const auto inventory = inv::open_inventory("x", file, text.size() + 100);
   EXPECT_TRUE(inventory->contents[0].document);
   EXPECT_FALSE(inventory->contents[1].document);
-  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 102 bytes");
+  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text is larger than 102 bytes");
 }
 
 TEST(Inventory, SectionsShareTheLinesThatAFileMayHave) {
@@ -133,15 +132,16 @@ TEST(Inventory, ADebugFileHasTheTimeOfItsAttempt) {
   EXPECT_EQ(inv::scan_timestamp(*inventory), "now");
 }
 
-TEST(Inventory, BytesBehindRawDataAreAFault) {
+TEST(Inventory, BytesAfterRawDataAreAFault) {
   const std::string stream = maker::deflated("<plist/>");
   const auto inventory = maker::open(maker::container(
       stream + "x", "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=" +
                         std::to_string(stream.size() + 1) + "\ntype=customdata\nID=rawdata\n"));
-  EXPECT_FALSE(inventory->raw_data());
+  EXPECT_FALSE(inventory->contents.back().raw);
   ASSERT_EQ(inventory->faults.size(), 1u);
   EXPECT_EQ(inv::describe(inventory->faults[0]),
-            "at byte " + std::to_string(stream.size()) + ": raw data section: bytes follow the zlib stream");
+            "at byte " + std::to_string(stream.size()) +
+                ": raw data section: there are bytes after the zlib stream");
 }
 
 TEST(Inventory, AFileThatCannotBeReadGivesTheReason) {

@@ -50,7 +50,7 @@ TEST(SectionText, ReadsATreeOfATopElementAlone) {
   }
 }
 
-TEST(SectionText, DropsTheNulsBehindALeafThatWasGivenChildren) {
+TEST(SectionText, DropsTheNulsAfterALeafThatWasGivenChildren) {
   InventoryTree tree(1, "Snapshot");
   tree.set_attribute("/System/model", text_value("iMac"));
   tree.set_tag_value("/System/never-written", text_value("x"));
@@ -63,8 +63,8 @@ TEST(SectionText, DropsTheNulsBehindALeafThatWasGivenChildren) {
 }
 
 TEST(SectionText, SaysWhereALayoutIsBroken) {
-  EXPECT_EQ(fault_of(""), "at byte 0: the section ends in none of the four known ways");
-  EXPECT_EQ(fault_of("text"), "at byte 4: the section ends in none of the four known ways");
+  EXPECT_EQ(fault_of(""), "at byte 0: the section has none of the four known endings");
+  EXPECT_EQ(fault_of("text"), "at byte 4: the section has none of the four known endings");
   EXPECT_EQ(fault_of(std::string("\1\1", 2)), "at byte 2: the section is too short for its index");
   EXPECT_EQ(fault_of(std::string("\xFF\xFF\xFF\xFF\1\0", 6)),
             "at byte 0: the section's index cannot be found or read");
@@ -73,8 +73,8 @@ TEST(SectionText, SaysWhereALayoutIsBroken) {
   const std::string stream = maker::deflated("some text that is long enough to have an end");
   const std::string end("\0\1ZXML", 6);
   EXPECT_EQ(fault_of(stream + "!" + end),
-            "at byte " + std::to_string(stream.size()) + ": bytes follow the zlib stream");
-  EXPECT_EQ(fault_of(stream.substr(0, 20) + end), "at byte 20: the zlib stream breaks off");
+            "at byte " + std::to_string(stream.size()) + ": there are bytes after the zlib stream");
+  EXPECT_EQ(fault_of(stream.substr(0, 20) + end), "at byte 20: the zlib stream is cut short");
 }
 
 TEST(SectionText, RefusesASplitSectionWhosePartsAreNotWhereTheIndexSays) {
@@ -91,9 +91,9 @@ TEST(SectionText, RefusesASplitSectionWhosePartsAreNotWhereTheIndexSays) {
   EXPECT_EQ(fault_of(section("[Root]\noffset=0\nlength=999\n")),
             "at byte 0: a part of the section is not where its index says");
   EXPECT_EQ(fault_of(section("[Root]\noffset=0\n")),
-            "at byte " + length + ": the section's index is not of its form");
+            "at byte " + length + ": the section's index is malformed");
   EXPECT_EQ(fault_of(section("[Root]\noffset=0\nlength=0\n")),
-            "at byte 0: bytes of the section belong to no part");
+            "at byte 0: bytes of the section are outside every part");
 }
 
 TEST(SectionText, RefusesTextsAboveTheLimit) {

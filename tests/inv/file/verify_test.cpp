@@ -59,7 +59,7 @@ TEST(Verify, WantsEverySnapshotCounted) {
 TEST(Verify, WantsHeaderAndSnapshotToAgree) {
   EXPECT_EQ(
       first_fault(maker::file_of_text(snapshot_text("timestamp=2013\n" + std::string(kNeeded).substr(36)))),
-      "at byte 0 (line 2, byte 9 of the text): the snapshot's timestamp is not the header's");
+      "at byte 0 (line 2, byte 9 of the text): the snapshot's timestamp differs from the header's");
   EXPECT_EQ(first_fault(maker::file_of_text("\xEF\xBB\xBF?zxml\n*Macintosh=\n")),
             "at byte 35: the header counts 1 snapshots, the file has 0");
 }
@@ -112,7 +112,7 @@ TEST(Verify, RejectsEveryFlippedByteThatChangesAValue) {
       }
     }
   }
-  // Only bits that tell how hard zlib tried are without consequence.
+  // Only bits that say how hard zlib tried are without consequence.
   EXPECT_GT(rejected, file.size() * 4 - 16);
 }
 

@@ -75,19 +75,19 @@ TEST(ZxmlParser, ViewsStayRightWhenAShortDocumentMoves) {
 TEST(ZxmlParser, NamesLineByteAndReasonOfEveryBreachOfTheGrammar) {
   EXPECT_EQ(fault_of(""), "1:0 the text does not begin with its mark");
   EXPECT_EQ(fault_of("?zxml\n*Snapshot=\n"), "1:0 the text does not begin with its mark");
-  EXPECT_EQ(fault_of(mark("")), "2:9 the text holds no element");
-  EXPECT_EQ(fault_of(mark("*Snapshot=")), "2:9 the last line is not ended");
+  EXPECT_EQ(fault_of(mark("")), "2:9 the text has no element");
+  EXPECT_EQ(fault_of(mark("*Snapshot=")), "2:9 the last line has no line end");
   EXPECT_EQ(fault_of(mark("*Snapshot=\nname\n")), "3:20 a line has no \"=\"");
   EXPECT_EQ(fault_of(mark("*Snapshot=\n\n")), "3:20 a line has no \"=\"");
-  EXPECT_EQ(fault_of(mark("*Snapshot=\na=b") + '\0' + "\n"), "3:20 a line holds a NUL byte");
-  EXPECT_EQ(fault_of(mark("name=value\n")), "2:9 an attribute stands outside a tag");
-  EXPECT_EQ(fault_of(mark("~key=text\n")), "2:9 an annotation stands outside a tag");
-  EXPECT_EQ(fault_of(mark("+S=\n+A=\n-\nlate=1\n-\n")), "5:19 an attribute stands outside a tag");
-  EXPECT_EQ(fault_of(mark("+S=\n+A=\n-\n~late=1\n-\n")), "5:19 an annotation stands outside a tag");
+  EXPECT_EQ(fault_of(mark("*Snapshot=\na=b") + '\0' + "\n"), "3:20 a line contains a NUL byte");
+  EXPECT_EQ(fault_of(mark("name=value\n")), "2:9 an attribute is outside every tag");
+  EXPECT_EQ(fault_of(mark("~key=text\n")), "2:9 an annotation is outside every tag");
+  EXPECT_EQ(fault_of(mark("+S=\n+A=\n-\nlate=1\n-\n")), "5:19 an attribute is outside every tag");
+  EXPECT_EQ(fault_of(mark("+S=\n+A=\n-\n~late=1\n-\n")), "5:19 an annotation is outside every tag");
   EXPECT_EQ(fault_of(mark("+S=\n")), "3:13 the text ends before its elements are closed");
   EXPECT_EQ(fault_of(mark("*S=\n-\n")), "3:13 a closing line has no element to close");
-  EXPECT_EQ(fault_of(mark("*S=\n*T=\n")), "3:13 a second top element begins");
-  EXPECT_EQ(fault_of(mark("+S=\n-\n+T=\n-\n")), "4:15 a second top element begins");
+  EXPECT_EQ(fault_of(mark("*S=\n*T=\n")), "3:13 there is a second top element");
+  EXPECT_EQ(fault_of(mark("+S=\n-\n+T=\n-\n")), "4:15 there is a second top element");
 }
 
 TEST(ZxmlParser, RefusesDeeperNestingThanAnyInventoryHas) {
@@ -98,8 +98,8 @@ TEST(ZxmlParser, RefusesDeeperNestingThanAnyInventoryHas) {
     return mark(lines);
   };
   EXPECT_EQ(fault_of(nested(512)), "parsed");
-  EXPECT_EQ(fault_of(nested(513)), "515:2061 elements are nested more than 512 deep");
-  EXPECT_EQ(fault_of(nested(200'000)), "515:2061 elements are nested more than 512 deep");
+  EXPECT_EQ(fault_of(nested(513)), "515:2061 elements are nested more than 512 levels deep");
+  EXPECT_EQ(fault_of(nested(200'000)), "515:2061 elements are nested more than 512 levels deep");
 }
 
 TEST(ZxmlParser, RefusesMoreLinesThanMemoryShouldPayFor) {
@@ -127,7 +127,7 @@ TEST(ZxmlParser, RefusesTextsWhosePathsTogetherAreHuge) {
   EXPECT_EQ(fault_of(mark(after + "-\n")), "parsed");
 }
 
-TEST(ZxmlParser, EveryTruncationOfATextIsRefusedButForTheWholeOne) {
+TEST(ZxmlParser, EveryTruncationOfATextIsRefused) {
   const std::string text = maker::text_of(*maker::snapshot());
   for (size_t length = 0; length < text.size(); ++length) {
     EXPECT_NE(fault_of(text.substr(0, length)), "parsed") << length;

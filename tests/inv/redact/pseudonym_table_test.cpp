@@ -42,15 +42,15 @@ TEST(Pseudonyms, ReplaceTokensInTexts) {
   EXPECT_EQ(pseudonyms.replace_tokens("/Users/jane/Jane's/janet (BACKUP DISK)"),
             "/Users/" + jane + "/" + jane + "'s/janet (" + pseudonyms.replace("BACKUP DISK") + ")");
   EXPECT_EQ(pseudonyms.replace_tokens(""), "");
-  EXPECT_TRUE(pseudonyms.stands_in("x-jane"));
-  EXPECT_FALSE(pseudonyms.stands_in(jane));
+  EXPECT_TRUE(pseudonyms.occurs_in("x-jane"));
+  EXPECT_FALSE(pseudonyms.occurs_in(jane));
 }
 
 TEST(Pseudonyms, LookForAddressesInEverySpelling) {
   const Pseudonyms pseudonyms = pseudonyms_of({{IdentifierKind::text, "00-1B-63-AA-10-FE"}});
   for (const char* text : {"at 00:1b:63:aa:10:fe", "MAC_001B63AA10FE.inv", "00-1b-63-aa-10-fe"}) {
-    EXPECT_TRUE(pseudonyms.stands_in(text)) << text;
-    EXPECT_FALSE(pseudonyms.stands_in(pseudonyms.replace_tokens(text))) << text;
+    EXPECT_TRUE(pseudonyms.occurs_in(text)) << text;
+    EXPECT_FALSE(pseudonyms.occurs_in(pseudonyms.replace_tokens(text))) << text;
   }
 }
 
@@ -69,7 +69,7 @@ TEST(Pseudonyms, LookForShortNamesLongNumbersAndAddresses) {
                                                {IdentifierKind::addresses, "::2"},
                                                {IdentifierKind::text, "\xC3\xA9"}});
   for (const char* text : {"jd", "123456", "1.2.3.4", "::2", "\xC3\xA9"}) {
-    EXPECT_TRUE(pseudonyms.stands_in(text)) << text;
+    EXPECT_TRUE(pseudonyms.occurs_in(text)) << text;
   }
 }
 
@@ -88,7 +88,7 @@ TEST(Pseudonyms, AreNoIdentifiersAndHoldNone) {
   const Pseudonyms pseudonyms =
       pseudonyms_of({{IdentifierKind::text, "jane"}, {IdentifierKind::text, usual}});
   EXPECT_NE(pseudonyms.replace("jane"), usual);
-  // The maker's part of the address is somebody's name here, so no address can stand in.
+  // The maker's part of the address is somebody's name here, so no address can replace it.
   const Pseudonyms odd =
       pseudonyms_of({{IdentifierKind::text, "00-1B-63-AA-10-FE"}, {IdentifierKind::account, "1b"}});
   EXPECT_THAT(odd.replace("00-1B-63-AA-10-FE"), MatchesRegex("ANON[0-9A-Z]{10}"));

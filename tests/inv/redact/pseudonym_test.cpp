@@ -35,7 +35,7 @@ TEST(ShapeOf, GoesByTheKindElse) {
   EXPECT_EQ(inv::shape_of(IdentifierKind::account_id, "1849273412"), Shape::number);
 }
 
-TEST(ShapeOf, NearlyAFormIsNone) {
+TEST(ShapeOf, NearlyAFormDoesNotCount) {
   for (const char* text : {"00-1B-63-AA-10-F", "00-1B-63-AA-10-FG", "00-1B:63-AA-10-FE", "192.0.2",
                            "192.0.2.256", "51A7C0DE01065A8B9C3D2F0000001068", ""}) {
     EXPECT_EQ(inv::shape_of(IdentifierKind::text, text), Shape::name) << text;

@@ -19,7 +19,7 @@ const std::string kTop =
     "sstService\n"
     "snaptype=mac:1\n";
 
-// A file with these lines in its snapshot, behind what every snapshot has.
+// A file with these lines in its snapshot, after what every snapshot has.
 std::string file_with(const std::string& lines) {
   return maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + kTop + lines + "-\n");
 }
@@ -40,7 +40,7 @@ std::string redacted(const std::string& lines, const std::string& key = "key") {
   return text.substr(start, text.size() - start - 2);
 }
 
-// What stands for a name.
+// The pseudonym of a name.
 std::string anon(const std::string& name) {
   inv::Pseudonyms pseudonyms("key");
   pseudonyms.add(inv::IdentifierKind::text, name);
@@ -91,7 +91,7 @@ TEST(Redact, KeepsNamesOfVariablesUnlessTheyNameSomebody) {
                 "_HOME\nvalue=" + anon("/opt") + "\nenv-var:LANG=\n~complex=\n");
 }
 
-TEST(Redact, FindsNamesInPathsThatNoPlaceTells) {
+TEST(Redact, FindsNamesInPathsThatNoPlaceHolds) {
   EXPECT_EQ(redacted("*Soft:1=x\nlocation=/Users/al/x.app\ninfo=/Volumes/2010/x by al\n"),
             "*Soft:1=x\nlocation=/Users/" + anon("al") + "/x.app\ninfo=/Volumes/" + anon("2010") + "/x by " +
                 anon("al") + "\n");
@@ -141,7 +141,7 @@ TEST(Redact, ReadsEveryFormOfAFile) {
   }
 }
 
-TEST(Redact, KeepsAHeaderTimeThatIsNone) {
+TEST(Redact, KeepsAHeaderTimeThatIsMalformed) {
   const std::string file =
       maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\ntimestamp=by jane\nuser-name=jane\n");
   const auto result = maker::open(redacted_file(file).bytes);
@@ -152,7 +152,7 @@ TEST(Redact, KeepsAHeaderTimeThatIsNone) {
 TEST(Redact, RefusesRawDataUnlessItMayDropIt) {
   const std::string file = maker::debug_file("<plist>jane</plist>");
   EXPECT_EQ(redacted_file(file).refusal,
-            "section 1 (raw data) can hold anything; --drop-opaque leaves it out");
+            "section 1 (raw data) can contain anything; use --drop-opaque to leave it out");
   EXPECT_EQ(redacted_file(file).bytes, "");
   const inv::Redaction redaction = redacted_file(file, "key", true);
   EXPECT_EQ(redaction.refusal, "");
@@ -162,12 +162,12 @@ TEST(Redact, RefusesRawDataUnlessItMayDropIt) {
 }
 
 TEST(Redact, RefusesWhatItCannotRead) {
-  EXPECT_EQ(redacted_file("no inventory").refusal, "it is no inventory");
+  EXPECT_EQ(redacted_file("no inventory").refusal, "it is not an inventory");
   std::string damaged = maker::file();
   damaged[20] = static_cast<char>(damaged[20] ^ 0x55);
   EXPECT_EQ(redacted_file(damaged).refusal, "it is damaged");
   EXPECT_EQ(redacted_file(maker::container("", "[H]\ncount=0\nsnapshotcount=0\n")).refusal,
-            "it holds no tree");
+            "it contains no tree");
 }
 
 // The proof, on files that were not redacted.
@@ -178,7 +178,7 @@ std::string survivor(const std::string& identifier, const std::string& file) {
   return inv::find_survivor(pseudonyms, *maker::open(file));
 }
 
-TEST(FindSurvivor, TellsTheLine) {
+TEST(FindSurvivor, NamesTheLine) {
   EXPECT_EQ(survivor("jane", file_with("model=x\nname=for Jane!\n")), "in line 9 of Snapshot");
   EXPECT_EQ(survivor("jane", file_with("*Soft:1=x\n~note=jane\n")), "in line 9 of Snapshot");
   EXPECT_EQ(survivor("jane", file_with("*usr-acc:jane=\n")), "in line 8 of Snapshot");

@@ -63,7 +63,7 @@ TEST(TokenFinder, TakesTheLongestAtAPlaceAndTheFirstPlace) {
   EXPECT_EQ(found(finder, "jane examples"), Parts{"jane"});
 }
 
-TEST(TokenFinder, TellsTheFirstNumberGivenToAText) {
+TEST(TokenFinder, ReturnsTheFirstNumberGivenToAText) {
   const TokenFinder finder = finder_of({"a", "b", "A"});
   EXPECT_EQ(finder.find("a")->id, 0u);
   EXPECT_EQ(finder.find("b")->id, 1u);

@@ -15,7 +15,7 @@ std::string shown(std::string_view path, uint32_t depth = inv::kAnyDepth) {
   return text;
 }
 
-TEST(Show, ATagStandsWithItsPathAboveItsAlignedAttributes) {
+TEST(Show, ATagIsShownWithItsPathAboveItsAlignedAttributes) {
   EXPECT_EQ(shown("/Processors"),
             "/Processors\n"
             "  /Processors/Processor:1  Intel Core i7\n"
@@ -23,7 +23,7 @@ TEST(Show, ATagStandsWithItsPathAboveItsAlignedAttributes) {
             "    l2-cache-size  1024\n");
 }
 
-TEST(Show, AnAttributeStandsWithItsWholePath) {
+TEST(Show, AnAttributeIsShownWithItsWholePath) {
   EXPECT_EQ(shown("/Software/Soft:*/version"),
             "/Software/Soft:1/version  5.1.9\n"
             "/Software/Soft:2/version  [type=unknown]\n");

@@ -8,7 +8,7 @@ namespace {
 
 inv::Overview office_mac() { return inv::overview_of(*maker::open(maker::file())); }
 
-TEST(Summary, TellsAMachineLineByLine) {
+TEST(Summary, DescribesAMachineLineByLine) {
   inv::Overview overview = office_mac();
   overview.slots = {{"BANK 0", 2048, "DDR3"}, {"BANK 1", 0, ""}};
   overview.memory_megabytes = 2048;
@@ -42,7 +42,7 @@ TEST(Summary, SaysNothingOfWhatIsNotKnown) {
             "              C\n");
 }
 
-TEST(Summary, TellsWhoSignedWhenSomebodyAsked) {
+TEST(Summary, SaysWhoSignedWhenSomebodyAsked) {
   inv::Overview overview;
   overview.name = "Office Mac";
   overview.signed_by = "imac@\x1Bstudio";

@@ -83,7 +83,7 @@ TEST_F(MomentTest, RefusesWhatNoClockShows) {
   }
 }
 
-TEST_F(MomentTest, BeginsBehindTheStartOf1970) {
+TEST_F(MomentTest, BeginsAfterTheStartOf1970) {
   EXPECT_EQ(parse_moment("19700101000001Z"), 1);
   EXPECT_FALSE(parse_moment("19700101Z"));
   EXPECT_FALSE(parse_moment("19691231235959Z"));

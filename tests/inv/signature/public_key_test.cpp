@@ -7,13 +7,13 @@
 
 namespace {
 
-// Made by ssh-keygen, which told the fingerprint.
+// Made by ssh-keygen, which printed the fingerprint.
 constexpr char kLine[] =
     "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIDlhok93iVF+z4CEiforKs7Dkq/0fZ7E2L9teEhP5+5G "
     "studio-imac@example.com";
 constexpr char kFingerprint[] = "SHA256:Zyag9x94Hu4gQjgVJg2hNN4CxuyamBqF9ChLYdb8ciU";
 
-// The key at the front of a text, and what is left of the text behind it.
+// The key at the front of a text, and what is left of the text after it.
 std::string taken(std::string_view text) {
   const std::optional<inv::PublicKey> key = inv::take_key(text);
   return (key ? key->type : "none") + "|" + std::string(text);
@@ -34,7 +34,7 @@ TEST(PublicKey, ReadsWhatSshKeygenWrites) {
   EXPECT_EQ(signing::base64(key->ed25519_bytes()), "OWGiT3eJUX7PgISJ+isqzsOSr/R9nsTYv214SE/n7kY=");
 }
 
-TEST(PublicKey, StandsBetweenAnyBlanks) {
+TEST(PublicKey, MayBeBetweenAnyBlanks) {
   const signing::Key key('1');
   const std::string encoded = key.line().substr(12);
   EXPECT_EQ(taken(" \tssh-ed25519 \t " + encoded + "\r\n"), "ssh-ed25519|\r\n");

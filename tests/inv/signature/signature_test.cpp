@@ -81,7 +81,7 @@ TEST(Signature, IsOfItsKeyPurposeAndHash) {
   }
 }
 
-TEST(Signature, TellsWhatItWasMadeFor) {
+TEST(Signature, SaysWhatItWasMadeFor) {
   std::string error;
   const auto signature =
       inv::read_signature(signing::signature_text(kKey, kFile, with(&Form::signed_for, "file")), &error);

@@ -34,7 +34,7 @@ struct Form {
   std::string reserved = {};
   std::string hash = "sha512";
   std::string type = "ssh-ed25519";       // of the signature proper
-  std::optional<std::string> bytes = {};  // what the key makes of the others
+  std::optional<std::string> bytes = {};  // the key's signature of the others
   std::string behind_bytes = {};
   std::string behind_all = {};
 };

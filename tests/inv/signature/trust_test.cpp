@@ -33,12 +33,12 @@ std::string judged(const std::string& list, const std::string& identity = "", co
 
 std::string key_that(const std::string& reason) { return "no: the key " + kFingerprint + " " + reason; }
 
-TEST(Trust, TellsWhoSigned) {
+TEST(Trust, SaysWhoSigned) {
   EXPECT_EQ(judged("imac " + kLine), "imac");
   EXPECT_EQ(judged("mini " + kOther.line() + "\nimac,*@studio " + kLine), "imac,*@studio");
 }
 
-TEST(Trust, TellsTheIdentityThatWasAskedFor) {
+TEST(Trust, NamesTheIdentityThatWasAskedFor) {
   EXPECT_EQ(judged("imac,*@studio " + kLine, "imac"), "imac");
   EXPECT_EQ(judged("imac,*@studio " + kLine, "a@studio"), "a@studio");
   EXPECT_EQ(judged("imac,*@studio " + kLine, "mini"), key_that("is not that of mini"));

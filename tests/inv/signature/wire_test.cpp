@@ -11,12 +11,12 @@ TEST(Wire, NumbersBeginWithTheMostSignificantByte) {
   EXPECT_FALSE(inv::WireReader("\x01\x02\x03"sv).take_number());
 }
 
-TEST(Wire, StringsStandBehindTheirLength) {
+TEST(Wire, StringsFollowTheirLength) {
   inv::WireReader reader("\0\0\0\3abc\0\0\0\0\0\0\0\2d"sv);
   EXPECT_EQ(reader.take_string(), "abc");
   EXPECT_FALSE(reader.at_end());
   EXPECT_EQ(reader.take_string(), "");
-  EXPECT_FALSE(reader.take_string());  // two bytes are told, one is there
+  EXPECT_FALSE(reader.take_string());  // two bytes announced, one there
 }
 
 TEST(Wire, NoLengthReachesBeyondTheEnd) {

@@ -1,5 +1,5 @@
 // Stand-in on Linux for Apple's header of this name: the part of it that the scanner and its tests call.
-// Apple's documentation holds, but for what is said here.
+// Apple's documentation applies, except for what is said here.
 #pragma once
 
 typedef unsigned char Boolean;

@@ -32,7 +32,7 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex buffer_size
 // none: have another way.
 const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding);
 CFComparisonResult CFStringCompare(CFStringRef left, CFStringRef right, CFStringCompareFlags flags);
-// What CFSTR calls once for each place where it stands; the string lives as long as the program.
+// What CFSTR calls once for each place where it is used; the string lives as long as the program.
 CFStringRef CFStringMakeConstant(const char* text);
 }
 
