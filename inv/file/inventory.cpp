@@ -74,6 +74,13 @@ const Document* Inventory::first_tree(Section::Kind kind) const {
   return nullptr;
 }
 
+const std::string* Inventory::raw_data() const {
+  for (const Content& content : contents) {
+    if (content.raw) return &*content.raw;
+  }
+  return nullptr;
+}
+
 std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string bytes, uint64_t max_size) {
   auto inventory = std::make_unique<Inventory>();
   inventory->file_name = std::move(file_name);

@@ -32,6 +32,7 @@ struct Inventory {
   const Document* asset() const { return first_tree(Section::Kind::asset_info); }
   Element snapshot_top() const { return top_of(snapshot()); }
   Element asset_top() const { return top_of(asset()); }
+  const std::string* raw_data() const;
 
  private:
   const Document* first_tree(Section::Kind kind) const;

@@ -55,13 +55,14 @@ TEST(Inventory, AFaultInACompressedTextHasItsSectionsPlace) {
 TEST(Inventory, OpensTheRawDataOfADebugRun) {
   const auto inventory = maker::open(maker::debug_file("<plist/>"));
   EXPECT_FALSE(inventory->snapshot());
-  EXPECT_EQ(inventory->contents.back().raw, "<plist/>");
+  ASSERT_TRUE(inventory->raw_data());
+  EXPECT_EQ(*inventory->raw_data(), "<plist/>");
 }
 
 TEST(Inventory, RawDataThatIsDamagedOrTooLargeIsAFault) {
   const std::string file = maker::debug_file(std::string(100'000, 'x'));
   const auto inventory = inv::open_inventory("x", file, 99'999);
-  EXPECT_FALSE(inventory->contents.back().raw);
+  EXPECT_FALSE(inventory->raw_data());
   ASSERT_EQ(inventory->faults.size(), 1u);
   // The asset section before it has taken its share.
   EXPECT_EQ(inventory->faults[0].message, "raw data section: it inflates to more than 99861 bytes");
@@ -137,7 +138,7 @@ TEST(Inventory, BytesAfterRawDataAreAFault) {
   const auto inventory = maker::open(maker::container(
       stream + "x", "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=" +
                         std::to_string(stream.size() + 1) + "\ntype=customdata\nID=rawdata\n"));
-  EXPECT_FALSE(inventory->contents.back().raw);
+  EXPECT_FALSE(inventory->raw_data());
   ASSERT_EQ(inventory->faults.size(), 1u);
   EXPECT_EQ(inv::describe(inventory->faults[0]),
             "at byte " + std::to_string(stream.size()) +
