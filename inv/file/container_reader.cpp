@@ -49,8 +49,9 @@ bool read_trailer(std::string_view file, Container& container, Faults& faults) {
   if (static_cast<unsigned char>(trailer[kVersionPlace]) != kTrailerVersion)
     return fail("the trailer's version is not 3", start + kVersionPlace);
   const unsigned char compressed = static_cast<unsigned char>(trailer[kHeaderFormPlace]);
-  if (compressed > 1)
+  if (compressed > 1) {
     return fail("the trailer marks the header neither plain nor compressed", start + kHeaderFormPlace);
+  }
   container.header_compressed = compressed == 1;
 
   // A file would have to be larger than 2^32 bytes for its header's offset to make sense in both orders.

@@ -129,8 +129,9 @@ class SectionReader {
 
   bool read_stream(size_t offset, size_t length) {
     Inflated inflated = inflate_stream(data_.substr(offset, length), max_size_ - result.text.size());
-    if (inflated.error.empty() && inflated.consumed < length)
+    if (inflated.error.empty() && inflated.consumed < length) {
       inflated.error = "there are bytes after the zlib stream";
+    }
     if (!inflated.error.empty()) return fail(inflated.error, offset + inflated.consumed);
     if (result.text.empty()) {
       result.text = std::move(inflated.bytes);
