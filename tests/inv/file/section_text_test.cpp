@@ -102,7 +102,7 @@ TEST(SectionText, RefusesTextsAboveTheLimit) {
   EXPECT_NE(fault_of(section, 99'999).find("it inflates to more than 99999 bytes"), std::string::npos);
   const std::string plain = std::string(100'000, 'a') + std::string(2, '\0');
   EXPECT_EQ(fault_of(plain, 100'000), "read");
-  EXPECT_EQ(fault_of(plain, 99'999), "at byte 0: the text has more than 99999 bytes");
+  EXPECT_EQ(fault_of(plain, 99'999), "at byte 0: the text is larger than 99999 bytes");
 }
 
 }  // namespace
