@@ -262,9 +262,9 @@ TEST(Silence, EndsAllProcessesOfThePipeline) {
 }
 
 TEST(Silence, CountsFromTheLastByte) {
-  const LongestSilence silence(milliseconds(600));
+  const LongestSilence silence(milliseconds(1500));
   testing::internal::CaptureStderr();
-  expect_output(run("for i in 1 2 3 4; do sleep 0.3; printf $i; done", 100), "1234");
+  expect_output(run("for i in 1 2 3 4; do sleep 0.5; printf $i; done", 100), "1234");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
