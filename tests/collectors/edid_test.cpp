@@ -295,7 +295,7 @@ TEST(EdidVideoModes, ListsTheBlocksOwnPairsBeforeThoseOfItsDescriptors) {
 
 TEST(EdidVideoModes, ListsTheDescriptorsInTheirOrder) {
   EdidBlock block;
-  for (const size_t descriptor : {3, 2, 1, 0})
+  for (const size_t descriptor : {size_t{3}, size_t{2}, size_t{1}, size_t{0}})
     block.describe(descriptor, 0xFA,
                    std::string(1, static_cast<char>(2 + descriptor)) + "\x40" +
                        "\x01\x01\x01\x01\x01\x01\x01\x01\x01\x01");

@@ -16,7 +16,7 @@ class Wildness {
 
   template <typename Elements>
   auto one_of(const Elements& elements) {
-    return std::begin(elements)[random_() % std::size(elements)];
+    return *std::next(std::begin(elements), number_below(static_cast<int>(std::size(elements))));
   }
 
   // The name of one of the first elements of a list, as the end of a path.

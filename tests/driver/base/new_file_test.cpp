@@ -40,7 +40,7 @@ TEST(NewFile, HoldsWhatWasWritten) {
 
 TEST(NewFile, IsForItsOwnerAloneWhateverTheMask) {
   const TemporaryDirectory directory;
-  for (const mode_t mask : {0000, 0022, 0077}) {
+  for (const mode_t mask : {mode_t{0000}, mode_t{0022}, mode_t{0077}}) {
     const mode_t before = umask(mask);
     const std::string path = directory.file(std::to_string(mask));
     EXPECT_TRUE(write_text(path, "x"));
@@ -123,7 +123,7 @@ TEST(NewFileDeathTest, NeedsAFolderThatMayBeWritten) {
 
 TEST(NewFileDeathTest, IsRemovedWhenItCannotBeWrittenWhole) {
   const TemporaryDirectory directory;
-  for (const size_t length : {100001, 1000000}) {
+  for (const size_t length : {size_t{100001}, size_t{1000000}}) {
     EXPECT_EXIT(write_with_little_space(directory.file("file"), length), testing::ExitedWithCode(EFBIG), "");
     EXPECT_TRUE(fs::is_empty(directory.file("")));
   }
