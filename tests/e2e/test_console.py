@@ -91,6 +91,9 @@ class SilentRun(ScanTestCase):
                 self.assertRegex(result.stdout, f"^{re.escape(PERCENTAGES)}>>>[^/\n]+\\.inv\n$")
                 self.assertEqual((result.stderr, result.returncode), ("", 0))
 
+    def test_drops_what_it_would_complain_of(self):
+        self.assertEqual(self.scan("/silent", "/ip:192.0.2.250").stderr, "")
+
     def test_takes_options_in_any_order_and_repeated(self):
         result = self.scan("-login:a", "/ip:", "/silent", "/unknown", "-silent", "/login:b", "-ip:1.2.3.4")
         self.assertRegex(result.stdout, f"^{re.escape(PERCENTAGES)}>>>")

@@ -26,6 +26,42 @@ std::vector<Row> facts_of(const inv::Inventory& inventory) {
   return rows;
 }
 
+std::string unit_at(const char* path) {
+  InventoryTree tree(1, "Snapshot");
+  tree.set_attribute(path, text_value("1"));
+  const auto inventory = maker::open(maker::file_of_text(maker::text_of(tree)));
+  for (const Row& row : facts_of(*inventory)) {
+    if (row.path == path) return row.unit;
+  }
+  return "no fact";
+}
+
+TEST(Facts, HaveTheUnitsInWhichTheScannerCounts) {
+  struct {
+    const char* path;
+    const char* unit;
+  } const rows[] = {
+      {"/Video/Monitors/Monitor:1/v-freq/min", "Hz"},
+      {"/Video/Monitors/Monitor:1/h-freq/min", "kHz"},
+      {"/Video/Monitors/Monitor:1/Video-Modes/v-mode:12/freq", "Hz"},
+      {"/Video/Monitors/Monitor:1/max-visible-image-size/diagonal", "in"},
+      {"/Video/Monitors/Monitor:1/max-visible-image-size/width", "cm"},
+      {"/Memory/Memory-slot:3/capacity", "MB"},
+      {"/Memory/Memory-slot:3/speed", "MHz"},
+      {"/Processors/Processor:1/l3-cache-size", "KB"},
+      {"/Storage/Physical-disks/HDD:1/size", "GB"},
+      {"/Storage/Logical-disks/partition:10/used%", "%"},
+      {"/Peripherals/USB/Device:1/bus-power", "mA"},
+      {"/System/PowerManagement/disk-sleep-timer", "min"},
+      {"/System/PowerManagement/Profile:1/disk-sleep-timer", "min"},
+      {"/scan-time", "ms"},
+      // The same names elsewhere count nothing.
+      {"/Software/Soft:1/size", ""},
+      {"/Memory/Memory-slot:3/min", ""},
+  };
+  for (const auto& row : rows) EXPECT_EQ(unit_at(row.path), row.unit) << row.path;
+}
+
 TEST(Facts, ComeInTreeOrderWithUnitsAndBaseValues) {
   const std::vector<Row> rows = facts_of(*maker::open(maker::file()));
   ASSERT_EQ(rows.size(), 26u);
