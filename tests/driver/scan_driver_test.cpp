@@ -6,6 +6,8 @@
 
 #include "fake_tools.h"
 #include "support/temporary_directory.h"
+#include "zxml/container.h"
+#include "zxml/inflated.h"
 
 namespace {
 
@@ -69,6 +71,19 @@ TEST_F(ScanDriverTest, SavesTheFileInTheByteOrderOfItsContext) {
       fs::remove(fs::directory_iterator(".")->path());
     }
   }
+}
+
+TEST_F(ScanDriverTest, SavesTheSnapshotAndThenTheSummaryBothCompressed) {
+  scan({});
+  const std::string bytes = saved_bytes();
+  size_t snapshot_length = 0;
+  EXPECT_THAT(inflated_first(bytes, &snapshot_length), HasSubstr("Snapshot=\n"));
+  const std::string end_of_section(kWholeCompressedEnd);
+  EXPECT_EQ(bytes.substr(snapshot_length, end_of_section.size()), end_of_section);
+  const std::string rest = bytes.substr(snapshot_length + end_of_section.size());
+  size_t summary_length = 0;
+  EXPECT_THAT(inflated_first(rest, &summary_length), HasSubstr("AssetInfo=\n"));
+  EXPECT_EQ(rest.substr(summary_length, end_of_section.size()), end_of_section);
 }
 
 TEST_F(ScanDriverTest, CountsOnUntilANameIsFree) {
