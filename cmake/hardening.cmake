@@ -23,6 +23,8 @@ function(velkaro_harden_linking flag)
   endif()
 endfunction()
 
+# All of a program is linked into it, so that its functions may still be inlined into each other.
+velkaro_harden_compiling(-fno-semantic-interposition)
 velkaro_harden_compiling(-fstack-protector-strong)
 velkaro_harden_compiling(-fstack-clash-protection)
 # Indirect jumps land where one is meant to. The first flag is of x86_64 and the second of arm64; a program for both has neither.
