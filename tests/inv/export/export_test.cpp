@@ -90,6 +90,13 @@ TEST(Export, CsvQuotesWhatWouldBreakALine) {
             "\"a,\"\"b\"\"\rc\",/Odd:1/size,size,1,GB,1000000000\r\n");
 }
 
+TEST(Export, CsvQuotesAComma) {
+  const std::string file = maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\na=1, 2\n");
+  EXPECT_EQ(exported(ExportFormat::csv, {file}),
+            "machine,path,name,value,unit,base_value\r\n"
+            "x,/hostname,hostname,x,,\r\nx,/a,a,\"1, 2\",,\r\n");
+}
+
 TEST(Export, CsvLeavesWhatASpreadsheetMightCalculate) {
   const std::string file =
       maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\na==1+1\nb=-5\nc=007\nd= x \n");
