@@ -86,6 +86,17 @@ TEST_F(ScanDriverTest, SavesTheSnapshotAndThenTheSummaryBothCompressed) {
   EXPECT_EQ(rest.substr(summary_length, end_of_section.size()), end_of_section);
 }
 
+// An operator at a terminal gets the debug file too, not only a script.
+TEST_F(ScanDriverTest, SavesTheProfilersOwnBytesInADebugRun) {
+  scan({}, true);
+  const std::string bytes = saved_bytes();
+  size_t summary_length = 0;
+  EXPECT_THAT(inflated_first(bytes, &summary_length), HasSubstr("error-message=Debug scan\n"));
+  const std::string end_of_section(kWholeCompressedEnd);
+  size_t output_length = 0;
+  EXPECT_EQ(inflated_first(bytes.substr(summary_length + end_of_section.size()), &output_length), "x\n");
+}
+
 TEST_F(ScanDriverTest, CountsOnUntilANameIsFree) {
   scan({});
   const std::string name = fs::directory_iterator(".")->path().filename().string();

@@ -105,4 +105,17 @@ TEST(ScanRecord, TellsTheRunItself) {
                                      "\nlocale=th_TH\ncalendar=buddhist\ntime-zone=Asia/Bangkok\n-\n");
 }
 
+// Only an administrator can become somebody else; for others the test above has a user that is not root.
+TEST(ScanRecord, NamesTheUserWithWhoseRightsTheScanRuns) {
+  const passwd* entry = getpwnam("nobody");
+  if (geteuid() != 0 || !entry) GTEST_SKIP() << "needs root, and a user nobody";
+  const uid_t nobody = entry->pw_uid;
+  InventoryTree snapshot = empty_snapshot();
+  ASSERT_EQ(seteuid(nobody), 0);
+  collect_scan_record(snapshot, "", {});
+  ASSERT_EQ(seteuid(0), 0);
+  EXPECT_NE(tree_text(snapshot).find("effective-user=nobody\neffective-uid=" + std::to_string(nobody) + "\n"),
+            std::string::npos);
+}
+
 }  // namespace

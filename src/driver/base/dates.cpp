@@ -52,13 +52,6 @@ Text format_with(CFDateFormatterRef formatter, CFDateRef date) {
   return text_of(string.get());
 }
 
-bool is_ascii(const char* text) {
-  for (; *text; ++text) {
-    if (static_cast<unsigned char>(*text) > 127) return false;
-  }
-  return true;
-}
-
 // Whether "AM" or "PM" in the formatter's language is a word of the text.
 bool names_half_of_day(CFDateFormatterRef formatter, const char* text) {
   const std::string words = std::string(" ") + text + " ";
@@ -76,7 +69,8 @@ bool has_form(DateForm form, CFDateFormatterRef formatter, const char* text) {
     case DateForm::short_date:
       return true;
     case DateForm::cim:
-      return std::strlen(text) == kCimLength && is_ascii(text);
+      // Another calendar's era, or another language's digits, make it longer or shorter.
+      return std::strlen(text) == kCimLength;
     case DateForm::process:
       return !names_half_of_day(formatter, text);
   }
