@@ -31,7 +31,7 @@ void write_health(Place& battery, const Tag* health) {
   copy_fields(battery, *health, kHealthFields);
 }
 
-// A share on the systems of today, up to then what was in the battery and what it held when full.
+// Current systems give a percentage; earlier ones gave the charge and the capacity of a full battery.
 void write_charge(Place& battery, const Tag* charge) {
   if (!charge) return;
   set_number(battery, "charge", find_number(*charge, "sppower_battery_state_of_charge"), "%");

@@ -3,6 +3,6 @@
 
 #include "extended/inputs.h"
 
-// Writes "/Battery" where the profiler tells of a battery; a charger alone gives nothing. The condition and
-// the capacity are the system's own words.
+// Writes "/Battery" where the profiler lists a battery; a charger alone writes nothing. Condition and
+// capacity are in the system's own words.
 void collect_battery(InventoryTree& snapshot, const ExtendedInputs& inputs);

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Each fact by its keys from the oldest system to the newest.
+// The keys of a fact are listed from the oldest system to the newest.
 constexpr CopiedField kControllerFields[] = {
     {"general_name", "name"},
     {"general_address", "address"},
@@ -47,7 +47,7 @@ constexpr CopiedField kDeviceSwitches[] = {{"device_isconnected", "connected"}};
 
 struct DeviceList {
   const char* key;
-  std::optional<bool> connected;  // none where each device says so itself
+  std::optional<bool> connected;  // empty where each device says so itself
 };
 
 const DeviceList kDeviceLists[] = {
@@ -56,7 +56,7 @@ const DeviceList kDeviceLists[] = {
     {"device_not_connected", false},
 };
 
-// Dictionaries by name: one, or a list of them with one name each.
+// Named dictionaries: the entries of one dictionary, or of a list of dictionaries.
 std::vector<const Tag*> named_dictionaries(const Tag& item, const char* key) {
   std::vector<const Tag*> dictionaries;
   const Tag* container = item.find_child(key);
@@ -77,7 +77,7 @@ const char* original_key(const Tag& tag) {
   return tag.name().c_str();
 }
 
-// Mac OS X 10.4 puts the controller's facts below its name.
+// Mac OS X 10.4 puts the controller's facts under its name.
 const Tag* find_controller(const Tag& item) {
   constexpr char kTitle[] = "local_device_title";
   if (const Tag* properties = item.find_child("controller_properties")) return properties;

@@ -3,9 +3,9 @@
 
 #include "extended/inputs.h"
 
-// Writes "/Peripherals/Bluetooth" and "/Peripherals/Bluetooth/Device:n". Up to macOS 11 a device says itself
-// whether it is connected, from macOS 12 on the list does in which it stands.
+// Writes "/Peripherals/Bluetooth" and "/Peripherals/Bluetooth/Device:n". Up to macOS 11 each device says
+// whether it is connected; from macOS 12 on there is one list of connected devices and one of the others.
 //
-// The profiler gives a device's name as a key, of which the raw tree keeps the original as the annotation
-// "key" where it had to change it.
+// The profiler uses a device's name as a key. Where the raw tree had to change it, the original is in the
+// annotation "key".
 void collect_bluetooth(InventoryTree& snapshot, const ExtendedInputs& inputs);

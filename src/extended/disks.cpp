@@ -12,7 +12,7 @@
 
 namespace {
 
-// As the lists of the first mapping have it: a number for a disk inside, a text for one outside.
+// As in the default scan: a number for an internal disk, a text for an external one.
 constexpr int64_t kHardDiskMedia = 3;
 constexpr char kRemovableMedia[] = "2";
 
@@ -32,11 +32,11 @@ constexpr CopiedField kUsbFields[] = {
 constexpr CopiedField kMediumFields[] = {
     {"smart_status", "smart-status"}, {"bsd_name", "bsd-name"}, {"partition_map_type", "partition-map"}};
 
-void write_size_if_told(Place& disk, const Tag& device) {
-  if (tells_space(device, kSizeKeys)) write_disk_size(disk, device);
+void write_size_if_known(Place& disk, const Tag& device) {
+  if (has_space(device, kSizeKeys)) write_disk_size(disk, device);
 }
 
-// The disks that have been met, by model and by BSD name.
+// The disks seen so far, by model and by BSD name.
 class KnownDisks {
  public:
   void add(const Tag& device, const char* model_key) {
@@ -57,8 +57,8 @@ class KnownDisks {
   std::unordered_set<std::string> bsd_names_;
 };
 
-// A disk that its volumes tell.
-struct ToldDisk {
+// A disk that is known only from its volumes.
+struct UnlistedDisk {
   const Tag* drive;
   int64_t volumes;
 };
@@ -87,7 +87,7 @@ class DiskWriter {
 
   void add_usb_disks() {
     visit_nested(find_items(inputs_.profiler, "SPUSBDataType"), [this](const Tag& entry, int) {
-      // Such an entry is a disk itself, which the first mapping has.
+      // Such an entry is itself a disk, which the default scan has.
       if (text_is(entry, "removable_media", "yes")) {
         known_.add(entry, "_name");
         return false;
@@ -99,24 +99,24 @@ class DiskWriter {
     });
   }
 
-  void add_disks_of_volumes() {
-    std::vector<ToldDisk> disks;
-    std::unordered_map<std::string, size_t> places;
+  void add_unlisted_disks() {
+    std::vector<UnlistedDisk> disks;
+    std::unordered_map<std::string, size_t> positions;
     for (const Tag* volume : volumes_) {
       for (const Tag* drive : drives_of(*volume)) {
         const std::string bsd_name = bsd_disk(*volume);
         const char* model = drive_model(*drive);
         if (known_.have(model, bsd_name)) continue;
-        const auto [place, is_new] = places.emplace(model ? model : bsd_name, disks.size());
+        const auto [position, is_new] = positions.emplace(model ? model : bsd_name, disks.size());
         if (is_new) disks.push_back({drive, 0});
-        ++disks[place->second].volumes;
+        ++disks[position->second].volumes;
       }
     }
-    for (const ToldDisk& disk : disks) add_told_disk(disk);
+    for (const UnlistedDisk& disk : disks) add_unlisted_disk(disk);
   }
 
  private:
-  // Empty where the volume does not tell it.
+  // Empty where the volume has no BSD name.
   static std::string bsd_disk(const Tag& volume) {
     const char* bsd_name = find_text(volume, "bsd_name");
     return bsd_name ? whole_disk(bsd_name) : std::string();
@@ -144,7 +144,7 @@ class DiskWriter {
     known_.add(device, "device_model");
     Place disk = next_hard_disk("NVMe");
     copy_fields(disk, device, kNvmeModel);
-    write_size_if_told(disk, device);
+    write_size_if_known(disk, device);
     copy_fields(disk, device, kNvmeIdentity);
     write_partitions(disk, device);
     if (const Tag* drive = find_tag(drives_, find_text(device, "device_model")))
@@ -160,19 +160,20 @@ class DiskWriter {
     Place disk = next_removable("USB");
     copy_element_value(disk, medium, "_name");
     copy_fields(disk, entry, kUsbFields);
-    write_size_if_told(disk, medium);
+    write_size_if_known(disk, medium);
     write_partitions(disk, medium);
     copy_fields(disk, medium, kMediumFields);
     set_text(disk, "source", "SPUSBDataType");
   }
 
-  void add_told_disk(const ToldDisk& told) {
-    const char* interface = find_text(*told.drive, "protocol");
-    const bool outside = told_yes_or_no(find_text(*told.drive, "is_internal_disk")) == false;
-    Place disk = outside ? next_removable(interface) : next_hard_disk(interface);
-    set_text(disk, "model", drive_model(*told.drive));
-    disk.set_attribute("partitions", Value(told.volumes));
-    write_drive_facts(disk, *told.drive);
+  void add_unlisted_disk(const UnlistedDisk& unlisted) {
+    const Tag& drive = *unlisted.drive;
+    const char* interface = find_text(drive, "protocol");
+    const bool is_external = parse_yes_or_no(find_text(drive, "is_internal_disk")) == false;
+    Place disk = is_external ? next_removable(interface) : next_hard_disk(interface);
+    set_text(disk, "model", drive_model(drive));
+    disk.set_attribute("partitions", Value(unlisted.volumes));
+    write_drive_facts(disk, drive);
     set_text(disk, "source", "SPStorageDataType");
   }
 
@@ -191,5 +192,5 @@ void collect_disks(InventoryTree& snapshot, const ExtendedInputs& inputs) {
   DiskWriter writer(snapshot, inputs);
   writer.add_nvme_disks();
   writer.add_usb_disks();
-  writer.add_disks_of_volumes();
+  writer.add_unlisted_disks();
 }

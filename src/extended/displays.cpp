@@ -7,7 +7,7 @@
 
 namespace {
 
-// Of two keys for one attribute the second is the better one.
+// Where two keys give the same attribute, the later one is the better.
 constexpr CopiedField kDisplayFields[] = {
     {"_spdisplays_display-vendor-id", "vendor-id"},
     {"_spdisplays_display-product-id", "product-id"},
@@ -47,7 +47,7 @@ std::optional<bool> is_built_in(const Tag& display) {
   if (type && std::strncmp(type, kBuiltInType, std::strlen(kBuiltInType)) == 0) return true;
   if (const char* connection = find_text(display, "spdisplays_connection_type"))
     return equal_text(connection, "spdisplays_internal");
-  return told_yes_or_no(find_text(display, "spdisplays_builtin"));
+  return parse_yes_or_no(find_text(display, "spdisplays_builtin"));
 }
 
 // "120.00Hz" of "1512 x 982 @ 120.00Hz".

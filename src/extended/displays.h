@@ -1,11 +1,10 @@
-// Every display as the graphics drivers tell it, with or without EDID, and the graphics adapters, from the
+// Every display that a graphics driver reports, with or without EDID, and the graphics adapters, from the
 // profiler's SPDisplaysDataType.
 #pragma once
 
 #include "extended/inputs.h"
 
-// Writes "/Video/Displays/display:n", numbered through all adapters from 1, and
-// "/Video/Details/Video-adapter:n" beside
-// "/Video/Video-devices". A connector on which nothing hangs is no display. "built-in" is told where the
-// display says how it is connected or what it is.
+// Writes "/Video/Displays/display:n", numbered from 1 across all adapters, and
+// "/Video/Details/Video-adapter:n" next to "/Video/Video-devices". An empty connector is not a display.
+// "built-in" is written where the display says how it is connected or what it is.
 void collect_display_details(InventoryTree& snapshot, const ExtendedInputs& inputs);

@@ -18,7 +18,7 @@ namespace {
 
 using Collector = void (*)(InventoryTree& snapshot, const ExtendedInputs& inputs);
 
-// The details of disks and partitions come before these lists are continued.
+// The details of disks and partitions must be written before those lists are continued.
 constexpr Collector kSteps[] = {
     collect_platform, collect_security_platform, collect_battery,         collect_storage_details,
     collect_disks,    collect_volumes,           collect_display_details, collect_network_details,

@@ -26,7 +26,7 @@ const Tag* find_named_item(const InventoryTree& profiler, const char* data_type,
   return nullptr;
 }
 
-std::optional<bool> told_yes_or_no(const char* text) {
+std::optional<bool> parse_yes_or_no(const char* text) {
   if (!text) return std::nullopt;
   const char* last = std::strrchr(text, '_');
   const Text word = copy_text(last ? last + 1 : text);

@@ -1,13 +1,13 @@
-// Items that hang on items, as devices on hubs.
+// Items nested in items, as devices on hubs.
 #pragma once
 
 #include <vector>
 
 #include "collectors/fields.h"
 
-// Calls `visit` with every item of a list and, where it returns true, with the items on it before the next
-// one. The depth of those in the list, which may be none, is 1. Hubs stand in hubs as deep as the machine
-// says, so the items still to come are kept in a list, the next one last.
+// Calls `visit` with every item of a list, which may be null, and its depth: 1 in the list itself. Where it
+// returns true, the items nested in that item follow before the next one. Hubs can be nested to any depth, so
+// the items still to come are kept in a list, the next one last, instead of on the call stack.
 template <typename Visit>
 void visit_nested(const Tag* items, const Visit& visit) {
   struct Pending {

@@ -12,7 +12,7 @@ constexpr CopiedField kModelFields[] = {
     {"model_number", "model-number"},
     {"chip_type", "chip"},
 };
-// The second key of the management controller is that of Mac OS X 10.4.
+// "SMC_version" is the key of Mac OS X 10.4.
 constexpr CopiedField kFirmwareFields[] = {
     {"boot_rom_version", "firmware"},
     {"os_loader_version", "boot-loader"},
@@ -26,7 +26,7 @@ constexpr CopiedField kMemorySwitches[] = {
     {"is_memory_upgradeable", "memory-upgradeable"},
     {"global_ecc_state", "memory-ecc"},
 };
-// The more a key says the later it stands, since a later one replaces what an earlier one told.
+// The most precise key is last, since a later value replaces an earlier one.
 constexpr CopiedField kMetalFields[] = {
     {"spdisplays_metal", "metal"},
     {"spdisplays_metalfamily", "metal"},
@@ -48,8 +48,8 @@ void write_system(Place& platform, const Tag* software, const ToolOutputs& tools
   set_text(platform, "system-build", version.build.get());
 }
 
-// The number of all cores: an integer, or the first number of "proc 8:6:2". What the others count has changed
-// from system to system.
+// The number of all cores: an integer, or the first number of "proc 8:6:2". The meaning of the other numbers
+// differs between systems.
 std::optional<int64_t> core_count(const Tag& hardware) {
   constexpr char kKey[] = "number_processors";
   constexpr char kStart[] = "proc ";
@@ -69,18 +69,18 @@ void write_processor(Place& platform, const Tag* hardware, const ProcessorFacts&
   set_number(platform, "efficiency-cores", processor.efficiency_cores);
 }
 
-bool tells_metal(const Tag& adapter) {
+bool names_metal(const Tag& adapter) {
   for (const CopiedField& field : kMetalFields) {
     if (find_text(adapter, field.key)) return true;
   }
   return false;
 }
 
-// The first adapter for which `tells` holds, or none.
+// The first adapter that `matches`; null when none does.
 template <typename Predicate>
-const Tag* find_adapter(const Tag& adapters, const Predicate& tells) {
+const Tag* find_adapter(const Tag& adapters, const Predicate& matches) {
   for (const auto& adapter : adapters.children()) {
-    if (tells(*adapter)) return adapter.get();
+    if (matches(*adapter)) return adapter.get();
   }
   return nullptr;
 }
@@ -90,11 +90,11 @@ void write_graphics(Place& platform, const Tag* adapters) {
   const Tag* processor =
       find_adapter(*adapters, [](const Tag& adapter) { return find_number(adapter, kCores).has_value(); });
   if (processor) set_number(platform, "gpu-core-count", find_number(*processor, kCores));
-  copy_fields_of(platform, find_adapter(*adapters, tells_metal), kMetalFields);
+  copy_fields_of(platform, find_adapter(*adapters, names_metal), kMetalFields);
 }
 
-// Where memory cannot be changed, one item without slots tells all of it. Elsewhere the first item is a bank,
-// or a slot with its own state, whose type and maker are those of a module.
+// Where memory is soldered, one item without slots describes all of it. Elsewhere the first item is a bank,
+// or a slot with a status of its own, and its type and manufacturer are those of one module.
 void write_memory(Place& platform, const Tag* hardware, const Tag* memory) {
   if (hardware) copy_field(platform, "memory", *hardware, "physical_memory");
   if (!memory) return;
@@ -103,7 +103,7 @@ void write_memory(Place& platform, const Tag* hardware, const Tag* memory) {
   copy_switches(platform, *memory, kMemorySwitches);
 }
 
-// The hypervisor tells of itself, and the maker's own also by the model's name.
+// sysctl reports any hypervisor; Apple's own also shows in the model's name.
 std::optional<bool> is_virtual(const Tag* hardware, const ProcessorFacts& processor) {
   if (hardware && starts_with(find_text(*hardware, "machine_model"), "VirtualMac")) return true;
   return processor.virtual_machine;
@@ -114,7 +114,8 @@ void write_power(Place& platform, const InventoryTree& profiler) {
   set_yes_or_no(platform, "laptop",
                 find_named_item(profiler, "SPPowerDataType", "spbattery_information") != nullptr);
   const Tag* supplies = find_named_item(profiler, "SPPowerDataType", "sppower_hwconfig_information");
-  if (supplies) set_yes_or_no(platform, "ups", told_yes_or_no(find_text(*supplies, "sppower_ups_installed")));
+  if (supplies)
+    set_yes_or_no(platform, "ups", parse_yes_or_no(find_text(*supplies, "sppower_ups_installed")));
 }
 
 void write_boot(Place& platform, const Tag* hardware, const Tag* software) {

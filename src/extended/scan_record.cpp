@@ -36,7 +36,7 @@ void write_yes(Place& element, const char* name, bool yes) {
   if (yes) element.set_attribute(name, yes_no(true));
 }
 
-// A command that had to be ended tells nothing by how it ended.
+// Nothing for a command that the scanner itself ended.
 void write_status(Place& element, const CommandEnd& end) {
   if (end.cut || end.silent) return;
   if (const int signal_number = ending_signal(end)) {

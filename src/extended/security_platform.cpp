@@ -18,7 +18,7 @@ constexpr const char* kFirewallLists[] = {"spfirewall_services", "spfirewall_app
 
 void write_protection(Place& security, const std::string& name, const ProtectionState& state) {
   set_yes_or_no(security, name.c_str(), state.on);
-  set_text(security, (name + "-status").c_str(), state.told.get());
+  set_text(security, (name + "-status").c_str(), state.line.get());
 }
 
 void write_enrollment(Place& security, const Enrollment& enrollment) {
@@ -45,7 +45,7 @@ void write_xprotect_version(Place& security, const InventoryTree& additional) {
   if (newest) copy_field(security, "xprotect-version", *newest, "install_version");
 }
 
-// What the firewall lets only the local network reach.
+// What the firewall opens to the local network only.
 void write_local_rules(Place& security, const Tag* firewall) {
   if (!firewall) return;
   std::vector<const char*> names;

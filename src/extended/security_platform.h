@@ -5,8 +5,8 @@
 
 #include "extended/inputs.h"
 
-// Writes "/Security/Platform". Of a protection whose tool tells it, the tool's line stands beside yes or no,
-// in "NAME-status". What the profiler says of system integrity protection stands beside what csrutil says.
-// The version of XProtect is that of its newest installation; of two on one date the later in the history
+// Writes "/Security/Platform". Each protection that a tool reports is there twice: as yes or no, and as the
+// tool's own line in "NAME-status". System integrity protection is also there as the profiler reports it. The
+// version of XProtect is that of its newest installation; of two on the same date, the later in the history
 // counts.
 void collect_security_platform(InventoryTree& snapshot, const ExtendedInputs& inputs);

@@ -1,8 +1,8 @@
-// Where the applications come from and for which processors they are, from the profiler's
+// Where each application comes from and which processors it runs on, from the profiler's
 // SPApplicationsDataType.
 #pragma once
 
 #include "extended/inputs.h"
 
-// Writes "/Software-details/Soft:n" beside "/Software/Soft:n".
+// Writes "/Software-details/Soft:n" for each "/Software/Soft:n".
 void collect_software_details(InventoryTree& snapshot, const ExtendedInputs& inputs);

@@ -30,7 +30,7 @@ struct Tool {
   Text ToolOutputs::*output;
 };
 
-// Some tell their answer on standard error, and all of them there why they have none.
+// Some tools answer on standard error, and all print their errors there.
 constexpr Tool kTools[] = {
     {"sw_vers 2>&1", "System version", &ToolOutputs::sw_vers},
     {"sysctl hw machdep.cpu kern.hv_vmm_present 2>&1", "Processor", &ToolOutputs::sysctl},
@@ -43,7 +43,7 @@ constexpr Tool kTools[] = {
 
 constexpr size_t kCount = std::size(kTypes) + std::size(kTools);
 
-// The longest answer, that of sysctl, has some kilobytes.
+// The longest answer, that of sysctl, is a few kilobytes.
 constexpr uint32_t kToolChunk = 4096;
 constexpr uint32_t kLongestAnswer = 1u << 20;
 

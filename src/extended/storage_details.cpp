@@ -38,7 +38,7 @@ class DetailWriter {
     for (const Tag* volume : named_volumes(device)) add_partition(*volume);
   }
 
-  // The partitions behind those of the hard disks, which tell their BSD name.
+  // The partitions that follow those of the hard disks; the snapshot has their BSD names.
   void add_other_partitions(const Tag& partitions) {
     const auto first = static_cast<size_t>(partition_count_);
     for (size_t i = first; i < partitions.children().size(); ++i) {

@@ -96,7 +96,7 @@ std::string whole_disk(const char* bsd_name) {
   return std::string(bsd_name, start + std::strspn(bsd_name + start, kDigits));
 }
 
-bool tells_space(const Tag& item, const SpaceKeys& keys) {
+bool has_space(const Tag& item, const SpaceKeys& keys) {
   const Value* bytes = find_value(item, keys.bytes);
   return (bytes && bytes->kind() == Value::Kind::int64) || find_text(item, keys.text);
 }

@@ -27,8 +27,8 @@ constexpr CopiedField kDeviceFields[] = {
     {"switch_uid_key", "uid"},     {"route_string_key", "route"},
 };
 
-// "receptacle_1_tag" and so on, and last the one towards the Mac, "receptacle_upstream_ambiguous_tag". A
-// dictionary has no order of its own.
+// "receptacle_1_tag" and so on; last the one facing the Mac, "receptacle_upstream_ambiguous_tag". Sorted,
+// since a dictionary has no order.
 std::vector<const Tag*> receptacles_of(const Tag& item) {
   constexpr char kStart[] = "receptacle_";
   std::vector<const Tag*> receptacles;

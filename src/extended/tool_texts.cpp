@@ -16,11 +16,11 @@ bool starts_with(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
 }
 
-std::string_view behind(std::string_view text, std::string_view start) {
+std::string_view after(std::string_view text, std::string_view start) {
   return without_blanks(text.substr(start.size()));
 }
 
-// The first line for which `is_sought` holds, without the blanks around it; empty for none.
+// The first line for which `is_sought` holds, without the blanks around it; empty when there is none.
 template <typename Predicate>
 std::string_view find_line(const char* output, const Predicate& is_sought) {
   std::string_view rest = output ? output : "";
@@ -37,16 +37,16 @@ std::string_view find_line_starting(const char* output, std::string_view start) 
   return find_line(output, [&](std::string_view line) { return starts_with(line, start); });
 }
 
-// What stands behind "label:" or "label =" on the first such line; empty for none.
+// The value on the first line "label: value" or "label = value"; empty when there is none.
 std::string_view find_labelled(const char* output, std::string_view label) {
   const std::string_view line = find_line(output, [&](std::string_view candidate) {
     if (!starts_with(candidate, label)) return false;
-    const std::string_view value = behind(candidate, label);
+    const std::string_view value = after(candidate, label);
     return starts_with(value, ":") || starts_with(value, "=");
   });
   if (line.empty()) return line;
   constexpr size_t kMark = 1;
-  return without_blanks(behind(line, label).substr(kMark));
+  return without_blanks(after(line, label).substr(kMark));
 }
 
 Text copy_view(std::string_view text) {
@@ -66,7 +66,7 @@ struct Answer {
   bool on;
 };
 
-// By the first of the answers with which the text begins.
+// From the first of the answers that the text begins with.
 template <size_t count>
 std::optional<bool> find_answer(std::string_view text, const Answer (&answers)[count]) {
   for (const Answer& answer : answers) {
@@ -80,14 +80,14 @@ constexpr Answer kFlag[] = {{"1", true}, {"0", false}};
 constexpr Answer kOnOrOff[] = {{"On", true}, {"Off", false}};
 constexpr Answer kEnabledOrDisabled[] = {{"enabled", true}, {"disabled", false}};
 
-// Of the line that begins with `start`, by what stands behind it.
+// The state that follows `start` on the first line that begins with it.
 template <size_t count>
 ProtectionState parse_protection(const char* output, std::string_view start, const Answer (&answers)[count]) {
   const std::string_view line = find_line_starting(output, start);
   ProtectionState state;
   if (line.empty()) return state;
-  state.on = find_answer(behind(line, start), answers);
-  state.told = copy_view(line);
+  state.on = find_answer(after(line, start), answers);
+  state.line = copy_view(line);
   return state;
 }
 
@@ -152,14 +152,14 @@ Enrollment parse_profiles(const char* output) {
 
 std::optional<bool> parse_rosetta(const char* output) {
   if (!output) return std::nullopt;
-  // An error names the path too, but not at its start.
+  // An error contains the path too, but does not begin with it.
   if (*output == '/') return true;
   if (std::string_view(output).find("No such file or directory") != std::string_view::npos) return false;
   return std::nullopt;
 }
 
 std::optional<int64_t> parse_digits(std::string_view text) {
-  constexpr size_t kMaximum = 18;  // of which an int64 holds any
+  constexpr size_t kMaximum = 18;  // any such number fits an int64
   if (text.empty() || text.size() > kMaximum) return std::nullopt;
   int64_t number = 0;
   for (const char digit : text) {

@@ -1,5 +1,5 @@
-// What the small tools of the system print, read into plain facts. Every parser takes any bytes up to a NUL,
-// and none for a tool that was not run; what the output does not tell is left empty.
+// Parsers for what the system's small tools print. Each takes any bytes up to a NUL, or null for a tool that
+// was not run; what the output does not say is left empty.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 #include "driver/base/text.h"
 
-// The texts behind the labels of `sw_vers`.
+// From `sw_vers`.
 struct SystemVersion {
   Text name;           // "macOS"
   Text version;        // "15.3.1"
@@ -22,18 +22,18 @@ struct ProcessorFacts {
   Text name;  // "Apple M1 Pro"
   std::optional<int64_t> physical_cores;
   std::optional<int64_t> logical_cores;
-  // Of the levels that say so by their name; where levels have no names, the first is the fast one.
+  // By the names of the performance levels; where these have no names, the first is the fast one.
   std::optional<int64_t> performance_cores;
   std::optional<int64_t> efficiency_cores;
   std::optional<bool> virtual_machine;
 };
 ProcessorFacts parse_sysctl(const char* output);
 
-// The state of a protection, and the line that tells it. A line in other words than the known ones tells no
-// state; an output without such a line neither.
+// The state of a protection, and the line that says so. Both are empty without such a line, the state also
+// where the line has unknown words.
 struct ProtectionState {
   std::optional<bool> on;
-  Text told;
+  Text line;
 };
 ProtectionState parse_fdesetup(const char* output);  // "FileVault is On."
 ProtectionState parse_csrutil(const char* output);   // "System Integrity Protection status: enabled."
@@ -41,15 +41,15 @@ ProtectionState parse_spctl(const char* output);     // "assessments enabled"
 
 // From `profiles status -type enrollment`.
 struct Enrollment {
-  std::optional<bool> by_program;  // through the maker's program for organisations: "Enrolled via DEP: Yes"
-  std::optional<bool> managed;     // "MDM enrollment: Yes"
+  std::optional<bool> by_program;     // through Apple's program for organisations: "Enrolled via DEP: Yes"
+  std::optional<bool> managed;        // "MDM enrollment: Yes"
   std::optional<bool> user_approved;  // of a managed Mac: "MDM enrollment: Yes (User Approved)"
   Text server;                        // "MDM server: https://..."
 };
 Enrollment parse_profiles(const char* output);
 
-// Whether Rosetta's runtime is there, from `ls -d` of it.
+// Whether Rosetta's runtime is installed, from `ls -d` of it.
 std::optional<bool> parse_rosetta(const char* output);
 
-// A number of digits alone, of at most 18; none for anything else.
+// A number of at most 18 digits; empty for anything else.
 std::optional<int64_t> parse_digits(std::string_view text);

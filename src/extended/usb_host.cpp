@@ -19,7 +19,7 @@ constexpr CopiedField kDeviceFields[] = {
     {"USBKeyLocationID", "location-id"},          {"USBKeyHardwareType", "hardware-type"},
 };
 
-// "0x14700000" of "0x14700000 / 1", which tells the address on the bus too.
+// "0x14700000" of "0x14700000 / 1"; the second number is the address on the bus.
 std::unordered_set<std::string> listed_locations(const InventoryTree& profiler) {
   std::unordered_set<std::string> locations;
   visit_nested(find_items(profiler, "SPUSBDataType"), [&](const Tag& entry, int) {

@@ -13,7 +13,7 @@ namespace {
 constexpr CopiedField kPlaceFields[] = {
     {"file_system", "file-sys"}, {"bsd_name", "bsd-name"}, {"mount_point", "mount-point"}};
 
-// The partitions that the snapshot has, by all that identifies them.
+// The partitions that the snapshot has, by what identifies them.
 class ListedVolumes {
  public:
   ListedVolumes(const InventoryTree& snapshot, const InventoryTree& profiler) {
@@ -37,7 +37,7 @@ class ListedVolumes {
     insert(places_, place(name, find_text(partition, "mount-point")).get());
   }
 
-  // None where one of them is not told. No text of a tree has a line end.
+  // Null where either is missing. No text of a tree has a line end.
   static Text place(const char* name, const char* mount_point) {
     return name && mount_point ? format_string("%s\n%s", name, mount_point) : nullptr;
   }
@@ -53,10 +53,10 @@ class ListedVolumes {
   std::unordered_set<std::string> places_;
 };
 
-// As the systems that tell a volume's space in bytes only would have it told.
+// As in the default scan of a system that gives a volume's space in bytes only.
 bool write_space(Place& partition, const char* name, const Tag& volume, const SpaceKeys& keys,
                  double& space) {
-  if (!tells_space(volume, keys)) return false;
+  if (!has_space(volume, keys)) return false;
   space = space_in_gb(volume, keys, false);
   partition.set_attribute(name, Value(space), "base-value", space_base_value(volume, keys).get());
   return true;

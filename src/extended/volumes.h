@@ -1,12 +1,12 @@
-// The mounted volumes that no list of partitions of a disk has, from the profiler's SPStorageDataType: those
-// of APFS containers above all.
+// The mounted volumes that no disk's list of partitions has, above all those of APFS containers, from the
+// profiler's SPStorageDataType.
 #pragma once
 
 #include "extended/inputs.h"
 
-// Goes on with "/Storage/Logical-disks/partition:n". A volume is listed already when a partition has its BSD
-// name, or its name and mount point.
+// Continues "/Storage/Logical-disks/partition:n". A volume is listed already when a partition has its BSD
+// name, or both its name and its mount point.
 //
-// All volumes of an APFS container tell the container's size and free space as their own, so these must not
+// Every volume of an APFS container reports the container's size and free space as its own, so these must not
 // be added up.
 void collect_volumes(InventoryTree& snapshot, const ExtendedInputs& inputs);

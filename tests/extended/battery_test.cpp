@@ -10,7 +10,7 @@ constexpr char kPower[] = "SPPowerDataType";
 
 std::string battery(const std::string& lines) { return in_snapshot("*Battery=\n" + lines); }
 
-TEST(Battery, TellsItsHealthChargeAndCharger) {
+TEST(Battery, HasHealthChargeAndCharger) {
   Mac mac;
   add_item(mac.profiler, kPower,
            {{"_name", "spbattery_information"},
@@ -48,7 +48,7 @@ TEST(Battery, TellsItsHealthChargeAndCharger) {
                                                    "charger-name=96W Adapter\n"));
 }
 
-TEST(Battery, TellsCapacitiesWhereTheSystemDoes) {
+TEST(Battery, HasCapacitiesWhereTheSystemGivesThem) {
   Mac mac;
   add_item(mac.profiler, kPower,
            {{"_name", "spbattery_information"},
@@ -58,14 +58,14 @@ TEST(Battery, TellsCapacitiesWhereTheSystemDoes) {
             battery("current-capacity=6628\n~units=mAh\nfull-capacity=6738\n~units=mAh\n"));
 }
 
-TEST(Battery, IsNotMadeOfAChargerAlone) {
+TEST(Battery, IsAbsentWithAChargerAlone) {
   Mac mac;
   add_item(mac.profiler, kPower,
            {{"_name", "sppower_ac_charger_information"}, {"sppower_ac_charger_watts", "94"}});
   EXPECT_EQ(written(collect_battery, mac), kEmptySnapshot);
 }
 
-TEST(Battery, LeavesOutWhatIsOfAnotherKind) {
+TEST(Battery, SkipsValuesOfTheWrongKind) {
   Mac mac;
   add_item(mac.profiler, kPower,
            {{"_name", "spbattery_information"},

@@ -10,7 +10,7 @@ constexpr char kBluetooth[] = "SPBluetoothDataType";
 
 std::string bluetooth(const std::string& lines) { return in_snapshot("+Peripherals=\n" + lines + "-\n"); }
 
-TEST(Bluetooth, TellsTheControllerAndTheDevicesOfToday) {
+TEST(Bluetooth, HasTheControllerAndDevicesOfCurrentSystems) {
   Mac mac;
   add_item(mac.profiler, kBluetooth,
            {{"controller_properties/controller_address", "00:00:5E:00:53:01"},
@@ -55,7 +55,7 @@ TEST(Bluetooth, TellsTheControllerAndTheDevicesOfToday) {
                                                        "-\n"));
 }
 
-TEST(Bluetooth, TellsTheControllerAndTheDevicesOfOlderSystems) {
+TEST(Bluetooth, HasTheControllerAndDevicesOfOlderSystems) {
   Mac mac;
   add_item(mac.profiler, kBluetooth,
            {{"apple_bluetooth_version", "4.0.8f17"},
@@ -89,7 +89,7 @@ TEST(Bluetooth, TellsTheControllerAndTheDevicesOfOlderSystems) {
                                                        "-\n"));
 }
 
-TEST(Bluetooth, KnowsTheFirmwareByTheKeysOfTheSystemsInBetween) {
+TEST(Bluetooth, ReadsTheFirmwareKeysOfTheSystemsInBetween) {
   Mac mac;
   add_item(mac.profiler, kBluetooth,
            {{"local_device_title/general_chipset", "4364B0"},
@@ -99,14 +99,14 @@ TEST(Bluetooth, KnowsTheFirmwareByTheKeysOfTheSystemsInBetween) {
             bluetooth("+Bluetooth=\nchipset=4364B0\nfirmware=v83\n*Device:1=Mouse\nfirmware=4\n-\n"));
 }
 
-TEST(Bluetooth, FindsTheControllerBelowItsNameOnTheOldestSystems) {
+TEST(Bluetooth, FindsTheControllerUnderItsNameOnTheOldestSystems) {
   Mac mac;
   add_item(mac.profiler, kBluetooth,
            {{"local_device_title/item0/mini/general_address", "00-00-5e-00-53-01"}});
   EXPECT_EQ(written(collect_bluetooth, mac), bluetooth("*Bluetooth=\naddress=00-00-5e-00-53-01\n"));
 }
 
-TEST(Bluetooth, TellsADeviceByItsOriginalName) {
+TEST(Bluetooth, NamesADeviceByItsOriginalName) {
   Mac mac;
   add_item(mac.profiler, kBluetooth,
            {{"device_connected/item0/First_s_Mouse/device_address", "00:00:5E:00:53:02"}});
@@ -116,14 +116,14 @@ TEST(Bluetooth, TellsADeviceByItsOriginalName) {
             bluetooth("+Bluetooth=\n*Device:1=First’s Mouse\nconnected=1\naddress=00:00:5E:00:53:02\n-\n"));
 }
 
-TEST(Bluetooth, ReadsDevicesThatStandInNoList) {
+TEST(Bluetooth, ReadsDevicesThatAreNotInAList) {
   Mac mac;
   add_item(mac.profiler, kBluetooth, {{"device_title/Mouse/device_addr", "00-00-5e-00-53-02"}});
   EXPECT_EQ(written(collect_bluetooth, mac),
             bluetooth("+Bluetooth=\n*Device:1=Mouse\naddress=00-00-5e-00-53-02\n-\n"));
 }
 
-TEST(Bluetooth, IsEmptyWhereNothingIsTold) {
+TEST(Bluetooth, IsEmptyWithoutData) {
   Mac mac;
   EXPECT_EQ(written(collect_bluetooth, mac), kEmptySnapshot);
   add_item(

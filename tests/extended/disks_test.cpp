@@ -9,11 +9,11 @@ namespace {
 
 Item nvme(const char* model) { return {{"device_model", model}}; }
 
-// What stands at the head of every disk inside and outside.
-const std::string kInside = "mediatype=3\n~type=media-type\n";
-const std::string kOutside = "media-type=2\n";
+// The first lines of every internal and of every external disk.
+const std::string kInternal = "mediatype=3\n~type=media-type\n";
+const std::string kExternal = "media-type=2\n";
 
-TEST(Disks, TellsAnNvmeDisk) {
+TEST(Disks, DescribeAnNvmeDisk) {
   Mac mac;
   add_item(
       mac.additional, kNvmeType,
@@ -29,7 +29,7 @@ TEST(Disks, TellsAnNvmeDisk) {
                            {"spnvme_linkspeed", "16.0 GT/s"},
                            {"spnvme_linkwidth", "x4"},
                            {"spnvme_trim_support", "Yes"}})}));
-  EXPECT_EQ(written(collect_disks, mac), disks("*HDD:1=\ninterface=NVMe\n" + kInside +
+  EXPECT_EQ(written(collect_disks, mac), disks("*HDD:1=\ninterface=NVMe\n" + kInternal +
                                                "model=FAST SSD\n"
                                                "size=500\n~base-value=500277792768\n"
                                                "serial=S1\n"
@@ -44,18 +44,18 @@ TEST(Disks, TellsAnNvmeDisk) {
                                                "source=SPNVMeDataType\n"));
 }
 
-TEST(Disks, LearnsTheMediumOfAnNvmeDiskFromItsVolumes) {
+TEST(Disks, HaveTheMediumOfAnNvmeDiskFromItsVolumes) {
   Mac mac;
   add_item(mac.additional, kNvmeType, controller({nvme("FAST SSD")}));
   add_item(mac.additional, kStorageType,
            with(volume("Main", "disk3s1", "/"),
                 with(on_drive("FAST SSD", "Apple Fabric", "yes"), {{"physical_drive/medium_type", "ssd"}})));
   EXPECT_EQ(written(collect_disks, mac),
-            disks("*HDD:1=\ninterface=NVMe\n" + kInside +
+            disks("*HDD:1=\ninterface=NVMe\n" + kInternal +
                   "model=FAST SSD\npartitions=0\nmedium=ssd\ninternal=1\nsource=SPNVMeDataType\n"));
 }
 
-TEST(Disks, GoOnWithTheNumbersOfTheSnapshot) {
+TEST(Disks, ContinueTheNumbersOfTheSnapshot) {
   Mac mac;
   add_item(mac.additional, kNvmeType, controller({nvme("A"), nvme("B")}));
   add_item(mac.additional, kNvmeType, controller({nvme("C")}));
@@ -70,7 +70,7 @@ TEST(Disks, GoOnWithTheNumbersOfTheSnapshot) {
   EXPECT_STREQ(find_text(*list.find_child("HDD:5"), "model"), "C");
 }
 
-TEST(Disks, TellsAUsbDiskByItsMedia) {
+TEST(Disks, DescribeAUsbDiskByItsMedia) {
   Mac mac;
   add_item(mac.profiler, kUsbType,
            controller({controller({holding("Media",
@@ -85,7 +85,7 @@ TEST(Disks, TellsAUsbDiskByItsMedia) {
                                             {"manufacturer", "Maker"},
                                             {"bcd_device", "1.00"},
                                             {"device_speed", "super_speed"}})})}));
-  EXPECT_EQ(written(collect_disks, mac), disks("*Removable:1=Portable Media\n" + kOutside +
+  EXPECT_EQ(written(collect_disks, mac), disks("*Removable:1=Portable Media\n" + kExternal +
                                                "interface=USB\n"
                                                "model=Portable\n"
                                                "serial=U1\n"
@@ -100,7 +100,7 @@ TEST(Disks, TellsAUsbDiskByItsMedia) {
                                                "source=SPUSBDataType\n"));
 }
 
-TEST(Disks, LeavesOutAUsbDiskThatTheFirstMappingHas) {
+TEST(Disks, SkipAUsbDiskOfTheDefaultScan) {
   Mac mac;
   add_item(mac.profiler, kUsbType,
            controller({holding("Media", {{{"_name", "Medium"}}},
@@ -108,11 +108,11 @@ TEST(Disks, LeavesOutAUsbDiskThatTheFirstMappingHas) {
   add_item(mac.additional, kStorageType,
            with(volume("A", "disk9s1", "/Volumes/A"), on_drive("Stick", "USB", "no")));
   add_item(mac.additional, kStorageType,
-           with(volume("B", "disk2s1", "/Volumes/B"), on_drive("Other words", "USB", "no")));
+           with(volume("B", "disk2s1", "/Volumes/B"), on_drive("Another name", "USB", "no")));
   EXPECT_EQ(written(collect_disks, mac), kEmptySnapshot);
 }
 
-TEST(Disks, DoesNotRepeatAUsbDiskThatItsMediaTell) {
+TEST(Disks, DoNotRepeatAUsbDiskThatIsListedByItsMedia) {
   Mac mac;
   add_item(mac.profiler, kUsbType,
            controller(
@@ -122,13 +122,13 @@ TEST(Disks, DoesNotRepeatAUsbDiskThatItsMediaTell) {
   add_item(mac.additional, kStorageType,
            with(volume("B", "disk8s1", "/Volumes/B"), on_drive("Portable", "USB", "no")));
   add_item(mac.additional, kStorageType,
-           with(volume("C", "disk4s2", "/Volumes/C"), on_drive("In other words", "USB", "no")));
+           with(volume("C", "disk4s2", "/Volumes/C"), on_drive("Another name", "USB", "no")));
   EXPECT_EQ(written(collect_disks, mac),
-            disks("*Removable:1=Medium\n" + kOutside +
+            disks("*Removable:1=Medium\n" + kExternal +
                   "interface=USB\nmodel=Portable\npartitions=0\nbsd-name=disk4\nsource=SPUSBDataType\n"));
 }
 
-TEST(Disks, TellsDisksOfWhichOnlyTheirVolumesTell) {
+TEST(Disks, IncludeThoseKnownOnlyFromTheirVolumes) {
   Mac mac;
   const Item drive = with(on_drive("PORTABLE", "USB", "no"),
                           {{"physical_drive/medium_type", "rotational"},
@@ -138,7 +138,7 @@ TEST(Disks, TellsDisksOfWhichOnlyTheirVolumesTell) {
   add_item(mac.additional, kStorageType,
            with(volume("Main", "disk3s1", "/"), on_drive("FUSED SSD", "Apple Fabric", "yes")));
   add_item(mac.additional, kStorageType, with(volume("B", "disk6s2", "/Volumes/B"), drive));
-  EXPECT_EQ(written(collect_disks, mac), disks("*Removable:1=\n" + kOutside +
+  EXPECT_EQ(written(collect_disks, mac), disks("*Removable:1=\n" + kExternal +
                                                "interface=USB\n"
                                                "model=PORTABLE\n"
                                                "partitions=2\n"
@@ -148,26 +148,26 @@ TEST(Disks, TellsDisksOfWhichOnlyTheirVolumesTell) {
                                                "internal=0\n"
                                                "source=SPStorageDataType\n"
                                                "*HDD:1=\ninterface=Apple Fabric\n" +
-                                               kInside +
+                                               kInternal +
                                                "model=FUSED SSD\n"
                                                "partitions=1\n"
                                                "internal=1\n"
                                                "source=SPStorageDataType\n"));
 }
 
-TEST(Disks, TellsDisksWithoutModelApartByTheirBsdName) {
+TEST(Disks, AreDistinguishedByBsdNameWithoutAModel) {
   Mac mac;
-  const Item outside = {{"physical_drive/is_internal_disk", "no"}};
-  add_item(mac.additional, kStorageType, with(volume("A", "disk5s1", "/Volumes/A"), outside));
-  add_item(mac.additional, kStorageType, with(volume("B", "disk5s2", "/Volumes/B"), outside));
-  add_item(mac.additional, kStorageType, with(volume("C", "disk51s1", "/Volumes/C"), outside));
+  const Item external = {{"physical_drive/is_internal_disk", "no"}};
+  add_item(mac.additional, kStorageType, with(volume("A", "disk5s1", "/Volumes/A"), external));
+  add_item(mac.additional, kStorageType, with(volume("B", "disk5s2", "/Volumes/B"), external));
+  add_item(mac.additional, kStorageType, with(volume("C", "disk51s1", "/Volumes/C"), external));
   EXPECT_EQ(written(collect_disks, mac),
-            disks("*Removable:1=\n" + kOutside +
-                  "partitions=2\ninternal=0\nsource=SPStorageDataType\n*Removable:2=\n" + kOutside +
+            disks("*Removable:1=\n" + kExternal +
+                  "partitions=2\ninternal=0\nsource=SPStorageDataType\n*Removable:2=\n" + kExternal +
                   "partitions=1\ninternal=0\nsource=SPStorageDataType\n"));
 }
 
-TEST(Disks, DoesNotRepeatADiskThatAnEarlierListHas) {
+TEST(Disks, DoNotRepeatADiskOfAnEarlierList) {
   Mac mac;
   add_item(mac.profiler, kSataType,
            controller({{{"device_model", "SATA"}, {"bsd_name", "disk1"}, {"smart_status", "Verified"}}}));
@@ -175,15 +175,15 @@ TEST(Disks, DoesNotRepeatADiskThatAnEarlierListHas) {
   add_item(mac.additional, kStorageType,
            with(volume("A", "disk7s1", "/Volumes/A"), on_drive("SATA", "SATA", "yes")));
   add_item(mac.additional, kStorageType,
-           with(volume("B", "disk1s1", "/Volumes/B"), on_drive("IN OTHER WORDS", "SATA", "yes")));
+           with(volume("B", "disk1s1", "/Volumes/B"), on_drive("ANOTHER NAME", "SATA", "yes")));
   add_item(mac.additional, kStorageType,
            with(volume("C", "disk8s1", "/Volumes/C"), on_drive("NVME", "PCI-Express", "yes")));
   EXPECT_EQ(written(collect_disks, mac),
-            disks("*HDD:1=\ninterface=NVMe\n" + kInside +
+            disks("*HDD:1=\ninterface=NVMe\n" + kInternal +
                   "model=NVME\npartitions=0\ninternal=1\nsource=SPNVMeDataType\n"));
 }
 
-TEST(Disks, TellsEveryDiskOfAVolumeThatSpansSeveral) {
+TEST(Disks, IncludeEveryDiskOfAVolumeThatSpansSeveral) {
   Mac mac;
   add_item(mac.additional, kStorageType,
            with(volume("Main", "disk2", "/"), {{"com.apple.corestorage.pv/item0/device_name", "SSD"},
@@ -191,20 +191,20 @@ TEST(Disks, TellsEveryDiskOfAVolumeThatSpansSeveral) {
                                                {"com.apple.corestorage.pv/item1/device_name", "HDD"},
                                                {"com.apple.corestorage.pv/item1/is_internal_disk", "yes"}}));
   EXPECT_EQ(written(collect_disks, mac),
-            disks("*HDD:1=\n" + kInside +
-                  "model=SSD\npartitions=1\ninternal=1\nsource=SPStorageDataType\n*HDD:2=\n" + kInside +
+            disks("*HDD:1=\n" + kInternal +
+                  "model=SSD\npartitions=1\ninternal=1\nsource=SPStorageDataType\n*HDD:2=\n" + kInternal +
                   "model=HDD\npartitions=1\ninternal=1\nsource=SPStorageDataType\n"));
 }
 
-TEST(Disks, TakesADiskThatDoesNotSaySoForOneInside) {
+TEST(Disks, AreInternalUnlessTheySayOtherwise) {
   Mac mac;
   add_item(mac.additional, kStorageType,
            with(volume("Main", "disk3s1", "/"), {{"physical_drive/device_name", "SSD"}}));
   EXPECT_EQ(written(collect_disks, mac),
-            disks("*HDD:1=\n" + kInside + "model=SSD\npartitions=1\nsource=SPStorageDataType\n"));
+            disks("*HDD:1=\n" + kInternal + "model=SSD\npartitions=1\nsource=SPStorageDataType\n"));
 }
 
-TEST(Disks, LeavesOutDiskImages) {
+TEST(Disks, SkipDiskImages) {
   Mac mac;
   add_item(
       mac.additional, kStorageType,
@@ -212,7 +212,7 @@ TEST(Disks, LeavesOutDiskImages) {
   EXPECT_EQ(written(collect_disks, mac), kEmptySnapshot);
 }
 
-TEST(Disks, IsEmptyWhereNothingIsTold) {
+TEST(Disks, AreEmptyWithoutData) {
   Mac mac;
   EXPECT_EQ(written(collect_disks, mac), kEmptySnapshot);
   add_item(mac.additional, kNvmeType, {{"_name", "controller"}});
@@ -220,13 +220,13 @@ TEST(Disks, IsEmptyWhereNothingIsTold) {
   EXPECT_EQ(written(collect_disks, mac), kEmptySnapshot);
 }
 
-TEST(Disks, WalksDeepHubs) {
+TEST(Disks, AreFoundOnDeeplyNestedHubs) {
   Mac mac;
   std::string path = "_items/item0";
   for (int depth = 0; depth < 300; ++depth) path += "/_items/item0";
   add_item(mac.profiler, kUsbType, {{path + "/Media/item0/_name", "Deep"}});
   EXPECT_EQ(written(collect_disks, mac),
-            disks("*Removable:1=Deep\n" + kOutside + "interface=USB\npartitions=0\nsource=SPUSBDataType\n"));
+            disks("*Removable:1=Deep\n" + kExternal + "interface=USB\npartitions=0\nsource=SPUSBDataType\n"));
 }
 
 }  // namespace

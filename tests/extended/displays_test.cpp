@@ -12,14 +12,14 @@ std::string display_lines(const std::string& lines) {
   return in_snapshot("+Video=\n+Displays=\n" + lines + "-\n-\n");
 }
 
-// What is written of a display with these keys, behind the line with its adapter's missing name.
+// What is written for a display with these keys on an adapter without a name.
 std::string written_for(const Item& display) {
   Mac mac;
   add_item(mac.profiler, kDisplays, holding("spdisplays_ndrvs", {display}));
   return written(collect_display_details, mac);
 }
 
-TEST(Displays, TellEveryFactOfADisplayAndItsAdapter) {
+TEST(Displays, HaveEveryFactOfADisplayAndItsAdapter) {
   Mac mac;
   add_item(mac.profiler, kDisplays,
            holding("spdisplays_ndrvs",
@@ -78,7 +78,7 @@ TEST(Displays, TellEveryFactOfADisplayAndItsAdapter) {
                         "-\n"));
 }
 
-TEST(Displays, AreNumberedThroughAllAdapters) {
+TEST(Displays, AreNumberedAcrossAdapters) {
   Mac mac;
   add_item(mac.profiler, kDisplays,
            holding("spdisplays_ndrvs", {{{"_name", "A"}}, {{"_name", "B"}}}, {{"sppci_model", "first"}}));
@@ -90,7 +90,7 @@ TEST(Displays, AreNumberedThroughAllAdapters) {
                         "*display:3=C\nadapter=third\n-\n+Details=\n*Video-adapter:3=\ncores=5\n-\n-\n"));
 }
 
-TEST(Displays, LeaveOutAnEmptyConnector) {
+TEST(Displays, SkipAnEmptyConnector) {
   EXPECT_EQ(written_for({{"_name", "spdisplays_display_connector"},
                          {"spdisplays_status", "spdisplays_not_connected"}}),
             kEmptySnapshot);
@@ -100,7 +100,7 @@ TEST(Displays, LeaveOutAnEmptyConnector) {
             display_lines("*display:1=spdisplays_display_connector\nmain=0\n"));
 }
 
-TEST(Displays, PreferTheWordsOfTheNewerSystems) {
+TEST(Displays, PreferTheKeysOfNewerSystems) {
   EXPECT_EQ(
       written_for({{"_spdisplays_display-serial-number", "37956"},
                    {"spdisplays_display-serial-number", "EDID1"},
@@ -111,14 +111,14 @@ TEST(Displays, PreferTheWordsOfTheNewerSystems) {
             display_lines("*display:1=\nresolution=1680 x 1050\n"));
 }
 
-TEST(Displays, TellNoRateWithoutOne) {
+TEST(Displays, HaveNoRefreshRateWithoutOne) {
   EXPECT_EQ(written_for({{"_spdisplays_resolution", "800 x 600"}}),
             display_lines("*display:1=\nresolution=800 x 600\n"));
   EXPECT_EQ(written_for({{"_spdisplays_resolution", "800 x 600 @"}}),
             display_lines("*display:1=\nresolution=800 x 600 @\n"));
 }
 
-TEST(Displays, AreBuiltInAsTheySay) {
+TEST(Displays, AreBuiltInWhereTheySaySo) {
   EXPECT_EQ(written_for({{"spdisplays_builtin", "spdisplays_yes"}}),
             display_lines("*display:1=\nbuilt-in=1\n"));
   EXPECT_EQ(written_for({{"spdisplays_display_type", "spdisplays_built-in_retinaLCD"}}),

@@ -11,7 +11,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// As raw trees have a long list: without a search for each element.
+// Fills a long list as raw trees do, without a search for each element.
 void add_applications(InventoryTree& profiler, int count) {
   Place items(profiler.root(), "/SPApplicationsDataType/_items");
   for (int i = 0; i < count; ++i) {
@@ -42,14 +42,14 @@ double seconds_of(int count) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Sixteen times the elements take sixteen times as long; a search for each of them would take 256 times.
-TEST(Extended, TakesTimeInProportionToTheMac) {
+// Sixteen times the elements take sixteen times as long; a search for each would take 256 times as long.
+TEST(Extended, TakesTimeInProportionToTheData) {
   const double few = seconds_of(1000);
   const double many = seconds_of(16000);
   EXPECT_LT(many, 80 * few + 0.1);
 }
 
-TEST(Extended, WritesItsElementsInOneOrder) {
+TEST(Extended, WritesItsElementsInAFixedOrder) {
   Mac mac;
   mac.tools.sw_vers = copy_text("ProductName: macOS\n");
   mac.tools.spctl = copy_text("assessments enabled\n");
@@ -70,8 +70,8 @@ TEST(Extended, WritesItsElementsInOneOrder) {
   EXPECT_EQ(names, "Platform Security Battery Storage Video Network Peripherals Software-details Packages ");
 }
 
-// Details are of what the default scan has, so nothing that the extended scan adds is told twice.
-TEST(Extended, TellsNoDetailsOfWhatItAddsItself) {
+// Details are about what the default scan has, so nothing that the extended scan adds appears twice.
+TEST(Extended, WritesNoDetailsOfWhatItAddsItself) {
   Mac mac;
   add_item(mac.additional, "SPStorageDataType",
            {{"_name", "Main"},
@@ -87,7 +87,7 @@ TEST(Extended, TellsNoDetailsOfWhatItAddsItself) {
   EXPECT_NE(storage.find_child("Logical-disks")->find_child("partition:1"), nullptr);
 }
 
-TEST(Extended, WritesNothingOfAnEmptyMac) {
+TEST(Extended, WritesNothingForAnEmptyMac) {
   Mac mac;
   InventoryTree snapshot = empty_snapshot();
   collect_extended(snapshot, mac.inputs());

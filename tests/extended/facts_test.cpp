@@ -9,13 +9,13 @@ namespace {
 TEST(YesOrNo, IsTheLastWordInAnyCase) {
   for (const char* yes : {"yes", "Yes", "YES", "TRUE", "on", "enabled", "spdisplays_yes", "attrib_On",
                           "integrity_enabled", "_on"})
-    EXPECT_EQ(told_yes_or_no(yes), true) << yes;
+    EXPECT_EQ(parse_yes_or_no(yes), true) << yes;
   for (const char* no :
        {"no", "No", "FALSE", "off", "disabled", "spdisplays_off", "activation_lock_disabled"})
-    EXPECT_EQ(told_yes_or_no(no), false) << no;
+    EXPECT_EQ(parse_yes_or_no(no), false) << no;
   for (const char* other : {"", "_", "yes_", "maybe", "yes no", "1", "spdisplays_supported", "yes "})
-    EXPECT_EQ(told_yes_or_no(other), std::nullopt) << other;
-  EXPECT_EQ(told_yes_or_no(nullptr), std::nullopt);
+    EXPECT_EQ(parse_yes_or_no(other), std::nullopt) << other;
+  EXPECT_EQ(parse_yes_or_no(nullptr), std::nullopt);
 }
 
 TEST(Numbers, AreIntegersOrTextsOfDigits) {
@@ -29,7 +29,7 @@ TEST(Numbers, AreIntegersOrTextsOfDigits) {
   EXPECT_EQ(find_number(item, "missing"), std::nullopt);
 }
 
-TEST(NamedItems, AreFoundByTheirFirst) {
+TEST(NamedItems, AreTheFirstOfTheirName) {
   InventoryTree tree = profiler_with(
       "Type", {{{"_name", "one"}, {"n", 1}}, {{"_name", "two"}, {"n", 2}}, {{"_name", "two"}, {"n", 3}}});
   EXPECT_EQ(find_integer(*find_named_item(tree, "Type", "two"), "n"), 2);

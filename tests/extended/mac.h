@@ -1,5 +1,4 @@
-// What the tests of the extended collectors share: a Mac put together in a few words, and what is written of
-// it.
+// For the tests of the extended collectors: a Mac built in a few lines, and what a collector writes about it.
 #pragma once
 
 #include <string>
@@ -8,7 +7,7 @@
 #include "tests/collectors/item_lists.h"
 #include "tests/collectors/tree_helpers.h"
 
-// The two raw trees and the tools' outputs, all empty at first.
+// The two raw trees and the tools' outputs, at first empty.
 struct Mac {
   ExtendedInputs inputs() { return {profiler, additional, tools}; }
 
@@ -26,6 +25,6 @@ inline std::string written(ExtendedCollector collect, Mac& mac) {
   return tree_text(snapshot);
 }
 
-// The lines between those of the top element.
+// Wraps lines in those of the top element.
 inline std::string in_snapshot(const std::string& lines) { return "+Snapshot=\n" + lines + "-\n"; }
 constexpr char kEmptySnapshot[] = "*Snapshot=\n";

@@ -13,7 +13,7 @@ std::string adapters(const std::string& lines) {
   return in_snapshot("+Network=\n+Details=\n" + lines + "-\n-\n");
 }
 
-TEST(NetworkDetails, TellAddressesServersAndLink) {
+TEST(NetworkDetails, HaveAddressesServersAndLink) {
   Mac mac;
   add_item(mac.profiler, kNetwork,
            {{"interface", "en0"},
@@ -59,7 +59,7 @@ TEST(NetworkDetails, JoinAWirelessCardByItsInterface) {
   add_item(mac.profiler, kAirPort, {{"spairport_software_information/spairport_family_version", "4.2"}});
   add_item(mac.profiler, kAirPort,
            holding("spairport_airport_interfaces",
-                   {{{"spairport_wireless_locale", "nobody's"}},
+                   {{{"spairport_wireless_locale", "no interface"}},
                     {{"_name", "en1"},
                      {"spairport_wireless_card_type", "card"},
                      {"spairport_wireless_firmware_version", "1.0"},
@@ -72,7 +72,7 @@ TEST(NetworkDetails, JoinAWirelessCardByItsInterface) {
                      "a/b/g/n\nlocale=FCC\n"));
 }
 
-TEST(NetworkDetails, LeaveOutWhatIsNoList) {
+TEST(NetworkDetails, SkipWhatIsNotAList) {
   Mac mac;
   add_item(mac.profiler, kNetwork,
            {{"IPv4/Addresses", "192.0.2.1"},

@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kHistory[] = "SPInstallHistoryDataType";
 
-TEST(Packages, TellVersionDateAndSource) {
+TEST(Packages, HaveVersionDateAndSource) {
   Mac mac;
   add_item(mac.additional, kHistory,
            {{"_name", "macOS 15.3"},

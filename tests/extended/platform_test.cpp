@@ -14,7 +14,7 @@ std::string written_for(std::initializer_list<Item> items, const char* data_type
   return written(collect_platform, mac);
 }
 
-TEST(Platform, TellsAPortableOfToday) {
+TEST(Platform, DescribesACurrentNotebook) {
   Mac mac;
   add_item(mac.profiler, "SPHardwareDataType",
            {{"machine_name", "MacBook Pro"},
@@ -73,21 +73,21 @@ TEST(Platform, TellsAPortableOfToday) {
                                                      "rosetta=1\n"));
 }
 
-TEST(Platform, IsEmptyWhereNothingIsTold) {
+TEST(Platform, IsEmptyWithoutData) {
   Mac mac;
   EXPECT_EQ(written(collect_platform, mac), kEmptySnapshot);
 }
 
-TEST(Platform, CountsAllCoresByTheFirstNumber) {
-  for (const char* told : {"proc 24:16:8:0", "proc 24", "24"})
-    EXPECT_EQ(written_for({{{"number_processors", told}}}, "SPHardwareDataType"), platform("core-count=24\n"))
-        << told;
+TEST(Platform, TakesTheFirstNumberAsTheCountOfAllCores) {
+  for (const char* text : {"proc 24:16:8:0", "proc 24", "24"})
+    EXPECT_EQ(written_for({{{"number_processors", text}}}, "SPHardwareDataType"), platform("core-count=24\n"))
+        << text;
   EXPECT_EQ(written_for({{{"number_processors", 3}}}, "SPHardwareDataType"), platform("core-count=3\n"));
   for (const char* odd : {"proc :6:2", "proc", "8:6:2", "many", "proc  8"})
     EXPECT_EQ(written_for({{{"number_processors", odd}}}, "SPHardwareDataType"), kEmptySnapshot) << odd;
 }
 
-TEST(Platform, TakesTheMemoryOfTheHardwareWhereTheOtherDataTypeTellsNone) {
+TEST(Platform, TakesTheMemoryFromTheHardwareDataWithoutMemoryData) {
   Mac mac;
   add_item(mac.profiler, "SPHardwareDataType", {{"physical_memory", "8 GB"}});
   add_item(mac.profiler, "SPMemoryDataType",
@@ -95,13 +95,13 @@ TEST(Platform, TakesTheMemoryOfTheHardwareWhereTheOtherDataTypeTellsNone) {
   EXPECT_EQ(written(collect_platform, mac), platform("memory=8 GB\nmemory-upgradeable=1\nmemory-ecc=0\n"));
 }
 
-TEST(Platform, DoesNotTakeTheFirstModuleForTheWholeMemory) {
+TEST(Platform, DoesNotMistakeTheFirstModuleForAllMemory) {
   EXPECT_EQ(written_for({{{"dimm_status", "ok"}, {"dimm_type", "DDR2"}, {"dimm_manufacturer", "Maker"}}},
                         "SPMemoryDataType"),
             kEmptySnapshot);
 }
 
-TEST(Platform, TakesTheFirstGraphicsAdapterThatTells) {
+TEST(Platform, TakesTheFirstGraphicsAdapterWithTheFact) {
   EXPECT_EQ(written_for({{{"sppci_model", "none"}, {"spdisplays_metalfamily", "family"}},
                          {{"sppci_cores", "5"}, {"spdisplays_metal", "metal"}},
                          {{"sppci_cores", "7"}}},
@@ -109,7 +109,7 @@ TEST(Platform, TakesTheFirstGraphicsAdapterThatTells) {
             platform("gpu-core-count=5\nmetal=family\n"));
 }
 
-TEST(Platform, PrefersTheNewestWordsForMetal) {
+TEST(Platform, PrefersTheNewestKeyForMetal) {
   EXPECT_EQ(written_for({{{"spdisplays_mtlgpufamilysupport", "newest"},
                           {"spdisplays_metalfamily", "newer"},
                           {"spdisplays_metal", "old"}}},
@@ -117,7 +117,7 @@ TEST(Platform, PrefersTheNewestWordsForMetal) {
             platform("metal=newest\n"));
 }
 
-TEST(Platform, KnowsTheMakersVirtualMacByItsModel) {
+TEST(Platform, RecognisesApplesVirtualMacByItsModel) {
   Mac mac;
   add_item(mac.profiler, "SPHardwareDataType", {{"machine_model", "VirtualMac2,1"}});
   mac.tools.sysctl = copy_text("kern.hv_vmm_present: 0\n");
@@ -126,19 +126,19 @@ TEST(Platform, KnowsTheMakersVirtualMacByItsModel) {
   EXPECT_EQ(written(collect_platform, mac), platform("virtual-machine=1\n"));
 }
 
-TEST(Platform, TellsAVirtualMachineByItsHypervisor) {
+TEST(Platform, RecognisesAVirtualMachineByItsHypervisor) {
   Mac mac;
   mac.tools.sysctl = copy_text("kern.hv_vmm_present: 1\n");
   EXPECT_EQ(written(collect_platform, mac), platform("virtual-machine=1\n"));
 }
 
-TEST(Platform, IsNoLaptopWithoutABattery) {
+TEST(Platform, IsNotALaptopWithoutABattery) {
   EXPECT_EQ(written_for({{{"_name", "sppower_hwconfig_information"}, {"sppower_ups_installed", "TRUE"}}},
                         "SPPowerDataType"),
             platform("laptop=0\nups=1\n"));
 }
 
-TEST(Platform, LooksForRosettaOnlyWithTheMakersProcessor) {
+TEST(Platform, HasRosettaOnlyWithApplesProcessors) {
   Mac mac;
   mac.tools.rosetta = copy_text("ls: x: No such file or directory\n");
   mac.tools.sysctl = copy_text("machdep.cpu.brand_string: Intel(R) Core(TM) i3\n");
@@ -148,7 +148,7 @@ TEST(Platform, LooksForRosettaOnlyWithTheMakersProcessor) {
   EXPECT_EQ(written(collect_platform, mac), platform("chip=Apple M9\nrosetta=0\n"));
 }
 
-TEST(Platform, TellsTheManagementControllerByEitherKey) {
+TEST(Platform, ReadsTheManagementControllerFromEitherKey) {
   EXPECT_EQ(written_for({{{"SMC_version", "1.17f0"}}}, "SPHardwareDataType"), platform("smc=1.17f0\n"));
   EXPECT_EQ(written_for({{{"SMC_version_system", "1.69f3"}}}, "SPHardwareDataType"),
             platform("smc=1.69f3\n"));

@@ -1,5 +1,5 @@
-// What the extended scan must bring out of the recordings of real Macs, where they are at hand, read out of
-// them by hand. Values that belong to one machine or its owner are not repeated here.
+// What the extended scan must find in the recordings of real Macs, where these are present; the expected
+// values were read by hand. Values that identify a machine or its owner are not repeated here.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -47,15 +47,15 @@ void read_recording(const char* name, Mac& mac) {
     read_plist(entry.path(), is_additional(entry.path().stem()) ? mac.additional : mac.profiler);
 }
 
-// Whose lists are joined or continued.
+// The default collectors whose lists are joined or continued.
 void collect_default_lists(InventoryTree& snapshot, Mac& mac) {
   collect_storage(snapshot, mac.profiler);
   collect_network_adapters(snapshot, mac.profiler);
   collect_usb(snapshot, mac.profiler);
 }
 
-// An attribute of an element, or its value (kValue), or the element itself (kElement) where it must not be
-// there.
+// An attribute of an element, or its value (kValue), or the element itself (kElement) where it must be
+// absent.
 constexpr char kValue[] = "=";
 constexpr char kElement[] = "(element)";
 constexpr char kNone[] = "(none)";

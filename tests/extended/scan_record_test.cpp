@@ -12,7 +12,7 @@
 
 namespace {
 
-// As waitpid tells that a process ended with this status.
+// The status that waitpid gives for this exit status.
 constexpr int exited(int status) { return status << 8; }
 
 CommandRecord record(const char* command) {
@@ -24,8 +24,8 @@ CommandRecord record(const char* command) {
   return record;
 }
 
-// The lines of the only command behind its first.
-std::string told(const CommandRecord& record) {
+// The lines written for a command, after the first.
+std::string recorded(const CommandRecord& record) {
   InventoryTree snapshot = empty_snapshot();
   collect_scan_record(snapshot, "", {record});
   const std::string text = tree_text(snapshot);
@@ -35,52 +35,52 @@ std::string told(const CommandRecord& record) {
   return text.substr(from + start.size(), text.find("-\n", from) - from - start.size());
 }
 
-TEST(ScanRecord, TellsACommandThatWentWell) {
-  EXPECT_EQ(told(record("tool")), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=0\n");
+TEST(ScanRecord, HasACommandThatSucceeded) {
+  EXPECT_EQ(recorded(record("tool")), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=0\n");
 }
 
-TEST(ScanRecord, TellsHowACommandFailed) {
+TEST(ScanRecord, SaysHowACommandFailed) {
   CommandRecord failed = record("tool");
   failed.last.status = exited(3);
-  EXPECT_EQ(told(failed), "run=1\nexit-status=3\nbytes=12\nseconds=1.50\nretries=0\n");
+  EXPECT_EQ(recorded(failed), "run=1\nexit-status=3\nbytes=12\nseconds=1.50\nretries=0\n");
   failed.last.status = 9;
-  EXPECT_EQ(told(failed), "run=1\nsignal=9\nbytes=12\nseconds=1.50\nretries=0\n");
+  EXPECT_EQ(recorded(failed), "run=1\nsignal=9\nbytes=12\nseconds=1.50\nretries=0\n");
 }
 
-TEST(ScanRecord, TellsRetriesOfOneCommandAndRunsOfASeries) {
+TEST(ScanRecord, CountsRetriesOfACommandAndRunsOfASeries) {
   CommandRecord repeated = record("tool");
   repeated.runs = 3;
-  EXPECT_EQ(told(repeated), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=2\n");
+  EXPECT_EQ(recorded(repeated), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=2\n");
   repeated.is_series = true;
-  EXPECT_EQ(told(repeated), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nruns=3\n");
+  EXPECT_EQ(recorded(repeated), "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nruns=3\n");
 }
 
-TEST(ScanRecord, TellsACommandThatWasLeftOut) {
+TEST(ScanRecord, HasACommandThatWasLeftOut) {
   CommandRecord left_out;
   left_out.command = "tool";
-  EXPECT_EQ(told(left_out), "run=0\n");
+  EXPECT_EQ(recorded(left_out), "run=0\n");
 }
 
-TEST(ScanRecord, TellsWhatIsOutOfTheOrdinaryOnlyWhereItIs) {
+TEST(ScanRecord, SaysWhatIsUnusualOnlyWhereItIs) {
   const std::string usual = "run=1\nexit-status=0\nbytes=12\nseconds=1.50\nretries=0\n";
   CommandRecord salvaged = record("tool");
   salvaged.salvaged = true;
-  EXPECT_EQ(told(salvaged), usual + "salvaged=1\n");
+  EXPECT_EQ(recorded(salvaged), usual + "salvaged=1\n");
   CommandRecord refused = record("tool");
   refused.last.refused = true;
-  EXPECT_EQ(told(refused), usual + "refused=1\n");
+  EXPECT_EQ(recorded(refused), usual + "refused=1\n");
   CommandRecord missing = record("tool");
   missing.last.status = exited(127);
-  EXPECT_EQ(told(missing), "run=1\nexit-status=127\nbytes=12\nseconds=1.50\nretries=0\nmissing=1\n");
+  EXPECT_EQ(recorded(missing), "run=1\nexit-status=127\nbytes=12\nseconds=1.50\nretries=0\nmissing=1\n");
 }
 
-TEST(ScanRecord, TellsNoStatusOfACommandThatHadToBeEnded) {
+TEST(ScanRecord, HasNoStatusForACommandThatHadToBeEnded) {
   CommandRecord cut = record("tool");
   cut.last.cut = true;
-  EXPECT_EQ(told(cut), "run=1\nbytes=12\nseconds=1.50\nretries=0\ncut=1\n");
+  EXPECT_EQ(recorded(cut), "run=1\nbytes=12\nseconds=1.50\nretries=0\ncut=1\n");
   CommandRecord silent = record("tool");
   silent.last.silent = true;
-  EXPECT_EQ(told(silent), "run=1\nbytes=12\nseconds=1.50\nretries=0\nsilent=1\n");
+  EXPECT_EQ(recorded(silent), "run=1\nbytes=12\nseconds=1.50\nretries=0\nsilent=1\n");
 }
 
 TEST(ScanRecord, NumbersTheCommands) {
@@ -92,7 +92,7 @@ TEST(ScanRecord, NumbersTheCommands) {
   EXPECT_STREQ(scan.children()[1]->value()->text(), "two");
 }
 
-TEST(ScanRecord, TellsTheRunItself) {
+TEST(ScanRecord, DescribesTheScanItself) {
   const EnvironmentVariable locale("LC_ALL", "th_TH.UTF-8"), zone("TZ", "Asia/Bangkok");
   InventoryTree snapshot = empty_snapshot();
   collect_scan_record(snapshot, "/silent /extended", {});

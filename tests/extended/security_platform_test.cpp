@@ -10,7 +10,7 @@ std::string security(const std::string& lines) {
   return in_snapshot("+Security=\n*Platform=\n" + lines + "-\n");
 }
 
-TEST(SecurityPlatform, TellsEveryProtection) {
+TEST(SecurityPlatform, HasEveryProtection) {
   Mac mac;
   add_item(mac.profiler, "SPHardwareDataType", {{"activation_lock_status", "activation_lock_enabled"}});
   add_item(mac.profiler, "SPSoftwareDataType", {{"system_integrity", "integrity_disabled"}});
@@ -38,7 +38,7 @@ TEST(SecurityPlatform, TellsEveryProtection) {
                      "mdm-server=https://mdm.example.com\n"));
 }
 
-TEST(SecurityPlatform, IsEmptyWhereNothingIsTold) {
+TEST(SecurityPlatform, IsEmptyWithoutData) {
   Mac mac;
   EXPECT_EQ(written(collect_security_platform, mac), kEmptySnapshot);
   mac.tools.fdesetup = copy_text("fdesetup: must be run as root\n");
@@ -52,7 +52,7 @@ Item installed(const char* name, const char* version, const char* date) {
   return {{"_name", name}, {"install_version", version}, {"install_date", date}};
 }
 
-TEST(SecurityPlatform, TellsTheNewestXProtect) {
+TEST(SecurityPlatform, HasTheNewestXProtect) {
   Mac mac;
   add_item(mac.additional, "SPInstallHistoryDataType",
            installed("XProtectPlistConfigData", "2", "20250102000000.000000+000"));
@@ -65,7 +65,7 @@ TEST(SecurityPlatform, TellsTheNewestXProtect) {
   EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=3\n"));
 }
 
-TEST(SecurityPlatform, TakesTheLaterOfTwoXProtectsOfOneDate) {
+TEST(SecurityPlatform, TakesTheLaterOfTwoXProtectsWithTheSameDate) {
   Mac mac;
   add_item(mac.additional, "SPInstallHistoryDataType",
            installed("XProtectPlistConfigData", "1", "2025-01-02 00:00:00"));
@@ -74,7 +74,7 @@ TEST(SecurityPlatform, TakesTheLaterOfTwoXProtectsOfOneDate) {
   EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=2\n"));
 }
 
-TEST(SecurityPlatform, PrefersAnXProtectWithDate) {
+TEST(SecurityPlatform, PrefersAnXProtectWithADate) {
   Mac mac;
   const Item undated = {{"_name", "XProtectPlistConfigData"}, {"install_version", "1"}};
   add_item(mac.additional, "SPInstallHistoryDataType", undated);
@@ -85,7 +85,7 @@ TEST(SecurityPlatform, PrefersAnXProtectWithDate) {
   EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=2\n"));
 }
 
-TEST(SecurityPlatform, NamesWhatOnlyTheLocalNetworkReaches) {
+TEST(SecurityPlatform, NamesWhatOnlyTheLocalNetworkCanReach) {
   Mac mac;
   add_item(mac.profiler, "SPFirewallDataType",
            {{"spfirewall_applications/item0/_name", "com.example.player"},
@@ -99,7 +99,7 @@ TEST(SecurityPlatform, NamesWhatOnlyTheLocalNetworkReaches) {
             security("firewall-allow-local=com.example.ssh, com.example.player\n"));
 }
 
-TEST(SecurityPlatform, StandsBehindTheFirewall) {
+TEST(SecurityPlatform, FollowsTheFirewall) {
   Mac mac;
   mac.tools.spctl = copy_text("assessments enabled\n");
   InventoryTree snapshot = empty_snapshot();

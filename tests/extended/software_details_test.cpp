@@ -10,7 +10,7 @@ constexpr char kApplications[] = "SPApplicationsDataType";
 
 std::string software(const std::string& lines) { return in_snapshot("+Software-details=\n" + lines + "-\n"); }
 
-TEST(SoftwareDetails, TellArchitectureSourceAndSigners) {
+TEST(SoftwareDetails, HaveArchitectureSourceAndSigners) {
   Mac mac;
   add_item(mac.profiler, kApplications,
            {{"_name", "Chess"},

@@ -13,17 +13,17 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr char kAnswering[] = "echo \"${0##*/} $*\"";
+constexpr char kPrintCommandLine[] = "echo \"${0##*/} $*\"";
 const char* const kTools[] = {"sw_vers", "sysctl", "fdesetup", "csrutil", "spctl", "profiles", "ls"};
 constexpr size_t kTypeCount = 6;
 
-// A profiler that writes down what it is asked for and prints one item of it; the other tools print their
+// A profiler that logs each data type it is asked for and prints one item of it; the other tools print their
 // command lines.
 class ExtendedSources : public testing::Test {
  protected:
   ExtendedSources() {
     tools_.write("system_profiler", "echo \"$4\" >>\"$0.log\"; " + item("$4"));
-    for (const char* tool : kTools) tools_.write(tool, kAnswering);
+    for (const char* tool : kTools) tools_.write(tool, kPrintCommandLine);
   }
 
   static std::string item(const std::string& type) {
@@ -46,7 +46,7 @@ class ExtendedSources : public testing::Test {
   FakeTools tools_;
 };
 
-TEST_F(ExtendedSources, AreAskedOneAfterAnother) {
+TEST_F(ExtendedSources, RunOneAfterAnother) {
   const RunJournal journal;
   fetch();
   EXPECT_EQ(asked_types(),
@@ -67,7 +67,7 @@ TEST_F(ExtendedSources, AreAskedOneAfterAnother) {
                                       "ls -d /Library/Apple/usr/libexec/oah/libRosettaRuntime 2>&1"}));
 }
 
-TEST_F(ExtendedSources, GoWhereTheyBelong) {
+TEST_F(ExtendedSources, KeepEachOutputApart) {
   const ToolOutputs tools = fetch().tools;
   EXPECT_STREQ(tools.sw_vers.get(), "sw_vers \n");
   EXPECT_STREQ(tools.sysctl.get(), "sysctl hw machdep.cpu kern.hv_vmm_present\n");
@@ -78,12 +78,12 @@ TEST_F(ExtendedSources, GoWhereTheyBelong) {
   EXPECT_STREQ(tools.rosetta.get(), "ls -d /Library/Apple/usr/libexec/oah/libRosettaRuntime\n");
 }
 
-TEST_F(ExtendedSources, TakeAnAnswerOnStandardErrorToo) {
+TEST_F(ExtendedSources, AcceptAnAnswerOnStandardError) {
   tools_.write("spctl", "echo 'assessments enabled' >&2");
   EXPECT_STREQ(fetch().tools.spctl.get(), "assessments enabled\n");
 }
 
-TEST_F(ExtendedSources, TellAMissingToolFromOneThatPrintsNothing) {
+TEST_F(ExtendedSources, DistinguishAMissingToolFromOneThatPrintsNothing) {
   tools_.write("csrutil", "exit 127");
   tools_.write("fdesetup", "exit 0");
   const ToolOutputs tools = fetch().tools;
@@ -91,7 +91,7 @@ TEST_F(ExtendedSources, TellAMissingToolFromOneThatPrintsNothing) {
   EXPECT_STREQ(tools.fdesetup.get(), "");
 }
 
-TEST_F(ExtendedSources, TryADataTypeWithoutOutputOnceMore) {
+TEST_F(ExtendedSources, RetryADataTypeWithoutOutputOnce) {
   tools_.write("system_profiler", "echo \"$4\" >>\"$0.log\"");
   const Sources sources = fetch();
   EXPECT_EQ(sources.types.size(), kTypeCount);
@@ -99,7 +99,7 @@ TEST_F(ExtendedSources, TryADataTypeWithoutOutputOnceMore) {
   EXPECT_EQ(asked_types().find("SPNVMeDataType\nSPNVMeDataType\nSPUSBHost"), 36u);
 }
 
-TEST_F(ExtendedSources, DoNotAskAgainWhatStayedSilent) {
+TEST_F(ExtendedSources, DoNotRetryAfterSilence) {
   tools_.write("system_profiler", "echo \"$4\" >>\"$0.log\"; exec sleep 100");
   set_longest_silence(milliseconds(50));
   fetch();
@@ -118,7 +118,7 @@ TEST_F(ExtendedSources, KeepToTheLimits) {
   EXPECT_STREQ(sources.tools.csrutil.get(), "csrutil status\n");
 }
 
-TEST_F(ExtendedSources, CutAToolThatPrintsForEver) {
+TEST_F(ExtendedSources, CutOffAToolThatPrintsForever) {
   tools_.write("sysctl", "exec yes");
   const ToolOutputs tools = fetch().tools;
   EXPECT_EQ(std::string(tools.sysctl.get()).size(), 1u << 20);
@@ -131,7 +131,7 @@ TEST_F(ExtendedSources, AreReadIntoOneTree) {
   EXPECT_EQ(tree->top().children().size(), kTypeCount);
 }
 
-TEST_F(ExtendedSources, AreReadEachByItselfWhenOneIsDamaged) {
+TEST_F(ExtendedSources, SurviveDamageToOneOfThem) {
   tools_.write("system_profiler", "case $4 in SPNVMe*) echo garbage ;; SPThunder*) " + item("$4") +
                                       " printf '\\377' ;; *) " + item("$4") + " ;; esac");
   const RunJournal journal;
@@ -153,7 +153,7 @@ TEST_F(ExtendedSources, AreLabelledWithTheirCommands) {
   EXPECT_EQ(outputs[kTypeCount], "sw_vers 2>&1\nsw_vers \n");
 }
 
-TEST_F(ExtendedSources, AreNotLabelledWhenTheyToldNothing) {
+TEST_F(ExtendedSources, AreNotLabelledWhenEmpty) {
   tools_.write("sw_vers", "exit 0");
   tools_.write("csrutil", "exit 127");
   tools_.write("system_profiler", "exit 0");

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(StorageDetails, TellsMoreOfADisk) {
+TEST(StorageDetails, DescribeADisk) {
   Mac mac;
   add_item(mac.profiler, kSataType,
            controller({{{"device_model", "HD"},
@@ -26,7 +26,7 @@ TEST(StorageDetails, TellsMoreOfADisk) {
                                                            "trim-support=0\n"));
 }
 
-TEST(StorageDetails, NumberTheDisksAsTheListDoes) {
+TEST(StorageDetails, NumberTheDisksAsTheirListDoes) {
   Mac mac;
   add_item(mac.profiler, kSataType,
            controller({{{"device_model", "DVD"}},
@@ -66,7 +66,7 @@ TEST(StorageDetails, JoinAPartitionByItsBsdName) {
                     "*partition:2=\ndisk=OTHER\ninternal=1\nprotocol=SATA\nbsd-name=disk0s3\nwritable=1\n"));
 }
 
-TEST(StorageDetails, JoinThePartitionsBehindThoseOfHardDisks) {
+TEST(StorageDetails, JoinThePartitionsAfterThoseOfHardDisks) {
   Mac mac;
   add_item(mac.profiler, kSataType,
            controller({holding("volumes", {{{"_name", "Main"}}}, {{"smart_status", "Verified"}})}));

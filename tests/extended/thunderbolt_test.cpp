@@ -12,7 +12,7 @@ std::string elements(const std::string& lines) {
   return in_snapshot("+Peripherals=\n+Thunderbolt=\n" + lines + "-\n-\n");
 }
 
-TEST(Thunderbolt, TellsBusesPortsAndDevices) {
+TEST(Thunderbolt, HasBusesPortsAndDevices) {
   Mac mac;
   add_item(mac.additional, kThunderbolt,
            holding("_items",
@@ -59,7 +59,7 @@ TEST(Thunderbolt, TellsBusesPortsAndDevices) {
                                                         "depth=1\n"));
 }
 
-TEST(Thunderbolt, TellsDevicesBehindDevices) {
+TEST(Thunderbolt, HasDevicesInAChain) {
   Mac mac;
   add_item(mac.additional, kThunderbolt, {{"device_name_key", "Mac"}});
   add_item(mac.additional, kThunderbolt,
@@ -73,7 +73,7 @@ TEST(Thunderbolt, TellsDevicesBehindDevices) {
                                                         "*Device:3=C\nbus=2\ndepth=1\n"));
 }
 
-TEST(Thunderbolt, OrdersReceptaclesByTheirNames) {
+TEST(Thunderbolt, OrdersReceptaclesByName) {
   Mac mac;
   add_item(mac.additional, kThunderbolt,
            {{"device_name_key", "Mac"},

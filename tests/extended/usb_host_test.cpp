@@ -14,7 +14,7 @@ std::string devices(const std::string& lines) {
 
 Item bus(std::initializer_list<Item> items) { return holding("_items", items, {{"_name", "Bus"}}); }
 
-TEST(UsbHost, TellsADevice) {
+TEST(UsbHost, DescribesADevice) {
   Mac mac;
   add_item(mac.additional, kHost,
            bus({{{"_name", "Portable SSD"},
@@ -39,7 +39,7 @@ TEST(UsbHost, TellsADevice) {
                                                     "serial-number=S1\n"));
 }
 
-TEST(UsbHost, TellsNoSerialNumberThatIsNone) {
+TEST(UsbHost, SkipsASerialNumberThatIsNotProvided) {
   Mac mac;
   add_item(mac.additional, kHost,
            bus({{{"_name", "A"},
@@ -48,7 +48,7 @@ TEST(UsbHost, TellsNoSerialNumberThatIsNone) {
   EXPECT_EQ(written(collect_usb_host, mac), devices("*Device:1=A\nhardware-type=Built-in\n"));
 }
 
-TEST(UsbHost, TakesWhatHangsOnAHubForTheHub) {
+TEST(UsbHost, ListsTheDevicesOnAHubInsteadOfTheHub) {
   Mac mac;
   add_item(mac.additional, kHost,
            bus({holding("_items",
@@ -61,7 +61,7 @@ TEST(UsbHost, TakesWhatHangsOnAHubForTheHub) {
             devices("*Device:1=A\n*Device:2=B\n*Device:3=C\n*Device:4=D\nhardware-type=Removable\n"));
 }
 
-TEST(UsbHost, GoesOnBehindTheDevicesOfTheSnapshot) {
+TEST(UsbHost, ContinuesTheDevicesOfTheSnapshot) {
   Mac mac;
   add_item(mac.additional, kHost, bus({{{"_name", "B"}}}));
   InventoryTree snapshot = empty_snapshot();
@@ -70,7 +70,7 @@ TEST(UsbHost, GoesOnBehindTheDevicesOfTheSnapshot) {
   EXPECT_EQ(tree_text(snapshot), devices("*Device:1=\nmanuf=Maker\n*Device:2=B\n"));
 }
 
-TEST(UsbHost, DoesNotRepeatADeviceOnAPlaceThatIsTold) {
+TEST(UsbHost, DoesNotRepeatADeviceAtAListedLocation) {
   Mac mac;
   add_item(mac.profiler, "SPUSBDataType",
            bus({holding("_items", {{{"_name", "A"}, {"location_id", "0x14700000 / 1"}}})}));
@@ -80,7 +80,7 @@ TEST(UsbHost, DoesNotRepeatADeviceOnAPlaceThatIsTold) {
   EXPECT_EQ(written(collect_usb_host, mac), devices("*Device:1=B\nlocation-id=0x1470000\n"));
 }
 
-TEST(UsbHost, WalksDeepHubs) {
+TEST(UsbHost, WalksDeeplyNestedHubs) {
   Mac mac;
   std::string path = "_items/item0";
   for (int depth = 0; depth < 300; ++depth) path += "/_items/item0";

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(Volumes, TellsAVolumeOfAContainer) {
+TEST(Volumes, DescribeAVolumeOfAContainer) {
   Mac mac;
   add_item(mac.additional, kStorageType,
            with(with(volume("Main", "disk3s1s1", "/"), on_drive("SSD", "Apple Fabric", "yes")),
@@ -32,7 +32,7 @@ TEST(Volumes, TellsAVolumeOfAContainer) {
                                                       "protocol=Apple Fabric\n"));
 }
 
-TEST(Volumes, TellsTheContainerOnlyOfApfs) {
+TEST(Volumes, HaveAContainerOnlyForApfs) {
   Mac mac;
   add_item(mac.additional, kStorageType,
            with(volume("A", "disk3s1", "/Volumes/A"), {{"file_system", "Journaled HFS+"}}));
@@ -41,7 +41,7 @@ TEST(Volumes, TellsTheContainerOnlyOfApfs) {
                        "HFS+\nbsd-name=disk3s1\nmount-point=/Volumes/A\nsystem-volume=0\n"));
 }
 
-TEST(Volumes, ReadsSpaceFromTextsOfOlderSystems) {
+TEST(Volumes, ReadSpaceFromTheTextsOfOlderSystems) {
   Mac mac;
   add_item(mac.additional, kStorageType, {{"_name", "A"}, {"size", "2 GB"}, {"free_space", "0.5 GB"}});
   EXPECT_EQ(written(collect_volumes, mac), partitions("*partition:1=A\nsize=2.15\n~base-value=2147483648\n"
@@ -49,7 +49,7 @@ TEST(Volumes, ReadsSpaceFromTextsOfOlderSystems) {
                                                       "used%=75\n~pos=1.61\n~max=2.15\n~val-units=GB\n"));
 }
 
-TEST(Volumes, TellsNoShareWithoutBothAmounts) {
+TEST(Volumes, HaveNoUsedShareWithoutBothAmounts) {
   Mac mac;
   add_item(mac.additional, kStorageType, {{"_name", "A"}, {"size_in_bytes", 1000000000}});
   add_item(mac.additional, kStorageType,
@@ -58,7 +58,7 @@ TEST(Volumes, TellsNoShareWithoutBothAmounts) {
                                                       "*partition:2=B\nfree=1.00\n~base-value=1000000000\n"));
 }
 
-TEST(Volumes, LeavesOutImagesAndUpdates) {
+TEST(Volumes, SkipDiskImagesAndUpdates) {
   Mac mac;
   add_item(mac.additional, kStorageType,
            with(volume("Cryptex", "disk4s1", "/System/A"), on_drive("Disk Image", "Disk Image", "no")));
@@ -72,7 +72,7 @@ TEST(Volumes, LeavesOutImagesAndUpdates) {
           "*partition:1=Own\nbsd-name=disk3s6\nmount-point=/System/Volumes/Updates\nsystem-volume=0\n"));
 }
 
-TEST(Volumes, DoesNotRepeatAVolumeOfASataDisk) {
+TEST(Volumes, DoNotRepeatAVolumeOfASataDisk) {
   Mac mac;
   add_item(mac.profiler, kSataType,
            controller(
@@ -86,7 +86,7 @@ TEST(Volumes, DoesNotRepeatAVolumeOfASataDisk) {
       partitions("*partition:1=Nameless there\nbsd-name=disk0s3\nmount-point=/Volumes/B\nsystem-volume=0\n"));
 }
 
-TEST(Volumes, GoOnBehindThePartitionsOfTheSnapshot) {
+TEST(Volumes, ContinueThePartitionsOfTheSnapshot) {
   Mac mac;
   add_item(mac.additional, kStorageType, volume("By BSD name", "disk2s1", "/Volumes/A"));
   add_item(mac.additional, kStorageType, volume("By place", "disk9s9", "/Volumes/B"));
@@ -101,7 +101,7 @@ TEST(Volumes, GoOnBehindThePartitionsOfTheSnapshot) {
                        "*partition:3=By place\nbsd-name=disk9s8\nmount-point=/Volumes/C\nsystem-volume=0\n"));
 }
 
-TEST(Volumes, TakesNoNameAloneForTheSameVolume) {
+TEST(Volumes, AreNotTheSameByNameAlone) {
   Mac mac;
   add_item(mac.additional, kStorageType, {{"_name", "Data"}, {"writable", "yes"}});
   InventoryTree snapshot = empty_snapshot();
@@ -110,7 +110,7 @@ TEST(Volumes, TakesNoNameAloneForTheSameVolume) {
   EXPECT_EQ(tree_text(snapshot), partitions("*partition:1=Data\n*partition:2=Data\nwritable=1\n"));
 }
 
-TEST(Volumes, TellsTheEncryptionAndTheDisksOfALogicalVolume) {
+TEST(Volumes, HaveTheEncryptionAndTheDisksOfALogicalVolume) {
   Mac mac;
   add_item(mac.additional, kStorageType,
            {{"_name", "Main"},
@@ -121,7 +121,7 @@ TEST(Volumes, TellsTheEncryptionAndTheDisksOfALogicalVolume) {
   EXPECT_EQ(written(collect_volumes, mac), partitions("*partition:1=Main\nencrypted=1\ndisk=SSD, HDD\n"));
 }
 
-TEST(WholeDisk, EndsBehindTheDigitsOfTheDisk) {
+TEST(WholeDisk, EndsAfterTheDigitsOfTheDisk) {
   EXPECT_EQ(whole_disk("disk3s1s1"), "disk3");
   EXPECT_EQ(whole_disk("disk12"), "disk12");
   EXPECT_EQ(whole_disk("disk"), "disk");

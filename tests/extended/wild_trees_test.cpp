@@ -1,5 +1,5 @@
-// The collectors of the extended scan over random trees and outputs, in which keys are missing, of the wrong
-// kind, nested and absurd.
+// The collectors of the extended scan on random trees and outputs, in which keys are missing, of the wrong
+// kind, oddly nested and absurd.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -185,7 +185,7 @@ class WildMac {
   Mac mac_;
 };
 
-// What the default scan wrote before: some elements of the lists that are continued.
+// What the default scan wrote: some elements of the lists that are continued.
 InventoryTree snapshot_before(unsigned seed) {
   InventoryTree snapshot = empty_snapshot();
   snapshot.set_attribute("/timestamp", text_value("now"));
@@ -207,7 +207,7 @@ std::string scanned(Mac& mac, unsigned seed) {
   return tree_text(snapshot);
 }
 
-// Whether the lines of one text stand in the other in their order.
+// Whether a text contains all the lines of another, in their order.
 bool contains_in_order(const std::string& text, const std::string& lines) {
   size_t at = 0;
   for (size_t start = 0; start < lines.size();) {
@@ -221,7 +221,7 @@ bool contains_in_order(const std::string& text, const std::string& lines) {
   return true;
 }
 
-// What a collector shortens in the trees it reads just so again.
+// A collector may shorten values in the trees that it reads; a second run must not notice.
 TEST(WildTrees, GiveTheSameTwice) {
   for (unsigned seed = 0; seed < 400; ++seed) {
     WildMac wild(seed);
