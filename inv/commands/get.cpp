@@ -1,4 +1,6 @@
+#include "inv/base/json_text.h"
 #include "inv/base/utf8.h"
+#include "inv/commands/arguments.h"
 #include "inv/commands/command.h"
 #include "inv/facts/facts.h"
 #include "inv/show/terminal.h"
@@ -6,43 +8,106 @@
 namespace inv {
 namespace {
 
+enum class FileNames { of_several, always, never };
+
 struct Options {
-  std::string file;
-  std::vector<std::string> paths;
+  std::vector<std::string> arguments;
+  FileNames file_names = FileNames::of_several;
+  bool json = false;
+  bool trim = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
-// The values that a path names, one a line.
-std::string values_at(const Inventory& inventory, const std::string& path, bool for_terminal) {
-  std::string values;
+// A value that was asked for, and where it is.
+struct Value {
+  std::string path;
+  std::string_view text;
+  std::string_view unit;
+};
+
+std::optional<Value> value_of(const Match& match) {
+  if (match.attribute ? !is_fact(*match.attribute) : !is_fact(match.element)) return std::nullopt;
+  if (!match.attribute) return Value{path_of(match.element), match.element.value(), {}};
+  return Value{path_below(match.element, match.attribute->name), match.attribute->value,
+               unit_of(find_fact(match.element), *match.attribute)};
+}
+
+// A name is shown as its file has it; some end in the carriage return of a display's own memory.
+std::string_view without_end_of_line(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
+}
+
+// The values of a file, in the form that was asked for.
+class Output {
+ public:
+  Output(const Options& options, size_t file_count)
+      : json_(options.json),
+        trim_(options.trim),
+        named_(options.file_names == FileNames::always ||
+               (options.file_names == FileNames::of_several && file_count > 1)),
+        for_terminal_(output_terminal().interactive) {}
+
+  void add(const std::string& file, const Value& value) {
+    const std::string_view text = trim_ ? without_end_of_line(value.text) : value.text;
+    if (json_) {
+      add_object(file, value, text);
+    } else {
+      lines_ += (named_ ? fit(file) + ":" : "") + fit(text) + "\n";
+    }
+  }
+
+  std::string text() const { return json_ ? list_.dump(2) + "\n" : lines_; }
+
+ private:
+  std::string fit(std::string_view text) const { return for_terminal_ ? printable(text) : std::string(text); }
+
+  void add_object(const std::string& file, const Value& value, std::string_view text) {
+    Json object = {{"file", json_text(file)}, {"path", json_text(value.path)}, {"value", json_text(text)}};
+    if (!value.unit.empty()) object["unit"] = json_text(value.unit);
+    list_.push_back(std::move(object));
+  }
+
+  bool json_;
+  bool trim_;
+  bool named_;
+  bool for_terminal_;
+  std::string lines_;
+  Json list_ = Json::array();
+};
+
+// Whether the file has a value at the path at all.
+bool add_values(const Inventory& inventory, const std::string& path, Output& output) {
+  bool found = false;
   for (const Content& content : inventory.contents) {
     if (!content.document) continue;
     for (const Match& match : find_matches(*content.document, path)) {
-      if (match.attribute ? !is_fact(*match.attribute) : !is_fact(match.element)) continue;
-      const std::string_view value = match.attribute ? match.attribute->value : match.element.value();
-      values += for_terminal ? printable(value) : std::string(value);
-      values += '\n';
+      const std::optional<Value> value = value_of(match);
+      if (value) output.add(inventory.file_name, *value);
+      found = found || value;
     }
   }
-  return values;
+  return found;
 }
 
 int run(const Options& options) {
+  const FilesAndPaths named = sort_arguments(options.arguments);
+  if (!has_file("get", named) || !has_path("get", named)) return kUnusable;
   int status = kDone;
-  const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
-  if (!inventory) return status;
-  const bool for_terminal = output_terminal().interactive;
-  std::string all;
-  for (const std::string& path : options.paths) {
-    const std::string values = values_at(*inventory, path, for_terminal);
-    if (values.empty()) status = worse(status, kNo);
-    all += values;
+  Output output(options, named.files.size());
+  for (const std::string& file : named.files) {
+    const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
+    if (!inventory) continue;
+    AbsentPaths absent(*inventory, "value");
+    for (const std::string& path : named.paths) {
+      if (!add_values(*inventory, path, output)) absent.complain_of(path, status);
+    }
   }
-  return worse(status, print_result(all));
+  return worse(status, print_result(output.text()));
 }
 
 constexpr char kExamples[] =
     "  inv get MAC.inv /System/Chassis/serial\n"
+    "  inv get *.inv /System/Chassis/serial                of every file, with its name\n"
     "  inv get MAC.inv '/Software/Soft:*/version'          of every application\n"
     "  inv get MAC.inv AssetInfo/control/os-name           from the asset summary\n"
     "  inv get MAC.inv /Security/Firewall/status || echo no firewall known\n";
@@ -53,11 +118,25 @@ void add_get(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command =
       add_command(app, "get", "Print bare values; status 1 when a path matches none", kExamples);
-  command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
-  command.add_option("PATH", options->paths, "What to print; * matches any text within a segment")
-      ->required();
+  command.add_option("FILE|PATH", options->arguments,
+                     "Inventory files; - is standard input. What to print of each; * matches any text within "
+                     "a segment");
+  // As in grep, where -h is no help either.
+  command.set_help_flag("--help", "Print this help message and exit");
+  command.add_flag_callback(
+      "-h,--no-filename", [options] { options->file_names = FileNames::never; },
+      "Print no file's name, even of several");
+  command.add_flag_callback(
+      "-H,--with-filename", [options] { options->file_names = FileNames::always; },
+      "Print the file's name before each value, even of one");
+  command.add_flag("--json", options->json, "Print an array of objects");
+  command.add_flag("--trim", options->trim, "Leave out blanks and line ends at the end of values");
   add_max_size(command, options->max_size);
-  command.callback([options, &status] { status = run(*options); });
+  command.callback([options, &status] {
+    // On its own it asks for help, as with the other commands.
+    if (options->arguments.empty() && options->file_names == FileNames::never) throw CLI::CallForHelp();
+    status = run(*options);
+  });
 }
 
 }  // namespace inv

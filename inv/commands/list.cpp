@@ -7,7 +7,7 @@ namespace inv {
 namespace {
 
 struct Options {
-  std::string file;
+  std::vector<std::string> files;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -45,18 +45,22 @@ std::string header_lines(std::string_view text) {
   return lines;
 }
 
+std::string listing_of(const Inventory& inventory) {
+  const Container& container = *inventory.container;
+  return printable(inventory.file_name) + ": " + std::to_string(inventory.bytes.size()) + " bytes, " +
+         (container.big_endian ? "most" : "least") + " significant byte first\n\n" +
+         section_table(inventory) + "\nHeader at " + std::to_string(container.header_offset) + ", " +
+         std::to_string(container.header_size) + " bytes, " +
+         (container.header_compressed ? "compressed" : "plain") + ":\n" + header_lines(container.header_text);
+}
+
 int run(const Options& options) {
   int status = kDone;
-  const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
-  if (!inventory) return status;
-  const Container& container = *inventory->container;
-  std::string text = printable(inventory->file_name) + ": " + std::to_string(inventory->bytes.size()) +
-                     " bytes, " + (container.big_endian ? "most" : "least") + " significant byte first\n\n";
-  text += section_table(*inventory);
-  text += "\nHeader at " + std::to_string(container.header_offset) + ", " +
-          std::to_string(container.header_size) + " bytes, " +
-          (container.header_compressed ? "compressed" : "plain") + ":\n" +
-          header_lines(container.header_text);
+  std::string text;
+  for (const std::string& file : options.files) {
+    const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
+    if (inventory) text += (text.empty() ? "" : "\n") + listing_of(*inventory);
+  }
   return worse(status, print_result(text));
 }
 
@@ -70,7 +74,7 @@ void add_list(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command =
       add_command(app, "list", "Show the container: sections, offsets, sizes, header", kExamples);
-  command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
+  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 
+#include "inv/base/utf8.h"
+#include "inv/commands/arguments.h"
 #include "inv/commands/command.h"
 
 namespace inv {
 namespace {
 
 struct Options {
-  std::string file;
-  std::vector<std::string> paths = {""};
+  std::vector<std::string> arguments;
   std::vector<std::string> sections = {"snapshot", "asset"};
   uint32_t depth = kAnyDepth;
   uint64_t max_size = kUsualMaxSize;
@@ -38,25 +39,41 @@ std::vector<Match> matches_in(const std::vector<const Document*>& trees, const s
   return all;
 }
 
-int run(const Options& options) {
-  int status = kDone;
-  const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
-  if (!inventory) return status;
-  const Terminal terminal = output_terminal();
-  const std::vector<const Document*> trees = wanted_trees(*inventory, options);
+// What of one file is shown.
+std::string shown_of(const Inventory& inventory, const std::vector<std::string>& paths,
+                     const Options& options, const Terminal& terminal, int& status) {
+  const std::vector<const Document*> trees = wanted_trees(inventory, options);
+  AbsentPaths absent(inventory, "path");
   std::string shown;
-  for (const std::string& path : options.paths) {
+  for (const std::string& path : paths) {
     const std::vector<Match> matches = matches_in(trees, path);
-    if (matches.empty()) status = worse(status, kNo);
+    if (matches.empty()) absent.complain_of(path, status);
     for (const Match& match : matches) shown += show_match(match, options.depth, terminal);
   }
-  return worse(status, print_result(shown));
+  return shown;
+}
+
+int run(const Options& options) {
+  FilesAndPaths named = sort_arguments(options.arguments);
+  if (!has_file("show", named)) return kUnusable;
+  if (named.paths.empty()) named.paths.emplace_back();
+  int status = kDone;
+  const Terminal terminal = output_terminal();
+  std::string all;
+  for (const std::string& file : named.files) {
+    const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
+    if (!inventory) continue;
+    if (named.files.size() > 1) all += (all.empty() ? "" : "\n") + printable(inventory->file_name) + ":\n";
+    all += shown_of(*inventory, named.paths, options, terminal, status);
+  }
+  return worse(status, print_result(all));
 }
 
 constexpr char kExamples[] =
     "  inv show MAC.inv                           everything\n"
     "  inv show MAC.inv /Storage                  a part of it\n"
     "  inv show MAC.inv '/Software/Soft:*/version'\n"
+    "  inv show *.inv /Memory                     of each file, below its name\n"
     "  inv show MAC.inv --section asset           the asset summary\n"
     "  inv show MAC.inv --depth 1 | less          an outline\n";
 
@@ -65,8 +82,10 @@ constexpr char kExamples[] =
 void add_show(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "show", "Show the tree, or a part of it, with its paths", kExamples);
-  command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
-  command.add_option("PATH", options->paths, "What to show; * matches any text within a segment");
+  command.add_option(
+      "FILE|PATH", options->arguments,
+      "Inventory files; - is standard input. What to show of each; * matches any text within a "
+      "segment");
   command.add_option("--section", options->sections, "Which trees to show: snapshot, asset (both)")
       ->delimiter(',')
       ->allow_extra_args(false)  // what follows is a path

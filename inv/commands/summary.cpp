@@ -1,5 +1,6 @@
 #include "inv/show/summary.h"
 
+#include "inv/commands/arguments.h"
 #include "inv/commands/signature_options.h"
 
 namespace inv {
@@ -21,6 +22,7 @@ int run(const Options& options) {
     if (!inventory) continue;
     const std::optional<std::string> signer = signatures->signer_of(file, *inventory, status);
     if (!signer) continue;
+    advise_on_debug_file(*inventory);
     overviews.push_back(overview_of(*inventory));
     overviews.back().signed_by = *signer;
   }

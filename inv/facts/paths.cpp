@@ -1,8 +1,10 @@
 #include "inv/facts/paths.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "inv/base/wildcards.h"
+#include "inv/facts/catalogue.h"
 
 namespace inv {
 namespace {
@@ -18,6 +20,10 @@ std::vector<std::string_view> split(std::string_view path) {
   }
   segments.push_back(path);
   return segments;
+}
+
+std::string_view tree_of(const std::vector<std::string_view>& segments) {
+  return segments.front().empty() ? kUsualTree : segments.front();
 }
 
 }  // namespace
@@ -38,8 +44,7 @@ std::vector<Match> find_matches(const Document& document, std::string_view path)
   const Element top = document.top();
   if (path == path_of(top)) return {{top, nullptr}};
   const std::vector<std::string_view> segments = split(path);
-  const std::string_view tree = segments.front().empty() ? kUsualTree : segments.front();
-  if (segments.size() < 2 || !matches(tree, top.name())) return {};
+  if (segments.size() < 2 || !matches(tree_of(segments), top.name())) return {};
 
   std::vector<Element> reached = {top};
   for (size_t i = 1; i + 1 < segments.size(); ++i) {
@@ -61,6 +66,23 @@ std::vector<Match> find_matches(const Document& document, std::string_view path)
     }
   }
   return found;
+}
+
+bool looks_like_path(std::string_view text) {
+  if (text.substr(0, 1) == "/") return true;
+  const std::string_view tree = text.substr(0, text.find('/'));
+  return std::any_of(kCatalogue->below.begin(), kCatalogue->below.end(),
+                     [&](const CatalogueFact& known) { return matches(tree, known.name); });
+}
+
+bool is_known_path(std::string_view path) {
+  if (path.empty()) return false;
+  std::vector<std::string_view> segments = split(path);
+  if (path == "/") segments.pop_back();
+  segments.front() = tree_of(segments);
+  const CatalogueFact* fact = kCatalogue;
+  for (const std::string_view segment : segments) fact = find_fact_below(fact, segment);
+  return fact != nullptr;
 }
 
 }  // namespace inv

@@ -129,6 +129,15 @@ std::string machine_name(const Inventory& inventory) {
                    inventory.snapshot_top().text("hostname"), machine_identity(inventory)});
 }
 
+bool is_debug_file(const Inventory& inventory) {
+  const auto has = [&](Section::Kind kind) {
+    const std::vector<Section>& sections = inventory.container->sections;
+    return std::any_of(sections.begin(), sections.end(),
+                       [&](const Section& section) { return section.kind == kind; });
+  };
+  return has(Section::Kind::raw_data) && !has(Section::Kind::snapshot);
+}
+
 std::string scan_timestamp(const Inventory& inventory) {
   const Element asset = inventory.asset_top();
   return first_of(

@@ -53,6 +53,8 @@ std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size,
 std::string machine_identity(const Inventory& inventory);
 // What people call it: computer name, host name, else its identity.
 std::string machine_name(const Inventory& inventory);
+// Whether a file that has a container holds the profiler's untouched output in place of a snapshot.
+bool is_debug_file(const Inventory& inventory);
 // When it was scanned, as the file has it: "20120118153045.000000+120"; empty when it does not say.
 std::string scan_timestamp(const Inventory& inventory);
 

@@ -14,7 +14,8 @@ _inv() {
         # Without a word here, bash offers files.
         [[ $current == -* ]] || return
         case ${COMP_WORDS[1]} in
-        get | list | unpack) words="" ;;
+        get) words="--no-filename -H --with-filename --json --trim" ;;
+        list | unpack) words="" ;;
         summary | load) words=$signed ;;
         show) words="--section --depth" ;;
         verify) words="-q --quiet $signed" ;;

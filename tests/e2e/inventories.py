@@ -2,9 +2,11 @@
 
 import functools
 import os
+import struct
 import subprocess
 import tempfile
 import unittest
+import zlib
 from pathlib import Path
 
 import inv_decoder
@@ -41,6 +43,14 @@ def scanned(name):
 @functools.lru_cache(maxsize=None)
 def debug_scanned(name):
     return scan(SIMULATOR / "machines" / name, "/debug")
+
+
+def file_of_text(text):
+    """The bytes of a file whose one section is a snapshot of this text."""
+    section = zlib.compress(text, 9) + b"\0\1ZXML"
+    header = (f"[H]\ncount=1\nsnapshotcount=1\n[0]\noffset=0\nlength={len(section)}\ntype=snapshot\n"
+              "timestamp=20120118153045.000000+120\nsnaptype=mac:1\n")
+    return section + header.encode() + struct.pack(">Q", len(section)) + b"\3\0INV!"
 
 
 def inv(*arguments, **options):

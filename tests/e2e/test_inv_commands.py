@@ -57,7 +57,7 @@ class Commands(InventoryTestCase):
                           ["export", "-f", "xml", self.file], ["show", self.file, "--section", "x"],
                           ["list", self.file, "--max-size", "0"], ["list", self.file, "--max-size", "many"],
                           ["list", self.file, "--max-size", "2000gb"], ["list", self.file, "--wrong"],
-                          ["list", self.file, self.file], ["diff", self.file], ["unpack", self.file], ["load", "x.db"],
+                          ["list"], ["diff", self.file], ["unpack", self.file], ["load", "x.db"],
                           ["report", self.file, self.file], ["report", "--compare", self.file], ["redact", self.file]):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.check(2, *arguments), "")

@@ -1,12 +1,10 @@
 """Opening a large inventory costs next to nothing."""
 
 import os
-import struct
 import subprocess
 import unittest
-import zlib
 
-from inventories import FOLDER, INV, InventoryTestCase
+from inventories import FOLDER, INV, InventoryTestCase, file_of_text
 
 APPLICATIONS = 5000
 MOST_SECONDS = 0.050  # of CPU
@@ -17,10 +15,8 @@ def large_file():
     for i in range(APPLICATIONS):
         lines += [f"*Soft:{i + 1}=Application {i}", f"version={i % 9}.{i % 7}", "inst-date=20110102", "runtime-environment=universal",
                   f"info={i % 9}.{i % 7}, Copyright 2011 Maker {i % 50}", "64bit-app=1", f"location=/Applications/Folder {i % 40}/Application {i}.app"]
-    section = zlib.compress("\n".join([*lines, "-", "-", ""]).encode(), 9) + b"\0\1ZXML"
-    header = f"[H]\ncount=1\nsnapshotcount=1\n[0]\noffset=0\nlength={len(section)}\ntype=snapshot\n".encode()
     path = FOLDER / "large.inv"
-    path.write_bytes(section + header + struct.pack(">Q", len(section)) + b"\3\0INV!")
+    path.write_bytes(file_of_text("\n".join([*lines, "-", "-", ""]).encode()))
     return path
 
 

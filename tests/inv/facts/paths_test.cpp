@@ -65,4 +65,25 @@ TEST_F(PathsTest, TheTopElementsHavePathsToo) {
   EXPECT_EQ(found(asset, "AssetInfo"), Paths{"AssetInfo (tag)"});
 }
 
+TEST(LooksLikePath, BeginsWithASlashOrATree) {
+  for (const char* path : {"/", "/System/Chassis/serial", "/anything", "AssetInfo/control/os-name",
+                           "AssetInfo", "Snapshot/hostname", "Asset*/int-name", "*/hostname"}) {
+    EXPECT_TRUE(inv::looks_like_path(path)) << path;
+  }
+  for (const char* text : {"", "-", "monday.inv", "AssetInfo.inv", "scans/AssetInfo", "assetinfo/x"}) {
+    EXPECT_FALSE(inv::looks_like_path(text)) << text;
+  }
+}
+
+TEST(IsKnownPath, IsWhatTheScannerWrites) {
+  for (const char* path : {"/", "/System", "/System/Chassis/serial", "/Software/Soft:1/version", "AssetInfo",
+                           "AssetInfo/control/os-name", "Snapshot/hostname"}) {
+    EXPECT_TRUE(inv::is_known_path(path)) << path;
+  }
+  for (const char* path : {"", "/tmp", "/System/Library", "/System/", "//System", "monday.inv",
+                           "/System/Chassis/serial/x", "/control/os-name", "/*"}) {
+    EXPECT_FALSE(inv::is_known_path(path)) << path;
+  }
+}
+
 }  // namespace

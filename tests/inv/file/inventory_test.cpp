@@ -59,6 +59,16 @@ TEST(Inventory, OpensTheRawDataOfADebugRun) {
   EXPECT_EQ(*inventory->raw_data(), "<plist/>");
 }
 
+TEST(Inventory, OnlyRawDataWithoutASnapshotIsADebugFile) {
+  EXPECT_TRUE(inv::is_debug_file(*maker::open(maker::debug_file("<plist/>"))));
+  EXPECT_FALSE(inv::is_debug_file(*maker::open(maker::file())));
+  EXPECT_FALSE(inv::is_debug_file(*maker::open(maker::container("", "[H]\ncount=0\nsnapshotcount=0\n"))));
+  const std::string both =
+      "[H]\ncount=2\nsnapshotcount=1\n[0]\noffset=0\nlength=0\ntype=snapshot\n"
+      "[1]\noffset=0\nlength=0\ntype=customdata\nID=rawdata\n";
+  EXPECT_FALSE(inv::is_debug_file(*maker::open(maker::container("", both))));
+}
+
 TEST(Inventory, RawDataThatIsDamagedOrTooLargeIsAFault) {
   const std::string file = maker::debug_file(std::string(100'000, 'x'));
   const auto inventory = inv::open_inventory("x", file, 99'999);

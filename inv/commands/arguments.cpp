@@ -1,0 +1,71 @@
+#include "inv/commands/arguments.h"
+
+#include <sys/stat.h>
+
+#include "inv/commands/command.h"
+#include "inv/facts/paths.h"
+#include "inv/show/terminal.h"
+
+namespace inv {
+namespace {
+
+constexpr std::string_view kFileEnding = ".inv";
+
+bool ends_like_file(std::string_view argument) {
+  return argument.size() > kFileEnding.size() &&
+         argument.substr(argument.size() - kFileEnding.size()) == kFileEnding;
+}
+
+bool is_file(const std::string& argument) {
+  struct stat status;
+  const bool exists = stat(argument.c_str(), &status) == 0;
+  if (exists) return !S_ISDIR(status.st_mode) || !is_known_path(argument);
+  return argument == "-" || ends_like_file(argument) || !looks_like_path(argument);
+}
+
+// What was given in place of what is missing: ": a.inv is a file". Nothing when nothing was.
+std::string what_else(const std::vector<std::string>& arguments, const char* is_one, const char* are_some) {
+  std::string text;
+  for (const std::string& argument : arguments) text += (text.empty() ? ": " : ", ") + argument;
+  return arguments.empty() ? "" : text + (arguments.size() == 1 ? is_one : are_some);
+}
+
+bool refuse(std::string_view command, const std::string& reason) {
+  complain(command, reason);
+  return false;
+}
+
+}  // namespace
+
+FilesAndPaths sort_arguments(const std::vector<std::string>& arguments) {
+  FilesAndPaths sorted;
+  for (const std::string& argument : arguments) {
+    (is_file(argument) ? sorted.files : sorted.paths).push_back(argument);
+  }
+  return sorted;
+}
+
+bool has_file(std::string_view command, const FilesAndPaths& named) {
+  return !named.files.empty() ||
+         refuse(command, "a FILE is missing" +
+                             what_else(named.paths, " is a path within one", " are paths within one"));
+}
+
+bool has_path(std::string_view command, const FilesAndPaths& named) {
+  return !named.paths.empty() || refuse(command, "a PATH such as /System/Chassis/serial is missing" +
+                                                     what_else(named.files, " is a file", " are files"));
+}
+
+void AbsentPaths::complain_of(const std::string& path, int& status) {
+  complain(inventory_.file_name, path + ": there is no such " + std::string(wanted_));
+  if (!told_of_debug_file_) advise_on_debug_file(inventory_);
+  told_of_debug_file_ = true;
+  status = worse(status, kNo);
+}
+
+void advise_on_debug_file(const Inventory& inventory) {
+  if (!is_debug_file(inventory)) return;
+  complain(inventory.file_name, "this is a debug file; inv unpack makes a machine of it");
+}
+
+}  // namespace inv
