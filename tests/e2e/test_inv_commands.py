@@ -11,6 +11,7 @@ import options_of
 from inventories import FOLDER, INV, InventoryTestCase, debug_scanned, inv, scanned
 
 IMAC = "imac-10.6"
+OTHER = "mac-pro-10.5"
 
 
 def on_terminal(*arguments, **changes):
@@ -126,6 +127,19 @@ class Commands(InventoryTestCase):
         self.check(1, "summary", self.file, "--max-size", "20kb")
         self.assertIn("it inflates to more than 20480 bytes", self.messages)
         self.check(0, "summary", self.file, "--max-size", "1mb")
+
+    def test_diff_says_by_its_status_whether_two_scans_differ(self):
+        self.assertEqual(self.check(0, "diff", self.file, self.file), "")
+        self.assertEqual(self.messages, "")
+        self.assertNotEqual(self.check(1, "diff", self.file, scanned(OTHER)), "")
+        self.assertIn("two different machines: SIM0IMAC106 and ", self.messages)
+
+    def test_list_names_the_byte_order(self):
+        self.assertIn("bytes, most significant byte first\n", self.check(0, "list", self.file))
+
+    def test_a_message_cannot_steer_the_terminal(self):
+        self.check(2, "summary", FOLDER / "a\x1b[31mred")
+        self.assertIn("a\N{REPLACEMENT CHARACTER}[31mred: cannot be read", self.messages)
 
     def test_a_debug_file_shows_what_it_has(self):
         path = debug_scanned(IMAC)

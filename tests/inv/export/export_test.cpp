@@ -65,6 +65,11 @@ TEST(Export, JsonOfADeepTreeIsNotMuchLargerThanItsText) {
   EXPECT_EQ(element["children"].size(), 500u);
 }
 
+TEST(Export, JsonEndsWithALineOfItsOwn) {
+  const std::string text = exported(ExportFormat::json, {maker::file()});
+  EXPECT_EQ(text.substr(text.size() - 3), "\n]\n");
+}
+
 TEST(Export, NoFilesAreAnEmptyJsonArray) {
   EXPECT_EQ(json::parse(exported(ExportFormat::json, {})), json::array());
 }

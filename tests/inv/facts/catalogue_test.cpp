@@ -68,6 +68,7 @@ TEST(Catalogue, WhatPassesDoesSoWithAllBelowIt) {
   EXPECT_TRUE(fact_of({"Snapshot", "Processes"})->passing);
   EXPECT_TRUE(fact_of({"Snapshot", "Processes", "process:1"}, "pid")->passing);
   EXPECT_TRUE(fact_of({"AssetInfo"}, "last-scan")->passing);
+  EXPECT_TRUE(fact_of({"AssetInfo"}, "scan-attempt")->passing);
   EXPECT_FALSE(fact_of({"Snapshot"})->passing);
   EXPECT_FALSE(fact_of({"Snapshot", "OS", "os:1"})->passing);
   EXPECT_FALSE(fact_of({"Snapshot"}, "hostname")->passing);

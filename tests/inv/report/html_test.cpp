@@ -11,6 +11,7 @@ TEST(Html, EscapesWhatIsMarkup) {
 
 TEST(Html, ReplacesWhatNoPageMayHold) {
   EXPECT_EQ(inv::escaped("caf\xE9\x01\x7F"), "caf\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(inv::escaped("\x1F\t\x0B "), "\uFFFD\uFFFD\uFFFD ");
   EXPECT_EQ(inv::escaped("one\rtwo"), "one\ntwo");
 }
 

@@ -95,4 +95,38 @@ TEST(Summary, SeveralMachinesAreATable) {
             "15:30:45 +02:00\n");
 }
 
+TEST(Summary, CountsTheLinesItHasNoRoomForAndNoOthers) {
+  inv::Overview overview;
+  overview.adapters.resize(9, {"Ethernet", "en0", "", ""});
+  EXPECT_NE(inv::summary_screen(overview, inv::Terminal()).find("\n              and 1 more\n"),
+            std::string::npos);
+  overview.adapters.pop_back();
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()).find(" more\n"), std::string::npos);
+}
+
+std::string bar_of_volume_used(unsigned percent, const inv::Terminal& terminal = {}) {
+  inv::Overview overview;
+  overview.volumes.push_back({"HD", "", "", 1000, 1000 - 10 * percent, true});
+  return inv::summary_screen(overview, terminal);
+}
+
+TEST(Summary, RoundsABarToTheNearestCell) {
+  const auto cells = [](unsigned percent) {
+    size_t count = 0;
+    const std::string screen = bar_of_volume_used(percent), cell = "\u2588";
+    for (size_t at = screen.find(cell); at != screen.npos; at = screen.find(cell, at + 1)) ++count;
+    return count;
+  };
+  EXPECT_EQ(cells(52), 10u);
+  EXPECT_EQ(cells(53), 11u);
+  EXPECT_EQ(cells(100), 20u);
+}
+
+TEST(Summary, DrawsAVolumeInRedFromNinetyPercentOn) {
+  inv::Terminal terminal;
+  terminal.colour = true;
+  EXPECT_NE(bar_of_volume_used(90, terminal).find("\x1B[31m"), std::string::npos);
+  EXPECT_EQ(bar_of_volume_used(89, terminal).find("\x1B[31m"), std::string::npos);
+}
+
 }  // namespace
