@@ -77,9 +77,6 @@ class Stages {
   long long bytes_ = allocated_bytes;
 };
 
-void copy_process_list(InventoryTree& snapshot, InventoryTree& profiler) {
-  copy_processes(snapshot, profiler);
-}
 void collect_accounts(InventoryTree& snapshot, InventoryTree&) { collect_user_accounts(snapshot); }
 void collect_own_environment(InventoryTree& snapshot, InventoryTree&) { collect_environment(snapshot); }
 
@@ -98,7 +95,7 @@ constexpr struct {
     {"9 operating system", collect_os},
     {"10 user accounts", collect_accounts},
     {"11 applications", collect_applications},
-    {"12 processes", copy_process_list},
+    {"12 processes", copy_processes},
     {"13 environment", collect_own_environment},
     {"14 firewall", collect_firewall},
 };

@@ -1,6 +1,5 @@
 #include "collectors/displays.h"
 
-#include <cmath>
 #include <cstring>
 #include <initializer_list>
 
@@ -34,14 +33,6 @@ void write_range(Place& element, const char* name, uint8_t min, uint8_t max) {
 
 // 0 for an unknown week; a 53rd week makes a fifth quarter, and 255, which marks a model year, the 20th.
 int64_t quarter(uint16_t week) { return week == 0 ? 0 : (week - 1) / 13 + 1; }
-
-// In inches, rounded up from 0.4 on: makers sell a screen of 19.5 inches as 20.
-int64_t diagonal(uint32_t width_cm, uint32_t height_cm) {
-  const double inches = std::sqrt(static_cast<double>(width_cm * width_cm + height_cm * height_cm)) / 2.54;
-  double whole = 0;
-  const double fraction = std::modf(inches, &whole);
-  return static_cast<int64_t>(fraction > 0.4 ? whole + 1 : whole);
-}
 
 // The ratios that count as one aspect: an open interval around it, half way to the next one, without overlap.
 struct AspectRange {
@@ -106,7 +97,7 @@ void write_monitor(Place& monitor, const EdidInfo& info, const char* shown_name)
   write_compound(monitor, "max-visible-image-size",
                  {{"width", info.width_cm},
                   {"height", info.height_cm},
-                  {"diagonal", diagonal(info.width_cm, info.height_cm)}});
+                  {"diagonal", diagonal_inches({info.width_cm, info.height_cm})}});
   write_range(monitor, "h-freq", info.h_min, info.h_max);
   write_aspect_ratio(monitor, info.width_cm, info.height_cm);
   write_range(monitor, "v-freq", info.v_min, info.v_max);
@@ -136,8 +127,8 @@ bool collect_display(Place& monitor, const Tag& display) {
     if (edid) write_connected_display(monitor, decode_edid(edid));
     return edid != nullptr;
   }
-  if (const char* told = find_text(display, "spdisplays_main"))
-    monitor.set_attribute("main-monitor", yes_no(equal_text(told, "spdisplays_yes")), "type", "bool");
+  if (const char* is_main = find_text(display, "spdisplays_main"))
+    monitor.set_attribute("main-monitor", yes_no(equal_text(is_main, "spdisplays_yes")), "type", "bool");
   if (edid) write_display(monitor, decode_edid(edid));
   return true;
 }

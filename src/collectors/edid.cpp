@@ -1,6 +1,7 @@
 #include "collectors/edid.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "plist/cursor.h"
@@ -31,10 +32,15 @@ constexpr uint8_t kNameTag = 0xFC;
 constexpr uint8_t kTimingsTag = 0xFA;
 constexpr size_t kPayload = 5;
 
+// Where a byte's pair of digits is in the text, after "0x".
+constexpr size_t text_position(size_t byte) { return 2 + 2 * byte; }
+
+bool is_hexadecimal(char character) { return plist::digit_value(character) < 16; }
+
 // The digits of a pair up to the first that is not one: "7" and "7x" are 7, "x7" is 0.
 uint8_t read_pair(const char* pair, const char* end) {
   unsigned byte = 0;
-  for (const char* digit = pair; digit != end && plist::digit_value(*digit) < 16; ++digit)
+  for (const char* digit = pair; digit != end && is_hexadecimal(*digit); ++digit)
     byte = 16 * byte + plist::digit_value(*digit);
   return static_cast<uint8_t>(byte);
 }
@@ -42,8 +48,8 @@ uint8_t read_pair(const char* pair, const char* end) {
 EdidRaw read_block(const char* text) {
   EdidRaw raw = {};
   const size_t length = text ? std::strlen(text) : 0;
-  for (size_t i = 0; i < raw.size() && 2 + 2 * i < length; ++i) {
-    const char* pair = text + 2 + 2 * i;
+  for (size_t i = 0; i < raw.size() && text_position(i) < length; ++i) {
+    const char* pair = text + text_position(i);
     raw[i] = read_pair(pair, std::min(pair + 2, text + length));
   }
   return raw;
@@ -176,6 +182,22 @@ EdidInfo decode_edid(const char* text) {
   info.max_resolution = edid_max_resolution(raw);
   info.modes = edid_video_modes(raw);
   return info;
+}
+
+std::optional<ImageSize> edid_image_size(const char* text) {
+  constexpr size_t kFewestDigits = 3;
+  if (std::strlen(text) < text_position(kWidthCm) + kFewestDigits) return std::nullopt;
+  const char* digits = text + text_position(kWidthCm);
+  if (!std::all_of(digits, digits + kFewestDigits, is_hexadecimal)) return std::nullopt;
+  const EdidRaw raw = read_block(text);
+  return ImageSize{raw[kWidthCm], raw[kHeightCm]};
+}
+
+uint32_t diagonal_inches(const ImageSize& size) {
+  const uint32_t square = size.width_cm * size.width_cm + size.height_cm * size.height_cm;
+  double whole = 0;
+  const double fraction = std::modf(std::sqrt(static_cast<double>(square)) / 2.54, &whole);
+  return static_cast<uint32_t>(fraction > 0.4 ? whole + 1 : whole);
 }
 
 Text edid_max_resolution(const EdidRaw& raw) {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "driver/base/text.h"
@@ -53,6 +54,16 @@ struct EdidInfo {
 // byte. What is missing or not hexadecimal leaves its byte zero; when the second character of a pair is not a
 // digit, the first one counts alone. None reads as the empty text.
 EdidInfo decode_edid(const char* text);
+
+// The image alone, bytes 21 and 22. The text must have both in hexadecimal; only the very last digit may be
+// missing.
+struct ImageSize {
+  uint32_t width_cm;
+  uint32_t height_cm;
+};
+std::optional<ImageSize> edid_image_size(const char* text);
+// In inches, rounded up above 0.4: makers sell a screen of 19.5 inches as 20.
+uint32_t diagonal_inches(const ImageSize& size);
 
 // The largest of the established and standard timings, "1680 x 1050"; the later one of two equally large. The
 // empty text when there is none.

@@ -12,7 +12,7 @@ namespace {
 // The first of an adapter's addresses, or none. The list is read as the adapters' collector reads it in the
 // tree: with anything but texts in it, it does not count.
 Text first_address(CFDictionaryRef adapter) {
-  const CFArrayRef addresses = find_array(adapter, CFSTR("ip_address"));
+  const CFArrayRef addresses = find_list(adapter, CFSTR("ip_address"));
   const CFIndex count = addresses ? CFArrayGetCount(addresses) : 0;
   CFStringRef first = nullptr;
   for (CFIndex i = 0; i < count; ++i) {
@@ -36,7 +36,7 @@ CFDictionaryRef find_primary_adapter(CFArrayRef adapters) {
   int number = 0;
   Text wanted = format_string("en%d", number);
   for (const CFDictionaryRef adapter : dictionaries_in(adapters)) {
-    if (!equal_text(find_plist_text(adapter, CFSTR("interface")).get(), wanted.get())) continue;
+    if (!text_is(adapter, CFSTR("interface"), wanted.get())) continue;
     if (first_address(adapter)) return adapter;
     wanted = format_string("en%d", ++number);
   }
@@ -44,30 +44,27 @@ CFDictionaryRef find_primary_adapter(CFArrayRef adapters) {
 }
 
 bool is_manual(CFDictionaryRef adapter) {
-  const CFDictionaryRef ipv4 = find_dictionary(adapter, CFSTR("IPv4"));
-  return equal_text(find_plist_text(ipv4, CFSTR("ConfigMethod")).get(), "Manual");
+  return text_is(find_dictionary(adapter, CFSTR("IPv4")), CFSTR("ConfigMethod"), "Manual");
 }
 
 // The adapter's address in the profiler's form; empty without an adapter or an address.
 Text profiler_address(CFDictionaryRef adapter) {
   const CFDictionaryRef ethernet = find_dictionary(adapter, CFSTR("Ethernet"));
-  Text address = find_plist_text(ethernet, CFSTR("MAC Address"));
+  Text address = find_text(ethernet, CFSTR("MAC Address"));
   return address ? std::move(address) : copy_text("");
 }
 
 CFDictionaryRef find_active_location(CFArrayRef locations) {
   for (const CFDictionaryRef location : dictionaries_in(locations)) {
-    const Text active = find_plist_text(location, CFSTR("spnetworklocation_isActive"));
-    if (equal_text(active.get(), "yes")) return location;
+    if (text_is(location, CFSTR("spnetworklocation_isActive"), "yes")) return location;
   }
   return nullptr;
 }
 
 CFDictionaryRef find_service(CFDictionaryRef location, const char* hardware_address) {
   for (const CFDictionaryRef service :
-       dictionaries_in(find_array(location, CFSTR("spnetworklocation_services")))) {
-    const Text address = find_plist_text(service, CFSTR("hardware_address"));
-    if (equal_text(address.get(), hardware_address)) return service;
+       dictionaries_in(find_list(location, CFSTR("spnetworklocation_services")))) {
+    if (text_is(service, CFSTR("hardware_address"), hardware_address)) return service;
   }
   return nullptr;
 }
@@ -75,16 +72,16 @@ CFDictionaryRef find_service(CFDictionaryRef location, const char* hardware_addr
 // The names under which the machine is known to other systems on the network.
 void read_names(NetworkIdentity& identity, CFDictionaryRef service) {
   const CFDictionaryRef smb = find_dictionary(service, CFSTR("SMB"));
-  identity.workgroup = find_plist_text(smb, CFSTR("Workgroup"));
+  identity.workgroup = find_text(smb, CFSTR("Workgroup"));
   if (!identity.workgroup) return;
   upper_case_ascii(identity.workgroup.get());
-  identity.netbios_name = find_plist_text(smb, CFSTR("NetBIOSName"));
+  identity.netbios_name = find_text(smb, CFSTR("NetBIOSName"));
 }
 
 }  // namespace
 
 NetworkIdentity query_network_identity(CFArrayRef list, const char* given_ip) {
-  const CFArrayRef adapters = find_data_type_items(list, CFSTR("SPNetworkDataType"));
+  const CFArrayRef adapters = find_items(list, CFSTR("SPNetworkDataType"));
   const CFDictionaryRef adapter =
       given_ip ? find_adapter_by_address(adapters, given_ip) : find_primary_adapter(adapters);
   if (given_ip && !adapter) {
@@ -96,8 +93,7 @@ NetworkIdentity query_network_identity(CFArrayRef list, const char* given_ip) {
   identity.manual = is_manual(adapter);
 
   const Text address = profiler_address(adapter);
-  const CFDictionaryRef location =
-      find_active_location(find_data_type_items(list, CFSTR("SPNetworkLocationDataType")));
+  const CFDictionaryRef location = find_active_location(find_items(list, CFSTR("SPNetworkLocationDataType")));
   if (const CFDictionaryRef service = find_service(location, address.get())) {
     identity.hardware_address = hardware_address_text(address.get());
     read_names(identity, service);

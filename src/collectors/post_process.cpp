@@ -9,6 +9,7 @@
 #include "collectors/network_adapters.h"
 #include "collectors/operating_system.h"
 #include "collectors/printers.h"
+#include "collectors/processes.h"
 #include "collectors/processors.h"
 #include "collectors/storage.h"
 #include "collectors/usb.h"
@@ -19,9 +20,6 @@ namespace {
 
 using Collector = void (*)(InventoryTree& snapshot, InventoryTree& profiler);
 
-void copy_process_list(InventoryTree& snapshot, InventoryTree& profiler) {
-  copy_processes(snapshot, profiler);
-}
 void collect_accounts(InventoryTree& snapshot, InventoryTree&) { collect_user_accounts(snapshot); }
 void collect_own_environment(InventoryTree& snapshot, InventoryTree&) { collect_environment(snapshot); }
 
@@ -31,7 +29,7 @@ constexpr Collector kSteps[] = {
     collect_system,          collect_processors,   collect_memory,
     collect_displays,        collect_storage,      collect_network_adapters,
     collect_printers,        collect_usb,          collect_os,
-    collect_accounts,        collect_applications, copy_process_list,
+    collect_accounts,        collect_applications, copy_processes,
     collect_own_environment, collect_firewall,
 };
 

@@ -65,3 +65,8 @@ void collect_processes(InventoryTree& profiler, const ProcessTableReader& read_t
     write_processes(profiler, lines, table.records);
   }
 }
+
+void copy_processes(InventoryTree& snapshot, InventoryTree& profiler) {
+  const Tag* processes = profiler.top().find_child("Processes");
+  if (processes) snapshot.top().add_child(std::make_unique<Tag>(*processes));
+}

@@ -24,3 +24,7 @@ std::optional<ProcessLine> parse_process_line(std::string_view output);
 // written.
 using ProcessTableReader = std::function<ProcessTable()>;
 void collect_processes(InventoryTree& profiler, const ProcessTableReader& read_table = read_process_table);
+
+// Appends a deep copy of the profiler tree's "Processes" element to the snapshot's top element; nothing when
+// there is none.
+void copy_processes(InventoryTree& snapshot, InventoryTree& profiler);

@@ -55,21 +55,27 @@ CFDictionaryRef find_dictionary(CFDictionaryRef dictionary, CFStringRef key) {
   return find<CFDictionaryRef>(dictionary, key, CFDictionaryGetTypeID());
 }
 
-CFArrayRef find_array(CFDictionaryRef dictionary, CFStringRef key) {
+CFArrayRef find_list(CFDictionaryRef dictionary, CFStringRef key) {
   return find<CFArrayRef>(dictionary, key, CFArrayGetTypeID());
 }
 
-Text find_plist_text(CFDictionaryRef dictionary, CFStringRef key) {
+Text find_text(CFDictionaryRef dictionary, CFStringRef key) {
   const CFStringRef string = find_string(dictionary, key);
   return string ? cfstring_to_text(string) : nullptr;
 }
 
-bool find_plist_integer(CFDictionaryRef dictionary, CFStringRef key, int64_t* number) {
+bool text_is(CFDictionaryRef dictionary, CFStringRef key, const char* expected) {
+  const CFStringRef string = find_string(dictionary, key);
+  return string && equal_text(CFStringText(string).get(), expected);
+}
+
+std::optional<int64_t> find_number(CFDictionaryRef dictionary, CFStringRef key) {
   const CFNumberRef found = find<CFNumberRef>(dictionary, key, CFNumberGetTypeID());
-  if (!found) return false;
-  // A fraction is cut off; the conversion then reports that it was not exact, which does not matter here.
-  CFNumberGetValue(found, kCFNumberSInt64Type, number);
-  return true;
+  if (!found) return std::nullopt;
+  int64_t number = 0;
+  // For a fraction the conversion reports that it was not exact, which does not matter here.
+  CFNumberGetValue(found, kCFNumberSInt64Type, &number);
+  return number;
 }
 
 namespace {
@@ -88,14 +94,18 @@ CFIndex find_data_type(CFArrayRef list, CFIndex count, CFStringRef data_type) {
 
 }  // namespace
 
-CFArrayRef find_data_type_items(CFArrayRef list, CFStringRef data_type) {
+CFArrayRef find_items(CFArrayRef list, CFStringRef data_type) {
   const CFIndex count = list ? CFArrayGetCount(list) : 0;
-  return find_array(dictionary_at(list, find_data_type(list, count, data_type)), CFSTR("_items"));
+  return find_list(dictionary_at(list, find_data_type(list, count, data_type)), CFSTR("_items"));
+}
+
+CFDictionaryRef first_item(CFArrayRef list, CFStringRef data_type) {
+  return dictionary_at(find_items(list, data_type), 0);
 }
 
 Text find_hardware_serial(CFArrayRef list) {
   const CFIndex count = list ? CFArrayGetCount(list) : 0;
   const CFIndex hardware = find_data_type(list, count, CFSTR("SPHardwareDataType"));
   const CFDictionaryRef dictionary = dictionary_at(list, hardware < count ? hardware : count - 1);
-  return find_plist_text(dictionary_at(find_array(dictionary, CFSTR("_items")), 0), CFSTR("serial_number"));
+  return find_text(dictionary_at(find_list(dictionary, CFSTR("_items")), 0), CFSTR("serial_number"));
 }

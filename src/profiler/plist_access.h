@@ -1,11 +1,13 @@
 // Reading the parsed profiler output: an array with one dictionary per data type, whose "_dataType" names it
-// and whose "_items" holds what was found. Every lookup accepts none for an array or dictionary, and returns
-// none for what is missing or of another kind; what it returns belongs to the list.
+// and whose "_items" holds what was found. The functions are named like those of collectors/fields.h, which
+// read the raw tree. Each accepts null for an array or dictionary, and returns null, or an empty optional,
+// for what is missing or of another kind; references that it returns belong to the list.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "driver/base/text.h"
@@ -30,13 +32,15 @@ CFDictionaryRef dictionary_at(CFArrayRef array, CFIndex index);
 std::vector<CFDictionaryRef> dictionaries_in(CFArrayRef array);
 CFStringRef find_string(CFDictionaryRef dictionary, CFStringRef key);
 CFDictionaryRef find_dictionary(CFDictionaryRef dictionary, CFStringRef key);
-CFArrayRef find_array(CFDictionaryRef dictionary, CFStringRef key);
-Text find_plist_text(CFDictionaryRef dictionary, CFStringRef key);
-// False, and *number unchanged, when there is no number.
-bool find_plist_integer(CFDictionaryRef dictionary, CFStringRef key, int64_t* number);
+CFArrayRef find_list(CFDictionaryRef dictionary, CFStringRef key);
+Text find_text(CFDictionaryRef dictionary, CFStringRef key);
+bool text_is(CFDictionaryRef dictionary, CFStringRef key, const char* expected);
+// A number without its fraction.
+std::optional<int64_t> find_number(CFDictionaryRef dictionary, CFStringRef key);
 
-// The items of the first data type of this name.
-CFArrayRef find_data_type_items(CFArrayRef list, CFStringRef data_type);
+// The items of the first data type of this name, and the first of them.
+CFArrayRef find_items(CFArrayRef list, CFStringRef data_type);
+CFDictionaryRef first_item(CFArrayRef list, CFStringRef data_type);
 
 // The machine's serial number: "serial_number" of the first item of the hardware data type, or of the last
 // data type in a list without it.

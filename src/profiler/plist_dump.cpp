@@ -189,7 +189,7 @@ void Dump::named_container(const KeysAndValues& pairs, size_t index, Place& pare
 }
 
 void Dump::data_type(CFDictionaryRef dictionary) {
-  const Text name = find_plist_text(dictionary, CFSTR("_dataType"));
+  const Text name = find_text(dictionary, CFSTR("_dataType"));
   if (!name || contains(kSkippedDataTypes, name.get())) return;
   Place place(tree_.root(), std::string("/") + name.get());
   const KeysAndValues pairs(dictionary);

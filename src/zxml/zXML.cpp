@@ -32,8 +32,3 @@ void InventoryTree::save(const char* path, Layout layout) {
   std::fflush(file);
   std::fclose(file);
 }
-
-void copy_processes(InventoryTree& destination, const InventoryTree& source) {
-  const Tag* processes = source.top().find_child("Processes");
-  if (processes) destination.top().add_child(std::make_unique<Tag>(*processes));
-}

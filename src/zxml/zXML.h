@@ -55,7 +55,3 @@ class InventoryTree {
   int32_t byte_order_flag_;
   Tag root_;
 };
-
-// Appends a deep copy of the source's "Processes" element to the destination's top element; nothing when the
-// source has none.
-void copy_processes(InventoryTree& destination, const InventoryTree& source);

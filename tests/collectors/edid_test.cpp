@@ -201,6 +201,26 @@ TEST(DecodeEdid, LeavesAByteThatIsNotHexadecimalZero) {
   EXPECT_EQ(week_of("\xC3\xA4"), 0);
 }
 
+std::string sized(const std::string& digits) { return "0x" + std::string(42, '0') + digits; }
+
+TEST(EdidImageSize, IsThatOfBytes21And22) {
+  const std::optional<ImageSize> size = edid_image_size(sized("3c2201").c_str());
+  ASSERT_TRUE(size);
+  EXPECT_EQ(size->width_cm, 60u);
+  EXPECT_EQ(size->height_cm, 34u);
+}
+
+TEST(EdidImageSize, NeedsThreeHexadecimalDigits) {
+  for (const char* digits : {"", "3", "3c", "x422", "3x22", "3cx2"})
+    EXPECT_FALSE(edid_image_size(sized(digits).c_str())) << digits;
+  EXPECT_FALSE(edid_image_size(""));
+  for (const char* digits : {"3c2", "3c2x"}) {
+    const std::optional<ImageSize> size = edid_image_size(sized(digits).c_str());
+    ASSERT_TRUE(size) << digits;
+    EXPECT_EQ(size->height_cm, 2u) << digits;
+  }
+}
+
 TEST(DecodeEdid, CountsALoneFirstDigit) {
   EXPECT_EQ(week_of("4g"), 4);
   EXPECT_EQ(week_of("f "), 15);

@@ -47,6 +47,25 @@ TEST(ParseProcessLine, TreatsALineThatBeginsWithABlankAsOneWithoutUser) {
 
 TEST(ParseProcessLine, CutsATextAtANulByte) { EXPECT_EQ(parsed({"ro\0ot in\0it\n", 12}), "ro|in"); }
 
+TEST(CopyProcesses, AppendsTheElementToTheTop) {
+  InventoryTree profiler = empty_profiler();
+  profiler.set_attribute("/Other/x", text_value("1"));
+  profiler.set_attribute("/Processes/process:1/pid", Value(int64_t{1}));
+  const std::string before = tree_text(profiler);
+  InventoryTree snapshot = empty_snapshot();
+  snapshot.set_attribute("/Earlier/x", text_value("1"));
+  copy_processes(snapshot, profiler);
+  EXPECT_EQ(tree_text(snapshot), "+Snapshot=\n*Earlier=\nx=1\n+Processes=\n*process:1=\npid=1\n-\n-\n");
+  EXPECT_EQ(tree_text(profiler), before);
+}
+
+TEST(CopyProcesses, DoesNothingWithoutProcesses) {
+  InventoryTree profiler = empty_profiler();
+  InventoryTree snapshot = empty_snapshot();
+  copy_processes(snapshot, profiler);
+  EXPECT_EQ(tree_text(snapshot), "*Snapshot=\n");
+}
+
 ProcessTable complete_table(std::vector<ProcessRecord> records) {
   return {ProcessTableStatus::complete, std::move(records)};
 }

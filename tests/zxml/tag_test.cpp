@@ -294,23 +294,6 @@ TEST(TagCopy, CopiesEveryPartAndSharesNothing) {
   EXPECT_EQ(outline(tree_copy.root()), before);
 }
 
-TEST(CopyProcesses, AppendsTheElementToTheTop) {
-  InventoryTree source(1, "Macintosh");
-  source.set_attribute("/Other/x", kOne);
-  source.set_attribute("/Processes/Process:1/pid", kOne);
-  InventoryTree destination(1, "Snapshot");
-  copy_processes(destination, source);
-  EXPECT_EQ(outline(destination.root()), ".{Snapshot+{Processes+{Process:1*(pid=1)}}}");
-  EXPECT_EQ(outline(source.root()), ".{Macintosh+{Other*(x=1) Processes+{Process:1*(pid=1)}}}");
-}
-
-TEST(CopyProcesses, DoesNothingWithoutProcesses) {
-  const InventoryTree source(1, "Macintosh");
-  InventoryTree destination(1, "Snapshot");
-  copy_processes(destination, source);
-  EXPECT_EQ(outline(destination.root()), ".{Snapshot*}");
-}
-
 // A chain this deep uses a stack up as soon as anything recurses along it.
 constexpr int kDepth = 100000;
 
