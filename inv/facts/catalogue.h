@@ -11,13 +11,15 @@ namespace inv {
 
 // What the identifiers in a value look like, when the value reveals whose machine it is.
 enum class IdentifierKind {
-  text,          // a name, a UUID, a command line: the whole value is one
+  text,          // a name, a UUID: the whole value is one
   serial,        // a serial number
   number,        // a serial number as an integer; 0 means none
   account,       // names of accounts, blanks between them; the system's own belong to nobody
   account_id,    // of a user or a group; those that every Mac counts from 0 on belong to nobody
   addresses,     // IP addresses, or host names, with commas between them
   uri,           // what follows the scheme
+  full_name,     // of a person; its words are identifiers too
+  secret,        // a command line, a value of the environment: nothing of it stays
   network_name,  // of a network service; those that the system chooses belong to nobody
 };
 

@@ -19,7 +19,7 @@ KINDS = ("text", "integer", "decimal", "yes/no", "element", "element, text", "co
 UNITS = ("KB", "MB", "GB", "kHz", "Hz", "MHz", "ms", "min", "cm", "in", "mA", "%")
 OWNERS = ("nobody", "machine", "person", "secret")
 # How an owner's value is recognised in a file: IdentifierKind in catalogue.h. Paths are looked for in all texts.
-IDENTIFIERS = ("text", "serial", "number", "account", "account-id", "addresses", "uri", "network-name", "path")
+IDENTIFIERS = ("text", "serial", "number", "account", "account-id", "addresses", "uri", "full-name", "network-name", "path")
 FIELDS = ("annotations", "unit", "form", "source", "present", "debug run", "known by")
 
 OWN_VALUE = "own value"
@@ -149,7 +149,7 @@ class Catalogue:
             raise Mistake(number, f'{path}: what is nobody\'s needs no "{identifier}"')
         if identifier and identifier not in IDENTIFIERS:
             raise Mistake(number, f'{path}: "{identifier}" is not one of: {", ".join(IDENTIFIERS)}')
-        return owner, identifier or (None if owner == "nobody" else "text")
+        return owner, identifier or {"nobody": None, "secret": "secret"}.get(owner, "text")
 
     def add_to_page(self, fact):
         self.end_prose()

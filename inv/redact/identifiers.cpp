@@ -3,19 +3,17 @@
 #include <algorithm>
 
 #include "inv/base/byte_reader.h"
+#include "inv/redact/common_words.h"
 
 namespace inv {
 namespace {
 
 using Kind = IdentifierKind;
 
-// Accounts that run parts of the system; the others of that sort begin with an underscore.
-constexpr std::string_view kSystemAccounts[] = {"root", "daemon", "nobody"};
-
 // Directories count their people from 1000 on or far above; a Mac its own from 501, with the group 20.
 constexpr uint64_t kFirstDirectoryId = 1000;
 
-constexpr std::string_view kNobodysAddresses[] = {"0.0.0.0", "127.0.0.1", "::", "::1", "localhost", "local"};
+constexpr std::string_view kNobodysAddresses[] = {"0.0.0.0", "127.0.0.1", "::", "::1"};
 
 // As the system names them; people name their own after firms and places.
 constexpr std::string_view kUsualNetworkNames[] = {"AirPort",
@@ -37,22 +35,10 @@ constexpr std::string_view kUsualNetworkNames[] = {"AirPort",
                                                    "Thunderbolt Ethernet",
                                                    "Thunderbolt FireWire",
                                                    "USB Ethernet",
+                                                   "VPN (Cisco IPSec)",
+                                                   "VPN (L2TP)",
+                                                   "VPN (PPTP)",
                                                    "Wi-Fi"};
-
-// Folders whose entries are named by people, and what ends such a name beside control characters: short names
-// of accounts have no blanks and no typography, names of volumes do.
-struct FolderRow {
-  std::string_view path;
-  std::string_view ends;
-  bool holds_typography;
-};
-constexpr FolderRow kFolders[] = {{"/users/", "/ \"':;,()<>|&", false}, {"/volumes/", "/\"", true}};
-// How the quotation marks, dashes and blanks of printed text begin in UTF-8: U+0080 to U+00BF, U+2000 to
-// U+203F and U+3000 to U+303F.
-constexpr std::string_view kTypography[] = {"\xC2", "\xE2\x80", "\xE3\x80"};
-// What neither kind of name contains; a slash among them shows that what comes before it is the whole name.
-constexpr std::string_view kEndsOfAnyName = "/\":;<>|";
-constexpr std::string_view kSharedFolder = "Shared";
 
 // Constant texts that the scanner writes, and names of systems that it makes up from a digit.
 constexpr std::string_view kScannerWords[] = {"mac",
@@ -128,19 +114,22 @@ bool is_small_number(std::string_view text) {
 
 bool is_nobodys(Kind kind, std::string_view text) {
   switch (kind) {
+    case Kind::serial:
     case Kind::number:
-      return text.find_first_not_of('0') == std::string_view::npos;
+      return is_placeholder(text);
     case Kind::account:
-      return text.front() == '_' || is_one_of(kSystemAccounts, text);
+      return text.front() == '_' || is_common_word(text);
     case Kind::account_id:
       return is_small_number(text);
     case Kind::addresses:
-      return is_one_of(kNobodysAddresses, text);
+      return is_one_of(kNobodysAddresses, text) || is_common_word(text);
     case Kind::network_name:
-      return is_one_of(kUsualNetworkNames, text);
+      return is_one_of(kUsualNetworkNames, text) || is_common_word(text);
     case Kind::text:
-    case Kind::serial:
+    case Kind::full_name:
+      return is_common_word(text);
     case Kind::uri:
+    case Kind::secret:
       return false;
   }
   return false;
@@ -155,58 +144,48 @@ std::string_view identifier_of(Kind kind, std::string_view part) {
   return text.empty() || is_nobodys(kind, text) ? std::string_view() : text;
 }
 
-bool begins_with_typography(std::string_view text) {
-  return std::any_of(std::begin(kTypography), std::end(kTypography), [text](std::string_view beginning) {
-    return text.substr(0, beginning.size()) == beginning;
-  });
-}
-
-// The beginning of a text up to a control character or one of the others.
-std::string_view up_to(std::string_view ends, bool holds_typography, std::string_view text) {
-  size_t end = 0;
-  while (end < text.size() && !is_control(text[end]) && ends.find(text[end]) == std::string_view::npos &&
-         (holds_typography || !begins_with_typography(text.substr(end)))) {
-    ++end;
-  }
-  return text.substr(0, end);
-}
-
-// The names that the folder's entry may have whose path goes on so: first the whole one up to a slash, if it
-// is longer than the usual one.
-std::vector<std::string_view> names_of_entry(const FolderRow& folder, std::string_view text) {
-  const std::string_view whole = up_to(kEndsOfAnyName, true, text);
-  const std::string_view usual = up_to(folder.ends, folder.holds_typography, text);
-  const bool ends_in_slash = whole.size() < text.size() && text[whole.size()] == '/';
-  if (ends_in_slash && trimmed(whole).size() > trimmed(usual).size()) return {trimmed(whole), trimmed(usual)};
-  return {trimmed(usual)};
-}
-
-bool begins_with(std::string_view text, std::string_view small_beginning) {
-  if (text.size() < small_beginning.size()) return false;
-  return std::equal(
-      small_beginning.begin(), small_beginning.end(), text.begin(), [](char small, char character) {
-        return small == (character >= 'A' && character <= 'Z' ? character - 'A' + 'a' : character);
-      });
-}
-
-// "20120118153045.000000+120"
-bool is_scan_time(std::string_view text) {
-  constexpr std::string_view kForm = "00000000000000.000000+000";
-  if (text.size() != kForm.size()) return false;
-  for (size_t i = 0; i < kForm.size(); ++i) {
-    const bool fits = kForm[i] == '0'   ? text[i] >= '0' && text[i] <= '9'
-                      : kForm[i] == '+' ? text[i] == '+' || text[i] == '-'
-                                        : text[i] == kForm[i];
+// "20120118153045.000000+120", with an offset of one to three digits; "00000003042109.000000:000" is a
+// duration.
+bool is_time(std::string_view text) {
+  constexpr std::string_view kForm = "00000000000000.000000";
+  constexpr size_t kMostOffsetDigits = 3;
+  if (text.size() < kForm.size() + 2 || text.size() > kForm.size() + 1 + kMostOffsetDigits) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool fits = i == kForm.size() ? std::string_view("+-:").find(text[i]) != std::string_view::npos
+                      : i < kForm.size() && kForm[i] == '.' ? text[i] == '.'
+                                                            : text[i] >= '0' && text[i] <= '9';
     if (!fits) return false;
   }
   return true;
 }
 
+// A part of a name that is worth looking for: initials would be found everywhere.
+bool is_word_of_name(std::string_view word) {
+  constexpr size_t kShortest = 3;
+  return word.size() >= kShortest && !is_common_word(word) &&
+         word.find_first_not_of("0123456789") != std::string_view::npos;
+}
+
+// "Jane", "Doe" of "Jane A. Doe", unless it is one word.
+void add_words(std::string_view name, std::vector<std::string_view>& found) {
+  constexpr std::string_view kBetween = " ,.;()\"";
+  size_t start = 0;
+  while (start < name.size()) {
+    const size_t end = std::min(name.find_first_of(kBetween, start), name.size());
+    const std::string_view word = name.substr(start, end - start);
+    if (word.size() < name.size() && is_word_of_name(word)) found.push_back(word);
+    start = end + 1;
+  }
+}
+
 }  // namespace
 
-std::optional<IdentifierKind> identifier_kind(Element element, std::string_view attribute) {
-  const CatalogueFact* tag = find_fact(element);
-  const CatalogueFact* fact = attribute.empty() ? tag : find_fact_below(tag, attribute);
+std::optional<IdentifierKind> Places::kind(Element element, std::string_view attribute) {
+  if (element != element_) {
+    element_ = element;
+    tag_ = find_fact(element);
+  }
+  const CatalogueFact* fact = attribute.empty() ? tag_ : find_fact_below(tag_, attribute);
   return fact ? fact->identifier : identifier_by_name(attribute.empty() ? element.name() : attribute);
 }
 
@@ -217,24 +196,12 @@ std::vector<std::string_view> identifiers_in(IdentifierKind kind, std::string_vi
     if (i < value.size() && !separates(kind, value[i])) continue;
     const std::string_view identifier = identifier_of(kind, value.substr(start, i - start));
     if (!identifier.empty()) found.push_back(identifier);
+    if (kind == Kind::full_name) add_words(identifier, found);
     start = i + 1;
   }
   return found;
 }
 
-std::vector<std::string_view> identifiers_in_paths(std::string_view text) {
-  std::vector<std::string_view> found;
-  for (size_t slash = text.find('/'); slash != std::string_view::npos; slash = text.find('/', slash + 1)) {
-    for (const FolderRow& folder : kFolders) {
-      if (!begins_with(text.substr(slash), folder.path)) continue;
-      for (const std::string_view name : names_of_entry(folder, text.substr(slash + folder.path.size()))) {
-        if (!name.empty() && name != kSharedFolder) found.push_back(name);
-      }
-    }
-  }
-  return found;
-}
-
-bool is_scanner_word(std::string_view text) { return is_one_of(kScannerWords, text) || is_scan_time(text); }
+bool is_scanner_word(std::string_view text) { return is_one_of(kScannerWords, text) || is_time(text); }
 
 }  // namespace inv

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "inv/redact/common_words.h"
+
 namespace inv {
 namespace {
 
@@ -22,15 +24,25 @@ bool is_findable(Shape shape, std::string_view text) {
   return static_cast<size_t>(std::count_if(text.begin(), text.end(), is_digit)) >= kFewestDigits;
 }
 
+// Short names are parts of many words: "rob" of "problem".
+constexpr size_t kShortestPart = 4;
+
+bool is_part_worth_finding(std::string_view name) {
+  constexpr size_t kLongestPart = 64;
+  return name.size() >= kShortestPart && name.size() <= kLongestPart && !is_common_word(name);
+}
+
 }  // namespace
 
-void Pseudonyms::add(IdentifierKind kind, std::string_view original) {
+void Pseudonyms::add(IdentifierKind kind, std::string_view original, Reach reach) {
   const Shape shape = shape_of(kind, original);
   std::string canonical = canonical_form(shape, original);
   const auto [place, is_new] = by_canonical_.emplace(canonical, entries_.size());
-  if (is_new) entries_.push_back({std::move(canonical), shape, 0, {}});
+  if (is_new) entries_.emplace_back(std::move(canonical), shape);
   Entry& entry = entries_[place->second];
   entry.shape = std::max(entry.shape, shape);
+  entry.is_name = entry.is_name || kind != IdentifierKind::secret;
+  if (reach == Reach::everywhere) entry.reach = reach;
   for (std::string& spelling : spellings(shape, original)) {
     if (by_spelling_.emplace(folded(spelling), place->second).second) {
       entry.spellings.push_back(std::move(spelling));
@@ -40,17 +52,31 @@ void Pseudonyms::add(IdentifierKind kind, std::string_view original) {
 
 void Pseudonyms::assign() {
   make_findable();
+  add_named_programs();
   std::unordered_set<std::string> taken;
   for (Entry& entry : entries_) assign(entry, taken);
 }
 
 void Pseudonyms::make_findable() {
   for (size_t i = 0; i < entries_.size(); ++i) {
+    if (entries_[i].reach == Reach::in_place) continue;
     for (const std::string& spelling : entries_[i].spellings) {
       if (is_findable(entries_[i].shape, spelling)) finder_.add(spelling, i);
     }
   }
   finder_.prepare();
+}
+
+void Pseudonyms::add_named_programs() {
+  TokenFinder parts;
+  for (const Entry& entry : entries_) {
+    const bool is_name = entry.is_name && entry.shape == Shape::name && entry.reach == Reach::everywhere;
+    if (is_name && is_part_worth_finding(entry.canonical)) parts.add(entry.canonical, 0);
+  }
+  parts.prepare();
+  for (const std::string& name : programs_) {
+    if (parts.cuts_word(name)) add(IdentifierKind::text, name, Reach::in_place);
+  }
 }
 
 void Pseudonyms::assign(Entry& entry, std::unordered_set<std::string>& taken) const {

@@ -9,6 +9,7 @@
 
 #include "inv/redact/pseudonym.h"
 #include "inv/redact/token_finder.h"
+#include "inv/redact/traces.h"
 
 namespace inv {
 
@@ -16,8 +17,11 @@ class Pseudonyms {
  public:
   explicit Pseudonyms(std::string key) : key_(std::move(key)) {}
 
-  // First all identifiers are made known.
-  void add(IdentifierKind kind, std::string_view original);
+  // First all identifiers are made known; what was added once to be replaced everywhere, is.
+  void add(IdentifierKind kind, std::string_view original, Reach reach = Reach::everywhere);
+  // The name of a process or a variable. It is an identifier, in place, when somebody's name is a part of a
+  // word in it: "janetool".
+  void add_program(std::string_view name) { programs_.emplace_back(name); }
   // Then each one gets its pseudonym, which is no identifier of the file, holds none as a token, and is no
   // other one's.
   void assign();
@@ -25,8 +29,9 @@ class Pseudonyms {
   size_t count() const { return entries_.size(); }
   bool knows(std::string_view original) const;
 
-  // Whether an identifier occurs in a text as a token (see TokenFinder). Those that cannot be distinguished
-  // from ordinary text are not looked for: a single character, and fewer than six digits without a letter.
+  // Whether an identifier that is replaced everywhere occurs in a text as a token (see TokenFinder). Those
+  // that cannot be distinguished from ordinary text are not looked for: a single character, and fewer than
+  // six digits without a letter.
   bool occurs_in(std::string_view text) const { return finder_.find(text).has_value(); }
 
   // The pseudonym of a whole identifier.
@@ -36,21 +41,28 @@ class Pseudonyms {
 
  private:
   struct Entry {
+    Entry(std::string its_canonical, Shape its_shape)
+        : canonical(std::move(its_canonical)), shape(its_shape) {}
+
     std::string canonical;
     Shape shape;
     unsigned attempt = 0;
+    bool is_name = false;  // of a person, a machine or a place
+    Reach reach = Reach::in_place;
     std::vector<std::string> spellings;
   };
 
   std::string pseudonym_of(const Entry& entry, std::string_view occurrence) const;
   bool is_free(const Entry& entry) const;
   void make_findable();
+  void add_named_programs();
   void assign(Entry& entry, std::unordered_set<std::string>& taken) const;
 
   std::string key_;
   std::vector<Entry> entries_;
   std::unordered_map<std::string, size_t> by_canonical_;
   std::unordered_map<std::string, size_t> by_spelling_;  // folded
+  std::vector<std::string> programs_;
   TokenFinder finder_;
 };
 

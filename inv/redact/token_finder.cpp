@@ -38,26 +38,14 @@ void TokenFinder::prepare() {
   patterns_.erase(std::unique(patterns_.begin(), patterns_.end(), same_text), patterns_.end());
 }
 
-std::optional<TokenFinder::Match> TokenFinder::find(std::string_view text, size_t from) const {
-  for (size_t offset = from; offset < text.size(); ++offset) {
-    if (cuts_run(text, offset)) continue;
-    if (const std::optional<Match> match = match_at(text, offset)) return match;
-  }
-  return std::nullopt;
-}
-
 // Byte by byte, the patterns that still agree are a shrinking range; the first of it is the one that ends.
-std::optional<TokenFinder::Match> TokenFinder::match_at(std::string_view text, size_t offset) const {
-  std::optional<Match> longest;
+template <typename Visit>
+void TokenFinder::each_at(std::string_view text, size_t offset, Visit visit) const {
   auto first = patterns_.begin();
   auto last = patterns_.end();
   for (size_t depth = 0;; ++depth) {
-    if (first != last && first->text.size() == depth) {
-      const bool cut = depth < kLongest && cuts_run(text, offset + depth);
-      if (depth > 0 && !cut) longest = Match{offset, depth, first->id};
-      ++first;
-    }
-    if (first == last || offset + depth == text.size()) break;
+    if (first != last && first->text.size() == depth) visit(*first++);
+    if (first == last || offset + depth == text.size()) return;
     const unsigned char wanted = static_cast<unsigned char>(folded(text[offset + depth]));
     const auto byte_at_depth = [depth](const Pattern& pattern) {
       return static_cast<unsigned char>(pattern.text[depth]);
@@ -69,7 +57,34 @@ std::optional<TokenFinder::Match> TokenFinder::match_at(std::string_view text, s
     last = std::partition_point(first, last,
                                 [&](const Pattern& pattern) { return byte_at_depth(pattern) == wanted; });
   }
+}
+
+std::optional<TokenFinder::Match> TokenFinder::find(std::string_view text, size_t from) const {
+  for (size_t offset = from; offset < text.size(); ++offset) {
+    if (cuts_run(text, offset)) continue;
+    if (const std::optional<Match> match = match_at(text, offset)) return match;
+  }
+  return std::nullopt;
+}
+
+std::optional<TokenFinder::Match> TokenFinder::match_at(std::string_view text, size_t offset) const {
+  std::optional<Match> longest;
+  each_at(text, offset, [&](const Pattern& pattern) {
+    const size_t length = pattern.text.size();
+    const bool cut = length < kLongest && cuts_run(text, offset + length);
+    if (!cut) longest = Match{offset, length, pattern.id};
+  });
   return longest;
+}
+
+bool TokenFinder::cuts_word(std::string_view text) const {
+  bool cuts = false;
+  for (size_t offset = 0; offset < text.size() && !cuts; ++offset) {
+    each_at(text, offset, [&](const Pattern& pattern) {
+      cuts = cuts || cuts_run(text, offset) || cuts_run(text, offset + pattern.text.size());
+    });
+  }
+  return cuts;
 }
 
 }  // namespace inv

@@ -32,6 +32,9 @@ class TokenFinder {
   // The first match at or after `from`; the longest of those that begin at one place.
   std::optional<Match> find(std::string_view text, size_t from = 0) const;
 
+  // Whether one of them occurs as a part of a longer word: "jane" in "janetool" and "x_janes".
+  bool cuts_word(std::string_view text) const;
+
   // What bounds the time a byte of text can cost.
   static constexpr size_t kLongest = 256;
 
@@ -41,6 +44,9 @@ class TokenFinder {
     size_t id;
   };
 
+  // Calls visit(const Pattern&) for each that stands at this place, the shortest first.
+  template <typename Visit>
+  void each_at(std::string_view text, size_t offset, Visit visit) const;
   std::optional<Match> match_at(std::string_view text, size_t offset) const;
 
   std::vector<Pattern> patterns_;  // sorted by text

@@ -8,7 +8,7 @@ _inv() {
     1,*) words="summary show get list verify export diff unpack report load redact -h --help --version" ;;
     *,-f | *,--format) words="json ndjson csv zxml" ;;
     *,--section) words="snapshot asset" ;;
-    *,-o | *,--output | *,--depth | *,--key | *,--max-size) return ;;
+    *,-o | *,--output | *,--depth | *,--key | *,--key-file | *,--salt-of | *,--max-size) return ;;
     *,--allowed-signers | *,--signature | *,--identity | *,--revoked-keys) return ;;
     *)
         # Without a word here, bash offers files.
@@ -22,7 +22,7 @@ _inv() {
         export) words="-f --format -o --output" ;;
         diff) words="--all --json" ;;
         report) words="--compare -o --output" ;;
-        redact) words="-o --output --key --drop-opaque" ;;
+        redact) words="-o --output --key --key-file --salt-of --drop-opaque" ;;
         *) return ;;
         esac
         words+=" -h --help --max-size"

@@ -36,4 +36,6 @@ complete -c inv -n '__fish_seen_subcommand_from diff' -l all -d 'Include what ch
 complete -c inv -n '__fish_seen_subcommand_from diff' -l json -d 'As an array of objects'
 complete -c inv -n '__fish_seen_subcommand_from report' -l compare -d 'Show what changed from OLD to NEW'
 complete -c inv -n '__fish_seen_subcommand_from redact' -l key -x -d 'What the pseudonyms depend on'
+complete -c inv -n '__fish_seen_subcommand_from redact' -l key-file -r -F -d 'A file with the key'
+complete -c inv -n '__fish_seen_subcommand_from redact' -l salt-of -r -F -d 'Use the pseudonyms of this file'
 complete -c inv -n '__fish_seen_subcommand_from redact' -l drop-opaque -d 'Leave out sections that are not trees'

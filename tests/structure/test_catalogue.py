@@ -97,7 +97,7 @@ class Code(unittest.TestCase):
         made = catalogue.write_facts(catalogue.Catalogue(text))
         self.assertIn('{"a", "", IdentifierKind::text,', made)
         self.assertIn('{"b", "", IdentifierKind::account_id,', made)
-        self.assertIn('{"c", "", IdentifierKind::text,', made)
+        self.assertIn('{"c", "", IdentifierKind::secret,', made)
 
     def test_has_the_tables_of_the_report(self):
         made = catalogue.write_reports(catalogue.Catalogue(SMALL))
@@ -140,7 +140,7 @@ class Mistakes(unittest.TestCase):
 
     def test_identifiers_are_known(self):
         line = line_of("/Software/Soft:N/location")
-        kinds = "text, serial, number, account, account-id, addresses, uri, network-name, path"
+        kinds = "text, serial, number, account, account-id, addresses, uri, full-name, network-name, path"
         self.expect(line, f'/Software/Soft:N/location: "folder" is not one of: {kinds}', "person, path", "person, folder")
         self.expect(line, '/Software/Soft:N/location: what is nobody\'s needs no "path"', "person, path", "nobody, path")
 

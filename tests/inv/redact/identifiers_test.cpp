@@ -14,7 +14,7 @@ using Texts = std::vector<std::string_view>;
 // The kind at the end of a path of tags from the tree's top on.
 std::optional<IdentifierKind> kind_at(std::vector<std::string> tags, std::string_view attribute) {
   const inv::Document document = maker::document_of_tags(tags);
-  return inv::identifier_kind(maker::last_tag(document), attribute);
+  return inv::Places().kind(maker::last_tag(document), attribute);
 }
 
 struct PlaceCase {
@@ -60,12 +60,12 @@ TEST(IdentifierKind, KnowsThePlaces) {
       {{"Snapshot", "Peripherals", "Printers", "Printer:1"}, "print-server", IdentifierKind::addresses},
       {{"Snapshot", "Peripherals", "Printers", "Printer:1"}, "scanner-uuid", IdentifierKind::text},
       {{"Snapshot", "User-accounts", "usr-acc:jane"}, "", IdentifierKind::account},
-      {{"Snapshot", "User-accounts", "usr-acc:jane"}, "fullname", IdentifierKind::text},
+      {{"Snapshot", "User-accounts", "usr-acc:jane"}, "fullname", IdentifierKind::full_name},
       {{"Snapshot", "User-accounts", "usr-acc:jane"}, "id", IdentifierKind::account_id},
       {{"Snapshot", "User-accounts", "usr-acc:jane"}, "group", IdentifierKind::account_id},
       {{"Snapshot", "Processes", "process:1"}, "user", IdentifierKind::account},
-      {{"Snapshot", "Processes", "process:1"}, "cmd-line", IdentifierKind::text},
-      {{"Snapshot", "Environment", "env-var:HOME"}, "value", IdentifierKind::text},
+      {{"Snapshot", "Processes", "process:1"}, "cmd-line", IdentifierKind::secret},
+      {{"Snapshot", "Environment", "env-var:HOME"}, "value", IdentifierKind::secret},
   };
   for (const PlaceCase& place : cases) {
     EXPECT_EQ(kind_at(place.tags, place.attribute), place.kind)
@@ -107,6 +107,16 @@ TEST(IdentifierKind, OfAnUnknownPlaceIsThatOfTheSameNameElsewhere) {
   EXPECT_FALSE(kind_at({"Snapshot", "Later", "thing:1"}, ""));
 }
 
+TEST(Places, KnowTheTagOfEachLine) {
+  const inv::Document first = maker::document_of_tags({"Snapshot", "User-accounts", "usr-acc:jane"});
+  const inv::Document second = maker::document_of_tags({"Snapshot", "Processes", "process:1"});
+  inv::Places places;
+  EXPECT_EQ(places.kind(maker::last_tag(first), "group"), IdentifierKind::account_id);
+  EXPECT_EQ(places.kind(maker::last_tag(second), "cmd-line"), IdentifierKind::secret);
+  EXPECT_FALSE(places.kind(maker::last_tag(second), "pid"));
+  EXPECT_EQ(places.kind(maker::last_tag(first), ""), IdentifierKind::account);
+}
+
 TEST(IdentifiersIn, SeparatesAtControlCharacters) {
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::serial, "QX24-000417\r  \x01 tail "),
             (Texts{"QX24-000417", "tail"}));
@@ -124,6 +134,31 @@ TEST(IdentifiersIn, LeavesTheSystemsAccounts) {
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::account, "root"), Texts{});
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::account, "_www"), Texts{});
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::account, "rooty"), Texts{"rooty"});
+}
+
+TEST(IdentifiersIn, TakesTheWordsOfFullNamesToo) {
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::full_name, "Jane Q. van Doe-Example"),
+            (Texts{"Jane Q. van Doe-Example", "Jane", "Doe-Example"}));
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::full_name, "Doe, Zo\u00EB (Sales)"),
+            (Texts{"Doe, Zo\u00EB (Sales)", "Doe", "Zo\u00EB"}));
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::full_name, "Jane"), Texts{"Jane"});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::full_name, "Al 2024"), Texts{"Al 2024"});
+}
+
+TEST(IdentifiersIn, LeavesCommonWordsInEveryKindOfPlaceButSecrets) {
+  for (const IdentifierKind kind : {IdentifierKind::text, IdentifierKind::account, IdentifierKind::full_name,
+                                    IdentifierKind::network_name, IdentifierKind::addresses}) {
+    EXPECT_EQ(inv::identifiers_in(kind, "Admin"), Texts{});
+  }
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::secret, "Admin"), Texts{"Admin"});
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::text, "Macintosh HD"), Texts{});
+}
+
+TEST(IdentifiersIn, LeavesSerialNumbersThatAreNone) {
+  for (const char* none : {"000000", "Not Available", "System Serial#", "None", "0.0", "-"}) {
+    EXPECT_EQ(inv::identifiers_in(IdentifierKind::serial, none), Texts{}) << none;
+  }
+  EXPECT_EQ(inv::identifiers_in(IdentifierKind::serial, "000001"), Texts{"000001"});
 }
 
 TEST(IdentifiersIn, LeavesIdsThatEveryMacCounts) {
@@ -158,38 +193,16 @@ TEST(IdentifiersIn, LeavesTheUsualNetworkNames) {
             Texts{"VPN (Example Ltd)"});
 }
 
-TEST(IdentifiersInPaths, FindsAccountsAndVolumes) {
-  EXPECT_EQ(inv::identifiers_in_paths("/Users/jane/Applications"), Texts{"jane"});
-  EXPECT_EQ(inv::identifiers_in_paths("/users/lab$1"), Texts{"lab$1"});
-  EXPECT_EQ(inv::identifiers_in_paths("PATH=/Users/x/bin:/Users/y z"), (Texts{"x", "y"}));
-  EXPECT_EQ(inv::identifiers_in_paths("/Volumes/My Disk/a"), Texts{"My Disk"});
-  EXPECT_EQ(inv::identifiers_in_paths("/Volumes/Backup"), Texts{"Backup"});
-}
-
-TEST(IdentifiersInPaths, FindsFoldersThatMayHoldMoreThanAnAccountsName) {
-  EXPECT_EQ(inv::identifiers_in_paths("/Users/Jane Doe/x.app"), (Texts{"Jane Doe", "Jane"}));
-  EXPECT_EQ(inv::identifiers_in_paths("/Users/jane\u2019s/x"), (Texts{"jane\u2019s", "jane"}));
-  EXPECT_EQ(inv::identifiers_in_paths("/Users/o'brien/x"), (Texts{"o'brien", "o"}));
-  EXPECT_EQ(inv::identifiers_in_paths("\u201C/Users/jane\u201D"), Texts{"jane"});
-  EXPECT_EQ(inv::identifiers_in_paths("/Users/Shared Files/x"), Texts{"Shared Files"});
-  EXPECT_EQ(inv::identifiers_in_paths("cp /Users/jane /Volumes/B"), (Texts{"jane", "B"}));
-  EXPECT_EQ(inv::identifiers_in_paths("/Users/j\u00FCrgen"), Texts{"j\u00FCrgen"});
-}
-
-TEST(IdentifiersInPaths, FindsNothingElsewhere) {
-  for (const char* text :
-       {"", "/", "/Users", "/Users/", "/Users//x", "/Users/Shared/x", "/Applications/Users.app"}) {
-    EXPECT_EQ(inv::identifiers_in_paths(text), Texts{}) << text;
-  }
-}
-
 TEST(IsScannerWord, KnowsConstantsAndTimes) {
   for (const char* word :
-       {"mac", "mac:1", "Apple Inc.", "20120118153045.000000+120", "20120118153045.000000-060"}) {
+       {"mac", "mac:1", "Apple Inc.", "20120118153045.000000+120", "20120118153045.000000-060",
+        "20120118153045.000000+0", "20120118153045.000000-60", "00000003042109.000000:000"}) {
     EXPECT_TRUE(inv::is_scanner_word(word)) << word;
   }
-  for (const char* text : {"", "Mac", "apple", "20120118153045.000000+12", "2012011815304x.000000+120",
-                           "20120118153045.000000 120", "20120118153045:000000+120"}) {
+  for (const char* text :
+       {"", "Mac", "apple", "20120118153045.000000", "20120118153045.000000+", "20120118153045.000000+1200",
+        "2012011815304x.000000+120", "20120118153045.000000 120", "20120118153045.000000+1x0",
+        "20120118153045:000000+120"}) {
     EXPECT_FALSE(inv::is_scanner_word(text)) << text;
   }
 }

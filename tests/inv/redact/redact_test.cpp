@@ -26,7 +26,7 @@ std::string file_with(const std::string& lines) {
 
 inv::Redaction redacted_file(const std::string& file, const std::string& key = "key",
                              bool drop_opaque = false) {
-  return inv::redact(*maker::open(file), {key, drop_opaque});
+  return inv::redact(*maker::open(file), {key, "", drop_opaque});
 }
 
 // The lines of the redacted snapshot that file_with was given.
@@ -49,8 +49,8 @@ std::string anon(const std::string& name) {
 }
 
 TEST(Redact, ReplacesIdentifiersInTheirPlaces) {
-  EXPECT_EQ(redacted("hostname=OFFICE\nuser-name=jane\nmodel=iMac11,1\n"),
-            "hostname=" + anon("OFFICE") + "\nuser-name=" + anon("jane") + "\nmodel=iMac11,1\n");
+  EXPECT_EQ(redacted("hostname=ATELIER\nuser-name=jane\nmodel=iMac11,1\n"),
+            "hostname=" + anon("ATELIER") + "\nuser-name=" + anon("jane") + "\nmodel=iMac11,1\n");
   EXPECT_THAT(redacted("*Chassis=\nserial=C02TEST00001\n"),
               MatchesRegex("\\*Chassis=\nserial=[A-Z][0-9]{2}[A-Z]{4}[0-9]{5}\n"));
   EXPECT_THAT(redacted("ip-address=192.0.2.17, 192.0.2.18\n"),
@@ -82,7 +82,8 @@ TEST(Redact, ReplacesTheWholeNameOfAFolderThatHoldsBlanks) {
             "*usr-acc:1=" + anon("jane") + "\nfullname=" + anon("Jane Doe") + "\nhdir=/Users/" +
                 anon("Jane Doe") + "\n");
   // What could be anything elsewhere is replaced in its place.
-  EXPECT_EQ(redacted("location=/Users/1 2/3 1 2\n"), "location=/Users/" + anon("1 2") + "/3 1 2\n");
+  EXPECT_EQ(redacted("location=/Users/1 2/x.app\ninfo=3 1 2\n"),
+            "location=/Users/" + anon("1 2") + "/x.app\ninfo=3 1 2\n");
 }
 
 TEST(Redact, KeepsNamesOfVariablesUnlessTheyNameSomebody) {
@@ -106,11 +107,91 @@ TEST(Redact, TakesCommandLinesApartForOtherTexts) {
 TEST(Redact, KeepsTheScannersOwnWordsAndTimes) {
   const std::string lines =
       "*os:1=Mac OS X v10.6 (Snow Leopard)\n~kind=mac\nmanuf=Apple Inc.\ninst=20120118153045.000000+120\n";
+  EXPECT_EQ(redacted(lines + "user-name=leopard\nlogin=sata\nhostname=120\nmodel=SATA\n"),
+            lines + "user-name=" + anon("leopard") + "\nlogin=" + anon("sata") + "\nhostname=" + anon("120") +
+                "\nmodel=SATA\n");
+  EXPECT_EQ(redacted("user-name=leopard\nos=Leopard 10.6\n"),
+            "user-name=" + anon("leopard") + "\nos=" + anon("leopard") + " 10.6\n");
+}
+
+// A stick that says "000000" of itself once rewrote every time in the file.
+TEST(Redact, KeepsTimesWithShortOffsets) {
+  const std::string lines = "inst=20120118153045.000000+0\n*USB=\ntime=20120118153045.000000-60\n";
+  EXPECT_EQ(redacted(lines + "serial-number=000000\n"), lines + "serial-number=000000\n");
+  EXPECT_THAT(redacted(lines + "serial-number=153045\n"), HasSubstr(lines + "serial-number="));
+}
+
+TEST(Redact, KeepsCommonWordsSoThatPathsStayWhatTheyAre) {
+  const std::string lines =
+      "user-name=admin\nos=Mac OS X 10.6\n*Chassis=\nalias=Mac\n*Logical-disks=\n*partition:1=System\n"
+      "mount-point=/Volumes/Macintosh HD\npath=/System/Library/admin\n";
+  EXPECT_EQ(redacted(lines), lines);
+}
+
+TEST(Redact, LearnsTheWordsOfFullNames) {
+  EXPECT_EQ(redacted("*usr-acc:1=jd\nfullname=Jane Doe\n*Soft:1=x\ninfo=(c) 2012 Doe and others\n"),
+            "*usr-acc:1=" + anon("jd") + "\nfullname=" + anon("Jane Doe") + "\n*Soft:1=x\ninfo=(c) 2012 " +
+                anon("Doe") + " and others\n");
+}
+
+TEST(Redact, LearnsHostsAndDomainsFromUrls) {
   EXPECT_EQ(
-      redacted(lines + "user-name=mac\nlogin=apple\nhostname=120\n"),
-      lines + "user-name=" + anon("mac") + "\nlogin=" + anon("apple") + "\nhostname=" + anon("120") + "\n");
-  EXPECT_EQ(redacted("user-name=mac\nos=Mac OS X 10.6\n"),
-            "user-name=" + anon("mac") + "\nos=" + anon("mac") + " OS X 10.6\n");
+      redacted("*Soft:1=x\ninfo=http://wiki.firm.example/x\nnote=wiki.firm.example and nas.firm.example\n"),
+      "*Soft:1=x\ninfo=http://" + anon("wiki.firm.example") + "/x\nnote=" + anon("wiki.firm.example") +
+          " and nas." + anon("firm.example") + "\n");
+}
+
+TEST(Redact, ReplacesWhatAPersonKeepsInItsPlaceOnly) {
+  EXPECT_EQ(redacted("location=/Users/jane/Reports/Notes.app\ninfo=Reports\n"),
+            "location=/Users/" + anon("jane") + "/" + anon("Reports") + "/Notes.app\ninfo=Reports\n");
+}
+
+// What is found as a token elsewhere would leave the rest of the folder's name standing.
+TEST(Redact, ReplacesAPersonsFolderWholeThoughANameIsInIt) {
+  EXPECT_EQ(redacted("location=/Users/jane/jane and me/x.app\n"),
+            "location=/Users/" + anon("jane") + "/" + anon("jane and me") + "/x.app\n");
+}
+
+TEST(Redact, ReplacesNamesOfProgramsWithSomebodysNameInThem) {
+  EXPECT_EQ(redacted("user-name=jane\nenv-var:JANETOOL=\n~complex=\n*process:1=janet\n*Soft:1=janet\n"
+                     "*env-var:JANETOOL=JANETOOL\n"),
+            "user-name=" + anon("jane") + "\nenv-var:" + anon("JANETOOL") +
+                "=\n~complex=\n*process:1=" + anon("janet") +
+                "\n*Soft:1=janet\n*env-var:" + anon("JANETOOL") + "=" + anon("JANETOOL") + "\n");
+  EXPECT_EQ(redacted("user-name=rob\n*process:1=problem\n"),
+            "user-name=" + anon("rob") + "\n*process:1=problem\n");
+}
+
+TEST(Redact, ReplacesSystemPathsOfTheEnvironmentInTheirPlaceOnly) {
+  EXPECT_EQ(redacted("*env-var:SHELL=SHELL\nvalue=/bin/zsh\n*usr-acc:1=jane\nshell=/bin/zsh\n"),
+            "*env-var:SHELL=SHELL\nvalue=" + anon("/bin/zsh") + "\n*usr-acc:1=" + anon("jane") +
+                "\nshell=/bin/zsh\n");
+  EXPECT_EQ(redacted("*env-var:KEY=KEY\nvalue=hunter2\n*Soft:1=hunter2\n"),
+            "*env-var:KEY=KEY\nvalue=" + anon("hunter2") + "\n*Soft:1=" + anon("hunter2") + "\n");
+}
+
+std::string salted(const std::string& text, const std::string& salt) {
+  const inv::Redaction redaction = inv::redact(*maker::open(maker::file_of_text(text)), {"key", salt, false});
+  EXPECT_EQ(redaction.refusal, "");
+  const auto result = maker::open(redaction.bytes);
+  EXPECT_TRUE(result->faults.empty());
+  return result->snapshot()->text();
+}
+
+TEST(Redact, WritesTheSaltBehindTheTopElementsAnnotations) {
+  const std::string mark = "\xEF\xBB\xBF?zxml\n";
+  EXPECT_EQ(salted(mark + "+Snapshot=\n~a=b\n~c=d\nmodel=x\n~e=f\n-\n", "0a"),
+            mark + "+Snapshot=\n~a=b\n~c=d\npseudonym-salt=0a\nmodel=x\n~e=f\n-\n");
+  EXPECT_EQ(salted(mark + "*Snapshot=\n", "0a"), mark + "*Snapshot=\npseudonym-salt=0a\n");
+  EXPECT_EQ(salted(mark + "+Snapshot=\n-\n", "0a"), mark + "+Snapshot=\npseudonym-salt=0a\n-\n");
+}
+
+TEST(Redact, DropsTheSaltOfAnEarlierKey) {
+  const std::string mark = "\xEF\xBB\xBF?zxml\n";
+  const std::string tree = "*OS=\npseudonym-salt=stays\n-\n";
+  EXPECT_EQ(salted(mark + "+Snapshot=\npseudonym-salt=0a\n" + tree, "0b"),
+            mark + "+Snapshot=\npseudonym-salt=0b\n" + tree);
+  EXPECT_EQ(salted(mark + "+Snapshot=\npseudonym-salt=0a\n" + tree, ""), mark + "+Snapshot=\n" + tree);
 }
 
 TEST(Redact, KeepsWhatSeparatesIdentifiers) {

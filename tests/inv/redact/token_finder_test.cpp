@@ -87,6 +87,16 @@ TEST(TokenFinder, ComparesBytesAboveAsciiAsTheyAreSorted) {
   EXPECT_EQ(found(finder, "\xFF\xFE \x80 z"), (Parts{"\xFF\xFE", "\x80", "z"}));
 }
 
+TEST(TokenFinder, SeesWhatIsAPartOfALongerWord) {
+  const TokenFinder finder = finder_of({"jane", "doe"});
+  for (const char* text : {"janet", "x_tjane", "JANETOOL", "jane janed", "2doe"}) {
+    EXPECT_TRUE(finder.cuts_word(text)) << text;
+  }
+  for (const char* text : {"jane", "jane_doe", "JANE doe", "jan", ""}) {
+    EXPECT_FALSE(finder.cuts_word(text)) << text;
+  }
+}
+
 TEST(Folded, MakesAsciiLettersSmall) { EXPECT_EQ(inv::folded("A-Z \xC3\x84"), "a-z \xC3\x84"); }
 
 }  // namespace
