@@ -58,6 +58,11 @@ TEST(Scanner, SaysWhereItStopped) {
   EXPECT_EQ(scanned.result.offset, "<array><string>a</string><foo/>"sv.size());
 }
 
+TEST(Scanner, RefusesADocumentTypeWithDeclarationsOfItsOwn) {
+  EXPECT_FALSE(refused("<!DOCTYPE plist><true/>"));
+  EXPECT_TRUE(refused("<!DOCTYPE plist []><true/>"));
+}
+
 TEST(Scanner, RefusesAListCutAnywhere) {
   for (size_t length = 0; length < kEveryElement.size(); ++length) {
     EXPECT_TRUE(refused(kEveryElement.substr(0, length))) << length;
