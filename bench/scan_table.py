@@ -126,7 +126,7 @@ def limits(results):
     if 5000 in results:
         yield "ratio at 5000 at most 2.0", results[5000]["ratio"], results[5000]["ratio"] <= 2
         yield "script at 5000 at least 3 x", results[5000]["times"], results[5000]["times"] >= 3
-        # The script's own library is no stand-in.
+        # The script's own library is not the stand-in.
         times = results[5000]["times of the product"]
         yield "script at 5000 at least 3 x the scan without the stand-in", times, times >= 3
     if 5000 in results and 20000 in results:

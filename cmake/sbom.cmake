@@ -1,5 +1,5 @@
-# A list of what is linked into each program, in the form of CycloneDX: PROGRAM.cdx.json beside it. CMake knows the libraries and their versions; which of
-# the shared ones the linker kept is asked of the finished program. The compiler's own libraries and the system's C library are not in it.
+# A list of what is linked into each program, in the form of CycloneDX: PROGRAM.cdx.json next to it. CMake knows the libraries and their versions; which of
+# the shared ones the linker kept is read from the finished program. The compiler's own libraries and the system's C library are not in it.
 
 # velkaro_describe_library(LIBRARY NAME VERSION LICENCE): LIBRARY as it is linked (a target, a file or a framework), LICENCE by its SPDX name or empty.
 function(velkaro_describe_library library name version licence)
@@ -15,7 +15,7 @@ function(velkaro_describe_library library name version licence)
   set_property(GLOBAL PROPERTY "velkaro_library_${library}" "${name}|${version}|${licence}|${location}")
 endfunction()
 
-# What a target of our own links, as it is told to.
+# What a target of our own is told to link.
 function(velkaro_links_of target result)
   set(links)
   foreach(property LINK_LIBRARIES INTERFACE_LINK_LIBRARIES)

@@ -1,4 +1,4 @@
-# Run behind the linking of a program: writes the list of its libraries, each of LIBRARIES being "NAME|VERSION|LICENCE|LOCATION".
+# Run after a program is linked: writes the list of its libraries, each of LIBRARIES being "NAME|VERSION|LICENCE|LOCATION".
 cmake_minimum_required(VERSION 3.25)
 
 file(GET_RUNTIME_DEPENDENCIES EXECUTABLES ${PROGRAM} RESOLVED_DEPENDENCIES_VAR found UNRESOLVED_DEPENDENCIES_VAR elsewhere)
@@ -7,7 +7,7 @@ foreach(file ${found} ${elsewhere})
   list(APPEND loaded ${stem})
 endforeach()
 
-# Whether a described library is in the program: what is no shared library is, and of these what it loads.
+# Whether a described library is in the program: every static one is, and the shared ones that it loads.
 function(is_linked location result)
   get_filename_component(name "${location}" NAME)
   get_filename_component(stem "${location}" NAME_WE)

@@ -1,4 +1,4 @@
-// The lists of those who may sign, and of the keys that may not.
+// The lists of allowed signers and of revoked keys.
 #include <cstdlib>
 
 #include "inv/signature/allowed_signers.h"

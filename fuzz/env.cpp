@@ -1,4 +1,4 @@
-// The environment as env prints it, and the elements made of it.
+// The environment as env prints it, and the elements made from it.
 #include <cstdint>
 
 #include "collectors/environment.h"

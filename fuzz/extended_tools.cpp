@@ -1,4 +1,4 @@
-// What the small tools print that only the extended scan asks: any of them may print anything.
+// The output of the small tools that only the extended scan runs: any of them may print anything.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>

@@ -1,4 +1,4 @@
-// The signature beside a file from a stranger.
+// The signature that a stranger sends with a file.
 #include <cstdlib>
 
 #include "inv/signature/signature.h"

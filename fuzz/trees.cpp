@@ -1,4 +1,4 @@
-// The profiler's facts on their way through every collector that asks no command. The input describes them
+// The profiler's facts on their way through every collector that runs no command. The input describes them
 // line by line, so that keys and kinds are swapped more often than XML is broken:
 //
 //     {  }  [  ]       dictionaries and arrays, as in a list; what is not closed, or has no key, is salvaged
@@ -45,7 +45,7 @@ constexpr Collector kCollectors[] = {
 
 struct Line {
   char mark;
-  const char* element;  // none: the mark is replaced by a whole tag
+  const char* element;  // null: the mark is replaced by a whole tag
   const char* tag;
 };
 constexpr Line kLines[] = {

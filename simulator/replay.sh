@@ -1,9 +1,9 @@
-# Read by every tool in bin/: what they have in common. POSIX shell; the tools stand first on PATH and hide the real
+# Read by every tool in bin/: what they have in common. POSIX shell; the tools come first on PATH and hide the real
 # `ls`, so nothing here may rely on it.
 
 tool=${0##*/}
 
-# A scan that asks for something else than what was recorded must not go on with a guess.
+# A scan that asks for something that was not recorded must not go on with a guess.
 refuse() {
     printf '%s: no recording answers: %s %s\n' "$tool" "$tool" "$*" >&2
     exit 64
@@ -15,7 +15,7 @@ replay() {
     cat <"$VELKARO_MACHINE/$1"
 }
 
-# For a tool that not every Mac has: without a recording there is none, in the words of the shell.
+# For a tool that not every Mac has: without a recording it is missing, in the words of the shell.
 replay_tool() {
     [ -f "$VELKARO_MACHINE/tools/$tool.txt" ] || {
         printf 'sh: %s: command not found\n' "$tool" >&2

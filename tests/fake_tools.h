@@ -30,7 +30,7 @@ class FakeTools {
     std::ofstream(file(name)) << "#!/bin/sh\n" << script << "\n";
     chmod(file(name).c_str(), 0755);
   }
-  // The path of a file beside the tools, for what a script reads or leaves.
+  // The path of a file in the tools' folder, for what a script reads or writes.
   std::string file(const std::string& name) const { return folder_ + "/" + name; }
   std::string read(const std::string& name) const {
     std::ifstream stream(file(name), std::ios::binary);

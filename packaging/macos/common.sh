@@ -1,4 +1,4 @@
-# Sourced by the scripts beside it, which are run as `SCRIPT [--dry-run] FOLDER`: all that they make is in FOLDER, whose root/ is what the
+# Sourced by the other scripts here, which are run as `SCRIPT [--dry-run] FOLDER`: all that they make is in FOLDER, whose root/ is what the
 # package installs. With --dry-run they only say what they would run.
 # shellcheck shell=sh disable=SC2034
 set -eu

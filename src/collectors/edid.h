@@ -25,10 +25,10 @@ struct EdidInfo {
   Text manufacturer;    // three letters
   Text product_id;      // hexadecimal, padded with blanks to four characters
   Text version;         // "1.3"
-  Text v_range_text;    // "56 - 75"; none without a range descriptor
+  Text v_range_text;    // "56 - 75"; null without a range descriptor
   Text h_range_text;    // likewise
   Text max_resolution;  // see edid_max_resolution
-  // Of the last descriptor of their kind, none without one. They run up to the first zero byte or the end of
+  // Of the last descriptor of their kind, null without one. They run up to the first zero byte or the end of
   // the block, so the line feed and the padding of the descriptor are part of them.
   Text monitor_name;
   Text serial_text;
@@ -52,7 +52,7 @@ struct EdidInfo {
 
 // Decodes "0x00ffffffffffff00...": two characters, whatever they are, and two hexadecimal digits for each
 // byte. What is missing or not hexadecimal leaves its byte zero; when the second character of a pair is not a
-// digit, the first one counts alone. None reads as the empty text.
+// digit, the first one counts alone. Null reads as the empty text.
 EdidInfo decode_edid(const char* text);
 
 // The image alone, bytes 21 and 22. The text must have both in hexadecimal; only the very last digit may be

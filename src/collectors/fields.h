@@ -12,18 +12,18 @@
 // its child "_items", and an item's keys are attributes (texts, numbers) or children (dictionaries, arrays).
 // A key with a value of another kind than the one asked for counts as missing.
 
-// The tag of an array; none for a dictionary. It holds tags and attributes named "item" and their index.
+// The tag of an array; null for a dictionary. It holds tags and attributes named "item" and their index.
 const Tag* find_list(const Tag& item, const char* key);
-// The tag that holds the items of a data type ("SPHardwareDataType"), or the items below an item; none when
+// The tag that holds the items of a data type ("SPHardwareDataType"), or the items of an item; null when
 // there is none.
 const Tag* find_items(const InventoryTree& profiler, const char* data_type);
 const Tag* find_items(const Tag& item);
-// The first item of a data type, or none.
+// The first item of a data type, or null.
 const Tag* first_item(const InventoryTree& profiler, const char* data_type);
 
 // A value to be copied: a text, a number or a date, whichever the profiler gives.
 const Value* find_value(const Tag& item, const char* key);
-// A value as a text; none for a number, and for a date, which the tree holds as a text too.
+// A value as a text; null for a number, and for a date, which the tree holds as a text too.
 char* text_of(Value& value);
 // The text in the profiler tree itself; size parsing changes it there (see units.h).
 char* find_text(const Tag& item, const char* key);
@@ -32,12 +32,12 @@ bool text_is(const Tag& item, const char* key, const char* expected);
 char* find_date(const Tag& item, const char* key);
 // The integer, or 0.
 int64_t find_integer(const Tag& item, const char* key);
-// The texts among the elements of an array; none of them for no array.
+// The texts among the elements of an array; empty for null.
 std::vector<const char*> texts_in(const Tag* list);
 
 // ---- Writing.
 
-// What becomes of one key of an item: an attribute of this name.
+// A key of an item, and the name of the attribute that it is copied to.
 struct CopiedField {
   const char* key;
   const char* name;

@@ -7,7 +7,7 @@
 
 #include "zxml/zXML.h"
 
-// The element below the top one that the names lead to, one inside the other; none when there is none.
+// The element below the top one that the names lead to, one inside the other; null when there is none.
 const Tag* find_element(const InventoryTree& snapshot, std::initializer_list<const char*> names);
 
 // The numbers that no element of a list has yet, in ascending order. The names are searched once, not once

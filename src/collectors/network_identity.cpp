@@ -9,7 +9,7 @@
 
 namespace {
 
-// The first of an adapter's addresses, or none. The list is read as the adapters' collector reads it in the
+// The first of an adapter's addresses, or null. The list is read as the adapters' collector reads it in the
 // tree: with anything but texts in it, it does not count.
 Text first_address(CFDictionaryRef adapter) {
   const CFArrayRef addresses = find_list(adapter, CFSTR("ip_address"));

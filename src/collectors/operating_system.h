@@ -11,7 +11,7 @@
 struct OsVersion {
   Text name;     // "Mac OS X v10.6 (Snow Leopard)", or the whole text for a minor version not known by name
   Text version;  // "10.6.8 (10K549)"
-  Text update;   // "Update 8", or "Version(build) (11A511)" of a system without updates; none when too short
+  Text update;   // "Update 8", or "Version(build) (11A511)" of a system without updates; null when too short
 };
 OsVersion parse_os_version(const char* os_version);
 

@@ -5,12 +5,12 @@
 
 #include "driver/base/text.h"
 
-// Every field is a text of its own, or none when the profiler does not report it. Numbers are unsigned 32-bit
+// Every field is a text of its own, or null when the profiler does not report it. Numbers are unsigned 32-bit
 // decimals.
 struct SystemSummary {
   Text host_name;  // local_host_name of the first SPSoftwareDataType item
   // The short name, between the brackets of user_name. When only the profiler knows the platform UUID, it is
-  // here instead and platform_uuid is none: the console expects it so.
+  // here instead and platform_uuid is null, as the console expects.
   Text user_name;
   Text platform_uuid;       // from ioreg
   Text os_name;             // as collect_os names it
@@ -20,7 +20,7 @@ struct SystemSummary {
   Text processor_cores;     // number_processors times packages
   Text clock_speed;         // in MHz
   Text processor_type;      // cpu_type
-  Text processor_vendor;    // "GenuineIntel", or none for another maker's
+  Text processor_vendor;    // "GenuineIntel", or null for other makers
   Text machine_model;       // machine_model
   Text manufacturer;        // always "Apple Inc."
   Text physical_memory;     // in MB
@@ -32,8 +32,8 @@ struct SystemSummary {
   Text volume_free;         // likewise
 };
 
-// The summary from the profiler's parsed list, which holds a dictionary per data type (none counts as an
+// The summary from the profiler's parsed list, which holds a dictionary per data type (null counts as an
 // empty list), and from ioreg.
 SystemSummary query_system_summary(CFArrayRef list);
-// The same with what ioreg printed; none counts as nothing.
+// The same with what ioreg printed; null counts as nothing.
 SystemSummary summarize_system(CFArrayRef list, Text platform_uuid);

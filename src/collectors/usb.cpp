@@ -63,7 +63,7 @@ bool is_plain_name(const char* name) {
   return *name != '\0' && name[std::strspn(name, kPlain)] == '\0';
 }
 
-// None when the disk utility is not asked or does not know.
+// Null when the disk utility is not run or does not know.
 Text media_name(CommandSeries& diskutil, const char* bsd_name) {
   if (!is_plain_name(bsd_name)) return nullptr;
   announce("Removable disks");

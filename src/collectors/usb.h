@@ -18,5 +18,5 @@ void collect_usb(InventoryTree& snapshot, InventoryTree& profiler);
 void collect_usb_device(InventoryTree& snapshot, const Tag& entry, int& counter);
 
 // The media name in the output of `diskutil info`, without the blanks and the word " Media" around it; the
-// empty text when nothing else is there, none when the output has no such line.
+// empty text when nothing else is there, null when the output has no such line.
 Text parse_media_name(const char* diskutil_output);

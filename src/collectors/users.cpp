@@ -35,7 +35,7 @@ Text trimmed(std::string_view text) {
 }
 
 // The text between a key and the next occurrence of an end mark, trimmed. Without the mark it runs to the end
-// of the record, or is none when the mark must be there; without the key it is none.
+// of the record, or is null when the mark must be there; without the key it is null.
 enum class EndMark { optional, required };
 Text text_between(std::string_view record, std::string_view key, std::string_view end_mark, EndMark needed) {
   const size_t found = record.find(key);

@@ -1,4 +1,4 @@
-// The people who have an account on the machine.
+// The people with an account on the machine.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 #include "zxml/zXML.h"
 
 // An account as the directory holds it, without the blanks and line ends around its texts. A text that the
-// record lacks is none.
+// record lacks is null.
 struct Account {
   Text name;  // the record name; several names, each on its own line, are joined by blanks
   Text full_name;

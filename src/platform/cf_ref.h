@@ -11,7 +11,7 @@ template <typename Ref>
 class CFRef {
  public:
   CFRef() = default;
-  // Takes over the reference that a Create or Copy function returned; a null pointer is "none".
+  // Takes over the reference that a Create or Copy function returned; null is allowed.
   explicit CFRef(Ref object) : object_(object) {}
   CFRef(CFRef&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   CFRef& operator=(CFRef&& other) noexcept {

@@ -1,5 +1,5 @@
-// The kernel's process table: the one fact that is asked of the kernel itself, since `ps` has no form that
-// tells the short names apart.
+// The kernel's process table: the one fact that comes from the kernel itself, since `ps` has no format in
+// which a short name can be recognised safely.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Copies the process table out of a kernel that hands it out by sysctl: its size is asked first, and the
+// Copies the process table from a kernel that provides it by sysctl: its size is asked for first, and the
 // table may have grown when it is copied.
 #pragma once
 
@@ -15,8 +15,8 @@
 constexpr size_t with_spare(size_t records) { return records + std::max<size_t>(records / 8, 64); }
 
 // One reading. `sysctl` is called with a buffer and the address of its size, as sysctl(3) is: without a
-// buffer it tells the size in bytes; with one it fills it and reports how much it filled. `record_of` makes a
-// ProcessRecord of a KernelRecord. A table that still does not fit (ENOMEM) grew, with the records that the
+// buffer it reports the size in bytes; with one it fills it and reports how much it filled. `record_of` makes
+// a ProcessRecord of a KernelRecord. A table that still does not fit (ENOMEM) grew, with the records that the
 // kernel copied all the same.
 template <typename KernelRecord, typename Sysctl, typename RecordOf>
 ProcessTable read_sysctl_table(const Sysctl& sysctl, const RecordOf& record_of) {

@@ -42,7 +42,7 @@ bool differs_in_one_byte(std::string_view text, std::string_view form) {
   return text.substr(same + !missing) == form.substr(same + !added);
 }
 
-// The text between the angle brackets; none when there is no ">" before the next "<".
+// The text between the angle brackets; empty when there is no ">" before the next "<".
 std::optional<std::string_view> content_of_tag(std::string_view text) {
   if (text.empty() || text.front() != '<') return std::nullopt;
   text = text.substr(1, text.find('<', 1) - 1);

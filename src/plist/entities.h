@@ -18,7 +18,7 @@ struct Entity {
 // (with a small x) hexadecimal reference, where no digits at all mean U+0000. None for anything else.
 std::optional<Entity> parse_entity(std::string_view text);
 
-// Appends a text with every entity replaced by its character in UTF-8. An ampersand that begins none is kept,
+// Appends a text with every entity replaced by its character in UTF-8. A bare ampersand is kept,
 // and makes the result false.
 bool append_resolved(std::string& resolved, std::string_view text);
 

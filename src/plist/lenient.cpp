@@ -139,7 +139,7 @@ void LenientScanner::end_container() {
   (is_dictionary ? events_.end_dictionary : events_.end_array)(events_.listener);
 }
 
-// Reports the key of the value that comes now; false when there is no place for a value.
+// Reports the key of the value that comes now; false where no value may be.
 bool LenientScanner::place_value() {
   if (!in_dictionary()) return true;
   if (!has_key_) return false;

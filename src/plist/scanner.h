@@ -13,7 +13,7 @@ namespace plist {
 constexpr size_t kMaximumDepth = 512;
 
 struct ScanResult {
-  const char* error;  // a message that lives as long as the program; none when the list was read to its end
+  const char* error;  // a static message; null when the list was read to its end
   size_t offset;      // the byte where reading ended
 };
 

@@ -24,7 +24,7 @@ Utf8Sequence first_sequence(std::string_view bytes);
 // The code point may be anything up to U+10FFFF but a surrogate.
 void append_utf8(std::string& text, uint32_t code_point);
 
-// The bytes, with one U+FFFD in place of each broken sequence.
+// The bytes, with one U+FFFD for each broken sequence.
 std::string repair_utf8(std::string_view bytes);
 
 }  // namespace plist

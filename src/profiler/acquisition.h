@@ -26,7 +26,7 @@ static_assert(kPrologueLength == 172 && kEpilogueLength == 18, "the lengths that
 
 struct ProfilerOutput {
   const char* data_type;
-  Text text;  // none where the profiler could not be started
+  Text text;  // null where the profiler could not be started
   uint32_t length;
 };
 
@@ -56,11 +56,11 @@ ProfilerDocument collect_profiler_document(bool progress, const SeriesLimits& li
 // The profiler's output over its own choice of data types, uncut; tried again in the same way.
 ProfilerOutput run_full_profiler(const SeriesLimits& limits = SeriesLimits(), const Pause& pause = pause_for);
 
-// One further data type, which never stands in the document. One that stays empty is tried once more: a
+// One further data type, which is never part of the document. One that stays empty is tried once more: a
 // system that does not know it would never answer.
 ProfilerOutput run_profiler(CommandSeries& profiler, const char* data_type, const Pause& pause = pause_for);
 
-// The command line that asks for a data type, or for none for the profiler's own choice.
+// The command line that asks for a data type; null asks for the profiler's own choice.
 Text profiler_command(const char* data_type);
 // The size of the first buffer for what it prints, in bytes.
 constexpr uint32_t kProfilerChunk = 65536;

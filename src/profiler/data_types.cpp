@@ -19,7 +19,7 @@ const DataType kDataTypes[] = {
      "Firewall",
      70,
      {"spfirewall_globalstate", "spfirewall_services", "spfirewall_applications"},
-     "spfirewall_globalstate_limit_connections"},  // tells that there are rules
+     "spfirewall_globalstate_limit_connections"},  // the value says that there are rules
     {"SPNetworkLocationDataType",
      "Network locations",
      0,
@@ -29,5 +29,5 @@ const DataType kDataTypes[] = {
     {"SPApplicationsDataType", "Applications", 0, {}, {}},
     {"SPStartupItemDataType", "Startup items", 90, {}, {}},
     {"SPDiscBurningDataType", "Disc burning", 0, {}, {}},
-    {"SPPowerDataType", "Power", 100, {"AC Power"}, "sppower_information"},  // tells its settings
+    {"SPPowerDataType", "Power", 100, {"AC Power"}, "sppower_information"},  // this item has the settings
 };

@@ -1,4 +1,4 @@
-// The data types that a scan asks the system profiler for.
+// The data types that a scan requests from the system profiler.
 #pragma once
 
 #include <string_view>
@@ -6,7 +6,7 @@
 struct DataType {
   const char* name;
   const char* title;  // that the operator sees
-  int percent;        // the progress that is told once it has run; 0: nothing
+  int percent;        // the progress that is printed once it has run; 0: nothing
   // Keys on which many facts depend: everything below them, or what is read only when they say so. And such a
   // value of a key. They are put right where a byte of them is damaged; the rest of the places is empty.
   std::string_view keys[4];

@@ -2,7 +2,7 @@
 
 namespace {
 
-// The object as the wanted type, or none.
+// The object as the wanted type, or null.
 template <typename Ref>
 Ref as(CFTypeRef object, CFTypeID type) {
   return object && CFGetTypeID(object) == type ? static_cast<Ref>(object) : nullptr;

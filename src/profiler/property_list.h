@@ -6,7 +6,7 @@
 #include "platform/cf_ref.h"
 #include "profiler/acquisition.h"
 
-// The array of data-type dictionaries, never none. When CoreFoundation refuses the document or would read
+// The array of data-type dictionaries, never null. When CoreFoundation refuses the document or would read
 // only part of it, or when it is nested too deeply to be safe or made of outputs with NULs, the outputs are
 // parsed one by one: a healthy one as the tool wrote it, a damaged one as far as it can be salvaged.
 CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document);

@@ -24,7 +24,7 @@ bool is_damaged(std::string_view text, std::string_view name) {
 }
 
 // The key that the text is a damaged form of; otherwise the text. It may be one of any data type, since a
-// list that the profiler was asked for without one holds them all.
+// list that was requested without one has them all.
 std::string_view put_key_right(std::string_view text) {
   for (const std::string_view key : kCommonKeys) {
     if (is_damaged(text, key)) return key;

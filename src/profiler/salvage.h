@@ -8,5 +8,5 @@
 // A new output in the profiler's usual frame that holds whatever can still be read of the given one: invalid
 // bytes become U+FFFD, unknown entities text, unreadable values disappear with their key, what is open at the
 // end is closed. The name of the data type, and the keys and values on which many facts depend, are repaired
-// when one byte is damaged. Its text is none when nothing in the given one is part of a list.
+// when one byte is damaged. Its text is null when nothing in the given one is part of a list.
 ProfilerOutput salvage_output(const ProfilerOutput& output);

@@ -37,7 +37,7 @@ int32_t truncate_to_int32(double number);
 uint32_t truncate_to_uint32(double number);
 uint64_t truncate_to_uint64(double number);
 
-// The text up to the first line feed or its end; none when that is empty.
+// The text up to the first line feed or its end; null when that is empty.
 Text copy_line(const char* text);
 // The text up to the first blank or its end.
 Text copy_word(const char* text);

@@ -38,9 +38,9 @@ class INVfile {
  private:
   struct Section {
     int32_t kind;
-    std::unique_ptr<InventoryTree> tree;  // none for raw data
+    std::unique_ptr<InventoryTree> tree;  // null for raw data
     Bytes encoded_tree;
-    unsigned char* borrowed_data;  // none for a tree
+    unsigned char* borrowed_data;  // null for a tree
     size_t borrowed_length;
 
     ContainerSection contents() const;

@@ -21,7 +21,7 @@ void write_rows(Place& element, const Row (&rows)[count]) {
   for (const Row& row : rows) element.set_attribute(row.name, text_value(row.text));
 }
 
-// The texts that differ between a normal and a debug scan; none is written as the empty text.
+// The texts that differ between a normal and a debug scan; null is written as the empty text.
 struct Identity {
   const char* host_name;
   const char* computer_name;

@@ -6,7 +6,7 @@
 
 #include "zxml/INVfile.h"
 
-// The texts below are borrowed for the call. Any may be none, which is written as the empty text.
+// The texts below are borrowed for the call. Any may be null, which is written as the empty text.
 
 // How the machine is reached.
 struct AssetNetwork {

@@ -27,7 +27,7 @@ class Place {
   void set_attribute(std::string_view name, Value value, const char* annotation_key = nullptr,
                      const char* annotation_text = nullptr);
   // For attributes whose names are distinct among all that are set here: no search when this Place made its
-  // tag. Returns the attribute, for further annotations, or none.
+  // tag. Returns the attribute, for further annotations, or null.
   Attribute* set_distinct_attribute(std::string_view name, Value value, const char* annotation_key = nullptr,
                                     const char* annotation_text = nullptr);
   // Gives the tag at this place itself a value; this does not make the tag above it a branch.

@@ -31,7 +31,7 @@ class Attribute {
 
   // Appends an annotation, even when one with this key exists. A null text counts as empty.
   void annotate(const char* key, const char* text);
-  // The first annotation with this key, or none.
+  // The first annotation with this key, or null.
   const Annotation* find_annotation(const char* key) const;
 
  private:
@@ -53,14 +53,14 @@ class Tag {
 
   Kind kind() const { return kind_; }
   const std::string& name() const { return name_; }
-  // None until the tag is given a value.
+  // Null until the tag is given a value.
   Value* value() { return value_.get(); }
   const Value* value() const { return value_.get(); }
   const std::vector<std::unique_ptr<Tag>>& children() const { return children_; }
   const std::vector<std::unique_ptr<Attribute>>& attributes() const { return attributes_; }
   const std::vector<Annotation>& annotations() const { return annotations_; }
 
-  // Lookups among the direct children or attributes; none when there is no match.
+  // Lookups among the direct children or attributes; null when there is no match.
   Tag* find_child(std::string_view name) const;
   Tag* child_at(size_t index) const;
   Attribute* find_attribute(std::string_view name) const;
@@ -104,7 +104,7 @@ class Tag {
   Attribute& set_own_attribute(std::string_view name, Value value, const char* annotation_key,
                                const char* annotation_text);
   void set_child_value(std::string_view name, Value value);
-  // Passes through this tag to the named child, as a path's inner segment does; none when there is no such
+  // Passes through this tag to the named child, as a path's inner segment does; null when there is no such
   // child.
   Tag* pass_to_child(std::string_view name);
   Tag* walk(std::string_view* path, bool make_missing);

@@ -27,7 +27,7 @@ size_t convert_line_ends(const char* text, char* converted) {
     const bool joins = offset == length;
     // The last byte before a pair is cut off.
     if (joins) append(text, pair && size > 0 ? size - 1 : size);
-    // A carriage return alone is dropped.
+    // A lone carriage return is dropped.
     if (pair || line_end == '\n') converted[length++] = '\r';
     offset += size + (pair || line_end == '\r' ? 1 : 2);
     text += size + (pair ? 2 : 1);

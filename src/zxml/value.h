@@ -24,7 +24,7 @@ class Value {
   // dropped. Text between several line ends, and the byte before a carriage-return-line-feed pair, are lost:
   // the console's files have always been like that. None gives the empty text.
   void set_text(const char* text);
-  // The text exactly as given; none gives the empty text.
+  // The text exactly as given; null gives the empty text.
   void set_string(const char* text);
   void set_bool(bool flag);
   void set_int64(int64_t number);
@@ -32,7 +32,7 @@ class Value {
   void clear();
 
   Kind kind() const { return kind_; }
-  // The payload of this kind; false, 0 or none when the value is of another kind.
+  // The payload of this kind; false, 0 or null when the value is of another kind.
   bool boolean() const { return kind_ == Kind::boolean && payload_.boolean != 0; }
   int64_t int64() const { return kind_ == Kind::int64 ? payload_.int64 : 0; }
   double real() const { return kind_ == Kind::real ? payload_.real : 0; }

@@ -37,7 +37,8 @@ class InventoryTree {
   void annotate_attribute(const char* path, const char* key, const char* text);
 
   // The tree's bytes: the whole text or its stream, or the parts of a split layout, their index and its
-  // offset; then the bytes that tell the layout (container.h). A split layout rewrites the section records.
+  // offset; then the bytes that identify the layout (container.h). A split layout rewrites the section
+  // records.
   Bytes serialize(Layout layout);
   // Writes those bytes to a file; nothing happens when it cannot be opened.
   void save(const char* path, Layout layout);

@@ -1,4 +1,4 @@
-// Inventory files for the browser's tests, and the pages that inv makes of them.
+// Inventory files for the browser tests, and the pages that inv makes from them.
 import { execFileSync } from "node:child_process";
 import { mkdtempSync, readdirSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
@@ -31,7 +31,7 @@ export function write(name, lines) {
   return path;
 }
 
-// The address of a page that `inv report` makes of these arguments.
+// The address of the page that `inv report` makes with these arguments.
 export function report(name, ...args) {
   const path = join(folder, name);
   execFileSync(inv, ["report", ...args, "-o", path]);

@@ -132,7 +132,7 @@ test("the page reads without scripts", async () => {
   });
 });
 
-// How the texts of the page stand out from what is behind them, by WCAG's measure.
+// The contrast of the page's texts with their background, as WCAG measures it.
 const contrasts = () => {
   const luminance = (colour) => {
     const [r, g, b] = colour.match(/\d+/g).map((part) => part / 255)

@@ -29,7 +29,7 @@ InventoryTree collect(std::initializer_list<Item> adapters) {
   return snapshot;
 }
 
-// The tag at a path below "/Video"; none when there is none.
+// The tag at a path below "/Video"; null when there is none.
 const Tag* find(const InventoryTree& snapshot, std::initializer_list<const char*> path) {
   const Tag* tag = snapshot.top().find_child("Video");
   for (const char* name : path) tag = tag ? tag->find_child(name) : nullptr;

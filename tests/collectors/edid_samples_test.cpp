@@ -1,4 +1,4 @@
-// Blocks of real monitors, which are kept beside the repository and not in it, since they carry serial
+// Blocks of real monitors, which are kept outside the repository, since they contain serial
 // numbers.
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// The profiler's parsed list for the tests of those who read it directly, put together in a few words.
+// Builds the profiler's parsed list in a few words, for the tests of what reads it directly.
 #pragma once
 
 #include <initializer_list>

@@ -97,15 +97,15 @@ std::string summary(CFArrayRef list) {
 // ---- The lists that contain a key. "@" is its place.
 
 Xml entry(const std::string& key, const Xml& value) { return "<key>" + key + "</key>" + value; }
-Xml told(const std::string& key, const std::string& value) { return entry(key, text(value)); }
+Xml text_entry(const std::string& key, const std::string& value) { return entry(key, text(value)); }
 // What holds nothing leaves nothing in the tree, hence a key that nobody reads.
-Xml filled(const Xml& entries) { return "<dict>" + told("unread", "x") + entries + "</dict>"; }
+Xml filled(const Xml& entries) { return "<dict>" + text_entry("unread", "x") + entries + "</dict>"; }
 Xml in_dict(const std::string& key, const Xml& entries) { return entry(key, filled(entries)); }
 Xml in_list(const std::string& key, const Xml& entries) {
   return entry(key, "<array>" + filled(entries) + "</array>");
 }
 Xml item(const std::string& type, const Xml& entries) {
-  return "<dict>" + told("_dataType", type) + in_list("_items", entries) + "</dict>";
+  return "<dict>" + text_entry("_dataType", type) + in_list("_items", entries) + "</dict>";
 }
 
 const Xml kHardwareItem = item("SPHardwareDataType", "@");
@@ -117,25 +117,25 @@ const Xml kFirewallItem = item("SPFirewallDataType", "@");
 const Xml kGraphicsItem = item("SPDisplaysDataType", "@");
 
 Xml display(const Xml& entries) { return item("SPDisplaysDataType", in_list("spdisplays_ndrvs", entries)); }
-Xml printer(const Xml& entries) { return item("SPPrintersDataType", told("default", "no") + entries); }
+Xml printer(const Xml& entries) { return item("SPPrintersDataType", text_entry("default", "no") + entries); }
 Xml sata_device(const Xml& entries) { return item("SPSerialATADataType", in_list("_items", entries)); }
-Xml sata_disk(const Xml& entries) { return sata_device(told("smart_status", "Verified") + entries); }
+Xml sata_disk(const Xml& entries) { return sata_device(text_entry("smart_status", "Verified") + entries); }
 Xml sata_volume(const Xml& entries) { return sata_disk(in_list("volumes", entries)); }
 Xml usb_device(const Xml& entries) { return item("SPUSBDataType", in_list("_items", entries)); }
-Xml usb_disk(const Xml& entries) { return usb_device(told("removable_media", "yes") + entries); }
+Xml usb_disk(const Xml& entries) { return usb_device(text_entry("removable_media", "yes") + entries); }
 Xml usb_volume(const Xml& entries) { return usb_disk(in_list("volumes", entries)); }
 
-const Xml kNamed = told("_name", "HD");
-const Xml kSpacious = told("size", "8 GB") + told("free_space", "4 GB");
+const Xml kNamed = text_entry("_name", "HD");
+const Xml kSpacious = text_entry("size", "8 GB") + text_entry("free_space", "4 GB");
 
 // The adapter of the identity, and its service in the active location.
-const Xml kEn0 = told("interface", "en0");
+const Xml kEn0 = text_entry("interface", "en0");
 const Xml kAddresses = entry("ip_address", array({text("10.0.0.5")}));
-const Xml kEthernet = in_dict("Ethernet", told("MAC Address", "00:1e"));
-const Xml kActive = told("spnetworklocation_isActive", "yes");
+const Xml kEthernet = in_dict("Ethernet", text_entry("MAC Address", "00:1e"));
+const Xml kActive = text_entry("spnetworklocation_isActive", "yes");
 Xml service(const Xml& entries) { return in_list("spnetworklocation_services", entries); }
-const Xml kItsAddress = told("hardware_address", "00:1e");
-const Xml kItsService = service(kItsAddress + in_dict("SMB", told("Workgroup", "studio")));
+const Xml kItsAddress = text_entry("hardware_address", "00:1e");
+const Xml kItsService = service(kItsAddress + in_dict("SMB", text_entry("Workgroup", "studio")));
 Xml network(const Xml& its_adapter, const Xml& location) {
   return item("SPNetworkDataType", its_adapter) + item("SPNetworkLocationDataType", location);
 }
@@ -290,15 +290,16 @@ TEST_F(OddKinds, OfTheComputer) {
       {kComputer, kHardwareItem, "platform_UUID", Expected::scalar, text("u")},
       {kComputer, kHardwareItem, "serial_number", Expected::scalar, text("s")},
       {kComputer, item("SPMemoryDataType", "@"), "dimm_status", Expected::text, text("ok")},
-      {kComputer, item("SPMemoryDataType", told("dimm_status", "ok") + "@"), "dimm_size", Expected::text,
-       text("4 GB")},
+      {kComputer, item("SPMemoryDataType", text_entry("dimm_status", "ok") + "@"), "dimm_size",
+       Expected::text, text("4 GB")},
       {kComputer, item("SPMemoryDataType", "@"), "_items", Expected::array,
        array({filled(""), dict({{"dimm_status", text("ok")}})})},
   });
 }
 
 TEST_F(OddKinds, OfPowerManagement) {
-  const Xml mains = item("SPPowerDataType", told("_name", "sppower_information") + in_dict("AC_Power", "@"));
+  const Xml mains =
+      item("SPPowerDataType", text_entry("_name", "sppower_information") + in_dict("AC_Power", "@"));
   std::vector<Row> rows = {
       {kComputer, item("SPPowerDataType", in_dict("AC_Power", "") + "@"), "_name", Expected::text,
        text("sppower_information")},
@@ -335,7 +336,7 @@ TEST_F(OddKinds, OfMemory) {
        array({dict({{"dimm_status", text("ok")}})})},
       {kMemory, kHardwareItem, "physical_memory", Expected::text, text("4 GB")},
   };
-  const Xml used = told("dimm_status", "ok") + "@";
+  const Xml used = text_entry("dimm_status", "ok") + "@";
   for (const Xml& slot :
        {item("SPMemoryDataType", used), item("SPMemoryDataType", in_list("_items", used))}) {
     rows.insert(rows.end(), {
@@ -358,7 +359,7 @@ TEST_F(OddKinds, OfDisplays) {
        array({dict({{"_spdisplays_edid", edid}})})},
       {kDisplays, display("@"), "_spdisplays_edid", Expected::text, edid},
       {kDisplays, display("@"), "spdisplays_main", Expected::text, text("spdisplays_yes")},
-      {kDisplays, display(told("_spdisplays_edid", "0x00") + "@"), "_name", Expected::text,
+      {kDisplays, display(text_entry("_spdisplays_edid", "0x00") + "@"), "_name", Expected::text,
        text("spdisplays_display_connector")},
   });
 }
@@ -368,7 +369,7 @@ TEST_F(OddKinds, OfAnEdidUseUpNoNumberOfAConnector) {
   const Xml edid = entry("_spdisplays_edid", text("0x00"));
   const Xml list =
       item("SPDisplaysDataType",
-           entry("spdisplays_ndrvs", "<array><dict>" + told("_name", "spdisplays_display_connector") +
+           entry("spdisplays_ndrvs", "<array><dict>" + text_entry("_name", "spdisplays_display_connector") +
                                          "@</dict><dict>" + edid + "</dict></array>"));
   expect({{kDisplays, list, "_spdisplays_edid", Expected::text, text("0x00")}});
 }
@@ -434,7 +435,8 @@ TEST_F(OddKinds, OfRemovableDisks) {
       {kUsb, usb_disk("@"), "volumes", Expected::array, array({filled("")})},
       {kUsb, usb_volume(kSpacious + "@"), "_name", Expected::scalar, text("S")},
       {kUsb, usb_volume(kNamed + "@"), "free_space", Expected::text, text("4 GB")},
-      {kUsb, usb_volume(kNamed + told("free_space", "4 GB") + "@"), "size", Expected::text, text("8 GB")},
+      {kUsb, usb_volume(kNamed + text_entry("free_space", "4 GB") + "@"), "size", Expected::text,
+       text("8 GB")},
       {kUsb, usb_volume(kNamed + kSpacious + "@"), "size_in_bytes", Expected::byte_count,
        integer(8000000000)},
       {kUsb, usb_volume(kNamed + kSpacious + "@"), "free_space_in_bytes", Expected::byte_count,
@@ -485,7 +487,7 @@ TEST_F(OddKinds, OfTheNetworkIdentity) {
       {identity, network(whole, kActive + service(kItsAddress + "@")), "SMB", Expected::dictionary,
        dict({{"Workgroup", text("w")}})},
       {identity, network(whole, smb("@")), "Workgroup", Expected::text, text("w")},
-      {identity, network(whole, smb(told("Workgroup", "w") + "@")), "NetBIOSName", Expected::text,
+      {identity, network(whole, smb(text_entry("Workgroup", "w") + "@")), "NetBIOSName", Expected::text,
        text("mac")},
       {hardware_of_given, network(kEthernet + "@", location), "ip_address", Expected::array,
        array({text("10.0.0.5")})},
@@ -495,11 +497,12 @@ TEST_F(OddKinds, OfTheNetworkIdentity) {
 TEST_F(OddKinds, OfPrinters) {
   std::vector<Row> rows = {
       {kPrinters, item("SPPrintersDataType", kNamed + "@"), "default", Expected::text, text("yes")},
-      {kPrinters, printer(told("scanner", "yes") + "@"), "scannerUUID", Expected::scalar, text("1")},
-      {kPrinters, printer(told("scanner", "yes") + "@"), "scannerapppath", Expected::scalar, text("/x")},
+      {kPrinters, printer(text_entry("scanner", "yes") + "@"), "scannerUUID", Expected::scalar, text("1")},
+      {kPrinters, printer(text_entry("scanner", "yes") + "@"), "scannerapppath", Expected::scalar,
+       text("/x")},
       {kPrinters, printer("@"), "scanner", Expected::text, text("yes")},
       {kPrinters, printer("@"), "fax", Expected::text, text("yes")},
-      {kPrinters, printer(told("uri", "usb") + "@"), "printserver", Expected::scalar, text("local")},
+      {kPrinters, printer(text_entry("uri", "usb") + "@"), "printserver", Expected::scalar, text("local")},
   };
   for (const char* key : {"_name", "status", "driverversion", "uri", "ppd", "ppdfileversion"})
     rows.push_back({kPrinters, printer("@"), key, Expected::scalar, text("x")});
@@ -527,7 +530,7 @@ TEST_F(OddKinds, OfApplications) {
 
 TEST_F(OddKinds, OfTheFirewall) {
   const std::string limited = "spfirewall_globalstate_limit_connections";
-  const Xml with_rules = item("SPFirewallDataType", told("spfirewall_globalstate", limited) + "@");
+  const Xml with_rules = item("SPFirewallDataType", text_entry("spfirewall_globalstate", limited) + "@");
   const Xml rules = dict({{"com.apple.a", text("spfirewall_block_all")}});
   expect({
       {kFirewall, kFirewallItem, "spfirewall_globalstate", Expected::text, text(limited)},
@@ -539,8 +542,8 @@ TEST_F(OddKinds, OfTheFirewall) {
 }
 
 TEST_F(OddKinds, OfTheSummary) {
-  const Xml main_display = display(told("spdisplays_main", "spdisplays_yes") + "@");
-  const Xml another_display = display(told("spdisplays_resolution", "1 x 1") + "@");
+  const Xml main_display = display(text_entry("spdisplays_main", "spdisplays_yes") + "@");
+  const Xml another_display = display(text_entry("spdisplays_resolution", "1 x 1") + "@");
   const Xml edid = text("0x00ffffffffffff00061000000000000000000103003420");
   const Xml volume_of_disk = sata_volume("@");
   expect({
@@ -574,7 +577,7 @@ TEST_F(OddKinds, OfTheSummary) {
 TEST_F(OddKinds, AmongTheAddressesMeanTheSameForAdapterAndIdentity) {
   struct Addresses {
     const char* elements;
-    const char* joined;  // none when they are no list of addresses
+    const char* joined;  // null when they are not a list of addresses
     const char* first;
   };
   const Addresses rows[] = {

@@ -254,7 +254,7 @@ TEST(SystemSummary, KeepsAbsurdDisksInRange) {
 
 // ---- Lists of another shape.
 
-std::vector<const Text*> told_fields(const SystemSummary& summary) {
+std::vector<const Text*> text_fields(const SystemSummary& summary) {
   return {&summary.host_name,        &summary.user_name,          &summary.os_name,
           &summary.os_update,        &summary.os_version,         &summary.processor_packages,
           &summary.processor_cores,  &summary.clock_speed,        &summary.processor_type,
@@ -263,17 +263,17 @@ std::vector<const Text*> told_fields(const SystemSummary& summary) {
           &summary.disk_size,        &summary.volume_size,        &summary.volume_free};
 }
 
-void expect_nothing_told(const SystemSummary& summary) {
-  for (const Text* field : told_fields(summary)) EXPECT_EQ(*field, nullptr) << field->get();
+void expect_empty(const SystemSummary& summary) {
+  for (const Text* field : text_fields(summary)) EXPECT_EQ(*field, nullptr) << field->get();
   EXPECT_STREQ(summary.manufacturer.get(), "Apple Inc.");
   EXPECT_STREQ(summary.platform_uuid.get(), "UUID");
 }
 
 TEST(SystemSummary, ReportsOnlyTheMakerWithoutAnyDataType) {
-  expect_nothing_told(summarize_system(nullptr, copy_text("UUID")));
-  expect_nothing_told(summary_of({}));
-  expect_nothing_told(summary_of({data_type("SPSoftwareDataType", {}), data_type("SPHardwareDataType", {}),
-                                  data_type("SPDisplaysDataType", {})}));
+  expect_empty(summarize_system(nullptr, copy_text("UUID")));
+  expect_empty(summary_of({}));
+  expect_empty(summary_of({data_type("SPSoftwareDataType", {}), data_type("SPHardwareDataType", {}),
+                           data_type("SPDisplaysDataType", {})}));
 }
 
 TEST(SystemSummary, PassesOverWhatIsOfTheWrongKind) {
@@ -291,12 +291,12 @@ TEST(SystemSummary, PassesOverWhatIsOfTheWrongKind) {
       {{"spdisplays_vram", integer(256)},
        {"spdisplays_ndrvs", array({text("spdisplays_main"), dict({{"spdisplays_main", integer(1)},
                                                                   {"_spdisplays_edid", integer(1)}})})}});
-  expect_nothing_told(summary_of(
-      {data_type("SPSoftwareDataType", {odd_software}), data_type("SPHardwareDataType", {odd_hardware}),
-       data_type("SPDisplaysDataType", {odd_display}),
-       dict({{"_dataType", text("SPSerialATADataType")}, {"_items", text("none")}})}));
-  expect_nothing_told(summary_of({data_type("SPSoftwareDataType", {text("odd")}), text("SPHardwareDataType"),
-                                  data_type("SPDisplaysDataType", {integer(1)})}));
+  expect_empty(summary_of({data_type("SPSoftwareDataType", {odd_software}),
+                           data_type("SPHardwareDataType", {odd_hardware}),
+                           data_type("SPDisplaysDataType", {odd_display}),
+                           dict({{"_dataType", text("SPSerialATADataType")}, {"_items", text("none")}})}));
+  expect_empty(summary_of({data_type("SPSoftwareDataType", {text("odd")}), text("SPHardwareDataType"),
+                           data_type("SPDisplaysDataType", {integer(1)})}));
   const SystemSummary summary = disks_summary(
       {text("disk"), dict({{"_items", text("disk")}}),
        controller({text("disk"), dict({{"size", integer(5)}, {"volumes", dict({{"size", text("1 GB")}})}}),

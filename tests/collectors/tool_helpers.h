@@ -3,7 +3,7 @@
 
 #include "tests/fake_tools.h"
 
-// A file beside the tools, for what their scripts print.
+// A file in the tools' folder, for what their scripts print.
 inline void write_file(const FakeTools& tools, const std::string& name, const std::string& bytes) {
   std::ofstream(tools.file(name), std::ios::binary) << bytes;
 }

@@ -57,7 +57,8 @@ std::string partitions(const InventoryTree& snapshot) {
   return elements(find(snapshot, {"Storage", "Logical-disks"}));
 }
 
-// One attribute of the first device, or removable disk, as its text; "(none)" when it is missing or no text.
+// One attribute of the first device, or removable disk, as its text; "(none)" when it is missing or not a
+// text.
 std::string fact(const InventoryTree& snapshot, std::initializer_list<const char*> path, const char* name) {
   const Tag* element = find(snapshot, path);
   const char* text = element ? find_text(*element, name) : nullptr;

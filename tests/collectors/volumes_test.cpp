@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kType[] = "SPSerialATADataType";
 
-// One volume, and the partition that is made of it.
+// One volume, and the partition that is made from it.
 class OneVolume {
  public:
   explicit OneVolume(const Item& keys) : profiler_(profiler_with(kType, {keys})) {}

@@ -23,7 +23,7 @@ inline std::string bytes_of_string(CFStringRef string) {
   return bytes;
 }
 
-// The list's value; none when it is refused.
+// The list's value; null when it is refused.
 inline CFRef<CFPropertyListRef> parse_list(std::string_view list, CFRef<CFStringRef>* error = nullptr) {
   // In a buffer of just the size, so that the address sanitizer sees a byte too much being read.
   const std::vector<char> bytes(list.begin(), list.end());

@@ -1,4 +1,4 @@
-// What CoreFoundation makes of a property list, as one line of text.
+// How CoreFoundation reads a property list, as one line of text.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>

@@ -107,7 +107,7 @@ TEST_F(ScanDriverTest, CountsOnUntilANameIsFree) {
   }
 }
 
-// The removed folder has no path any more, so the file is named alone.
+// The removed folder no longer has a path, so only the file's name is shown.
 TEST_F(ScanDriverTest, GoesOnToTheEndOfItsLogWhenTheFileCannotBeSaved) {
   fs::remove(fs::current_path());
   ScanContext context;

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Damages the profiler's outputs of the simulated Macs byte by byte, and counts what the inventories lose by it.
+"""Damages the profiler's outputs of the simulated Macs byte by byte, and counts the facts that the inventories lose.
 
     VELKARO_SCANNER=build/release/velkaro-scanner python3 tests/e2e/corruption_sweep.py
 
 Every scan has to end with status 0 and a valid file, and the median of the facts lost by one corrupted byte may be 1
-at most: otherwise the exit status is 1. How much a truncation costs depends on where it cuts, so that is only told.
+at most: otherwise the exit status is 1. How much a truncation costs depends on where it cuts, so that is only reported.
 """
 
 import argparse
@@ -42,7 +42,7 @@ class Damage:
 
 
 def truncations(outputs, count):
-    """Cuts spread over all outputs. None leaves nothing: a profiler that prints nothing is asked again and again."""
+    """Cuts spread over all outputs. Each leaves something: a profiler that prints nothing is run again and again."""
     for i in range(count):
         data_type = sorted(outputs)[i % len(outputs)]
         share = (i // len(outputs) + 0.5) / -(-count // len(outputs))
@@ -50,7 +50,7 @@ def truncations(outputs, count):
 
 
 def corruptions(outputs, count, source):
-    """Single bytes at positions that are equally likely over all outputs together."""
+    """Single bytes, at positions chosen evenly over all outputs together."""
     types = sorted(outputs)
     for _ in range(count):
         (data_type,) = source.choices(types, [len(outputs[name]) for name in types])
@@ -59,7 +59,7 @@ def corruptions(outputs, count, source):
 
 
 class Sweep:
-    """Damages one machine, in several copies of it at the same time. To be used in a with statement."""
+    """Damages several copies of one machine at the same time. To be used in a with statement."""
 
     def __init__(self, machine, jobs):
         self.jobs = jobs
@@ -105,7 +105,7 @@ def median_loss(losses):
 
 
 def summary(losses):
-    """One line about how many facts were lost, most of them by what."""
+    """One line about how many facts were lost, and what cost the most."""
     counts = sorted(lost.total() for _, lost in losses)
     worst, _ = max(losses, key=lambda loss: loss[1].total())
     return (
@@ -122,7 +122,7 @@ def parse_arguments():
     parser.add_argument("--corruptions", type=int, default=1000, help="of each machine")
     parser.add_argument("--seed", type=int, default=0)
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="scans at the same time")
-    parser.add_argument("--worst", type=int, default=0, help="tell what this many of the worst corruptions cost")
+    parser.add_argument("--worst", type=int, default=0, help="show what this many of the worst corruptions cost")
     return parser.parse_args()
 
 

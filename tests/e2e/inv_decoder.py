@@ -66,7 +66,7 @@ class Tag:
         return next((attribute for attribute in self.attributes if attribute.name == name), None)
 
     def find(self, path):
-        """The tag below this one that "a/b/c" names, or None."""
+        """The descendant that "a/b/c" names, or None."""
         tag = self
         for name in path.split("/"):
             tag = tag and tag.child(name)
@@ -208,7 +208,7 @@ class Encoded:
 
 
 def decode_tree(data, where="tree"):
-    """Decodes a tree's bytes in whichever of the four forms they are, told apart by their end."""
+    """Decodes a tree's bytes in any of the four forms, which differ in their last bytes."""
     if data.endswith(b"\0\1ZXML"):
         text = inflate(data[:-6], where)
         return Encoded(False, True, text, parse_text(text, f"text of {where}"))
@@ -304,7 +304,7 @@ class Container:
     count: int
     snapshot_count: int
     sections: list  # the listed ones, in file order
-    unlisted: list  # sections without an entry; neighbours that cannot be told apart are one, with the first's number
+    unlisted: list  # sections without an entry; neighbours that cannot be separated count as one, with the number of the first
 
     def top(self, kind):
         """The top element of the first section of this kind, or None."""

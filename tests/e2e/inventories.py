@@ -1,4 +1,4 @@
-"""Files of the simulated Macs and the reader `inv`, for the tests that bring the two together."""
+"""Files of the simulated Macs, and the reader `inv` to run on them."""
 
 import functools
 import os
@@ -14,7 +14,7 @@ import inv_decoder
 ROOT = Path(__file__).resolve().parents[2]
 SIMULATOR = ROOT / "simulator"
 MACHINES = sorted(folder for folder in (SIMULATOR / "machines").iterdir() if folder.is_dir())
-# Those with whole lists; the Macs of later years have a few of everything.
+# Those with full lists; the newer Macs have a few of everything.
 FULL_MACHINES = ("imac-10.6", "mac-pro-10.5", "macbook-10.7")
 SCANNER = os.environ["VELKARO_SCANNER"]
 INV = Path(os.environ["VELKARO_BUILD"]) / "inv"

@@ -1,4 +1,4 @@
-"""A process namespace of one's own: a scan that is started in it sees no process but its own, and asks ps for no other."""
+"""A separate process namespace: a scan in it sees only its own processes, and asks ps about no others."""
 
 import os
 import shutil
@@ -6,7 +6,7 @@ import subprocess
 
 
 def own_processes():
-    """The command to put before another one; empty where this machine does not let us."""
+    """The command to put before another one; empty where this machine does not allow it."""
     command = ["unshare", "--pid", "--fork", "--mount-proc"]
     if os.geteuid() != 0:
         command += ["--user", "--map-root-user"]

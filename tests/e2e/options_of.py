@@ -1,4 +1,4 @@
-"""What the programs themselves say of their commands and options, for checking what repeats it."""
+"""The commands and options that the programs' own help lists, to check other lists against."""
 
 import re
 import subprocess
@@ -7,7 +7,7 @@ from inventories import INV, ROOT, SCANNER
 
 VERSION = re.search(r"^project\(velkaro-scanner VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text(), re.M)[1]
 
-# The option of every command; the program itself has it too.
+# The option that every command has, and the program itself.
 HELP = {"-h", "--help"}
 
 
@@ -16,7 +16,7 @@ def help_text(*arguments):
 
 
 def commands():
-    """The commands of `inv`, each with what its help says of it, in the help's order."""
+    """The commands of `inv` with their descriptions, in the order of its help."""
     listed = help_text().split("Subcommands:\n")[1]
     return dict(re.findall(r"^  ([a-z]+) +(\S.*)$", listed, re.M))
 
@@ -29,7 +29,7 @@ def options(*command):
 
 
 def scanner_options():
-    """Those of the scanner; one with a value ends in its colon."""
-    told = subprocess.run([SCANNER, "--help"], capture_output=True, check=True, text=True).stdout
-    names = re.findall(r"^  (-[a-z-]+:?)(?:,(-[a-z-]+))?", told, re.M)
+    """The options of the scanner; one with a value ends in a colon."""
+    text = subprocess.run([SCANNER, "--help"], capture_output=True, check=True, text=True).stdout
+    names = re.findall(r"^  (-[a-z-]+:?)(?:,(-[a-z-]+))?", text, re.M)
     return {name for alternatives in names for name in alternatives if name}

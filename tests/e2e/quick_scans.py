@@ -1,4 +1,4 @@
-"""Many scans of one simulated Mac, each with other recordings: every scan starts as few processes as it can."""
+"""Many scans of one simulated Mac with changing recordings: every scan starts as few processes as possible."""
 
 import collections
 import os
@@ -15,10 +15,10 @@ from scans import SCANNER, SIMULATOR
 QUICK_PROFILER = '#!/bin/sh\nexec cat "$VELKARO_MACHINE/profiler/$4.plist"\n'
 QUICK_PS = "#!/bin/sh\necho root /sbin/launchd\n"
 
-# In a namespace of its own a scan sees, and asks ps for, nobody else's processes.
+# In a namespace of its own a scan sees, and asks ps about, only its own processes.
 NAMESPACE = (shutil.which("unshare") or "unshare", "--pid", "--fork", "--mount-proc")
 
-# What differs from scan to scan: of the tree, the branches and the attributes about this very run.
+# What differs from scan to scan: the branches and attributes that describe the run itself.
 OWN_BRANCHES = {"Environment", "Processes"}
 OWN_ATTRIBUTES = {"timestamp", "scan-time", "first-scan", "last-scan", "snapshot-list"}
 
@@ -32,28 +32,28 @@ def own_namespace():
 def facts(container):
     """How often the file has each fact, that is a path and its value, annotations included. Numbers of
     elements are left out of the paths: when one of a list is lost, the others still count."""
-    told = collections.Counter()
+    counts = collections.Counter()
 
-    def tell(path, element):
-        told[path, element.value, tuple(element.annotations)] += 1
+    def count(path, element):
+        counts[path, element.value, tuple(element.annotations)] += 1
 
     def walk(path, tag):
         path += "/" + re.sub(r":[0-9]+$", "", tag.name)
-        tell(path, tag)
+        count(path, tag)
         for attribute in tag.attributes:
             if attribute.name not in OWN_ATTRIBUTES:
-                tell(f"{path}/@{re.sub(r':[0-9]+$', '', attribute.name)}", attribute)
+                count(f"{path}/@{re.sub(r':[0-9]+$', '', attribute.name)}", attribute)
         for child in tag.children:
             if child.name not in OWN_BRANCHES:
                 walk(path, child)
 
     walk("", container.snapshot)
     walk("", container.asset_info)
-    return told
+    return counts
 
 
 class QuickMac:
-    """A folder of recordings to be changed, and scanned again and again; close() removes it."""
+    """A folder of recordings that can be changed and scanned repeatedly; close() removes it."""
 
     def __init__(self, machine=None, prefix=()):
         self.prefix = prefix

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Recordings of Macs that never were, the same for the same seed: plausible ones, and wild ones, in which keys are
+"""Recordings of invented Macs, the same for the same seed: plausible ones, and wild ones, in which keys are
 missing, kinds are swapped and texts and numbers are absurd.
 
     python3 tests/e2e/random_machines.py plausible 7 FOLDER     # then: simulator/run FOLDER velkaro-scanner
@@ -26,7 +26,7 @@ SYLLABLES = "an be cor dal es fin gra hul in jo kel lum mor nex or pil quo ras s
 @dataclass
 class Machine:
     items: dict = field(default_factory=dict)  # of the data types
-    accounts: dict = field(default_factory=dict)  # the record that dscl has for each home folder; None: it has none
+    accounts: dict = field(default_factory=dict)  # the record that dscl has for each home folder, or None
     disk_pages: dict = field(default_factory=dict)  # what diskutil prints of each device
     registry: bytes = b""
     name: bytes = b""
@@ -51,7 +51,7 @@ class Machine:
 
 
 class Maker:
-    """Makes one plausible machine, and notes on the way what a scan has to find."""
+    """Makes one plausible machine, and notes what a scan has to find."""
 
     def __init__(self, seed):
         self.random = random.Random(f"plausible {seed}")
@@ -158,7 +158,7 @@ class Maker:
         self.machine.lists["Storage/Logical-disks", "partition:"] = sum(len(disk["volumes"]) for disk in hard_disks)
 
     def usb(self):
-        """Devices in hubs in hubs, sticks among them."""
+        """Devices on nested hubs, memory sticks among them."""
         found = {"Device:": 0, "Removable:": 0, "partition:": 0}
 
         def entry(depth):
@@ -245,7 +245,7 @@ class Spoiler:
 
     def __init__(self, seed):
         self.random = random.Random(f"wild {seed}")
-        # Some machines are odd in a few places, some are hardly machines any more.
+        # Some machines are odd in a few places, some almost everywhere.
         self.chance = self.random.choice((0.01, 0.05, 0.2, 0.5))
 
     def odd_value(self):
@@ -284,7 +284,7 @@ def plausible(seed):
 
 
 def wild(seed):
-    """A machine of which only a whole file can be expected."""
+    """A machine that only has to yield a whole file."""
     spoiler = Spoiler(seed)
     machine = Maker(seed).make()
     machine.lists = machine.values = {}
@@ -292,7 +292,7 @@ def wild(seed):
     machine.accounts = {name: record and spoiler.spoil_bytes(record) for name, record in machine.accounts.items()}
     machine.disk_pages = {name: spoiler.spoil_bytes(page) for name, page in machine.disk_pages.items()}
     machine.registry = spoiler.spoil_bytes(machine.registry)
-    # A name with a slash or a NUL is not a file's name.
+    # A file's name cannot have a slash or a NUL.
     machine.name = spoiler.spoil_bytes(machine.name).replace(b"/", b"_")
     return machine
 

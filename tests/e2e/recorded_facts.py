@@ -1,11 +1,11 @@
-"""What a scan must bring out of the recordings of real Macs, read out of them by hand.
+"""What a scan must find in the recordings of real Macs; the values were read by hand.
 
-Values that belong to one machine or its owner (serial numbers, addresses, folders) are not repeated here."""
+Values that identify a machine or its owner (serial numbers, addresses, folders) are not repeated here."""
 
-# Below the path of an element: attribute, attribute~annotation, or VALUE for the element itself. None: there is none.
+# By the path of an element: attribute, attribute~annotation, or VALUE for the element itself. None: it is absent.
 VALUE = "="
 
-# Names and addresses were taken out of all recordings.
+# Names and addresses were removed from all recordings.
 NAMELESS = {"hostname": "", "domain": "", "ip-address": ""}
 
 
@@ -101,7 +101,7 @@ MACBOOK_PRO_10_7 = {
     "Video/Monitors/Monitor:2": None,
     "Video/Video-devices/Video-adapter:1": {VALUE: "AMD Radeon HD 6750M", "ram": "512", "ram~units": "MB"},
     "Video/Video-devices/Video-adapter:2": {VALUE: "Intel HD Graphics 3000", "ram": "512"},
-    # The recording's volumes are anonymous: none of them is a partition.
+    # The recording's volumes have no names, so none of them is a partition.
     "Storage/Physical-disks/HDD:1": {
         "model": "TOSHIBA MK7559GSXF",
         "interface": "SATA",
@@ -123,7 +123,7 @@ MACBOOK_PRO_10_7 = {
     "Network/Adapters/net-adapter:4": {VALUE: "Wi-Fi", "bsd-device-name": "en1", "type": "AirPort", "ip-address": None},
     "Peripherals/Printers": None,
     "Peripherals/USB/Device:1": device("FaceTime HD Camera (Built-in)", "480", "0x8509", "apple_vendor_id", "Apple Inc."),
-    # Behind two hubs.
+    # On a hub that is on another hub.
     "Peripherals/USB/Device:2": device("Bluetooth USB Host Controller", "1", "0x821a", "apple_vendor_id", "Apple Inc."),
     "Peripherals/USB/Device:3": device("Apple Internal Keyboard / Trackpad", "1", "0x0252", "apple_vendor_id", "Apple Inc."),
     "Peripherals/USB/Device:4": device("IR Receiver", "1.5", "0x8242", "apple_vendor_id", "Apple Computer, Inc."),
@@ -150,7 +150,7 @@ MACBOOK_PRO_10_7 = {
     "Software/Soft:327": application(
         "Terminal", "20121130", "/Applications/Utilities/Terminal.app", "2.2.3", "arch_x86", "1"
     ),
-    # Neither a version nor the width is known.
+    # Neither the version nor the width is known.
     "Software/Soft:419": {
         VALUE: "stdlib",
         "version": "",
@@ -195,7 +195,7 @@ MACBOOK_PRO_10_7_ASSET = {
     },
 }
 
-# A system whose profiler writes a frame of its own length: all that follows arrives by salvage.
+# A system whose profiler writes a frame of another length: everything below is salvaged.
 MACBOOK_10_4 = {
     "System/Computer-system": {"model": "MacBook2,1", "uuid": ""},
     "System/Mem-slots/mem-slot:1": {"used": "1", "capacity": "2048", "capacity~base-value": "2147483648"},
@@ -424,7 +424,7 @@ APPLICATIONS_10_6_8 = {
     "Software/Soft:291": application("Aide-mémoire", "20090519", "/Applications/Stickies.app", "7.0", "arch_x86", "1"),
 }
 
-# This system no longer reports what an application runs in, nor its width, under the names that the console knows.
+# This system no longer reports the runtime of an application, nor its width, under the names that the console knows.
 APPLICATIONS_14_4 = {
     "Software/Soft:2": application("Finder", "20240321", "/System/Library/CoreServices/Finder.app", "14.4", wide=""),
     "Software/Soft:41": application("Terminal", "20240321", "/System/Applications/Utilities/Terminal.app", "2.14", wide=""),
@@ -439,7 +439,7 @@ APPLICATIONS_14_4 = {
     ),
 }
 
-# It reports neither packages, nor a speed, nor an Intel type; its number of processors is a text.
+# It reports no packages, no speed and no Intel type; its number of processors is a text.
 APPLE_SILICON = {
     "System/Computer-system": {"model": "MacBookPro18,3"},
     "Processors": None,

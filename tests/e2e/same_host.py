@@ -1,5 +1,5 @@
-"""A host that is the same everywhere. A simulated Mac takes its processes and its environment from the machine that the tests run
-on, and with them whatever names their owner."""
+"""A host that is the same everywhere. A simulated Mac takes its processes and its environment from the machine that runs the
+tests, and with them whatever identifies its owner."""
 
 import functools
 
@@ -11,13 +11,13 @@ TOOLS = {
     "env": "echo HOME=/Users/robin; echo LANG=de_DE.UTF-8; echo SSH_CLIENT=198.51.100.9 50022 22; echo SHELL=/bin/bash",
 }
 
-# The command to put before a scan: it sees itself as the only process, where this machine lets us.
+# The command to put before a scan, so that it sees itself as the only process, where this machine allows it.
 ALONE = namespaces.own_processes()
 
 
 @functools.lru_cache(maxsize=None)
 def tools():
-    """The folder of these tools, to come before the machine's own on PATH."""
+    """The folder of these tools, to be put before the machine's own on PATH."""
     folder = inventories.FOLDER / "host"
     folder.mkdir()
     for name, script in TOOLS.items():

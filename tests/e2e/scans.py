@@ -33,7 +33,7 @@ class ScanTestCase(unittest.TestCase):
         self.out.mkdir()
 
     def write_tool(self, name, script):
-        """Puts a tool of the test's own before the simulator's."""
+        """Writes a tool that takes precedence over the simulator's."""
         tool = self.tools / name
         # A link to one of the machine's own tools is replaced, not written through.
         tool.unlink(missing_ok=True)

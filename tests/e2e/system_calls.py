@@ -1,5 +1,5 @@
-"""Scans to which the kernel refuses a system call, or which it kills at one: what a file system without hard links or a loss of power
-does, at exactly that moment and in every build."""
+"""Scans in which the kernel refuses a system call, or kills the scanner at one: as a file system without hard links, or a loss of power,
+would at that moment, in every build."""
 
 import ctypes
 import platform
@@ -11,7 +11,7 @@ NUMBERS = {
     "aarch64": {"linkat": 37, "unlinkat": 35, "renameat": 38, "renameat2": 276, "fsync": 82, "getcwd": 17},
 }.get(platform.machine(), {})  # fmt: skip
 
-# A C library makes either call of the same name.
+# A C library may use any of these calls.
 LINK = ("link", "linkat")
 UNLINK = ("unlink", "unlinkat")
 RENAME = ("rename", "renameat", "renameat2")
@@ -22,7 +22,7 @@ _PR_SET_NO_NEW_PRIVS, _PR_SET_SECCOMP, _FILTER_MODE = 38, 22, 2
 
 
 def refused(error):
-    """What makes a call fail with this error."""
+    """The fate of a call that fails with this error."""
     return _ERRNO | error
 
 
@@ -61,7 +61,7 @@ def all_of(names, fate):
 
 
 def available():
-    """Whether this system has such fates."""
+    """Whether this system can decide the fate of calls."""
     if not NUMBERS:
         return False
     try:

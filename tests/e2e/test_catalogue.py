@@ -11,7 +11,7 @@ sys.path.insert(0, str(ROOT / "inv/facts"))
 
 import catalogue  # noqa: E402
 
-# What a value of each kind looks like in the file; of a compound, that of its element.
+# What a value of each kind looks like in the file; for a compound, the value of its element.
 VALUES = {
     "text": r".*",
     "integer": r"-?(0|[1-9]\d*)",
@@ -23,12 +23,12 @@ VALUES = {
     "compound, text": r".+",
 }
 
-# What no scan has the time to show: a tool is given up after half an hour of silence.
+# What no test has the time to see: a tool is given up after half an hour of silence.
 UNSEEN = {("attribute", "/Scan/Command:N/silent", None)}
 
 
 class Row:
-    """A fact of the catalogue: what it promises to be in a tree."""
+    """A fact of the catalogue, and what it promises about a tree."""
 
     def __init__(self, fact):
         self.path = fact.path
@@ -97,7 +97,7 @@ class CatalogueOfFacts(ScanTestCase):
         return found
 
     def scan_with_odd_tools(self, machine):
-        """What a scan tells of tools only when they do what they should not."""
+        """A scan whose record has what only misbehaving tools cause."""
         self.write_tool("sysctl", "kill -9 $$\n")
         self.write_tool("fdesetup", "echo must be run as root; exit 1\n")
         self.write_tool("csrutil", "exec yes\n")

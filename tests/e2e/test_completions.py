@@ -20,7 +20,7 @@ def output_of(*command):
 
 
 def bash_offers(program, *words):
-    """What the function that bash has registered for the program offers in place of the last word."""
+    """What the function that is registered with bash for the program offers for the last word."""
     script = """source "$1"; shift
         [[ $(complete -p "$1") =~ -F\\ ([^\\ ]+) ]] || exit
         COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1))
@@ -52,7 +52,7 @@ def fish_offers(program, line):
 
 
 class Completions:
-    """The shells' cases, written once. Each shell says what it offers after some words."""
+    """The cases of all shells. Each shell says what it offers after some words."""
 
     def test_commands(self):
         self.assertEqual(self.commands_offered(), options_of.commands())

@@ -59,11 +59,11 @@ class AboutTheProgram(ScanTestCase):
         self.assertNotIn(PROMPT, result.stdout)
         return result.stdout
 
-    def test_version_is_told_apart_from_the_one_that_files_carry(self):
+    def test_version_differs_from_the_one_in_files(self):
         for word in ("--version", "/version"):
             self.assertEqual(self.ask(word), self.VERSION)
 
-    def test_help_tells_every_option_that_is_understood(self):
+    def test_help_lists_every_option(self):
         told = self.ask("--help")
         for word in ("/help", "/?", "-h"):
             self.assertEqual(self.ask(word), told)
@@ -78,20 +78,20 @@ class AboutTheProgram(ScanTestCase):
         self.assertEqual(self.ask("/silent", "/log", "--version", "/debug"), self.VERSION)
         self.assertTrue(self.ask("--version", "/silent", "--help").startswith("Takes the inventory of this Mac"))
 
-    def test_a_value_that_looks_like_one_is_a_value(self):
+    def test_a_value_that_looks_like_an_option_is_a_value(self):
         for argument in ("/login:--help", "-login:/?", "/ip:--version"):
             self.assertEqual(self.scan(argument, answer="n").stdout, PROMPT + "Scan canceled.\n")
 
 
 class SilentRun(ScanTestCase):
-    def test_prints_percentages_and_the_file_name_alone(self):
+    def test_prints_only_percentages_and_the_file_name(self):
         for option in ("/silent", "-silent"):
             with self.subTest(option=option):
                 result = self.scan(option)
                 self.assertRegex(result.stdout, f"^{re.escape(PERCENTAGES)}>>>[^/\n]+\\.inv\n$")
                 self.assertEqual((result.stderr, result.returncode), ("", 0))
 
-    def test_drops_what_it_would_complain_of(self):
+    def test_prints_no_complaints(self):
         self.assertEqual(self.scan("/silent", "/ip:192.0.2.250").stderr, "")
 
     def test_takes_options_in_any_order_and_repeated(self):
@@ -107,7 +107,7 @@ class SilentRun(ScanTestCase):
         os.close(read_end)
 
     @unittest.skipUnless(os.path.exists("/proc/self/fd/0"), "nothing tells here what another process has open")
-    def test_has_nothing_to_read_itself(self):
+    def test_has_no_input(self):
         self.write_tool(
             "env",
             'scanner=$PPID\n[ "$(cat /proc/$scanner/comm)" = velkaro-scanner ] || read _ _ _ scanner _ </proc/$scanner/stat\n'
@@ -171,7 +171,7 @@ class LoggedRun(ScanTestCase):
 
 
 class DebugRun(ScanTestCase):
-    def test_tells_an_operator_the_whole_path(self):
+    def test_shows_an_operator_the_whole_path(self):
         result = self.scan("/debug", answer="y\n")
         path = self.out.resolve() / self.files()[0]
         self.assertEqual(result.stdout, f'{PROMPT}Scan started...\n\nScan finished. Results saved to file "{path}"\n')
@@ -183,7 +183,7 @@ class DebugRun(ScanTestCase):
                 facts = self.scan_silently(IMAC, "/debug", f"/ip:{address}").asset_info
                 self.assertEqual((facts.get("ip-address"), facts.get("mac-address")), (address, hardware_address))
 
-    def test_asks_a_profiler_that_answers_empty_again(self):
+    def test_retries_a_profiler_with_an_empty_answer(self):
         count = self.folder / "count"
         self.write_tool("system_profiler", f'echo >>"{count}"; [ $(wc -l <"{count}") -lt 4 ] || echo answer\n')
         (section,) = [section for section in self.scan_silently(IMAC, "/debug").sections if section.kind == "customdata"]
@@ -206,7 +206,7 @@ class OutputFile(ScanTestCase):
             self.assertIn(expected, self.files())
 
     def test_that_cannot_be_saved_does_not_end_the_log(self):
-        """In a folder that is gone nothing can be saved, and the file has no path but its name."""
+        """In a folder that is gone nothing can be saved, and the path of the file is only its name."""
         result = self.scan("/log", answer="y", prefix=("sh", "-c", 'rmdir "$PWD" && exec "$0" "$@"'))
         self.assertTrue(result.stdout.endswith("VII. Saving to file....done\n------End Log------\n"), result.stdout)
         self.assertIn(f"Cannot create file :{NAME}\n", result.stderr)
@@ -256,7 +256,7 @@ class OutputFile(ScanTestCase):
 class Profiler(ScanTestCase):
     REPLAY = f'exec "{IMAC.parents[1] / "bin" / "system_profiler"}" "$@"\n'
 
-    def test_one_that_answers_empty_twice_is_asked_again(self):
+    def test_is_retried_after_two_empty_answers(self):
         count = self.folder / "count"
         self.write_tool(
             "system_profiler",
@@ -267,7 +267,7 @@ class Profiler(ScanTestCase):
         self.assertEqual(len(count.read_text()), 3)
         self.assertIsNotNone(self.decode().snapshot.find("OS/os:1"))
 
-    def test_a_missing_one_is_named_and_the_scan_ends_in_seconds(self):
+    def test_that_is_missing_is_named_and_the_scan_ends_in_seconds(self):
         self.write_tool("system_profiler", "exit 127\n")
         start = time.monotonic()
         result = self.scan(answer="y")
@@ -289,7 +289,7 @@ class Profiler(ScanTestCase):
 
 
 class SnapshotAttributes(ScanTestCase):
-    def test_tell_of_the_scan_itself(self):
+    def test_describe_the_scan_itself(self):
         top = self.scan_silently().snapshot
         self.assertEqual(
             [attribute.name for attribute in top.attributes],
@@ -302,7 +302,7 @@ class SnapshotAttributes(ScanTestCase):
         self.assertEqual(values["scan-subtype"], "sstService")
         self.assertEqual(values["snaptype"], "mac:1")
 
-    def test_tell_the_end_of_the_scan_and_how_long_it_took(self):
+    def test_have_the_end_of_the_scan_and_its_duration(self):
         """The last tool of a scan takes more than a second and then looks at the clock."""
         env, clock = shutil.which("env"), self.folder / "clock"
         self.write_tool("env", f'sleep 1.1\ndate -u +%Y%m%d%H%M%S >"{clock}"\nexec "{env}"\n')

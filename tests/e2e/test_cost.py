@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""What a scan costs, counted so that every run counts alike: the instructions of the scanner's own code, without its
+"""What a scan costs, measured so that every run gives the same figure: the instructions of the scanner's own code, without its
 libraries and its children, on a machine of 1,000 applications. Needs valgrind.
 
 A change that is worth its cost raises the figure in bench/instructions in the same commit. It belongs to the `dev`
-preset; what the test says when it fails is the new one."""
+preset; the test's message has the new figure."""
 
 import os
 import re

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The extended scan tells all that the default one tells, unchanged and in its place, and how it went itself."""
+"""The extended scan has everything that the default one has, unchanged and in place, and a record of how it went."""
 
 import re
 import subprocess
@@ -26,8 +26,8 @@ ADDITIONAL_COMMANDS = [
     *(f"{line} 2>&1" for line in TOOLS.values()),
 ]
 
-# The top elements that only an extended scan makes, and the lists that it goes on with, in which the default scan may
-# have no element yet: those lists may be there alone, or have children for the first time.
+# The top elements that only an extended scan makes, and the lists that it continues. The default scan may have no element in
+# such a list yet, so the list itself may be new, or have its first children.
 NEW_ELEMENTS = {"Platform", "Battery", "Software-details", "Packages", "Scan"}
 CONTINUED = {
     "": NEW_ELEMENTS | {"Security", "Storage", "Video", "Network", "Peripherals"},
@@ -40,25 +40,25 @@ CONTINUED = {
     "/Peripherals": {"USB", "Thunderbolt", "Bluetooth"},
     "/Peripherals/USB": {"Device"},
 }
-# What tells of the very run.
+# What describes the run itself.
 OF_THE_RUN = {"Processes", "Environment"}
 TIMES = {"timestamp", "scan-time", "first-scan", "last-scan", "snapshot-list"}
 
 ALL_BUT_LS = sorted(set(TOOLS) - {"ls"})
-# What a tool can do, and what is told of it.
+# What a tool can do, and what the record then has.
 HOSTILE = {
     "missing": ("exit 127\n", {"exit-status": "127", "bytes": "0", "missing": "1"}),
     "silent": ("exit 0\n", {"exit-status": "0", "bytes": "0"}),
     "refusing": ("echo 'must be run as root' >&2; exit 1\n", {"exit-status": "1", "bytes": "20", "refused": "1"}),
     "killed": ("printf abc; kill -9 $$\n", {"signal": "9"}),
     "garbage": ("printf '\\377\\000<plist>&&&\\n: = : =\\n'; exit 3\n", {"exit-status": "3", "bytes": "21"}),
-    # More than a tool may say; of a data type it is not too much.
+    # More than a tool may print, but not too much for a data type.
     "too long": ("yes 'garbage: 1' | head -c 2000000\n", {"bytes": "1048576", "cut": "1"}),
 }
 
 
 def facts(element):
-    """The attributes of an element but the times of the run."""
+    """The attributes of an element, without the times of the run."""
     return [attribute for attribute in element.attributes if attribute.name not in TIMES]
 
 
@@ -77,7 +77,7 @@ class ExtendedTestCase(scans.ScanTestCase):
         return {element.value: {one.name: one.value for one in element.attributes} for element in elements}
 
     def assert_contained(self, usual, extended, path=""):
-        """What the default scan tells stands first in each element, and what comes behind is documented."""
+        """Each element begins with what the default scan has, and what follows is documented."""
         self.assertEqual((usual.name, usual.value, usual.annotations), (extended.name, extended.value, extended.annotations))
         self.assertEqual(facts(usual), facts(extended), path)
         if usual.name in OF_THE_RUN:
@@ -130,7 +130,7 @@ class Containment(ExtendedTestCase):
         for tool in ALL_BUT_LS:
             record = records[f"{TOOLS[tool]} 2>&1"]
             del record["seconds"]
-            # What a shell says of a tool that was killed counts as well.
+            # A shell's message about a tool that was killed counts as well.
             expected.setdefault("bytes", record["bytes"])
             self.assertEqual(record, {"run": "1", "retries": "0", **expected}, tool)
         again = "1" if expected["bytes"] == "0" or "refused" in expected else "0"
@@ -138,7 +138,7 @@ class Containment(ExtendedTestCase):
 
 
 class Record(ExtendedTestCase):
-    """What the scan tells of itself."""
+    """What the scan records about itself."""
 
     def setUp(self):
         super().setUp()
@@ -178,19 +178,19 @@ class Record(ExtendedTestCase):
         names = [line for line in records if "mira" in line]
         self.assertEqual(names, [])
 
-    def test_tells_bytes_and_seconds(self):
+    def test_has_bytes_and_seconds(self):
         record = self.commands(self.container)["system_profiler -detailLevel full -xml SPHardwareDataType"]
         size = (IMAC / "profiler" / "SPHardwareDataType.plist").stat().st_size
         self.assertEqual((record["bytes"], record["retries"], record["exit-status"]), (str(size), "0", "0"))
         self.assertRegex(record["seconds"], r"^\d+\.\d\d$")
 
-    def test_tells_a_missing_tool_from_a_missing_file(self):
+    def test_distinguishes_a_missing_tool_from_a_missing_file(self):
         records = self.commands(self.container)
         self.assertEqual(records["csrutil status 2>&1"].get("missing"), "1")
         self.assertNotIn("missing", records[ADDITIONAL_COMMANDS[-1]])
         self.assertEqual(records[ADDITIONAL_COMMANDS[-1]]["exit-status"], "1")
 
-    def test_tells_a_damaged_output(self):
+    def test_reports_a_damaged_output(self):
         recording = IMAC / "profiler" / "SPAudioDataType.plist"
         damage = f"sed 's/<string>/<string>\\xff/' {recording}"
         self.write_tool("system_profiler", f'case $4 in SPAudio*) exec {damage};; esac\nexec {scans.SIMULATOR}/bin/system_profiler "$@"\n')
@@ -199,14 +199,14 @@ class Record(ExtendedTestCase):
 
 
 class Debug(ExtendedTestCase):
-    def test_keeps_the_further_outputs_behind_their_commands(self):
+    def test_has_the_further_outputs_after_their_commands(self):
         self.write_tool("csrutil", "echo 'System Integrity Protection status: enabled.'\n")
         container = self.scan_silently(IMAC, "/debug", "/extended")
         self.assertEqual([section.kind for section in container.sections[:2]], ["assetinfo", "customdata"])
         self.assertTrue(container.sections[1].content.startswith(b"<?xml"))
         further = [section.content.split(b"\n", 1) for section in container.sections[2:]]
         self.assertEqual({section.kind for section in container.sections[2:]}, {"customdata"})
-        # Of the tools, those alone that printed something.
+        # Only the tools that printed something.
         self.assertEqual([line.decode() for line, _ in further], [*ADDITIONAL_COMMANDS[:6], "csrutil status 2>&1", ADDITIONAL_COMMANDS[-1]])
         self.assertEqual(further[6][1], b"System Integrity Protection status: enabled.\n")
 
@@ -215,7 +215,7 @@ class Debug(ExtendedTestCase):
 class Commands(ExtendedTestCase):
     def trace(self, *options):
         log = self.folder / "trace"
-        # Leaks cannot be looked for in a program that is traced.
+        # The leak checker does not work in a traced program.
         quiet = ["-E", "ASAN_OPTIONS=detect_leaks=0"]
         strace = ["strace", *quiet, "-f", "-qq", "-s", "400", "-e", "trace=execve,clone,clone3,fork,vfork", "-o", str(log)]
         result = self.scan("/silent", *options, prefix=[*namespaces.own_processes(), *strace])
@@ -224,7 +224,7 @@ class Commands(ExtendedTestCase):
         return [line for line in lines if not line.startswith("ps -p")]
 
     @unittest.skipUnless(test_children.can_trace(), "strace is not installed, or not allowed here")
-    def test_run_behind_those_of_the_default_scan(self):
+    def test_run_after_those_of_the_default_scan(self):
         usual = self.trace()
         self.assertEqual(usual, [*test_children.COMMANDS, test_children.COMPUTER_NAME[-1]])
         self.assertEqual(self.trace("/extended"), [*usual[:-1], *ADDITIONAL_COMMANDS, usual[-1]])

@@ -1,4 +1,4 @@
-"""Tools that fail, lie and print what no Mac prints: every scan ends with a whole file that holds what was readable."""
+"""Tools that fail, lie and print what no Mac would: every scan ends with a whole file that has all that was readable."""
 
 import contextlib
 import os
@@ -34,7 +34,7 @@ def recording(data_type):
 
 
 class FaultTestCase(ScanTestCase):
-    """Scans an iMac with no other tools on PATH than it needs, each of which a test may replace or remove."""
+    """Scans an iMac with only the tools it needs on PATH, each of which a test may replace or remove."""
 
     def setUp(self):
         super().setUp()
@@ -95,7 +95,7 @@ class FaultTestCase(ScanTestCase):
 
 # What each tool alone knows, as paths of facts.
 TOOLS = {
-    # Without the registry's UUID the profiler's takes the place of the user's name.
+    # Without the registry's UUID the profiler's replaces the user's name.
     "ioreg": r"uuid|/@user-name$",
     "awk": r"uuid|/@user-name$",
     "dscl": r"/User-accounts",
@@ -150,14 +150,14 @@ class FailingTools(FaultTestCase):
     def test_leave_the_rest_of_the_profilers_facts_alone(self):
         whole = self.whole_facts()
         for fault, script in FAULTS.items():
-            # Without any output the profiler is asked again: test_console has those.
+            # Without any output the profiler is run again; test_console has those cases.
             if script and re.search("printf|REAL", script):
                 faulty = f'[ "$4" = SPPrintersDataType ] || exec REAL\n{script}'
                 with self.subTest(fault=fault), self.broken_tool("system_profiler", faulty):
                     self.assertEqual([path for path in self.lost(whole) if "/Printers" not in path], [])
 
     @unittest.skipIf(SLOW_BUILD, "takes minutes under the sanitizers, where unit tests lower the limit instead")
-    def test_a_profiler_that_prints_for_ever_is_cut(self):
+    def test_a_profiler_that_prints_forever_is_cut_off(self):
         whole = self.whole_facts()
         forever = f'[ "$4" = SPPrintersDataType ] || exec REAL\nexec {shutil.which("yes")} "a driver\'s log line"\n'
         self.break_tool("system_profiler", forever)
@@ -166,7 +166,7 @@ class FailingTools(FaultTestCase):
         self.assertEqual({path for path, *_ in whole - facts(container) if "/Printers" not in path}, set())
 
     def test_are_ended_though_the_caller_ignores_broken_pipes(self):
-        """A shell that never learns of its closed pipe goes on for ever."""
+        """A shell that never notices its closed pipe would run forever."""
         self.break_tool("diskutil", "while :; do echo more; done\n")
         result = self.scan(answer="y\n", prefix=["sh", "-c", 'trap "" PIPE; exec "$0" "$@"'])
         self.assertEqual(result.returncode, 0)
@@ -216,7 +216,7 @@ class FailingTools(FaultTestCase):
 
 
 class ToolPath(FaultTestCase):
-    """The scan's own PATH has the test's tools alone, as cron's has no profiler."""
+    """The scan's own PATH has only the test's tools, as cron's lacks the profiler."""
 
     COMPLETED = ":/usr/bin:/bin:/usr/sbin:/sbin"
 
@@ -229,12 +229,12 @@ class ToolPath(FaultTestCase):
         self.scan_faulty()
         self.assertEqual(set(seen.read_text().splitlines()), {str(self.tools) + self.COMPLETED})
 
-    def test_finds_a_tool_that_the_caller_has_not(self):
-        """The machine's own ps, which lies in /usr/bin or /bin on Linux as well."""
+    def test_finds_a_tool_that_the_caller_lacks(self):
+        """The machine's own ps, which is in /usr/bin or /bin on Linux as well."""
         (self.tools / "ps").unlink()
         self.assertGreater(len(self.scan_faulty()[0].snapshot.find("Processes").children), 0)
 
-    def test_that_is_told_is_the_callers(self):
+    def test_in_the_snapshot_is_the_callers(self):
         container, _ = self.scan_faulty()
         self.assertEqual(container.snapshot.get("Environment/env-var:PATH/value"), str(self.tools))
         (self.tools / "env").unlink()
@@ -247,14 +247,14 @@ class ToolPath(FaultTestCase):
 class GivenAddress(FaultTestCase):
     MESSAGE = "No network adapter has the address {}; the machine's identity stays empty\n"
 
-    def test_that_no_adapter_has_is_told_once(self):
+    def test_that_no_adapter_has_is_reported_once(self):
         for address in ("192.0.2.250", ""):
             for options in ([], ["/debug"]):
                 with self.subTest(address=address, options=options):
                     _, messages = self.scan_faulty(f"/ip:{address}", *options)
                     self.assertEqual(messages, self.MESSAGE.format(address))
 
-    def test_that_an_adapter_has_is_not_told(self):
+    def test_that_an_adapter_has_is_not_reported(self):
         address = self.scan_faulty()[0].snapshot.get("ip-address")
         self.assertEqual(self.scan_faulty(f"/ip:{address}")[1], "")
 
@@ -268,7 +268,7 @@ HOSTILE_NAMES = (
 
 class HostileNames(FaultTestCase):
     def keep_arguments(self, tool):
-        """Makes a tool write down its arguments, each between its own line of dashes; returns where."""
+        """Makes a tool log its arguments, a line of dashes after each; returns the log's path."""
         kept = self.folder / f"arguments of {tool}"
         self.write_tool(tool, f"""printf '%s\\n----\\n' "$@" >>"{kept}"\n""")
         return kept
@@ -376,7 +376,7 @@ class OddOutputs(FaultTestCase):
         self.assertEqual({child.name for child in container.snapshot.children}, set())
 
     def test_without_items_as_a_mac_writes_that(self):
-        """One empty element, and so eight bytes less than the frame that the outputs are cut by."""
+        """A single empty element, eight bytes shorter than the frame that is cut off the outputs."""
         self.assertEqual(len(EMPTY), 182)
         whole = self.whole_facts()
         for types, known in (
@@ -415,7 +415,7 @@ class OddOutputs(FaultTestCase):
                     deep = b"<key>deep</key>" + opening * 100_000 + end
                     output = recording("SPPrintersDataType").replace(b"<key>_items</key>", deep + b"<key>_items</key>", 1)
                     self.answer("SPPrintersDataType", output)
-                    # What was never closed takes the items that follow into its depth.
+                    # What is never closed swallows the items that follow.
                     allowed = [] if end else [path for path, *_ in whole if "/Printers" in path]
                     self.assertEqual([path for path in self.lost(whole) if path not in allowed], [])
 
@@ -460,7 +460,7 @@ class Salvage(FaultTestCase):
                     self.assertEqual(self.lost(whole), [])
                     self.answer(data_type, output)
 
-    def test_keeps_what_a_profiler_told_before_it_died(self):
+    def test_keeps_what_a_profiler_printed_before_it_died(self):
         whole = self.whole_facts()
         output = recording("SPApplicationsDataType")
         self.answer("SPApplicationsDataType", output[: len(output) // 2])
@@ -478,13 +478,13 @@ class Salvage(FaultTestCase):
                 self.answer("SPPrintersDataType", garbage)
                 self.assertEqual([path for path in self.lost(whole) if "/Printers" not in path], [])
 
-    def test_names_a_type_whose_output_is_no_list(self):
+    def test_names_a_type_whose_output_is_not_a_list(self):
         self.answer("SPPrintersDataType", b"Segmentation fault\n" * 50)
         _, messages = self.scan_faulty()
         self.assertEqual(messages, "Unreadable output from the system profiler: SPPrintersDataType\n")
 
     def test_of_one_type_leaves_the_others_as_they_are(self):
-        """A key that salvage would put right, in every healthy type."""
+        """A key that salvage would change, in every healthy type."""
         for data_type in OddOutputs.PROFILER:
             self.answer(data_type, recording(data_type).replace(b"<key>_items</key>", "<key>_it\ufffdms</key>".encode(), 1))
         self.answer("SPHardwareDataType", recording("SPHardwareDataType").replace(b"</string>", b"\xe9</string>", 1))

@@ -27,11 +27,11 @@ GOLDEN = ROOT / "tests" / "e2e" / "golden"
 SECTIONS = {"snapshot": "snapshot", "asset": "assetinfo", "debug": "assetinfo", "extended": "snapshot"}
 UPDATE = "--update" in sys.argv
 
-# All that a scan here sees of the host's environment, and what of it arrives.
+# All that a scan here sees of the host's environment, and what it records.
 GIVEN = {"TZ": "UTC", "LC_ALL": "C", "EQUATION": "a=b=c", "PADDED": "  two words  ", "EMPTY": "", "FOLDED": "upper\nlower"}
 ARRIVING = {**GIVEN, "PADDED": "two words", "FOLDED": "upper"}
 
-# By how much the scanner's clock may be off, in seconds: it counts whole ones, and some milliseconds behind.
+# How far off the scanner's clock may be, in seconds: it counts whole ones, some milliseconds late.
 CLOCK = 1.1
 
 
@@ -66,7 +66,7 @@ class GoldenScan(ScanTestCase):
         return re.sub(r"^(\+Processes=|\+Environment=|\+Scan=)\n.*?^-$", r"\1\n-", text, flags=re.M | re.S)
 
     def timestamp(self):
-        """The time of the scan, under whichever name the file has it."""
+        """The time of the scan, whatever the file calls it."""
         top = self.container.snapshot or self.container.asset_info
         return top.get("timestamp") or top.get("scan-attempt")
 
@@ -117,14 +117,14 @@ class Texts(GoldenScan):
             "mac-pro-10.5", "asset", ["ip-address=203.0.113.9", "login=operator", "mac-address=00-00-5E-00-53-81"]
         )
 
-    def test_an_address_of_no_adapter_is_kept_and_nothing_found_with_it(self):
+    def test_an_address_that_no_adapter_has_is_kept(self):
         self.scan_by_hand("imac-10.6", "/ip:203.0.113.9")
         self.assertEqual(self.file_name, "STUDIO IMAC_.inv")
         self.assert_changed("imac-10.6", "snapshot", ["hostname=", "domain=", "ip-address=203.0.113.9"])
         self.assert_changed("imac-10.6", "asset", ["hostname=", "ip-address=203.0.113.9", "mac-address=", "domain="])
 
     def assert_changed(self, name, kind, expected):
-        """Only these lines stand in place of the golden text's."""
+        """Only these lines differ from the golden text."""
         lines = self.with_placeholders(self.text_of(SECTIONS[kind])).splitlines()
         golden = self.golden_text(name, kind).splitlines()
         self.assertEqual(len(lines), len(golden))
@@ -189,7 +189,7 @@ class Rules(GoldenScan):
             self.assertEqual(value.annotations, [("split", ":")] if variable.value == "PATH" else [])
 
     def test_every_given_variable_arrives(self):
-        """The shell in between may add some of its own."""
+        """The shell that runs `env` may add some of its own."""
         arrived = {variable.value: variable.get("value") for variable in self.snapshot.find("Environment").children}
         expected = {**self.given, **ARRIVING}
         self.assertEqual({name: arrived.get(name) for name in expected}, expected)

@@ -137,7 +137,7 @@ class Accepted(unittest.TestCase):
     def test_no_sections(self):
         self.assertEqual(inv_decoder.parse_container(file([], START % (0, 0))).sections, [])
 
-    def test_bytes_that_are_no_utf8_and_carriage_returns(self):
+    def test_bytes_that_are_not_utf8_and_carriage_returns(self):
         top = inv_decoder.parse_text(TEXT_START + b"*t=a\rb\xff\n")
         self.assertEqual(top.value, "a\rb\udcff")
 
@@ -178,7 +178,7 @@ class Refused(unittest.TestCase):
                 self.refuse(message, inv_decoder.parse_text, TEXT_START + lines)
         self.refuse("the mark line is missing", inv_decoder.parse_text, b"?zxml\n*a=\n")
 
-    def test_an_error_tells_its_offset(self):
+    def test_an_error_has_its_offset(self):
         with self.assertRaises(FormatError) as caught:
             inv_decoder.parse_text(TEXT_START + b"+a=\nbad\n-\n")
         self.assertEqual(caught.exception.offset, len(TEXT_START) + 4)

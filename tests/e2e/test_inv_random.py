@@ -1,4 +1,4 @@
-"""Files of random machines: whatever a scan of one holds, the reader checks it, and gives its text back to the byte."""
+"""Files of random machines: whatever a scan contains, the reader finds it valid and returns its text byte for byte."""
 
 import tempfile
 import unittest

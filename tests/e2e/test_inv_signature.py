@@ -1,4 +1,4 @@
-"""Signatures: `inv` and the real `ssh-keygen` must come to the same verdict on every file, signature and list."""
+"""Signatures: `inv` and the real `ssh-keygen` must reach the same verdict on every file, signature and list."""
 
 import shutil
 import sqlite3
@@ -16,12 +16,12 @@ NO_KEY = 'there is no key such as "ssh-ed25519 AAAA..."'
 
 
 def ssh_keygen(*arguments, **options):
-    """The finished process; it may ask nobody anything."""
+    """The finished process, which had no input."""
     return subprocess.run(["ssh-keygen", *arguments], capture_output=True, timeout=60, **{"stdin": subprocess.DEVNULL, **options})
 
 
 def make_key(name, kind="ed25519"):
-    """The path of a new private key; its public one is beside it."""
+    """The path of a new private key; the public key has the same name with ".pub"."""
     path = KEYS / name
     ssh_keygen("-q", "-t", kind, "-N", "", "-C", name, "-f", path, check=True)
     return path
@@ -33,7 +33,7 @@ def public(key):
 
 
 def sign(file, key, *options, namespace=NAMESPACE):
-    """The path of the signature, which ssh-keygen writes beside the file."""
+    """The path of the signature, which ssh-keygen writes next to the file."""
     signature = Path(f"{file}.sig")
     signature.unlink(missing_ok=True)
     ssh_keygen("-Y", "sign", "-n", namespace, "-f", key, *options, file, check=True)
@@ -69,7 +69,7 @@ class SignatureTestCase(InventoryTestCase):
         return self.write(name, file.read_bytes())
 
     def verify(self, status, *options, file=None, signers=None):
-        """What `inv verify` says of the file after its name, from the signature beside it."""
+        """What `inv verify` prints after the file's name, with the signature next to the file."""
         file = file or self.file
         output = self.check(status, "verify", "--allowed-signers", signers or self.signers, *options, file)
         self.assertTrue(output.startswith(f"{file}: ") and output.endswith("\n"))
@@ -96,7 +96,7 @@ class SignatureTestCase(InventoryTestCase):
 
 
 class Verify(SignatureTestCase):
-    def test_tells_who_signed(self):
+    def test_names_the_signer(self):
         self.assertEqual(self.verify(0), f"valid, signed by {NAME}")
         self.assertEqual(self.messages, "")
         self.assertEqual(self.verify(0, "--identity", NAME), f"valid, signed by {NAME}")
@@ -138,7 +138,7 @@ class Verify(SignatureTestCase):
         sign(other, self.key)
         self.refused("it is not a signature of this file", "--signature", f"{other}.sig")
 
-    def test_refuses_keys_that_are_unknown_anothers_or_revoked(self):
+    def test_refuses_keys_that_are_unknown_of_others_or_revoked(self):
         key = f"the key {self.fingerprint(self.key)}"
         self.refused(f"{key} is not that of mini", "--identity", "mini")
         self.refused(f"{key} is revoked", "--revoked-keys", f"{self.key}.pub")
@@ -202,7 +202,7 @@ class Verify(SignatureTestCase):
                             input=self.file.read_bytes())
         self.assertEqual(output, f"standard input: valid, signed by {NAME}\n")
 
-    def test_a_quiet_run_tells_by_its_status(self):
+    def test_a_quiet_run_answers_by_its_status(self):
         self.assertEqual(self.check(0, "verify", "-q", "--allowed-signers", self.signers, self.file), "")
         self.assertEqual(self.check(1, "verify", "-q", "--allowed-signers", "/dev/null", self.file), "")
 
@@ -228,7 +228,7 @@ class Verify(SignatureTestCase):
                     self.assertEqual(self.messages, message)
         self.assertFalse((self.folder / "x.db").exists())
 
-    def test_the_other_options_want_a_list(self):
+    def test_the_other_options_need_a_list(self):
         for option in ("--signature", "--identity", "--revoked-keys"):
             for command in (["verify"], ["summary"], ["load", self.folder / "x.db"]):
                 self.assertEqual(self.check(2, *command, option, "x", self.file), "")
@@ -243,7 +243,7 @@ class Verify(SignatureTestCase):
                     self.assertEqual(self.check(2, *command, *options, self.file), "")
                     self.assertIn("cannot be empty", self.messages)
 
-    def test_a_line_that_cannot_be_read_is_told_of_and_spoils_no_other(self):
+    def test_a_line_that_cannot_be_read_is_reported_and_spoils_no_other(self):
         signers = self.write("mixed", f"# ours\nnonsense\n{NAME} {public(self.key)}\n")
         self.assertEqual(self.verify(0, signers=signers), f"valid, signed by {NAME}")
         self.assertEqual(self.messages, LISTED.format(signers, 2, NO_KEY))
@@ -254,7 +254,7 @@ class Verify(SignatureTestCase):
 
 
 class Users(SignatureTestCase):
-    """The commands that use files only when their signature counts."""
+    """The commands that use only files whose signature is accepted."""
 
     def setUp(self):
         super().setUp()
@@ -267,12 +267,12 @@ class Users(SignatureTestCase):
         self.addCleanup(database.close)
         return database.execute("SELECT file, signed_by FROM machines ORDER BY file").fetchall()
 
-    def test_summary_tells_who_signed(self):
+    def test_summary_names_the_signer(self):
         lines = self.check(0, "summary", "--allowed-signers", self.signers, self.file).splitlines()
         self.assertIn(f"Signed by     {NAME}", lines)
         self.assertNotIn("Signed by", self.check(0, "summary", self.file))
 
-    def test_a_table_of_machines_tells_it_too(self):
+    def test_a_table_of_machines_names_it_too(self):
         table = self.check(1, "summary", "--allowed-signers", self.signers, self.file, self.unsigned).splitlines()
         self.assertEqual(self.messages, self.refusal)
         self.assertEqual(len(table), 2)
@@ -284,7 +284,7 @@ class Users(SignatureTestCase):
         self.assertEqual(self.check(1, "summary", "--allowed-signers", self.signers, self.unsigned), "")
         self.assertEqual(self.messages, self.refusal)
 
-    def test_load_records_who_signed(self):
+    def test_load_records_the_signer(self):
         self.check(1, "load", "--allowed-signers", self.signers, self.database, self.unsigned, self.file)
         self.assertEqual(self.messages, self.refusal)
         self.assertEqual(self.loaded(), [(str(self.file), NAME)])
@@ -294,13 +294,13 @@ class Users(SignatureTestCase):
         self.check(0, "load", "--allowed-signers", signers, "--identity", NAME, self.database, self.file)
         self.assertEqual(self.loaded(), [(str(self.file), NAME)])
 
-    def test_load_without_the_options_wants_no_signature(self):
+    def test_load_without_the_options_needs_no_signature(self):
         self.check(0, "load", self.database, self.unsigned, self.file)
         self.assertEqual(self.loaded(), [(str(self.file), ""), (str(self.unsigned), "")])
 
 
 class Flips(SignatureTestCase):
-    """A small signed file, so that the many runs are short ones."""
+    """A small signed file, so that the many runs are short."""
 
     def setUp(self):
         super().setUp()
@@ -338,11 +338,11 @@ class Flips(SignatureTestCase):
                     self.assertEqual(ours, self.ssh_keygen_accepts(signature=signature))
                 if ours:
                     accepted.append(position)
-        # What does not count: the line ends within the armor, as other blanks, and what comes after it.
+        # Ignored are the line ends within the armor, like other blanks, and what follows it.
         for position in accepted:
             self.assertTrue(text[position:position + 1] == b"\n" or position > end, position)
 
-    def test_signatures_in_other_clothes_have_ssh_keygens_verdict(self):
+    def test_signatures_in_other_forms_have_ssh_keygens_verdict(self):
         text = self.signature.read_bytes()
         lines = text.splitlines(keepends=True)
         joined = b"".join(line.rstrip() for line in lines[1:-1]) + b"\n"

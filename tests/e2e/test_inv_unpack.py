@@ -16,7 +16,7 @@ def lines(tag, path=""):
     for attribute in tag.attributes:
         if path == "" and attribute.name in ("timestamp", "scan-time"):
             continue
-        # The media name is asked of another tool, and so is the UUID, whose absence shows in the user's name.
+        # The media name and the UUID come from other tools; without the UUID the user's name differs.
         if path.startswith("/Storage/Physical-disks/Removable") and attribute.name == "model":
             continue
         if attribute.name in ("uuid", "user-name"):

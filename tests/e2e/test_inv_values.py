@@ -14,7 +14,7 @@ def batches(items, size):
 
 
 def on_each_machine(test):
-    """A test that is given the path of a scan and the facts in it, machine by machine."""
+    """Runs a test with the path of a scan and the facts in it, machine by machine."""
 
     def run(self):
         for machine in MACHINES:

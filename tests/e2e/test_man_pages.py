@@ -20,7 +20,7 @@ def section(page, name):
 
 
 def flags_of_items(text):
-    """The options that a text has list items of."""
+    """The options that a text has list items for."""
     items = re.findall(rf"^\.It Fl {FLAG}(?: , {FLAG})?(?= |$)", text, re.M)
     return {"-" + flag for item in items for flag in item if flag}
 
@@ -49,13 +49,13 @@ class ManPages(InventoryTestCase):
                 for name in re.findall(r"Op Fl -([a-z-]+)", text):
                     self.assertNotRegex(options_of.help_text(command), rf"--{name} .*REQUIRED")
 
-    def test_the_programs_own_options_are_told(self):
+    def test_the_programs_own_options_are_described(self):
         text = section(INV_PAGE, "SYNOPSIS").split(".Cm redact")[1]
         self.assertTrue({"-h", "--help", "--version"} <= options_of.options())
         self.assertIn(".Fl h | -help\n", text)
         self.assertIn(".Fl -version\n", text)
 
-    def test_the_scanners_options_are_told(self):
+    def test_the_scanners_options_are_described(self):
         wanted = {name.rstrip(":") for name in options_of.scanner_options()}
         self.assertEqual(flags_of_items(SCANNER_PAGE), wanted)
         synopsis = section(SCANNER_PAGE, "SYNOPSIS")

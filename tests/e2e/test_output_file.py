@@ -1,5 +1,5 @@
-"""The file that a scan leaves: whole, reported once, in nobody's place, however many scans save at the same time and whenever one of them is
-killed. With VELKARO_SAVE_ROUNDS=50 that is 400 scans at the same time, and 300 killed."""
+"""The file that a scan leaves: whole, reported once and replacing no other, however many scans save at the same time and whenever one is
+killed. With VELKARO_SAVE_ROUNDS=50 these are 400 simultaneous scans, and 300 killed ones."""
 
 import errno
 import os
@@ -24,7 +24,7 @@ ROUNDS = int(os.environ.get("VELKARO_SAVE_ROUNDS", "2"))
 INV = Path(os.environ["VELKARO_BUILD"]) / "inv"
 TEMPORARY = r"^\.velkaro-scanner-[0-9]+(-[0-9]+)?\.part$"
 
-# On a file system without hard links, and on one that has not even a way to rename a file to a free name alone.
+# On a file system without hard links, and on one that cannot even rename a file without replacing another.
 NO_LINKS = all_of(LINK, refused(errno.EPERM))
 NO_SINGLE_STEP = {**NO_LINKS, "renameat2": refused(errno.EINVAL)}
 
@@ -42,7 +42,7 @@ class SaveTestCase(ScanTestCase):
     def setUp(self):
         super().setUp()
         self.write_tool("ps", QUICK_PS.split("\n", 1)[1])
-        # A debug run asks for everything at once; a part of it is enough for a file.
+        # A debug run asks for everything at once; part of that is enough for a file.
         quick = QUICK_PROFILER.split("\n", 1)[1]
         self.write_tool("system_profiler", f'[ $# -gt 3 ] || set -- "$@" SPNetworkDataType\n{quick}')
 
@@ -52,8 +52,8 @@ class SaveTestCase(ScanTestCase):
             text=True, **options
         )  # fmt: skip
 
-    def told(self, scan):
-        """The name that a scan ends with."""
+    def reported(self, scan):
+        """The name that a scan reports at its end."""
         output, _ = scan.communicate(timeout=300)
         self.assertEqual(scan.returncode, 0)
         return output.splitlines()[-1].removeprefix(">>>")
@@ -70,7 +70,7 @@ class SaveTestCase(ScanTestCase):
             self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
 
     def kept(self):
-        """The inventories there are; whatever else is there has a temporary file's name."""
+        """The inventories in the folder; everything else in it has a temporary file's name."""
         inventories = [name for name in self.files() if name.endswith(".inv")]
         for name in set(self.files()) - set(inventories):
             self.assertRegex(name, TEMPORARY)
@@ -86,7 +86,7 @@ class ScansAtTheSameTime(SaveTestCase):
         names = []
         for _ in range(rounds):
             scans = [self.start(*arguments, **options) for _ in range(8)]
-            names += [self.told(scan) for scan in scans]
+            names += [self.reported(scan) for scan in scans]
         self.assertEqual(len(set(names)), 8 * rounds)
         self.check_inventories(names)
 
@@ -111,7 +111,7 @@ class ScansAtTheSameTime(SaveTestCase):
 class KilledScans(SaveTestCase):
     def duration(self, *arguments):
         start = time.monotonic()
-        self.told(self.start(*arguments))
+        self.reported(self.start(*arguments))
         return time.monotonic() - start
 
     def kill_at_random(self, rounds, *arguments, **options):
@@ -128,7 +128,7 @@ class KilledScans(SaveTestCase):
         self.assertEqual([name for name in inventories if not is_whole(self.out / name)], [])
 
     def killed_at(self, **calls):
-        """The inventories and the temporary files that a scan leaves which is killed at these calls."""
+        """The inventories and the temporary files that a scan leaves when it is killed at these calls."""
         self.clear()
         scan = self.start("/debug", preexec_fn=fates(**calls))
         scan.communicate(timeout=300)
@@ -147,7 +147,7 @@ class KilledScans(SaveTestCase):
         self.kill_at_random(10 * ROUNDS, "/debug", preexec_fn=fates(**NO_LINKS))
 
     @unittest.skipUnless(available(), "this system cannot kill at a system call")
-    def test_have_no_inventory_before_it_is_whole_and_on_the_disk(self):
+    def test_leave_no_inventory_before_it_is_whole_and_on_the_disk(self):
         for calls in (all_of(["fsync"], KILL), all_of(LINK, KILL), {**NO_LINKS, "renameat2": KILL}):
             with self.subTest(calls=calls):
                 inventories, (temporary,) = self.killed_at(**calls)
@@ -164,7 +164,7 @@ class KilledScans(SaveTestCase):
     @unittest.skipUnless(own_processes(), "this user may not have a namespace")
     def test_do_not_disturb_a_later_one_of_the_same_process_number(self):
         (self.out / ".velkaro-scanner-1.part").write_text("half an inv")
-        self.assertEqual(self.told(self.start(prefix=own_processes())), NAME)
+        self.assertEqual(self.reported(self.start(prefix=own_processes())), NAME)
         self.assertEqual(self.files(), [".velkaro-scanner-1.part", NAME])
         self.assertEqual((self.out / ".velkaro-scanner-1.part").read_text(), "half an inv")
 
@@ -173,7 +173,7 @@ class NamesThatAreTaken(SaveTestCase):
     """A file under the first name is left alone, and the scan takes the next name."""
 
     def check_passed_over(self):
-        self.assertEqual(self.told(self.start()), NAME.replace(".inv", "(1).inv"))
+        self.assertEqual(self.reported(self.start()), NAME.replace(".inv", "(1).inv"))
         self.assertTrue(is_whole(self.out / NAME.replace(".inv", "(1).inv")))
 
     def test_by_a_link(self):
@@ -212,12 +212,12 @@ class Permissions(SaveTestCase):
     def test_are_the_owners_alone(self):
         for mask in (0, 0o022, 0o077):
             with self.subTest(mask=oct(mask)):
-                name = self.told(self.start(preexec_fn=lambda: os.umask(mask)))
+                name = self.reported(self.start(preexec_fn=lambda: os.umask(mask)))
                 self.assertEqual(stat.S_IMODE((self.out / name).stat().st_mode), 0o600)
 
     @unittest.skipUnless(os.geteuid() == 0 and shutil.which("setpriv"), "needs root to become another user")
     def test_are_not_needed_for_the_folders_above(self):
-        """A folder that a user may write lies in one that this user may not even pass."""
+        """A folder that a user may write is in one that this user may not even search."""
         self.folder.chmod(0o711)
         closed = self.folder / "closed"
         closed.mkdir(mode=0o700)
@@ -237,7 +237,7 @@ class FileSystems(SaveTestCase):
         for calls in (*(all_of(LINK, refused(reason)) for reason in reasons), NO_SINGLE_STEP):
             with self.subTest(calls=calls):
                 self.clear()
-                names = [self.told(self.start("/debug", preexec_fn=fates(**calls))) for _ in range(3)]
+                names = [self.reported(self.start("/debug", preexec_fn=fates(**calls))) for _ in range(3)]
                 self.assertEqual(names, [NAME_OF_DEBUG_RUN, *(f"{NAME_OF_DEBUG_RUN[:-4]}({n}).inv" for n in (1, 2))])
                 self.check_inventories(names)
                 self.assertEqual({stat.S_IMODE((self.out / name).stat().st_mode) for name in names}, {0o600})
@@ -251,7 +251,7 @@ class FileSystems(SaveTestCase):
         self.assertEqual(scan.stderr, f"Cannot create file :{self.out.resolve()}/{NAME_OF_DEBUG_RUN}\n")
         self.assertNotIn("Scan finished", scan.stdout)
 
-    def test_that_cannot_write_what_they_took_leave_nothing(self):
+    def test_that_cannot_write_what_they_accepted_leave_nothing(self):
         self.check_refused(fsync=refused(errno.EIO))
 
     def test_that_give_no_name_leave_nothing(self):
@@ -259,7 +259,7 @@ class FileSystems(SaveTestCase):
             with self.subTest(reason=errno.errorcode[reason]):
                 self.check_refused(**NO_LINKS, **all_of(RENAME, refused(reason)))
 
-    def test_whose_working_directory_cannot_be_told_get_the_file(self):
+    def test_that_hide_the_working_directory_get_the_file(self):
         scan = subprocess.run(
             [SCANNER, "/debug"], cwd=self.out, env=self.environment(IMAC), input="y\n", capture_output=True, text=True,
             preexec_fn=fates(getcwd=refused(errno.EACCES))

@@ -18,11 +18,11 @@ PAGES = ["README.md", "docs/inv-tool.md", "docs/fleet.md", "docs/redact.md", "si
 MANUAL_PAGES = ["docs/man/inv.1", "docs/man/velkaro-scanner.1"]
 MACHINES = SIMULATOR / "machines"
 
-# Shown on the pages as one scan gave it, and different in the next: its time, and the processes of the machine that the tests run on.
+# What differs in every scan: its time, and the processes of the machine that runs the tests.
 VARYING = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d [+-]\d\d:\d\d|\d+ process(es)?"
-# Commands that count bytes, of which there are a few more or less: a text with a time in it is compressed.
+# Commands that count bytes, which vary a little: a text with a time in it is compressed.
 COUNTING = ("inv list ", "inv verify ")
-# What is on PATH as the scanner: on the simulated iMac, where no other machine is meant.
+# The scanner on PATH: it scans the simulated iMac, unless another machine is chosen.
 SCANNER_HERE = f"""#!/bin/sh
 [ -n "$VELKARO_MACHINE" ] || exec '{SIMULATOR}/run' '{MACHINES}/imac-10.6' '{SCANNER}' "$@"
 exec '{SCANNER}' "$@"
@@ -44,18 +44,18 @@ def transcripts(text):
 
 
 def examples(page):
-    """The commands that a manual page shows, except those that need a Mac of one's own: its access control lists."""
+    """The commands that a manual page shows, except those that need a real Mac: its access control lists."""
     shown = [line.replace(r"\(dq", '"').replace(r"\e", "\\") for line in re.findall(r"^\.Dl (.*)$", page, re.M)]
     return [command for command in shown if not command.startswith("chmod +a ")]
 
 
 def pattern(shown):
-    """What matches an output that is as shown."""
+    """A pattern that matches an output as shown."""
     return "".join(r"(?:.*\n)*?" if line == "..." else re.escape(line) + r"\n" for line in shown.split("\n"))
 
 
 def settled(command, text):
-    """A text without what varies; blanks that fill a column up vary with it."""
+    """A text without what varies, including the blanks that pad its column."""
     text = re.sub(VARYING, "(varies)", text.replace("\r\n", "\n"))
     if command.startswith(COUNTING):
         text = re.sub(r"(?<![\w.])\d+(?!\w)", "(varies)", text)
@@ -76,7 +76,7 @@ def changed_imac(folder):
 
 @functools.lru_cache(maxsize=None)
 def files():
-    """The files that the pages speak of, by their names there."""
+    """The files that the pages mention, by their names there."""
     monday, friday = same_host.scan(MACHINES / "imac-10.6"), same_host.scan(changed_imac(FOLDER / "friday"))
     render, debug = same_host.scan(MACHINES / "mac-pro-10.5"), same_host.scan(MACHINES / "imac-10.6", "/debug")
     return {"monday.inv": monday, "MAC.inv": monday, "friday.inv": friday, "render.inv": render, "debug.inv": debug, "DEBUG.inv": debug}
@@ -107,7 +107,7 @@ class Pages(InventoryTestCase):
         self.environment = {**os.environ, "PATH": path, "TZ": "UTC", "LC_ALL": "C.UTF-8"}
 
     def run_command(self, command):
-        """The status and the output, as an operator sees it who answers the scanner's question in the folder /home/mira."""
+        """The status and the output for an operator who answers the scanner's question in the folder /home/mira."""
         for tool in ("sqlite3", "jq", "ssh-keygen"):
             if re.search(rf"\b{tool} -?", command) and not shutil.which(tool):
                 self.skipTest(f"{tool} is not installed")

@@ -1,4 +1,4 @@
-"""The line on the operator's terminal that says what the scan is asking: shown while a tool runs, and at no other time."""
+"""The line on the operator's terminal that says what the scan is doing: shown while a tool runs, and at no other time."""
 
 import fcntl
 import os
@@ -57,7 +57,7 @@ class ProgressTestCase(ScanTestCase):
 
 
 class Progress(ProgressTestCase):
-    def test_tells_each_question_and_leaves_nothing_behind(self):
+    def test_shows_each_step_and_leaves_nothing_behind(self):
         output, errors = self.scan_on(self.terminal())
         self.assertEqual(output, PROMPT + "Scan started...\n" + self.result_line())
         asked = questions(errors)
@@ -117,7 +117,7 @@ class Progress(ProgressTestCase):
                 _, errors = self.scan_on(self.terminal(), *options)
                 self.assertEqual(errors, "")
 
-    def test_is_not_there_where_standard_error_is_no_terminal(self):
+    def test_is_not_there_where_standard_error_is_not_a_terminal(self):
         terminal = self.terminal()
         scan = self.start(stdout=terminal.end, stderr=subprocess.PIPE)
         written = terminal.read()
@@ -126,7 +126,7 @@ class Progress(ProgressTestCase):
         self.assertEqual(scan.wait(), 0)
         self.assertEqual(written.replace("\r\n", "\n"), PROMPT + "Scan started...\n" + self.result_line())
 
-    def test_stands_beside_no_message(self):
+    def test_never_shares_a_line_with_a_message(self):
         _, errors = self.scan_on(self.terminal(), "/ip:192.0.2.250")
         self.assertEqual(
             Screen(100).feed(errors).text(),
@@ -150,7 +150,7 @@ class ToolErrors(ProgressTestCase):
         _, errors = self.scan_on(self.terminal(), "/log")
         self.assertEqual(errors, "no such record\r\n" * 3)
 
-    def test_are_seen_where_standard_error_is_no_terminal(self):
+    def test_are_seen_where_standard_error_is_not_a_terminal(self):
         self.assertEqual(self.scan(answer="y\n").stderr, "no such record\n" * 3)
 
 

@@ -1,4 +1,4 @@
-"""Macs that never were: whatever they are made of, a scan of each ends with a whole file."""
+"""Invented Macs: whatever they are made of, a scan of each ends with a whole file."""
 
 import concurrent.futures
 import os
@@ -11,7 +11,7 @@ MACHINES = 50
 
 
 def scan(machine):
-    """The container of a scan of a machine that random_machines made; what went wrong otherwise."""
+    """The container of a scan of a machine that random_machines made, or the error."""
     mac = QuickMac(prefix=own_namespace())
     try:
         machine.write(mac.machine)
@@ -31,7 +31,7 @@ class RandomMachines(unittest.TestCase):
                     self.assertNotIsInstance(container, Exception)
                     yield machine, container
 
-    def test_plausible_ones_are_told_as_they_are(self):
+    def test_plausible_ones_are_found_as_they_are(self):
         for machine, container in self.scan_each(random_machines.plausible):
             for (path, prefix), count in machine.lists.items():
                 tag = container.snapshot.find(path)

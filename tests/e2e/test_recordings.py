@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The recordings of real Macs, where they are at hand, pass through the whole scanner, and what they report arrives."""
+"""The recordings of real Macs, where these are present, pass through the whole scanner, and their facts arrive."""
 
 import unittest
 
@@ -98,7 +98,7 @@ class Recordings(ScanTestCase):
         self.scan_machine("apple-silicon-14.4")
         self.check(self.container.snapshot, recorded_facts.APPLE_SILICON)
         self.check(self.container.asset_info, recorded_facts.APPLE_SILICON_ASSET)
-        # The recording has no I/O registry, so the UUID of the profiler takes the user's place.
+        # The recording has no I/O registry, so the profiler's UUID replaces the user's name.
         uuid = self.container.snapshot.get("System/Computer-system/uuid")
         self.assertRegex(uuid, r"^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")
         self.assertEqual(self.container.asset_info.get("user-name"), uuid)

@@ -23,7 +23,7 @@ TYPES = {
         " NetworkLocation NetworkVolume ParallelATA ParallelSCSI Power Printers SerialATA Software StartupItem USB"
     ).split()
 }
-# What only an extended scan asks for. A Mac that does not know a type has no recording of it.
+# What only an extended scan asks for. A Mac that does not have a type has no recording of it.
 ADDITIONAL_TYPES = {f"SP{name}DataType" for name in "Storage NVMe USBHost Thunderbolt InstallHistory iBridge".split()}
 
 PROLOGUE = (
@@ -62,7 +62,7 @@ class Recordings(unittest.TestCase):
             with self.subTest(machine=machine.name):
                 self.assertEqual({path.stem for path in (machine / "profiler").iterdir()} - ADDITIONAL_TYPES, TYPES)
 
-    def test_every_recording_stands_in_the_profilers_frame(self):
+    def test_every_recording_is_in_the_profilers_frame(self):
         self.assertEqual((len(PROLOGUE), len(EPILOGUE)), (172, 18))
         for path in PROFILES:
             with self.subTest(path=path):

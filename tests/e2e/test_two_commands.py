@@ -1,5 +1,5 @@
-"""The two commands in a clean clone: ./scan builds and scans, a second run installs and rebuilds nothing, and what was built is, byte for byte, what another
-folder's build has."""
+"""The two commands in a clean clone: ./scan builds and scans, a second run installs and rebuilds nothing, and the result is, byte for byte, that of a build in
+another folder."""
 
 import os
 import subprocess

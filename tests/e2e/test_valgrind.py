@@ -13,8 +13,8 @@ FRAME = re.compile(r" (?:at|by) 0x[0-9A-F]+: .* \((.*)\)$", re.MULTILINE)
 
 
 def is_ours(record):
-    """Whether the block was taken by our own code: whether that, with the functions it makes of the language's
-    headers, comes right below the allocator. Other libraries' code has no line numbers, but "in LIBRARY"."""
+    """Whether the block was allocated by our own code, which then is the caller of the allocator, templates from the
+    language's headers included. Code of other libraries has no line numbers, but "in LIBRARY"."""
     callers = [place for place in FRAME.findall(record) if "vgpreload" not in place and "libstdc++" not in place]
     return bool(callers) and (not callers[0].startswith("in ") or callers[0].endswith("velkaro-scanner"))
 

@@ -36,11 +36,11 @@ class Fault:
 
     @property
     def name(self):
-        """What tells it from every other, also when its table is moved about."""
+        """What identifies it, even when it is moved within its table."""
         return f"{self.source}: {self.rule}"
 
     def apply(self, text):
-        """The source with the fault in it. TableError unless what is replaced stands there exactly once."""
+        """The source with the fault in it. TableError unless the replaced text is there exactly once."""
         pattern = r"[ \t]*\n[ \t]*".join(re.escape(line) for line in self.removed)
         found = list(re.finditer(pattern, text))
         if len(found) != 1:

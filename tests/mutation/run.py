@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Puts each deliberate fault of the tables into a copy of the sources and tells which of them no test notices.
+"""Puts each deliberate fault of the tables into a copy of the sources and reports those that no test notices.
 
     tests/mutation/run.py                 # all of them: hours
     tests/mutation/run.py 'printers|usb'  # those whose source, or rule, matches
@@ -59,7 +59,7 @@ def run(command, seconds=SECONDS, **options):
 
 
 def failed_test():
-    """The test that failed in what was run last; what that said last where it did not come to tell."""
+    """The test that failed in the last run or, if it did not get as far as naming one, the last line of its output."""
     said = OUTPUT.read_text(errors="replace")
     failed = re.search(r"^\[  FAILED  \] ([\w./]+)|^(?:FAIL|ERROR): (\w+)", said, re.MULTILINE)
     running = re.findall(r"^\[ RUN      \] ([\w./]+)", said, re.MULTILINE)
@@ -107,13 +107,13 @@ def build(targets, jobs):
 
 
 def layers(source):
-    """The folders below tests/ that test a source, as the folders there mirror src/; none for the programs' mains."""
+    """The folders below tests/ that test a source, as the folders there mirror src/; empty for the programs' mains."""
     parts = Path(source).parts
     if "main.cpp" in parts or "commands" in parts:
         return []
     if parts[0] == "inv":
         return ["inv"]
-    # What CoreFoundation accepts is told in the contract, for the scanner of property lists too.
+    # The contract tests say what CoreFoundation accepts, for the scanner of property lists too.
     return {"plist": ["plist", "contract"], "platform": ["platform", "contract"]}.get(parts[1], [parts[1]])
 
 
@@ -122,7 +122,7 @@ def program(layer):
 
 
 def own_suites(source, layer):
-    """The suites of the tests that stand beside a source, as a filter of GoogleTest; empty when there are none."""
+    """The suites of a source's own test file, as a filter of GoogleTest; empty when there are none."""
     files = (TREE / "tests" / layer).rglob(f"{Path(source).stem}*_test.cpp")
     suites = {suite for file in files for suite in re.findall(r"^TEST(?:_[FP])?\((\w+),", file.read_text(), re.MULTILINE)}
     return ":".join(f"*{suite}.*" for suite in sorted(suites))

@@ -1,4 +1,4 @@
-"""The formula is filled in from a release's archive, and keeps what `brew audit` asks of every formula."""
+"""The formula is filled in from a release's archive, and meets the demands of `brew audit`."""
 
 import hashlib
 import re

@@ -1,4 +1,4 @@
-"""The steps that make the package for Macs, with recorded tools in place of Apple's: which commands they run, and in which order."""
+"""The steps that make the package for Macs, with recorded tools instead of Apple's: which commands they run, and in which order."""
 
 import os
 import re

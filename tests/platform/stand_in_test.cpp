@@ -1,4 +1,4 @@
-// What belongs to the stand-in alone: the order of dictionaries, and what it takes from a Linux machine.
+// What only the stand-in has: the order of dictionaries, and what it takes from a Linux machine.
 #include <SystemConfiguration/SystemConfiguration.h>
 #include <gtest/gtest.h>
 #include <unistd.h>

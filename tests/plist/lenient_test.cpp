@@ -70,7 +70,7 @@ TEST(LenientScanner, ReadsAWholeListAsTheStrictOneDoes) {
   EXPECT_EQ(scan_leniently(kProfilerList).sources(), strict.sources());
 }
 
-// Up to where the strict one stops; keys in place of values aside, which the profiler never prints.
+// Up to where the strict one stops, except for keys where values should be, which the profiler never prints.
 TEST(LenientScanner, BeginsADamagedListAsTheStrictOneDoes) {
   for (size_t place = kProfilerList.find("<array>"); place < kProfilerList.size(); ++place) {
     for (const char byte : {'\0', '>', '&', 'x', ' '}) {

@@ -1,4 +1,4 @@
-// Parsed property lists for tests, from their elements alone.
+// Parsed property lists for tests, built from just their elements.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -7,7 +7,7 @@
 
 #include "profiler/property_list.h"
 
-// The list that an output with these elements in its array parses to; none when they are not well-formed.
+// The list that an output with these elements in its array parses to; null when they are not well-formed.
 inline CFRef<CFArrayRef> parse_elements(const std::string& elements) {
   const std::string list = "<plist version=\"1.0\"><array>" + elements + "</array></plist>";
   return parse_profiler_output(

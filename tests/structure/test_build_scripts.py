@@ -1,4 +1,4 @@
-"""What ./check and ./scan do before anything is built: find out what is missing, and configure what is not configured."""
+"""What ./check and ./scan do before a build: find out what is missing, and configure what is not configured yet."""
 
 import json
 import os
@@ -77,7 +77,7 @@ class BuildScripts(unittest.TestCase):
         self.assertEqual(message, "Please install the command line tools (xcode-select --install) and "
                                   "benchmark (Homebrew: google-benchmark)\n")
 
-    def test_a_mac_that_has_all_goes_on(self):
+    def test_a_mac_that_lacks_nothing_goes_on(self):
         self.write_tool("xcode-select", "exit 0")
         self.write_tool("cmake", "exit 0")
         self.install_library("benchmark")
@@ -141,14 +141,14 @@ class Presets(unittest.TestCase):
                 f"include({ROOT}/cmake/googletest.cmake)\n"
                 "file(WRITE ${CMAKE_BINARY_DIR}/test.cpp [[#include <gmock/gmock.h>\nTEST(A, B) { EXPECT_THAT(1, testing::Gt(0)); }]])\n"
                 "add_executable(tests ${CMAKE_BINARY_DIR}/test.cpp)\ntarget_link_libraries(tests GTest::gtest_main GTest::gmock)\n")
-            # What would be fetched, in this machine's copy; nothing goes over the network.
+            # This machine's copy of what would be fetched: nothing goes over the network.
             told = subprocess.run(["cmake", "-B", folder, "-S", folder, "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON", "-DFETCHCONTENT_FULLY_DISCONNECTED=ON",
                                    "-DFETCHCONTENT_SOURCE_DIR_GOOGLETEST=/usr/src/googletest"], check=True, capture_output=True, text=True)
             self.assertIn("GoogleTest is not installed here, and is fetched", told.stdout)
             targets = subprocess.run(["cmake", "--build", folder, "--target", "help"], check=True, capture_output=True, text=True)
             self.assertLessEqual({"tests", "gtest_main", "gmock"}, set(targets.stdout.split()))
 
-    def test_what_is_fetched_is_held_against_a_checksum(self):
+    def test_what_is_fetched_has_a_checksum(self):
         text = (ROOT / "cmake" / "googletest.cmake").read_text()
         self.assertRegex(text, r"URL_HASH SHA256=[0-9a-f]{64}\n")
         self.assertIn("release-1.12.1.tar.gz", text)

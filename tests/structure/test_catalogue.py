@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The catalogue of facts: what its generator makes of it, and what it says about mistakes. The page is up to date."""
+"""The catalogue of facts: what its generator makes from it, and how it reports mistakes. The page is up to date."""
 
 import subprocess
 import sys
@@ -121,7 +121,7 @@ class Code(unittest.TestCase):
 
 class Mistakes(unittest.TestCase):
     def expect(self, line, problem, old, new):
-        """SMALL with `new` in place of `old` is wrong in this line."""
+        """SMALL with `new` instead of `old` is wrong in this line."""
         self.assertIn(old, SMALL)
         with self.assertRaises(catalogue.Mistake) as raised:
             catalogue.Catalogue(SMALL.replace(old, new, 1))
@@ -163,14 +163,14 @@ class Mistakes(unittest.TestCase):
     def test_a_field_has_a_name(self):
         self.expect(line_of("  unit"), "not NAME: TEXT: MB", "  unit: MB", "  MB")
 
-    def test_a_field_is_there_once(self):
+    def test_a_field_is_listed_once(self):
         self.expect(line_of("  form"), '/Software/Soft:N/size: "unit" is there twice', "  form: cut off", "  unit: MB")
 
     def test_units_are_known(self):
         problem = '/Software/Soft:N/size: unknown unit "mb"; known are: KB, MB, GB, kHz, Hz, MHz, ms, min, cm, in, mA, %'
         self.expect(line_of("/Software/Soft:N/size"), problem, "unit: MB", "unit: mb")
 
-    def test_a_fact_is_there_once(self):
+    def test_a_fact_is_listed_once(self):
         line = line_of("/Software/Soft:N/size")
         problem = f"/Software/Soft:NAME/location is there already, in line {line - 1}"
         self.expect(line, problem, "/Software/Soft:N/size", "/Software/Soft:NAME/location")
@@ -202,7 +202,7 @@ class Mistakes(unittest.TestCase):
         self.expect(line, "no element is called /Software/Hard:N", head, "[report Applications: /Software/Hard:N]")
         self.expect(line, "no element is called /Software/Soft:N/size", head, "[report Applications: /Software/Soft:N/size]")
 
-    def test_tables_are_there_once(self):
+    def test_tables_are_listed_once(self):
         again = "[view software: /Software/Soft:N]\n\n[view software:"
         self.expect(line_of("[view") + 2, "there is a view software already", "[view software:", again)
 
@@ -217,7 +217,7 @@ class Mistakes(unittest.TestCase):
         text = "[report Applications: /Software/Soft:N]"
         self.expect(line_of("  Size, MB") + 3, '"size" has several kinds: integer; text', text, more)
 
-    def test_columns_have_a_form_that_is_known(self):
+    def test_columns_have_a_known_form(self):
         line = line_of("  Location")
         self.expect(line, '"digits" is not one of: text, date, number, yes/no', "as number", "as digits")
 

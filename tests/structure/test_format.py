@@ -1,4 +1,4 @@
-"""Every source is laid out as clang-format lays it out."""
+"""Every source is formatted by clang-format."""
 
 import re
 import shutil
@@ -9,7 +9,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 FOLDERS = ("src", "inv", "tests", "fuzz", "bench")
 
-# The layout of a version is not that of the next; this is Debian 12's.
+# Every version formats differently; this is Debian 12's.
 VERSION = "14"
 
 

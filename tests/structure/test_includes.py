@@ -7,7 +7,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 SOURCES = [path for folder in ("src", "inv") for path in sorted((ROOT / folder).rglob("*")) if path.suffix in (".h", ".cpp")]
 
-# What each folder may include from beside itself; with it comes what those may include.
+# The folders that each folder may include from; what these may include comes with them.
 BELOW = {
     "src": ["src/driver"],
     "src/driver": ["src/extended"],
@@ -39,7 +39,7 @@ BELOW = {
 
 
 def reachable(folder):
-    """The folder and all below it; a circle would never end here, and so fails."""
+    """The folder and all below it; a cycle would recurse without end, and so fails."""
     return {folder}.union(*(reachable(below) for below in BELOW[folder]))
 
 

@@ -1,4 +1,4 @@
-"""The tables of deliberate faults fit the sources: what rots there would be noticed only by the next run of hours."""
+"""The tables of deliberate faults fit the sources: a mismatch would otherwise be noticed only by the next run of hours."""
 
 import sys
 import unittest
@@ -15,7 +15,7 @@ class FaultTables(unittest.TestCase):
     def setUpClass(cls):
         cls.faults = read_tables()
 
-    def test_name_what_stands_in_its_source_exactly_once(self):
+    def test_name_text_that_its_source_has_exactly_once(self):
         wrong = []
         for fault in self.faults:
             try:
@@ -24,7 +24,7 @@ class FaultTables(unittest.TestCase):
                 wrong.append(str(error))
         self.assertEqual("\n".join(wrong), "")
 
-    def test_name_end_to_end_tests_that_there_are(self):
+    def test_name_end_to_end_tests_that_exist(self):
         wrong = set()
         for test in {test for fault in self.faults for test in fault.e2e}:
             script, _, case = test.partition(".")
@@ -34,10 +34,10 @@ class FaultTables(unittest.TestCase):
         self.assertEqual(wrong, set())
 
     def test_cover_every_folder_of_the_sources(self):
-        told = {Path(fault.source).parent for fault in self.faults}
+        covered = {Path(fault.source).parent for fault in self.faults}
         folders = {path.parent.relative_to(ROOT) for folder in ("src", "inv") for path in (ROOT / folder).rglob("*.cpp")}
-        # The stand-in for the Mac's own library has the contract's tests; the Mac's own files are not built here.
-        self.assertEqual(folders - told, {Path("src/platform/corefoundation"), Path("src/platform/darwin")})
+        # The stand-in for the Mac's library has the contract tests; the Mac's own files are not built here.
+        self.assertEqual(folders - covered, {Path("src/platform/corefoundation"), Path("src/platform/darwin")})
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""Names are spelt alike everywhere: .clang-tidy says how, for editors and for the headers; the rules below are quick enough for all files.
+"""Names are spelt the same way everywhere: .clang-tidy says how, for editors and for the headers; the rules below are quick enough for all files.
 
 Functions and variables are lower_case, types CapitalisedWords, constants kName. The enumerators of an "enum class" are lower_case, since
 its name is written before them; those of a plain "enum" are constants.
@@ -14,13 +14,13 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 FOLDERS = ("src", "inv", "tests", "fuzz", "bench")
 
-# Apple's names, and what only Apple's headers can compile.
+# Files with Apple's names, and files that need Apple's headers.
 FOREIGN = "src/platform/corefoundation/include/"
 MAC_ONLY = "src/platform/darwin/"
 
 LITERAL_OR_COMMENT = re.compile(r'R"([^(\s"]*)\((?:.|\n)*?\)\1"|"(?:[^"\\\n]|\\.)*"|(?<![0-9])\'(?:[^\'\\\n]|\\.)+\'|//[^\n]*')
 
-# What a line must not look like: (name of the fault, pattern).
+# What no line may contain: (name of the fault, pattern).
 FAULTS = [
     ("constant that is no kName",
      re.compile(r"\bconstexpr (?:static )?[\w:<>, *&]*?[ *&](?!k[A-Z]|operator)\w+(?:\[[^\]]*\])* ?(?:=|\{)")),
@@ -44,7 +44,7 @@ def sources():
 
 
 def without_literals(text):
-    """The text with empty literals and without comments, line by line as it was."""
+    """The text with empty literals and without comments, with the same lines."""
     def blank(match):
         found = match.group(0)
         return ("" if found.startswith("//") else found[0] * 2 if found[0] in "\"'" else '""') + "\n" * found.count("\n")
@@ -52,7 +52,7 @@ def without_literals(text):
 
 
 def faults(text):
-    """What is spelt otherwise than everywhere else, each as (line, what)."""
+    """What breaks the rules, each as (line, what)."""
     code = without_literals(text)
     found = [(number, what) for number, line in enumerate(code.split("\n"), 1) for what, fault in FAULTS if fault.search(line)]
     for enum in ENUM.finditer(code):
@@ -63,7 +63,7 @@ def faults(text):
 
 
 class Names(unittest.TestCase):
-    def test_are_spelt_alike(self):
+    def test_follow_the_rules(self):
         self.assertEqual([f"{name}:{line}: {what}" for name, text in sources() for line, what in faults(text)], [])
 
     def test_slips_are_noticed(self):

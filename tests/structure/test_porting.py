@@ -1,4 +1,4 @@
-"""The page of what only a Mac can show names tests that exist."""
+"""The page about what only a Mac can show names tests that exist."""
 
 import re
 import unittest

@@ -1,4 +1,4 @@
-"""Every script runs with Python 3.9, which is what Apple's command line tools bring along."""
+"""Every script runs with Python 3.9, which comes with Apple's command line tools."""
 
 import ast
 import unittest
@@ -6,7 +6,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-# What came later, of what a script could be tempted by: modules; functions, methods and constants; keywords by their function.
+# What came later and could tempt a script: modules; functions, methods and constants; keywords by their function.
 NEWER_MODULES = {"tomllib"}
 NEWER_NAMES = {
     "aiter", "anext", "pairwise", "bit_count", "NoneType", "assertNoLogs", "hardlink_to", "correlation", "linear_regression",  # 3.10
@@ -21,7 +21,7 @@ NEWER_KEYWORDS = {
     "run": {"process_group"}, "Popen": {"process_group"}, "NamedTemporaryFile": {"delete_on_close"}, "rmtree": {"onexc"},
     "relative_to": {"walk_up"}, "exists": {"follow_symlinks"}, "is_file": {"follow_symlinks"}, "is_dir": {"follow_symlinks"},
 }
-# Names above that an older module has as well: "os.chdir".
+# Names of the above that an older module has as well: "os.chdir".
 OLD_AFTER_ALL = {("os", "chdir")}
 
 
@@ -44,7 +44,7 @@ def is_union(node):
 
 
 def newer_things(text):
-    """What Python 3.9 does not understand or have, each as (line, what)."""
+    """What Python 3.9 lacks, each as (line, what)."""
     try:
         tree = ast.parse(text, feature_version=(3, 9))
     except SyntaxError as error:

@@ -8,7 +8,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-# What bash has only since 4.0 or later, each with a line that has it.
+# What bash has only since 4.0 or later, each with an example.
 NEWER_BASH = {
     "associative array": (r"\b(declare|local|typeset)\s+-\w*A", "declare -A names"),
     "name reference": (r"\b(declare|local|typeset)\s+-\w*n\b", "local -n other=$1"),
@@ -32,7 +32,7 @@ NEWER_BASH = {
     "descriptor in a variable": (r"\{\w+\}[<>]", "exec {log}>file"),
 }
 
-# What the tools of GNU take and those of a Mac do not.
+# What GNU's tools accept and a Mac's do not.
 GNU_OPTIONS = {
     "sed in place": (r"\bsed\b[^|;]*\s-i\b(?!\s+'')", "sed -i s/a/b/ file"),
     "sed's other expressions": (r"\bsed\b[^|;]*\s(-r\b|--)", "sed -r s/a+/b/"),

@@ -1,4 +1,4 @@
-"""What the forge runs: sound workflows, pinned actions, few permissions, and the scripts behind them tried here."""
+"""What the forge runs: sound workflows, pinned actions, few permissions, and the scripts that they run, tried here."""
 
 import os
 import re
@@ -41,7 +41,7 @@ class Workflows(unittest.TestCase):
                 self.assertEqual(pinned.setdefault(match[1], match.groups()[1:]), match.groups()[1:])
         self.assertIn("actions/checkout", pinned)
 
-    def test_nothing_may_be_written_but_by_the_job_that_publishes(self):
+    def test_only_the_job_that_publishes_may_write(self):
         for name, text in WORKFLOWS.items():
             self.assertEqual(re.findall(r"^permissions:\n((?:  .*\n)+)", text, re.M), ["  contents: read\n"])
             for job, body in jobs(text).items():
@@ -52,7 +52,7 @@ class Workflows(unittest.TestCase):
         for text in WORKFLOWS.values():
             self.assertEqual(text.count("uses: actions/checkout@"), text.count("persist-credentials: false"))
 
-    def test_every_job_ends_some_time(self):
+    def test_every_job_has_a_time_limit(self):
         for name, text in WORKFLOWS.items():
             for job, body in jobs(text).items():
                 self.assertRegex(body, r"\n    timeout-minutes: \d+\n", f"{name} {job}")
@@ -65,7 +65,7 @@ class Workflows(unittest.TestCase):
     def test_each_fuzz_target_searches_a_minute_a_night_and_keeps_what_it_found(self):
         body = jobs(WORKFLOWS["nightly"])["fuzz"]
         self.assertIn("run: .ci/fuzz 60\n", body)
-        # Beside the targets, which are built in the folder of their own that the build has for the sources' one.
+        # Next to the targets, which are built in the build's folder for the fuzzing sources.
         self.assertIn("path: build/fuzz/fuzz/found\n", body)
         self.assertIn("found=$(dirname \"$program\")/found/$name", (ROOT / "fuzz" / "run").read_text())
         self.assertIn("add_subdirectory(fuzz)", (ROOT / "CMakeLists.txt").read_text())
@@ -86,7 +86,7 @@ class ReleaseVersion(unittest.TestCase):
         for tag in ("v12.3.5", "12.3.4", "v12.3.4-rc1", "v12.3"):
             self.assertEqual(self.check(tag), (1, f"The tag is {tag}, and the sources are of version 12.3.4\n"))
 
-    def test_the_changelog_tells_of_the_version_with_its_date(self):
+    def test_the_changelog_has_the_version_with_its_date(self):
         for section in ("## [12.3.3] - 2026-12-01", "## [12.3.4]", "## [1203x4] - 2026-12-01"):
             self.assertEqual(self.check("v12.3.4", section), (1, "CHANGELOG.md has no section [12.3.4] with its date\n"))
 
@@ -122,7 +122,7 @@ class Keychain(unittest.TestCase):
 
 @unittest.skipUnless((ROOT / "build" / "release" / "inv").exists(), "the preset release is not built")
 class Mac(unittest.TestCase):
-    """What CI does on a Mac, on a simulated one; building and testing are left out."""
+    """What CI does on a Mac, tried on a simulated one without building and testing."""
 
     def test_scans_verifies_and_leaves_only_what_may_be_shown(self):
         with tempfile.TemporaryDirectory() as name:

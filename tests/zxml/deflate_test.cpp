@@ -10,7 +10,7 @@
 
 #include "zxml/inflated.h"
 
-// zlib as the library calls it is watched here, and can be made to fail: these two definitions stand before
+// The library's calls of zlib are watched here, and can be made to fail: these two definitions come before
 // those of zlib in the test program and pass everything on.
 namespace {
 

@@ -13,7 +13,7 @@ inline std::string as_string(const Bytes& bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.length()};
 }
 
-// Inflates the complete zlib stream that `bytes` begin with; `consumed` tells its length.
+// Inflates the complete zlib stream that `bytes` begin with; `consumed` is its length.
 inline std::string inflated_first(const std::string& bytes, size_t* consumed) {
   z_stream stream = {};
   EXPECT_EQ(inflateInit(&stream), Z_OK);

@@ -253,7 +253,7 @@ TEST(Value, MovingLeavesAnEmptyValueBehind) {
   const char* text = source.text();
   Value moved(std::move(source));
   EXPECT_EQ(moved.text(), text);
-  EXPECT_EQ(source.kind(), Value::Kind::none);  // NOLINT: what is left behind is what is tested
+  EXPECT_EQ(source.kind(), Value::Kind::none);  // NOLINT: the moved-from value is what is tested
   EXPECT_EQ(source.text(), nullptr);
   Value number;
   number = std::move(moved);

@@ -186,7 +186,7 @@ TEST(TextSize, CountsOnlyTheFirstElementOfADocument) {
   EXPECT_EQ(Tag("", Tag::Kind::document).text_size(), kMarkLine.size());
 }
 
-// A tree without leaves that hide children: those alone are measured longer than they are written.
+// A tree without leaves that hide children: only those are measured longer than they are written.
 void grow(Tag& tag, std::mt19937& random, int levels) {
   const auto pick = [&](size_t count) { return random() % count; };
   for (size_t i = pick(4); i > 0; --i) {

@@ -77,8 +77,8 @@ class ToolEnvironment {
   std::vector<char*> variables_;
 };
 
-// Waits for an answer in short steps, so that the operator sees the time pass; false when none comes for too
-// long.
+// Waits for an answer in short steps, so that the operator sees the time pass; false when there is none for
+// too long.
 template <typename Answered>
 bool wait_patiently(ProgressLine& progress, Answered answered) {
   for (milliseconds left = longest_silence; left > milliseconds(0); left -= kStep) {
@@ -107,13 +107,13 @@ Ending read_output(ShellProcess& process, Capture& capture, uint32_t limit) {
 
 struct Command {
   const char* name;                    // for messages and the journal
-  const char* series;                  // under which the journal has it; none outside of a series
-  std::vector<const char*> arguments;  // what is behind "sh -c"
+  const char* series;                  // its name in the journal; null outside a series
+  std::vector<const char*> arguments;  // those after "sh -c"
   char* const* environment;
 };
 
 struct Run {
-  Text output;  // none when no shell could be started
+  Text output;  // null when no shell could be started
   uint32_t length = 0;
   CommandEnd end;
 };
@@ -182,7 +182,7 @@ Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk, 
   const char* own_path = std::getenv("PATH");
   const std::string path = complete_tool_path(own_path);
   std::vector<const char*> arguments = {tool};
-  // The other PATH is set for the subshell alone, and only to find the tool.
+  // The other PATH is set only for the subshell, and only to find the tool.
   const Text found = format_string("\"$(PATH=$0; command -v %s)\"", tool);
   if (!equal_text(own_path, path.c_str())) arguments = {found.get(), path.c_str()};
   Run run = run_shell({tool, nullptr, arguments, environ}, chunk, limit);

@@ -11,7 +11,7 @@
 // No tool has that much to print; one that prints more has run wild. In bytes.
 constexpr uint32_t kCommandOutputLimit = 512u << 20;
 
-// How long to wait for a tool that neither prints nor ends: one that asks a lost network volume hangs for
+// How long to wait for a tool that neither prints nor ends: one that accesses a lost network volume hangs for
 // ever.
 constexpr std::chrono::minutes kLongestSilence(30);
 // Sets another time for this program's later commands; for tests.
@@ -20,7 +20,7 @@ void set_longest_silence(std::chrono::milliseconds time);
 // Runs a command line and returns everything that it wrote to its standard output, NUL-terminated, with the
 // number of bytes in `length`. Its standard input is empty; its standard error goes where this program's
 // goes, or nowhere while the progress is shown (progress.h); its exit status is ignored. A command that
-// writes nothing gives an empty text; none, and length 0, only when no shell could be started. Output beyond
+// writes nothing gives an empty text; null, and length 0, only when no shell could be started. Output beyond
 // `limit` bytes, which is below 2 GiB, is cut off, and a command that stays silent too long is given up.
 // Either way a line on standard error says so, the command is ended, and what it had printed counts. `chunk`
 // is the size of the first buffer in bytes: at least 1, at most 1 GiB.
@@ -34,7 +34,7 @@ Text run_command(const char* command_line, uint32_t* length, uint32_t chunk,
 Text run_in_own_environment(const char* tool, uint32_t* length, uint32_t chunk,
                             uint32_t limit = kCommandOutputLimit);
 
-// The same for a tool that not every system has: none, and length 0, also when the shell finds no such tool.
+// The same for a tool that not every system has: null, and length 0, also when the shell finds no such tool.
 Text run_if_there(const char* command_line, uint32_t* length, uint32_t chunk,
                   uint32_t limit = kCommandOutputLimit);
 
@@ -66,11 +66,11 @@ struct SeriesLimits {
 class CommandSeries {
  public:
   // The name is what a journal has the runs under (run_journal.h): what their command lines have in common.
-  // Without one, each command line stands there by itself.
+  // Without one, the journal has each command line separately.
   CommandSeries(uint32_t chunk, const SeriesLimits& limits, const char* name = nullptr)
       : chunk_(chunk), left_(limits), name_(name) {}
 
-  // As run_command; none, and length 0, when the tool is no longer run, which a line on standard error
+  // As run_command; null, and length 0, when the tool is no longer run, which a line on standard error
   // reports once.
   Text run(const char* command_line, uint32_t* length);
   bool used_up() const { return left_.runs == 0 || left_.all_outputs == 0 || left_.hangs == 0; }

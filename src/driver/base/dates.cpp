@@ -33,7 +33,7 @@ CFRef<CFDateFormatterRef> make_formatter(CFLocaleRef locale, DateForm form) {
   return formatter;
 }
 
-// The empty text for none.
+// The empty text for null.
 Text text_of(CFStringRef string) {
   if (!string) return copy_text("");
   const CFIndex length = CFStringGetLength(string);
@@ -63,7 +63,7 @@ bool names_half_of_day(CFDateFormatterRef formatter, const char* text) {
   return false;
 }
 
-// Whether the text follows the form's pattern, and not what the user's settings made of it.
+// Whether the text follows the form's pattern, unchanged by the user's settings.
 bool has_form(DateForm form, CFDateFormatterRef formatter, const char* text) {
   switch (form) {
     case DateForm::short_date:

@@ -17,7 +17,7 @@ class DateFormatter {
  public:
   // In the current locale, as the system formats dates for this user.
   explicit DateFormatter(DateForm form);
-  // With a formatter that has the form's pattern, or what the user's settings have made of it.
+  // With a formatter that has the form's pattern, which the user's settings may have changed.
   DateFormatter(DateForm form, CFRef<CFDateFormatterRef> formatter);
 
   // A new text; the empty text when the system cannot format the date. A user who prefers twelve hours gets

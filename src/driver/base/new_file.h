@@ -1,4 +1,4 @@
-// Files that are newly created, for their owner alone, and never replace anything.
+// Files that are newly created, readable by their owner only, and never replace anything.
 #pragma once
 
 #include <cstddef>

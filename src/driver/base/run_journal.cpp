@@ -22,7 +22,7 @@ constexpr std::string_view kRefusals[] = {
     "not authorized",
     "Permission denied",
 };
-// A refusal is a line or two; what is longer is an answer, which may tell of anything.
+// A refusal is a line or two; anything longer is an answer, which may contain any words.
 constexpr size_t kLongestRefusal = 1000;
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What became of the commands that a scan ran, for a scan that tells of itself.
+// The outcome of the commands that a scan ran, for a scan that records how it went.
 #pragma once
 
 #include <cstdint>
@@ -10,22 +10,22 @@ struct CommandEnd {
   bool started = true;   // false: there is no shell, or the command was left out
   bool cut = false;      // its output was too long
   bool silent = false;   // it was given up because it said nothing for too long
-  int status = 0;        // as waitpid tells it; of a command that was ended, 0
+  int status = 0;        // as waitpid gives it; 0 for a command that had to be ended
   uint64_t bytes = 0;    // of its output
   double seconds = 0;    // until it had ended
   bool refused = false;  // it failed, and said that it takes an administrator
 };
 
-// The number of the signal that ended it, or 0. A shell that waited for the tool tells it by a status of 128
-// and that number.
+// The number of the signal that ended it, or 0. A shell that waited for the tool reports it as a status of
+// 128 and that number.
 int ending_signal(const CommandEnd& end);
-// True when the shell found no such tool, or none that can be run.
+// True when the shell found no such tool, or only one that cannot be run.
 bool names_no_tool(const CommandEnd& end);
 
 // All runs of one command: one command line, or the lines of a series.
 struct CommandRecord {
   std::string command;
-  bool is_series = false;  // each run asked for something else; otherwise each but the first was a retry
+  bool is_series = false;  // each run had other arguments; otherwise all but the first were retries
   uint32_t runs = 0;       // 0: it was left out
   bool salvaged = false;   // the output was damaged, and read as far as it could be
   CommandEnd last;
@@ -50,7 +50,7 @@ class RunJournal {
   std::vector<CommandRecord> commands_;
 };
 
-// The command's record in the journal, a new one when it has none yet; none when no journal is kept. It stays
+// The command's record in the journal, a new one when it has none yet; null when no journal is kept. It stays
 // where it is until the next call.
 CommandRecord* find_record(const char* command);
 

@@ -26,11 +26,11 @@ class ShellProcess {
 
   // True when there are bytes to read or the output has ended, false when neither happens within this time.
   bool wait_for_output(std::chrono::milliseconds longest) const;
-  // Reads what has arrived, at most this many bytes; 0 is the end of the output.
+  // Reads what has arrived, at most this many bytes; 0 means the end of the output.
   size_t read(char* bytes, size_t room) const;
   // True when the shell has ended within this time.
   bool wait_for_end(std::chrono::milliseconds longest);
-  // How it ended, as waitpid tells it; 0 until then.
+  // How it ended, as waitpid gives it; 0 until then.
   int status() const { return status_; }
 
  private:

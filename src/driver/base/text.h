@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <memory>
 
-// A text that its holder owns; it is released with the array delete. A null Text is "none", which is not the
-// empty text.
+// A text that its holder owns; it is released with the array delete. A null Text stands for a missing text,
+// which is not the empty one.
 using Text = std::unique_ptr<char[]>;
 
 #if defined(__GNUC__)
@@ -28,7 +28,7 @@ Text format_string(const char* format, ...) PRINTF_FORMAT(1, 2);
 // A new text holding the bytes from start up to, not including, end. Bytes may be anything, NUL included.
 Text copy_range(const char* start, const char* end);
 
-// A new text with the same bytes; none for none.
+// A new text with the same bytes; null for null.
 Text copy_text(const char* text);
 
 // Turns the letters a to z into capitals, whatever the locale; all other bytes of file names and workgroups
@@ -36,7 +36,7 @@ Text copy_text(const char* text);
 void upper_case_ascii(char* text);
 char upper_case_ascii(char character);
 
-// A new text equal to the given one with every "-" removed. The given text is not none.
+// A new text equal to the given one with every "-" removed. The given text is not null.
 Text strip_dashes(const char* text);
 
 // True when both are present and equal byte for byte.

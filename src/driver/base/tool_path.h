@@ -1,9 +1,9 @@
-// Where the system's tools are looked for.
+// Where the system's tools are searched for.
 #pragma once
 
 #include <string>
 
 // A PATH followed by those of /usr/bin, /bin, /usr/sbin and /sbin that it lacks: the one of cron and launchd
-// lacks the profiler's directory. None and the empty PATH give these four alone. An empty element, which
-// means the working directory, is kept, and none is added.
+// lacks the profiler's directory. Null and the empty PATH give just these four. An empty element, which means
+// the working directory, is kept, and none is added.
 std::string complete_tool_path(const char* path);

@@ -5,6 +5,6 @@
 // does.
 extern const char kVersion[];
 
-// What every snapshot says that it was taken by. Consoles tell by it which facts a file has and how they are
+// The version that every snapshot names. Consoles derive from it which facts a file has and how they are
 // written, so it stays as long as these stay, whatever the program's version.
 constexpr char kClientVersion[] = "12.01.18.0";

@@ -38,7 +38,7 @@ struct Pair {
 CFArrayRef create_array(const void* const* elements, size_t count);
 CFDictionaryRef create_dictionary(Pair* pairs, size_t count);
 
-// The objects that a container holds a reference to, keys included; none for other objects.
+// The objects that a container holds a reference to, keys included; null for other objects.
 struct Elements {
   const void* const* first;
   size_t count;

@@ -11,7 +11,7 @@ const CFBooleanObject kTrueObject(true), kFalseObject(false);
 
 constexpr double kTwoTo63 = 9223372036854775808.0;
 
-// The sized type behind a type that is named after C's.
+// The fixed-size type for a type that is named after C's.
 CFNumberType sized_type(CFNumberType type) {
   switch (type) {
     case kCFNumberCharType:

@@ -24,7 +24,7 @@ void free_as(const Object* dead) {
   ::operator delete(typed);
 }
 
-// Frees the object alone, without what a container holds.
+// Frees only the object, not what a container holds.
 void free_object(const Object* dead) {
   switch (dead->kind) {
     case Kind::string:

@@ -1,4 +1,4 @@
-// What every object of the stand-in begins with, and how objects come and go.
+// What every object of the stand-in begins with, and how objects are created and released.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>

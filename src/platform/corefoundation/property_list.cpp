@@ -95,7 +95,7 @@ class TreeBuilder {
     objects_.push_back(data);
   }
 
-  // The list's value, for the caller; to be asked once, after the last event.
+  // The list's value, owned by the caller; to be called once, after the last event.
   CFTypeRef take_root() {
     const CFTypeRef root = objects_.front();
     objects_.clear();
@@ -132,7 +132,7 @@ CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef, CFDataRef data
                                                   CFStringRef* error) {
   const std::string_view list = data ? cf::bytes_of(data) : std::string_view();
   if (error) *error = nullptr;
-  // To the original, blanks alone are a list in the old style: a dictionary without anything in it.
+  // Apple's reads mere blanks as a list in the old style: an empty dictionary.
   if (!list.empty() && list.find_first_not_of(" \t\r\n") == list.npos)
     return cf::create_dictionary(nullptr, 0);
   cf::TreeBuilder builder;

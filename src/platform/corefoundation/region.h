@@ -9,7 +9,7 @@
 
 namespace cf {
 
-// What an object is that is no more than its name.
+// An object that is only a name.
 struct NamedObject : Object {
   // Takes over the name's reference.
   NamedObject(Kind its_kind, CFStringRef its_name) : Object(its_kind), name(its_name) {}

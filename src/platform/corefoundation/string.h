@@ -1,4 +1,4 @@
-// Strings: how they are kept, and what other parts of the stand-in need of them.
+// Strings: how they are stored, and what other parts of the stand-in need from them.
 #pragma once
 
 #include <CoreFoundation/CFString.h>
@@ -15,14 +15,14 @@ struct CFStringObject : cf::Object {
       : Object(cf::Kind::string), size(its_size), length(its_length) {}
 
   const uint32_t size;      // in bytes
-  mutable uint32_t length;  // in UTF-16 units, once somebody has asked
+  mutable uint32_t length;  // in UTF-16 units, once it has been counted
 };
 
 namespace cf {
 
 inline std::string_view text_of(CFStringRef string) { return {tail_of<char>(string), string->size}; }
 
-// A new string of valid UTF-8; none when it is too long to be counted.
+// A new string of valid UTF-8; null when it is too long to be counted.
 CFStringRef create_string(std::string_view utf8, bool ascii);
 // The same of any bytes: those that are not UTF-8 become U+FFFD.
 CFStringRef create_repaired_string(std::string_view bytes);

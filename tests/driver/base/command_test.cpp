@@ -151,7 +151,7 @@ TEST(RunCommand, GivesACommandNothingToRead) {
   for (const int descriptor : {ends[0], ends[1], saved}) close(descriptor);
 }
 
-// A variable of the environment as a test wants it; none unsets it.
+// A variable of the environment as a test needs it; null unsets it.
 class Variable {
  public:
   Variable(const char* name, const char* value) : name_(name) {
@@ -336,7 +336,7 @@ TEST(WorkLimit, KeepsALowerLimit) {
   EXPECT_EQ(work_limit(), before);
 }
 
-// A series' run, its output with the length in front; "none" when the tool is not run.
+// A run of a series: the length and the output; "none" when the tool is not run.
 std::string run_in(CommandSeries& series, const char* command) {
   uint32_t length = 7;
   const Text text = series.run(command, &length);

@@ -75,7 +75,7 @@ TEST_F(Dates, ProcessFormIsThatOfTheLocale) {
   EXPECT_EQ(format(DateForm::process).substr(0, 8), "۱۳۹۰");
 }
 
-// What the system makes of a form's pattern for a user who wants twelve hours.
+// What a form's pattern becomes for a user who prefers twelve hours.
 TEST_F(Dates, AreOfTheirFormAlsoForAUserWhoWantsTwelveHours) {
   struct Row {
     const char* locale;

@@ -22,7 +22,7 @@ bool write_text(const std::string& path, const std::string& text) {
   return write_new_file(path.c_str(), reinterpret_cast<const unsigned char*>(text.data()), text.size());
 }
 
-// An existing path is told apart from every other reason.
+// An existing path is distinguished from every other reason.
 void expect_taken(const std::string& path) {
   errno = 0;
   EXPECT_FALSE(write_text(path, "new"));

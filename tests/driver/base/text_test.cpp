@@ -7,7 +7,7 @@
 namespace {
 
 TEST(FormatString, GivesJustATerminatorForAnEmptyFormat) {
-  // Not a literal at the call, where the compiler would warn of it. This is how an absent login becomes "".
+  // Not a literal in the call, about which the compiler would warn. This is how an absent login becomes "".
   const char* volatile empty = "";
   const Text text = format_string(empty, 0);
   ASSERT_NE(text, nullptr);
@@ -31,7 +31,7 @@ TEST(FormatString, KeepsBytesThatAreNotText) {
 }
 
 TEST(FormatString, ReadsNullForNone) {
-  // Not a literal at the call, where the compiler would warn of it.
+  // Not a literal in the call, about which the compiler would warn.
   const char* volatile none = nullptr;
   EXPECT_STREQ(format_string("<%s>", none).get(), "<(null)>");
 }

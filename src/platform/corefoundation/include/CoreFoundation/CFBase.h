@@ -1,4 +1,4 @@
-// Stand-in on Linux for Apple's header of this name: the part of it that the scanner and its tests call.
+// Stand-in on Linux for Apple's header of this name: the part that the scanner and its tests use.
 // Apple's documentation applies, except for what is said here.
 #pragma once
 

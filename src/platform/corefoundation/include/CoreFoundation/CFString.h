@@ -28,8 +28,8 @@ CFIndex CFStringGetLength(CFStringRef string);
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, UInt8 loss_byte,
                          Boolean is_external, UInt8* buffer, CFIndex buffer_length, CFIndex* used);
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex buffer_size, CFStringEncoding encoding);
-// The string's own bytes, valid as long as it is; always there for UTF-8, where Apple's may be
-// none: have another way.
+// The string's own bytes, valid as long as the string; never null for UTF-8, where Apple's may return
+// null: callers need another way too.
 const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding);
 CFComparisonResult CFStringCompare(CFStringRef left, CFStringRef right, CFStringCompareFlags flags);
 // What CFSTR calls once for each place where it is used; the string lives as long as the program.

@@ -8,6 +8,6 @@ typedef const struct SCDynamicStoreObject* SCDynamicStoreRef;
 extern "C" {
 
 // What `scutil --get ComputerName` prints where such a tool is on PATH, else the host name; for the caller to
-// release. The store is not looked at, and no encoding is determined: *encoding, when asked for, is UTF-8.
+// release. The store is ignored, and no encoding is determined: *encoding, where given, is UTF-8.
 CFStringRef SCDynamicStoreCopyComputerName(SCDynamicStoreRef store, CFStringEncoding* encoding);
 }
