@@ -472,7 +472,7 @@ TEST(CollectDisplays, WritesAnAdapterWithoutModelAsAnElementWithoutValue) {
   EXPECT_EQ(adapter_of({}).model, "(none)");
 }
 
-TEST(CollectDisplays, CountsMemoryThatIsNoSizeAsNone) {
+TEST(CollectDisplays, CountsMemoryThatIsNotASizeAsZero) {
   EXPECT_EQ(adapter_of({}).ram, 0);
   EXPECT_EQ(adapter_of({{"spdisplays_vram", "spdisplays_integrated_vram"}}).ram, 0);
   EXPECT_EQ(adapter_of({{"spdisplays_vram", ""}}).ram, 0);

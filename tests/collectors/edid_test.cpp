@@ -40,7 +40,7 @@ TEST(DecodeEdid, LeavesTheUnusedManufacturerBitAside) {
   EXPECT_STREQ(decode(EdidBlock().set(8, {0x84, 0x43})).manufacturer.get(), "ABC");
 }
 
-TEST(DecodeEdid, MakesOddCharactersOfLetterCodesOutsideTheAlphabet) {
+TEST(DecodeEdid, TurnsLetterCodesOutsideTheAlphabetIntoOtherCharacters) {
   EXPECT_STREQ(decode(EdidBlock().set(8, {0x00, 0x1F})).manufacturer.get(), "@@_");
 }
 
@@ -112,7 +112,7 @@ TEST(DecodeEdid, PassesOverDescriptorsOfDetailedTimings) {
   EXPECT_EQ(decode(EdidBlock().describe(1, 0xFC, "Name").set(72, {0, 1})).monitor_name, nullptr);
 }
 
-TEST(DecodeEdid, DoesNotMindTheThirdByteOfADescriptor) {
+TEST(DecodeEdid, IgnoresTheThirdByteOfADescriptor) {
   EXPECT_STREQ(decode(EdidBlock().describe(1, 0xFC, "Name").set(74, {9})).monitor_name.get(), "Name");
 }
 
@@ -278,7 +278,7 @@ TEST(EdidMaxResolution, LooksIntoTheDescriptorsOfStandardTimings) {
             "1920 x 1080");
 }
 
-TEST(EdidVideoModes, MakesWidthHeightAspectAndRefreshOfAPair) {
+TEST(EdidVideoModes, GetsWidthHeightAspectAndRefreshFromAPair) {
   EXPECT_EQ(modes(EdidBlock().set(38, {0xD1, 0x00, 0x81, 0x40, 0x81, 0x80, 0xD1, 0xC0})),
             "1920x1200 16:10 60\n1280x960 4:3 60\n1280x1024 5:4 60\n1920x1080 16:9 60\n");
   EXPECT_EQ(modes(EdidBlock().set(38, {0x81, 0x8F, 0x81, 0xBF})), "1280x1024 5:4 75\n1280x1024 5:4 123\n");

@@ -100,7 +100,7 @@ TEST(Environment, ComesFromTheScanItself) {
   EXPECT_NE(text.find("*env-var:PATH=PATH\n"), std::string::npos);
 }
 
-TEST(Environment, EndsWhenEnvPrintsForEver) {
+TEST(Environment, EndsWhenEnvPrintsForever) {
   const FakeTools tools;
   InventoryTree snapshot = empty_snapshot();
   testing::internal::CaptureStderr();

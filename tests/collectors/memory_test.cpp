@@ -88,7 +88,7 @@ TEST(Memory, BringsTextsIntoOneLine) {
           {{{"dimm_status", "ok"}, {"dimm_manufacturer", "a\nb"}, {"dimm_type", 7}, {"_name", "  x "}}}));
 }
 
-TEST(Memory, KeepsASpeedThatIsNoNumber) {
+TEST(Memory, KeepsASpeedThatIsNotANumber) {
   EXPECT_EQ(memory_text("*Memory-slot:1=\nused=1\nmanuf=\nspeed=not\n"),
             memory_of({{{"dimm_status", "ok"}, {"dimm_speed", "not specified"}}}));
 }

@@ -42,7 +42,7 @@ TEST(NetworkAdapters, CountsEveryItem) {
             adapters_of({{{"type", "a"}}, {}, {{"_name", "c"}}}));
 }
 
-TEST(NetworkAdapters, LooksForMasksOnlyBesideTheAddresses) {
+TEST(NetworkAdapters, LooksForMasksOnlyNextToTheAddresses) {
   EXPECT_EQ(network("*net-adapter:1=\ntype=a\n"),
             adapters_of({{{"type", "a"}, {"IPv4/SubnetMasks/item0", "255.0.0.0"}}}));
 }

@@ -85,7 +85,7 @@ TEST(NetworkIdentity, ReportsAnAddressThatNoAdapterHas) {
   EXPECT_EQ(complaint_of(""), "No network adapter has the address ; the machine's identity stays empty\n");
 }
 
-TEST(NetworkIdentity, SaysNothingOfAnAddressThatIsThereOrNotGiven) {
+TEST(NetworkIdentity, SaysNothingAboutAnAddressThatIsFoundOrNotGiven) {
   EXPECT_EQ(complaint_of("10.0.0.6"), "");
   EXPECT_EQ(complaint_of(nullptr), "");
   testing::internal::CaptureStderr();
@@ -226,7 +226,7 @@ TEST(NetworkIdentity, IsEmptyWithoutItsDataTypes) {
   expect_nothing(identity_of({locations({location("yes", {service(kAddress)})})}));
 }
 
-TEST(NetworkIdentity, PassesOverWhatIsOfTheWrongKind) {
+TEST(NetworkIdentity, SkipsWhatIsOfTheWrongKind) {
   expect_nothing(identity_of({text("SPNetworkDataType"), dict({{"_dataType", integer(1)}}),
                               dict({{"_dataType", text("SPNetworkDataType")}, {"_items", text("none")}}),
                               dict({{"_dataType", text("SPNetworkLocationDataType")},

@@ -79,14 +79,14 @@ TEST(Printers, ReportsAFaxWhoseSwitchIsNo) {
             one_printer("*Printer:1=A\nis-default=0\nis-fax=0\n"));
 }
 
-TEST(Printers, ReportsThePrintServerOnlyBesideAUri) {
+TEST(Printers, ReportsThePrintServerOnlyWithAUri) {
   EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "no"}, {"printserver", "srv"}}}),
             one_printer("*Printer:1=A\nis-default=0\n"));
   EXPECT_EQ(collected_printers({{{"_name", "A"}, {"default", "no"}, {"uri", "usb://x"}}}),
             one_printer("*Printer:1=A\nis-default=0\nuri=usb://x\n"));
 }
 
-TEST(Printers, CopiesValuesOfEveryKindAsTheyStand) {
+TEST(Printers, CopiesValuesOfEveryKindUnchanged) {
   EXPECT_EQ(collected_printers({{{"_name", 7}, {"default", "no"}, {"status", " idle "}, {"ppd", 12}}}),
             one_printer("*Printer:1=7\nis-default=0\nstatus= idle \nppd=12\n"));
 }

@@ -20,7 +20,7 @@ std::string parsed(std::string_view output) {
   return std::string(line->user.get()) + "|" + line->command_line.get();
 }
 
-TEST(ParseProcessLine, CutsUserAndCommandLineApart) {
+TEST(ParseProcessLine, SeparatesUserAndCommandLine) {
   EXPECT_EQ(parsed("root     /sbin/launchd\n"), "root|/sbin/launchd");
   EXPECT_EQ(parsed("jdoe /Applications/My App.app/x -psn_0 1\n"), "jdoe|/Applications/My App.app/x -psn_0 1");
   EXPECT_EQ(parsed("_www httpd"), "_www|httpd");
@@ -95,7 +95,7 @@ class Processes : public testing::Test {
   size_t readings_ = 0;
 };
 
-TEST_F(Processes, AsksPsForEveryProcessButTheKernel) {
+TEST_F(Processes, AsksPsAboutEveryProcessButTheKernel) {
   add_process(0, "root kernel_task\n");
   add_process(1, "root     /sbin/launchd -x\n");
   EXPECT_EQ(collect({complete_table({{1, 0, "launchd"}, {0, 0, "kernel_task"}, {7, 1, "gone"}})}),

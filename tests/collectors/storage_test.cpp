@@ -196,7 +196,7 @@ TEST(CollectStorage, RoundsASizeInText) {
   EXPECT_EQ(size_of({{"size", "500.11 GB"}}).gb, 537);
 }
 
-TEST(CollectStorage, CountsAMissingOrUnreadableSizeAsNone) {
+TEST(CollectStorage, CountsAMissingOrUnreadableSizeAsZero) {
   for (const Item& keys : {Item{}, Item{{"size", ""}}, Item{{"size", 7}}, Item{{"size_in_bytes", "many"}}}) {
     const Size size = size_of(keys);
     EXPECT_EQ(size.gb, 0);

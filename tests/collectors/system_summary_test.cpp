@@ -276,7 +276,7 @@ TEST(SystemSummary, ReportsOnlyTheMakerWithoutAnyDataType) {
                            data_type("SPDisplaysDataType", {})}));
 }
 
-TEST(SystemSummary, PassesOverWhatIsOfTheWrongKind) {
+TEST(SystemSummary, SkipsWhatIsOfTheWrongKind) {
   const Xml odd_software = dict({{"local_host_name", integer(1)},
                                  {"os_version", array({text("Mac OS X 10.6.8")})},
                                  {"user_name", dict({})}});
@@ -305,7 +305,7 @@ TEST(SystemSummary, PassesOverWhatIsOfTheWrongKind) {
   EXPECT_STREQ(summary.volume_size.get(), "0.0");
 }
 
-TEST(SystemSummary, AsksIoregWhenQueried) {
+TEST(SystemSummary, RunsIoregWhenQueried) {
   const FakeTools tools;
   write_printing_tool(tools, "ioreg", "\"IOPlatformUUID\" = \"UUID\"\n");
   const CFRef<CFArrayRef> list = list_of({kKnownUuid});

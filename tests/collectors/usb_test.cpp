@@ -337,14 +337,14 @@ TEST(CollectUsb, DoesNotMarkVolumesOnUsbAsEncrypted) {
   EXPECT_TRUE(find(snapshot, {"Storage", "Logical-disks", "partition:1"})->annotations().empty());
 }
 
-TEST(CollectUsb, AsksTheDiskUtilityForTheDevice) {
+TEST(CollectUsb, AsksTheDiskUtilityAboutTheDevice) {
   FakeTools tools;
   tools.write("diskutil", keeping_arguments(tools));
   EXPECT_EQ(disk_fact("model", {{"x_bsd_name", "disk1.s/2_a-B"}}), "(none)");
   EXPECT_EQ(tools.read("arguments"), "<info></dev/disk1.s/2_a-B>");
 }
 
-TEST(CollectUsb, AsksTheDiskUtilityForNothingButPlainNames) {
+TEST(CollectUsb, AsksTheDiskUtilityOnlyAboutPlainNames) {
   FakeTools tools;
   tools.write("diskutil", keeping_arguments(tools) + "echo 'Device / Media Name: X Media'");
   for (const char* name : {"", "disk1 disk2", "disk1;touch x", "$(touch x)", "`touch x`", "disk1&", "'disk1'",

@@ -250,7 +250,7 @@ TEST_F(UserAccounts, HandsEveryNameToDsclAsOneArgumentAndRunsNothingElse) {
   EXPECT_FALSE(std::filesystem::exists(tools_.file("executed")));
 }
 
-TEST_F(UserAccounts, AsksAgainWhileTheListingIsEmpty) {
+TEST_F(UserAccounts, RetriesWhileTheListingIsEmpty) {
   const std::string runs = "'" + tools_.file("runs") + "'";
   tools_.write("ls", "echo \"$@\" >> " + runs + "\n[ \"$(wc -l < " + runs + ")\" -lt 3 ] || echo jdoe");
   add_record("jdoe", short_record("jdoe"));

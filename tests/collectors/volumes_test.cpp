@@ -76,12 +76,12 @@ TEST(VolumeSpace, WritesNothingForAMissingText) {
   EXPECT_FALSE(volume.found().has_free);
 }
 
-TEST(VolumeSpace, CountsBytesOfAnotherKindAsNone) {
+TEST(VolumeSpace, CountsBytesOfAnotherKindAsZero) {
   EXPECT_EQ(OneVolume({{"size", "465,76 GB"}, {"size_in_bytes", "500107862016"}}).space(),
             "size=0.00\n~base-value=0\n");
 }
 
-TEST(VolumeSpace, CountsATextThatIsNoSizeAsNone) {
+TEST(VolumeSpace, CountsATextThatIsNotASizeAsZero) {
   EXPECT_EQ(OneVolume({{"size", "huge"}, {"free_space", ""}}).space(),
             "size=0.00\n~base-value=0\nfree=0.00\n~base-value=0\n");
 }
@@ -126,7 +126,7 @@ TEST(UsedShare, IsNothingWhereThePercentageDoesNotFit) {
   EXPECT_EQ(used_percentage(1e-300, 1e300), "used%=0");
 }
 
-TEST(UsedShare, IsNothingWhereThePercentageIsNoNumber) {
+TEST(UsedShare, IsZeroWhereThePercentageIsNotANumber) {
   const double infinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(used_percentage(infinity, infinity), "used%=0");
   EXPECT_EQ(used_percentage(std::nan(""), 1), "used%=0");

@@ -11,7 +11,7 @@ CFRef<CFNumberRef> number(CFNumberType type, T value) {
   return CFRef<CFNumberRef>(CFNumberCreate(nullptr, type, &value));
 }
 
-TEST(Numbers, ConvertToNarrowerIntegersAndTellWhatIsLost) {
+TEST(Numbers, ConvertToNarrowerIntegersAndReportLosses) {
   const CFRef<CFNumberRef> large = number(kCFNumberSInt64Type, int64_t{5000000000});
   int32_t narrow = 0;
   EXPECT_FALSE(CFNumberGetValue(large.get(), kCFNumberSInt32Type, &narrow));
@@ -26,7 +26,7 @@ TEST(Numbers, ConvertToNarrowerIntegersAndTellWhatIsLost) {
   EXPECT_EQ(byte, -7);
 }
 
-TEST(Numbers, ConvertToRealsAndTellWhatIsLost) {
+TEST(Numbers, ConvertToRealsAndReportLosses) {
   double real = 0;
   EXPECT_TRUE(CFNumberGetValue(number(kCFNumberSInt64Type, int64_t{3}).get(), kCFNumberFloat64Type, &real));
   EXPECT_EQ(real, 3);
@@ -37,7 +37,7 @@ TEST(Numbers, ConvertToRealsAndTellWhatIsLost) {
   EXPECT_FALSE(CFNumberGetValue(number(kCFNumberFloat64Type, 0.1).get(), kCFNumberFloatType, &narrow));
 }
 
-TEST(Numbers, TellWhetherTheyAreReals) {
+TEST(Numbers, SayWhetherTheyAreReals) {
   EXPECT_TRUE(CFNumberIsFloatType(number(kCFNumberFloatType, 1.0f).get()));
   EXPECT_TRUE(CFNumberIsFloatType(number(kCFNumberDoubleType, 1.0).get()));
   EXPECT_FALSE(CFNumberIsFloatType(number(kCFNumberIntType, 1).get()));

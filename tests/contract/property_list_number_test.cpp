@@ -158,7 +158,7 @@ TEST(PropertyListReals, AreRefusedInOtherForms) {
   expect_refused({"<real/>"});
 }
 
-TEST(PropertyListReals, TellWhenTheyAreNotIntegers) {
+TEST(PropertyListReals, SayWhenTheyAreNotIntegers) {
   expect_outcomes({
       {"<real>1.5</real>", "number isFloat=1 sint64=1(lossy) double=1.5"},
       {"<real>-1.5</real>", "number isFloat=1 sint64=-1(lossy) double=-1.5"},

@@ -35,7 +35,7 @@ TEST(PropertyListStructure, RefusesListsWithoutAValue) {
   });
 }
 
-TEST(PropertyListStructure, ReadsBlanksAloneAsAnEmptyDictionary) {
+TEST(PropertyListStructure, ReadsMereBlanksAsAnEmptyDictionary) {
   expect_outcomes_of_lists({{" ", "dict 0"}, {"\n", "dict 0"}});
 }
 
@@ -149,7 +149,7 @@ TEST(PropertyListStructure, KeepsTheLastOfEqualKeys) {
   });
 }
 
-TEST(PropertyListStructure, TellsKeysApartByCaseAndComposition) {
+TEST(PropertyListStructure, DistinguishesKeysByCaseAndComposition) {
   expect_outcomes({
       {"<dict><key>A</key><string>1</string><key>a</key><string>2</string></dict>",
        R"(dict 2 / key "A" / string "1" / key "a" / string "2")"},

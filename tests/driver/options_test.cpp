@@ -49,7 +49,7 @@ TEST(ParseOptions, RemembersWhatWasGivenButTheTextOfTheLogin) {
   EXPECT_EQ(parse({"secret", "/silent", "/password:x", "-login:"}).given, "/silent -login:");
 }
 
-TEST(ParseOptions, KeepsAnEmptyAddressApartFromNone) { EXPECT_STREQ(parse({"-ip:"}).ip.get(), ""); }
+TEST(ParseOptions, DistinguishesAnEmptyAddressFromAMissingOne) { EXPECT_STREQ(parse({"-ip:"}).ip.get(), ""); }
 
 TEST(ParseOptions, TakesALoginFromItsFirstColonOn) {
   EXPECT_STREQ(parse({"/login:"}).login.get(), "");

@@ -157,7 +157,7 @@ class EachClaim : public OutputFileTest, public testing::WithParamInterface<size
 
 INSTANTIATE_TEST_SUITE_P(OutputFile, EachClaim, testing::Range(size_t{0}, name_claims().size()));
 
-TEST_P(EachClaim, LeavesTheWholeFileForItsOwnerAlone) {
+TEST_P(EachClaim, LeavesTheWholeFileReadableByItsOwnerOnly) {
   OutputFile file = mac();
   EXPECT_TRUE(file.save(write_inventory, claims));
   EXPECT_EQ(files(), Names{kName});
@@ -176,7 +176,7 @@ TEST_P(EachClaim, HasTheFileWholeBeforeItGetsTheName) {
       claims));
 }
 
-TEST_P(EachClaim, GoesOnToTheNextNameWhenItsOwnIsTakenMeanwhile) {
+TEST_P(EachClaim, TriesTheNextNameWhenItsOwnIsTakenMeanwhile) {
   OutputFile file = mac();
   EXPECT_TRUE(file.save(
       [](const char* path) {
@@ -245,7 +245,7 @@ TEST_F(OutputFileTest, GetsItsNameAnotherWayWhereAFileSystemRefusesOne) {
   }
 }
 
-TEST_F(OutputFileTest, AsksNobodyForEverWhoCallsEveryNameTaken) {
+TEST_F(OutputFileTest, GivesUpOnAClaimThatCallsEveryNameTaken) {
   refusal = EEXIST;
   EXPECT_FALSE(mac().save(write_inventory, {refuse_because, refuse_because}));
   EXPECT_TRUE(mac().save(write_inventory, {refuse_because, name_claims().front()}));
@@ -270,7 +270,7 @@ int count_calls(const char*, const char*) {
   return 0;
 }
 
-TEST_F(OutputFileTest, TriesNoOtherWayOfTakingANameThatIsTaken) {
+TEST_F(OutputFileTest, TriesNoOtherWayWhenANameIsTaken) {
   calls = 0;
   EXPECT_TRUE(mac().save(
       [](const char* path) {

@@ -108,7 +108,7 @@ TEST_F(ScanDriverTest, CountsOnUntilANameIsFree) {
 }
 
 // The removed folder no longer has a path, so only the file's name is shown.
-TEST_F(ScanDriverTest, GoesOnToTheEndOfItsLogWhenTheFileCannotBeSaved) {
+TEST_F(ScanDriverTest, FinishesItsLogWhenTheFileCannotBeSaved) {
   fs::remove(fs::current_path());
   ScanContext context;
   context.log_enabled = 1;

@@ -105,10 +105,8 @@ TEST(Disks, SkipAUsbDiskOfTheDefaultScan) {
   add_item(mac.profiler, kUsbType,
            controller({holding("Media", {{{"_name", "Medium"}}},
                                {{"_name", "Stick"}, {"bsd_name", "disk2"}, {"removable_media", "yes"}})}));
-  add_item(mac.additional, kStorageType,
-           with(volume("A", "disk9s1", "/Volumes/A"), on_drive("Stick", "USB", "no")));
-  add_item(mac.additional, kStorageType,
-           with(volume("B", "disk2s1", "/Volumes/B"), on_drive("Another name", "USB", "no")));
+  add_volume(mac, volume("A", "disk9s1", "/Volumes/A"), on_drive("Stick", "USB", "no"));
+  add_volume(mac, volume("B", "disk2s1", "/Volumes/B"), on_drive("Another name", "USB", "no"));
   EXPECT_EQ(written(collect_disks, mac), kEmptySnapshot);
 }
 
@@ -117,12 +115,9 @@ TEST(Disks, DoNotRepeatAUsbDiskThatIsListedByItsMedia) {
   add_item(mac.profiler, kUsbType,
            controller(
                {holding("Media", {{{"_name", "Medium"}, {"bsd_name", "disk4"}}}, {{"_name", "Portable"}})}));
-  add_item(mac.additional, kStorageType,
-           with(volume("A", "disk7s1", "/Volumes/A"), on_drive("Medium", "USB", "no")));
-  add_item(mac.additional, kStorageType,
-           with(volume("B", "disk8s1", "/Volumes/B"), on_drive("Portable", "USB", "no")));
-  add_item(mac.additional, kStorageType,
-           with(volume("C", "disk4s2", "/Volumes/C"), on_drive("Another name", "USB", "no")));
+  add_volume(mac, volume("A", "disk7s1", "/Volumes/A"), on_drive("Medium", "USB", "no"));
+  add_volume(mac, volume("B", "disk8s1", "/Volumes/B"), on_drive("Portable", "USB", "no"));
+  add_volume(mac, volume("C", "disk4s2", "/Volumes/C"), on_drive("Another name", "USB", "no"));
   EXPECT_EQ(written(collect_disks, mac),
             disks("*Removable:1=Medium\n" + kExternal +
                   "interface=USB\nmodel=Portable\npartitions=0\nbsd-name=disk4\nsource=SPUSBDataType\n"));
@@ -134,10 +129,9 @@ TEST(Disks, IncludeThoseKnownOnlyFromTheirVolumes) {
                           {{"physical_drive/medium_type", "rotational"},
                            {"physical_drive/smart_status", "Not Supported"},
                            {"physical_drive/partition_map_type", "unknown_partition_map_type"}});
-  add_item(mac.additional, kStorageType, with(volume("A", "disk5s1", "/Volumes/A"), drive));
-  add_item(mac.additional, kStorageType,
-           with(volume("Main", "disk3s1", "/"), on_drive("FUSED SSD", "Apple Fabric", "yes")));
-  add_item(mac.additional, kStorageType, with(volume("B", "disk6s2", "/Volumes/B"), drive));
+  add_volume(mac, volume("A", "disk5s1", "/Volumes/A"), drive);
+  add_volume(mac, volume("Main", "disk3s1", "/"), on_drive("FUSED SSD", "Apple Fabric", "yes"));
+  add_volume(mac, volume("B", "disk6s2", "/Volumes/B"), drive);
   EXPECT_EQ(written(collect_disks, mac), disks("*Removable:1=\n" + kExternal +
                                                "interface=USB\n"
                                                "model=PORTABLE\n"
@@ -158,9 +152,9 @@ TEST(Disks, IncludeThoseKnownOnlyFromTheirVolumes) {
 TEST(Disks, AreDistinguishedByBsdNameWithoutAModel) {
   Mac mac;
   const Item external = {{"physical_drive/is_internal_disk", "no"}};
-  add_item(mac.additional, kStorageType, with(volume("A", "disk5s1", "/Volumes/A"), external));
-  add_item(mac.additional, kStorageType, with(volume("B", "disk5s2", "/Volumes/B"), external));
-  add_item(mac.additional, kStorageType, with(volume("C", "disk51s1", "/Volumes/C"), external));
+  add_volume(mac, volume("A", "disk5s1", "/Volumes/A"), external);
+  add_volume(mac, volume("B", "disk5s2", "/Volumes/B"), external);
+  add_volume(mac, volume("C", "disk51s1", "/Volumes/C"), external);
   EXPECT_EQ(written(collect_disks, mac),
             disks("*Removable:1=\n" + kExternal +
                   "partitions=2\ninternal=0\nsource=SPStorageDataType\n*Removable:2=\n" + kExternal +
@@ -172,12 +166,9 @@ TEST(Disks, DoNotRepeatADiskOfAnEarlierList) {
   add_item(mac.profiler, kSataType,
            controller({{{"device_model", "SATA"}, {"bsd_name", "disk1"}, {"smart_status", "Verified"}}}));
   add_item(mac.additional, kNvmeType, controller({nvme("NVME")}));
-  add_item(mac.additional, kStorageType,
-           with(volume("A", "disk7s1", "/Volumes/A"), on_drive("SATA", "SATA", "yes")));
-  add_item(mac.additional, kStorageType,
-           with(volume("B", "disk1s1", "/Volumes/B"), on_drive("ANOTHER NAME", "SATA", "yes")));
-  add_item(mac.additional, kStorageType,
-           with(volume("C", "disk8s1", "/Volumes/C"), on_drive("NVME", "PCI-Express", "yes")));
+  add_volume(mac, volume("A", "disk7s1", "/Volumes/A"), on_drive("SATA", "SATA", "yes"));
+  add_volume(mac, volume("B", "disk1s1", "/Volumes/B"), on_drive("ANOTHER NAME", "SATA", "yes"));
+  add_volume(mac, volume("C", "disk8s1", "/Volumes/C"), on_drive("NVME", "PCI-Express", "yes"));
   EXPECT_EQ(written(collect_disks, mac),
             disks("*HDD:1=\ninterface=NVMe\n" + kInternal +
                   "model=NVME\npartitions=0\ninternal=1\nsource=SPNVMeDataType\n"));
@@ -206,9 +197,8 @@ TEST(Disks, AreInternalUnlessTheySayOtherwise) {
 
 TEST(Disks, SkipDiskImages) {
   Mac mac;
-  add_item(
-      mac.additional, kStorageType,
-      with(volume("Cryptex", "disk4s1", "/System/Library/A"), on_drive("Disk Image", "Disk Image", "no")));
+  add_volume(mac, volume("Cryptex", "disk4s1", "/System/Library/A"),
+             on_drive("Disk Image", "Disk Image", "no"));
   EXPECT_EQ(written(collect_disks, mac), kEmptySnapshot);
 }
 

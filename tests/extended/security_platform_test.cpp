@@ -48,29 +48,24 @@ TEST(SecurityPlatform, IsEmptyWithoutData) {
   EXPECT_EQ(written(collect_security_platform, mac), kEmptySnapshot);
 }
 
-Item installed(const char* name, const char* version, const char* date) {
-  return {{"_name", name}, {"install_version", version}, {"install_date", date}};
+void add_installation(Mac& mac, const char* name, const char* version, const char* date) {
+  add_item(mac.additional, "SPInstallHistoryDataType",
+           {{"_name", name}, {"install_version", version}, {"install_date", date}});
 }
 
 TEST(SecurityPlatform, HasTheNewestXProtect) {
   Mac mac;
-  add_item(mac.additional, "SPInstallHistoryDataType",
-           installed("XProtectPlistConfigData", "2", "20250102000000.000000+000"));
-  add_item(mac.additional, "SPInstallHistoryDataType",
-           installed("XProtectPlistConfigData", "3", "20250103000000.000000+000"));
-  add_item(mac.additional, "SPInstallHistoryDataType",
-           installed("XProtectPlistConfigData", "1", "20250101000000.000000+000"));
-  add_item(mac.additional, "SPInstallHistoryDataType",
-           installed("XProtectPayloads", "9", "20250109000000.000000+000"));
+  add_installation(mac, "XProtectPlistConfigData", "2", "20250102000000.000000+000");
+  add_installation(mac, "XProtectPlistConfigData", "3", "20250103000000.000000+000");
+  add_installation(mac, "XProtectPlistConfigData", "1", "20250101000000.000000+000");
+  add_installation(mac, "XProtectPayloads", "9", "20250109000000.000000+000");
   EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=3\n"));
 }
 
 TEST(SecurityPlatform, TakesTheLaterOfTwoXProtectsWithTheSameDate) {
   Mac mac;
-  add_item(mac.additional, "SPInstallHistoryDataType",
-           installed("XProtectPlistConfigData", "1", "2025-01-02 00:00:00"));
-  add_item(mac.additional, "SPInstallHistoryDataType",
-           installed("XProtectPlistConfigData", "2", "2025-01-02 00:00:00"));
+  add_installation(mac, "XProtectPlistConfigData", "1", "2025-01-02 00:00:00");
+  add_installation(mac, "XProtectPlistConfigData", "2", "2025-01-02 00:00:00");
   EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=2\n"));
 }
 
@@ -79,8 +74,7 @@ TEST(SecurityPlatform, PrefersAnXProtectWithADate) {
   const Item undated = {{"_name", "XProtectPlistConfigData"}, {"install_version", "1"}};
   add_item(mac.additional, "SPInstallHistoryDataType", undated);
   EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=1\n"));
-  add_item(mac.additional, "SPInstallHistoryDataType",
-           installed("XProtectPlistConfigData", "2", "2025-01-02"));
+  add_installation(mac, "XProtectPlistConfigData", "2", "2025-01-02");
   add_item(mac.additional, "SPInstallHistoryDataType", undated);
   EXPECT_EQ(written(collect_security_platform, mac), security("xprotect-version=2\n"));
 }

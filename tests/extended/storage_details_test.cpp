@@ -58,8 +58,7 @@ TEST(StorageDetails, JoinAPartitionByItsBsdName) {
                 {{"bsd_name", "disk0s2"}},
                 {{"_name", "Main"}, {"bsd_name", "disk0s3"}, {"writable", "yes"}}},
                {{"device_model", "HD"}, {"smart_status", "Verified"}})}));
-  add_item(mac.additional, kStorageType,
-           with(volume("Main", "disk0s3", "/"), on_drive("OTHER", "SATA", "yes")));
+  add_volume(mac, volume("Main", "disk0s3", "/"), on_drive("OTHER", "SATA", "yes"));
   EXPECT_EQ(written(collect_storage_details, mac),
             details("*HDD:1=\nsmart-status=Verified\n"
                     "*partition:1=\nbsd-name=disk0s1\ncontent=EFI\nuuid=0-1\n"
@@ -70,8 +69,7 @@ TEST(StorageDetails, JoinThePartitionsAfterThoseOfHardDisks) {
   Mac mac;
   add_item(mac.profiler, kSataType,
            controller({holding("volumes", {{{"_name", "Main"}}}, {{"smart_status", "Verified"}})}));
-  add_item(mac.additional, kStorageType,
-           with(volume("Stick", "disk2s1", "/Volumes/Stick"), on_drive("STICK", "USB", "no")));
+  add_volume(mac, volume("Stick", "disk2s1", "/Volumes/Stick"), on_drive("STICK", "USB", "no"));
   InventoryTree snapshot = empty_snapshot();
   snapshot.set_tag_value("/Storage/Logical-disks/partition:1", text_value("Main"));
   snapshot.set_attribute("/Storage/Logical-disks/partition:1/bsd-name", text_value("disk2s1"));
@@ -86,7 +84,7 @@ TEST(StorageDetails, JoinThePartitionsAfterThoseOfHardDisks) {
 
 TEST(StorageDetails, AreEmptyWithoutDisks) {
   Mac mac;
-  add_item(mac.additional, kStorageType, volume("Main", "disk0s2", "/"));
+  add_volume(mac, volume("Main", "disk0s2", "/"));
   EXPECT_EQ(written(collect_storage_details, mac), kEmptySnapshot);
 }
 

@@ -27,6 +27,11 @@ inline Item on_drive(const char* model, const char* protocol, const char* is_int
           {"physical_drive/is_internal_disk", is_internal}};
 }
 
+// Lists a volume, with what else is known about it.
+inline void add_volume(Mac& mac, const Item& volume, const Item& more = {}) {
+  add_item(mac.additional, kStorageType, with(volume, more));
+}
+
 inline std::string disks(const std::string& lines) {
   return in_snapshot("+Storage=\n+Physical-disks=\n" + lines + "-\n-\n");
 }

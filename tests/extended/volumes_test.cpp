@@ -60,12 +60,11 @@ TEST(Volumes, HaveNoUsedShareWithoutBothAmounts) {
 
 TEST(Volumes, SkipDiskImagesAndUpdates) {
   Mac mac;
-  add_item(mac.additional, kStorageType,
-           with(volume("Cryptex", "disk4s1", "/System/A"), on_drive("Disk Image", "Disk Image", "no")));
-  add_item(mac.additional, kStorageType, volume("Update", "disk3s4", "/System/Volumes/Update"));
-  add_item(mac.additional, kStorageType, volume("Snapshot", "disk3s5", "/System/Volumes/Update/mnt1"));
+  add_volume(mac, volume("Cryptex", "disk4s1", "/System/A"), on_drive("Disk Image", "Disk Image", "no"));
+  add_volume(mac, volume("Update", "disk3s4", "/System/Volumes/Update"));
+  add_volume(mac, volume("Snapshot", "disk3s5", "/System/Volumes/Update/mnt1"));
   EXPECT_EQ(written(collect_volumes, mac), kEmptySnapshot);
-  add_item(mac.additional, kStorageType, volume("Own", "disk3s6", "/System/Volumes/Updates"));
+  add_volume(mac, volume("Own", "disk3s6", "/System/Volumes/Updates"));
   EXPECT_EQ(
       written(collect_volumes, mac),
       partitions(
@@ -78,9 +77,9 @@ TEST(Volumes, DoNotRepeatAVolumeOfASataDisk) {
            controller(
                {holding("volumes", {{{"_name", "Main"}, {"bsd_name", "disk0s2"}}, {{"bsd_name", "disk0s3"}}},
                         {{"device_model", "HD"}, {"smart_status", "Verified"}})}));
-  add_item(mac.additional, kStorageType, volume("Renamed", "disk0s2", "/"));
+  add_volume(mac, volume("Renamed", "disk0s2", "/"));
   EXPECT_EQ(written(collect_volumes, mac), kEmptySnapshot);
-  add_item(mac.additional, kStorageType, volume("Nameless there", "disk0s3", "/Volumes/B"));
+  add_volume(mac, volume("Nameless there", "disk0s3", "/Volumes/B"));
   EXPECT_EQ(
       written(collect_volumes, mac),
       partitions("*partition:1=Nameless there\nbsd-name=disk0s3\nmount-point=/Volumes/B\nsystem-volume=0\n"));
@@ -88,9 +87,9 @@ TEST(Volumes, DoNotRepeatAVolumeOfASataDisk) {
 
 TEST(Volumes, ContinueThePartitionsOfTheSnapshot) {
   Mac mac;
-  add_item(mac.additional, kStorageType, volume("By BSD name", "disk2s1", "/Volumes/A"));
-  add_item(mac.additional, kStorageType, volume("By place", "disk9s9", "/Volumes/B"));
-  add_item(mac.additional, kStorageType, volume("By place", "disk9s8", "/Volumes/C"));
+  add_volume(mac, volume("By BSD name", "disk2s1", "/Volumes/A"));
+  add_volume(mac, volume("By place", "disk9s9", "/Volumes/B"));
+  add_volume(mac, volume("By place", "disk9s8", "/Volumes/C"));
   InventoryTree snapshot = empty_snapshot();
   snapshot.set_attribute("/Storage/Logical-disks/partition:1/bsd-name", text_value("disk2s1"));
   snapshot.set_tag_value("/Storage/Logical-disks/partition:2", text_value("By place"));

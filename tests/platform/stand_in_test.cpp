@@ -85,7 +85,7 @@ TEST(ComputerName, IsOneLineOfUtf8) {
   EXPECT_EQ(computer_name(), "B\xEF\xBF\xBDro");
 }
 
-TEST(ComputerName, IsCutWhereTheToolPrintsForEver) {
+TEST(ComputerName, IsCutOffWhereTheToolPrintsForever) {
   const NameTool tool(
       "while echo endless-; do :; done | { while read -r line; do printf %s \"$line\"; done; }\n");
   EXPECT_EQ(computer_name().substr(0, 8), "endless-");

@@ -22,7 +22,7 @@ TEST(NestedTooDeeply, CountsNeighboursOnce) {
   EXPECT_FALSE(plist::nested_too_deeply(repeat("<array></array><dict/><array /><dict></dict>", 1000)));
 }
 
-TEST(NestedTooDeeply, CountsContainersAlone) {
+TEST(NestedTooDeeply, CountsOnlyContainers) {
   EXPECT_FALSE(plist::nested_too_deeply(repeat("<date><data><string>&lt;array><a><", 1000)));
 }
 

@@ -81,7 +81,7 @@ TEST(Scanner, SurvivesEveryByteInEveryPlace) {
   }
 }
 
-TEST(Scanner, TellsWhetherATextIsAscii) {
+TEST(Scanner, SaysWhetherATextIsAscii) {
   struct Listener : Recorder {
     void string(plist::Characters text) { ascii += text.ascii ? 'y' : 'n'; }
     std::string ascii;

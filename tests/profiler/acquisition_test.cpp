@@ -36,7 +36,7 @@ TEST(CutOutput, FirstKeepsEverythingButTheEpilogue) {
   EXPECT_EQ(cut(framed("<a/>"), Cut::first), kPrologue + "<a/>");
 }
 
-TEST(CutOutput, MiddleKeepsTheElementsAlone) { EXPECT_EQ(cut(framed("<a/>"), Cut::middle), "<a/>"); }
+TEST(CutOutput, MiddleKeepsOnlyTheElements) { EXPECT_EQ(cut(framed("<a/>"), Cut::middle), "<a/>"); }
 
 TEST(CutOutput, LastDropsThePrologueAndTheFinalLineFeed) {
   EXPECT_EQ(cut(framed("<a/>"), Cut::last), "<a/></array>\n</plist>");
@@ -170,7 +170,7 @@ std::string counting_profiler(const FakeTools& tools, const std::string& silent)
   return "echo >> '" + tools.file("runs") + "'; " + silent + " || " + kNamingProfiler;
 }
 
-TEST_F(CollectProfilerDocument, AsksAnEmptyTypeAgain) {
+TEST_F(CollectProfilerDocument, RetriesAnEmptyType) {
   tools.write("system_profiler",
               counting_profiler(tools, "[ $(wc -l < '" + tools.file("runs") + "') -lt 3 ]"));
   EXPECT_THAT(collect(false), HasSubstr("SPHardwareDataType"));
@@ -191,7 +191,7 @@ TEST_F(CollectProfilerDocument, DoublesThePausesUpToASecond) {
   EXPECT_EQ(complaints, "No output: system_profiler -detailLevel full -xml SPHardwareDataType\n");
 }
 
-TEST_F(CollectProfilerDocument, AsksALaterTypeAgainAfterOneThatNeverAnswers) {
+TEST_F(CollectProfilerDocument, RetriesALaterTypeAfterOneThatNeverAnswers) {
   const std::string seen = tools.file("seen");
   tools.write("system_profiler",
               "[ \"$4\" != SPParallelATADataType ] || exit 0\n"
@@ -202,7 +202,7 @@ TEST_F(CollectProfilerDocument, AsksALaterTypeAgainAfterOneThatNeverAnswers) {
   EXPECT_EQ(complaints, "No output: system_profiler -detailLevel full -xml SPParallelATADataType\n");
 }
 
-TEST_F(CollectProfilerDocument, PausesTenSecondsInAllAndThenAsksOnlyOnce) {
+TEST_F(CollectProfilerDocument, PausesTenSecondsInAllAndThenTriesOnlyOnce) {
   tools.write("system_profiler", counting_profiler(tools, "true"));
   EXPECT_EQ(collect(false), kPrologue + kEpilogue);
   EXPECT_EQ(std::accumulate(pauses.begin(), pauses.end(), 0LL), 10000);
@@ -213,7 +213,7 @@ TEST_F(CollectProfilerDocument, PausesTenSecondsInAllAndThenAsksOnlyOnce) {
   EXPECT_EQ(std::count(complaints.begin(), complaints.end(), '\n'), 21);
 }
 
-TEST_F(CollectProfilerDocument, AsksATypeThatWasGivenUpOnlyOnce) {
+TEST_F(CollectProfilerDocument, DoesNotRetryATypeThatWasGivenUp) {
   set_longest_silence(std::chrono::milliseconds(200));
   tools.write("system_profiler",
               counting_profiler(tools, "[ \"$4\" != SPNetworkVolumeDataType ] || exec sleep 1000; false"));
@@ -239,7 +239,7 @@ TEST(PauseFor, TakesSoLong) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
 }
 
-TEST_F(CollectProfilerDocument, CutsATypeThatWritesForEver) {
+TEST_F(CollectProfilerDocument, CutsOffATypeThatPrintsForever) {
   tools.write("system_profiler", "[ \"$4\" = SPAudioDataType ] && exec yes; " + std::string(kNamingProfiler));
   SeriesLimits limits;
   limits.one_output = 100000;

@@ -75,7 +75,7 @@ TEST(DumpProfiler, LeavesOutWhatDescribesTheProfilersRunAtTheTopOnly) {
   EXPECT_EQ(dump_item(keys), "+item0=\n_detailLevel=1\n*_properties=\np=q\n-\n");
 }
 
-TEST(DumpProfiler, SkipsWhatIsNoDataType) {
+TEST(DumpProfiler, SkipsWhatIsNotADataType) {
   EXPECT_EQ(dump("<string>s</string><array/><dict><key>_items</key><array/></dict><dict><key>_dataType</"
                  "key><integer>1</integer></dict>"),
             "*Macintosh=\n");

@@ -171,7 +171,7 @@ TEST(ParseProfilerDocument, ReadsTheShortFormsOfManyEmptyLists) {
   EXPECT_EQ(tree_of(document_of(texts)), kBoth);
 }
 
-TEST(ParseProfilerDocument, NamesAnOutputThatIsNoListAndKeepsTheRest) {
+TEST(ParseProfilerDocument, NamesAnOutputThatIsNotAListAndKeepsTheRest) {
   for (const std::string& garbage : {std::string(500, 'x'), std::string(500, '<'), std::string(100, '\0')}) {
     ProfilerDocument document = document_with(framed(data_type("A", "1")), framed(data_type("B", "2")));
     document.outputs[5] = output_of(garbage);

@@ -141,9 +141,7 @@ TEST(SalvageOutput, OfAnEmptyListIsAnEmptyList) {
   EXPECT_EQ(std::string(salvage_output(output_of("<plist><array/></plist>")).text.get()), framed(""));
 }
 
-TEST(SalvageOutput, KeepsValuesThatStandOutsideOfAnyList) {
-  EXPECT_EQ(salvage("noise" + kDictionary), kDictionary);
-}
+TEST(SalvageOutput, KeepsValuesOutsideOfAnyList) { EXPECT_EQ(salvage("noise" + kDictionary), kDictionary); }
 
 TEST(SalvageOutput, IsAListThatParses) {
   const std::string whole = framed(

@@ -89,7 +89,7 @@ TEST(SizeConversion, ReplacesCommasInTheCallersText) {
   EXPECT_EQ(size, "1.5 GB");
 }
 
-TEST(SizeConversion, ReplacesCommasAlsoInWhatIsNoSize) {
+TEST(SizeConversion, ReplacesCommasEvenInWhatIsNotASize) {
   for (const auto& [text, after] :
        {std::pair("a,b,c", "a.b.c"), std::pair(",", "."), std::pair("1,5 kB", "1.5 kB")}) {
     std::string size = text;
@@ -236,7 +236,7 @@ std::string trimmed(std::string text, const char* set, unsigned flags) {
   return text.c_str();
 }
 
-TEST(Trim, CutsTheEndsItIsAskedTo) {
+TEST(Trim, TrimsTheRequestedEnds) {
   EXPECT_EQ(trimmed("  abc \t", " \t", kTrimBoth), "abc");
   EXPECT_EQ(trimmed("  abc \t", " \t", kTrimStart), "abc \t");
   EXPECT_EQ(trimmed("  abc \t", " \t", kTrimEnd), "  abc");

@@ -228,7 +228,7 @@ TEST(AssetInfo, WritesTheUpperHalfOfTheFreePercentage) {
   }
 }
 
-TEST(AssetInfo, LosesOnlyWhatAPartitionDoesNotTell) {
+TEST(AssetInfo, LacksOnlyWhatAPartitionDoesNotSay) {
   InventoryTree snapshot = empty_snapshot();
   snapshot.set_attribute((std::string(kFirst) + "/free").c_str(), text_value("1"));
   snapshot.set_attribute((std::string(kFirst) + "/used%").c_str(), text_value("200"));

@@ -163,7 +163,7 @@ TEST(SetAttribute, AttachesNoAnnotationToAnExistingAttribute) {
   EXPECT_EQ(outline(tree.top()), "Top*(x='0')");
 }
 
-TEST(SetAttribute, TakesAnnotationPartsThatAreEmptyOrNone) {
+TEST(SetAttribute, TakesAnnotationPartsThatAreEmptyOrNull) {
   InventoryTree tree(1, "Top");
   tree.set_attribute("/x", kOne, "", "text");
   tree.set_attribute("/y", kOne, "complex", nullptr);

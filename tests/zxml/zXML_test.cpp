@@ -170,7 +170,7 @@ TEST(Serialize, LeavesTheTopsAnnotationsOutOfTheHeadersLength) {
   EXPECT_EQ(inflated_first(bytes, &length), kMarkLine + "+t=\n") << "cut at the computed length";
 }
 
-TEST(Serialize, HasRoomForElementsBesideTheTop) {
+TEST(Serialize, HasRoomForElementsNextToTheTop) {
   InventoryTree tree(1, "t");
   const std::string name(1000, 'n');
   tree.set_attribute((name + "/x").c_str(), text_value("1"));

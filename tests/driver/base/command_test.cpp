@@ -125,7 +125,7 @@ TEST(RunCommand, CutsOutputBeyondALimitBelowTheChunk) {
   expect_output(result, "012");
 }
 
-TEST(RunCommand, EndsACommandThatPrintsForEver) {
+TEST(RunCommand, EndsACommandThatPrintsForever) {
   testing::internal::CaptureStderr();
   const Outcome result = run("yes", 65536, 1000000);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Output cut off after 1000000 bytes: yes\n");
@@ -134,7 +134,7 @@ TEST(RunCommand, EndsACommandThatPrintsForEver) {
 }
 
 // A tool that goes wild may also be deaf to the end of its pipe.
-TEST(RunCommand, EndsACommandThatPrintsForEverThoughNobodyReads) {
+TEST(RunCommand, EndsACommandThatPrintsForeverThoughNobodyReads) {
   testing::internal::CaptureStderr();
   const Outcome result = run("trap '' PIPE; while :; do echo more; done 2>/dev/null", 100, 1000);
   EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("Output cut off after 1000 bytes: trap", 0), 0u);
@@ -303,7 +303,7 @@ rlim_t work_limit() {
   return limit.rlim_cur;
 }
 
-TEST(WorkLimit, EndsAPipelineThatWorksForEver) {
+TEST(WorkLimit, EndsAPipelineThatWorksForever) {
   const rlim_t before = work_limit();
   {
     const WorkLimit limit(1);

@@ -76,7 +76,7 @@ TEST_F(Dates, ProcessFormIsThatOfTheLocale) {
 }
 
 // What a form's pattern becomes for a user who prefers twelve hours.
-TEST_F(Dates, AreOfTheirFormAlsoForAUserWhoWantsTwelveHours) {
+TEST_F(Dates, KeepTheirFormForAUserWhoPrefersTwelveHours) {
   struct Row {
     const char* locale;
     double time;

@@ -38,7 +38,7 @@ TEST(NewFile, HoldsWhatWasWritten) {
   }
 }
 
-TEST(NewFile, IsForItsOwnerAloneWhateverTheMask) {
+TEST(NewFile, IsForItsOwnerOnlyWhateverTheMask) {
   const TemporaryDirectory directory;
   for (const mode_t mask : {mode_t{0000}, mode_t{0022}, mode_t{0077}}) {
     const mode_t before = umask(mask);

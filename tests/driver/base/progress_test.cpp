@@ -60,7 +60,7 @@ class Terminal {
 
 std::string erased(size_t width) { return "\r" + std::string(width, ' ') + "\r"; }
 
-TEST(Progress, SaysWhatIsAskedWhileTheLineLives) {
+TEST(Progress, ShowsTheCurrentStepWhileTheLineLives) {
   const Terminal terminal(80);
   announce("Applications", 18, 21);
   EXPECT_EQ(terminal.written(), "") << "nothing runs yet";

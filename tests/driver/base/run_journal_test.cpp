@@ -107,7 +107,7 @@ TEST(RunJournal, HasACommandThatWasLeftOut) {
   EXPECT_EQ(record.runs, 0u);
 }
 
-TEST(RunJournal, TellsAMissingTool) {
+TEST(RunJournal, RecordsAMissingTool) {
   EXPECT_TRUE(names_no_tool(record_of("there-is-no-such-tool").last));
   EXPECT_TRUE(names_no_tool(record_of("/etc/passwd").last));
   EXPECT_FALSE(names_no_tool(record_of("exit 125").last));
@@ -115,7 +115,7 @@ TEST(RunJournal, TellsAMissingTool) {
   EXPECT_FALSE(names_no_tool(record_of("kill -9 $$").last));
 }
 
-TEST(RunJournal, TellsTheSignalThatEndedACommand) {
+TEST(RunJournal, RecordsTheSignalThatEndedACommand) {
   EXPECT_EQ(ending_signal(record_of("kill -9 $$").last), 9);
   EXPECT_EQ(ending_signal(record_of("sh -c 'kill -15 $$'; exit $?").last), 15);
   EXPECT_EQ(ending_signal(record_of("exit 128").last), 0);
@@ -123,13 +123,13 @@ TEST(RunJournal, TellsTheSignalThatEndedACommand) {
   EXPECT_EQ(ending_signal(record_of("exit 1").last), 0);
 }
 
-TEST(RunJournal, TellsACutOutput) {
+TEST(RunJournal, RecordsACutOutput) {
   const CommandRecord record = record_of("printf abcdef", 4);
   EXPECT_TRUE(record.last.cut);
   EXPECT_EQ(record.bytes, 4u);
 }
 
-TEST(RunJournal, TellsASilentCommand) {
+TEST(RunJournal, RecordsASilentCommand) {
   set_longest_silence(milliseconds(100));
   const CommandEnd end = record_of("sleep 100").last;
   set_longest_silence(kLongestSilence);
@@ -137,7 +137,7 @@ TEST(RunJournal, TellsASilentCommand) {
   EXPECT_FALSE(end.cut);
 }
 
-TEST(RunJournal, TellsARefusalByTheWordsOfAFailure) {
+TEST(RunJournal, RecognisesARefusalByTheWordsOfAFailure) {
   EXPECT_TRUE(record_of("echo 'must be run as root'; exit 1").last.refused);
   EXPECT_TRUE(record_of("echo 'x: Operation not permitted'; exit 1").last.refused);
   EXPECT_FALSE(record_of("echo 'must be run as root'").last.refused);
@@ -150,14 +150,14 @@ TEST(RunJournal, TakesALongAnswerForNoRefusal) {
   EXPECT_FALSE(tells_refusal((refusal + std::string(989, '.')).c_str(), 1001));
 }
 
-TEST(RunJournal, TellsASalvagedOutput) {
+TEST(RunJournal, RecordsASalvagedOutput) {
   const RunJournal journal;
   run("echo");
   enter_salvage("echo");
   EXPECT_TRUE(only_record(journal).salvaged);
 }
 
-TEST(RunJournal, IsNotKeptBeforeAndBehindItsLife) {
+TEST(RunJournal, IsOnlyKeptDuringItsLife) {
   run("echo before");
   { const RunJournal journal; }
   run("echo behind");

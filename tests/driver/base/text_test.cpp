@@ -30,7 +30,7 @@ TEST(FormatString, KeepsBytesThatAreNotText) {
   EXPECT_STREQ(format_string("%s", "\xFF\xC3").get(), "\xFF\xC3");
 }
 
-TEST(FormatString, ReadsNullForNone) {
+TEST(FormatString, ShowsANullTextAsNull) {
   // Not a literal in the call, about which the compiler would warn.
   const char* volatile none = nullptr;
   EXPECT_STREQ(format_string("<%s>", none).get(), "<(null)>");
@@ -66,7 +66,7 @@ TEST(CopyRange, CopiesNulBytes) {
   EXPECT_EQ(std::string(copy.get(), 4), std::string("a\0b\0", 4));
 }
 
-TEST(CopyText, ReturnsNoneForNone) { EXPECT_EQ(copy_text(nullptr), nullptr); }
+TEST(CopyText, ReturnsNullForNull) { EXPECT_EQ(copy_text(nullptr), nullptr); }
 
 TEST(CopyText, CopiesIntoAFreshBuffer) {
   const char text[] = "abc";
