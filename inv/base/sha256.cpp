@@ -17,6 +17,13 @@ Digest sha256(std::string_view bytes) {
   return digest;
 }
 
+std::string hexadecimal(const Digest& digest) {
+  std::string digits(2 * digest.size() + 1, '\0');
+  sodium_bin2hex(digits.data(), digits.size(), digest.data(), digest.size());
+  digits.pop_back();  // the end of a C string
+  return digits;
+}
+
 Digest hmac_sha256(std::string_view key, std::string_view message) {
   crypto_auth_hmacsha256_state state;
   crypto_auth_hmacsha256_init(&state, bytes_of(key), key.size());

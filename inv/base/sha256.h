@@ -12,6 +12,8 @@ namespace inv {
 using Digest = std::array<unsigned char, 32>;
 
 Digest sha256(std::string_view bytes);
+// In 64 digits.
+std::string hexadecimal(const Digest& digest);
 Digest hmac_sha256(std::string_view key, std::string_view message);
 
 }  // namespace inv

@@ -1,6 +1,7 @@
 #include "inv/compare/diff.h"
 
 #include "inv/commands/command.h"
+#include "inv/file/machine.h"
 
 namespace inv {
 namespace {

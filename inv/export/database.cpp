@@ -6,6 +6,7 @@
 #include "inv/export/schema.h"
 #include "inv/facts/facts.h"
 #include "inv/facts/overview.h"
+#include "inv/file/machine.h"
 
 namespace inv {
 namespace {

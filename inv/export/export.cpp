@@ -1,13 +1,16 @@
 #include "inv/export/export.h"
 
 #include "inv/base/json_text.h"
+#include "inv/export/rows.h"
 #include "inv/facts/facts.h"
+#include "inv/facts/scan.h"
 
 namespace inv {
 namespace {
 
 constexpr std::string_view kSchema = "velkaro-inventory/1";
-constexpr const char* kCsvColumns = "machine,path,name,value,unit,base_value\r\n";
+// Rows are written in pieces of about this size.
+constexpr size_t kPiece = 1 << 16;
 
 Json json_annotations(const Range<Annotation>& annotations) {
   Json list = Json::array();
@@ -39,17 +42,6 @@ std::string with_open_list(const Json& object, const std::string& name) {
   return text + ",\"" + name + "\":[";
 }
 
-std::string csv_field(std::string_view text) {
-  const std::string valid = to_utf8(text);
-  if (valid.find_first_of(",\"\r\n") == std::string::npos) return valid;
-  std::string quoted = "\"";
-  for (const char character : valid) {
-    if (character == '"') quoted += '"';
-    quoted += character;
-  }
-  return quoted + '"';
-}
-
 }  // namespace
 
 void Exporter::write(std::string_view text) {
@@ -58,7 +50,7 @@ void Exporter::write(std::string_view text) {
 
 void Exporter::begin() {
   if (format_ == ExportFormat::json) write("[");
-  if (format_ == ExportFormat::csv) write(kCsvColumns);
+  if (format_ == ExportFormat::csv) write(csv_columns());
 }
 
 void Exporter::add(const Inventory& inventory) {
@@ -67,10 +59,10 @@ void Exporter::add(const Inventory& inventory) {
       add_json(inventory);
       break;
     case ExportFormat::ndjson:
-      add_ndjson(inventory);
+      add_rows(NdjsonRows(scan_of(inventory)), inventory);
       break;
     case ExportFormat::csv:
-      add_csv(inventory);
+      add_rows(CsvRows(scan_of(inventory)), inventory);
       break;
     case ExportFormat::zxml:
       add_zxml(inventory);
@@ -85,11 +77,14 @@ void Exporter::end() {
 }
 
 void Exporter::add_json(const Inventory& inventory) {
-  Json machine = {{"schema", kSchema},
-                  {"file", json_text(inventory.file_name)},
-                  {"machine", json_text(machine_identity(inventory))},
-                  {"name", json_text(machine_name(inventory))},
-                  {"timestamp", json_text(scan_timestamp(inventory))}};
+  const Scan scan = scan_of(inventory);
+  const Json machine = {{"schema", kSchema},
+                        {"file", scan.file},
+                        {"machine", scan.machine},
+                        {"name", scan.name},
+                        {"timestamp", scan.timestamp},
+                        {"scan_id", scan.id},
+                        {"scanned_at", scan.time.empty() ? Json() : Json(scan.time)}};
   write(added_ == 0 ? "\n" : ",\n");
   write(with_open_list(machine, "trees"));
   bool first = true;
@@ -129,25 +124,16 @@ void Exporter::add_json_element(Element element) {
   write("],\"children\":[");
 }
 
-void Exporter::add_ndjson(const Inventory& inventory) {
-  const Json machine = json_text(machine_identity(inventory));
+template <typename Rows>
+void Exporter::add_rows(const Rows& rows, const Inventory& inventory) {
+  std::string text;
   each_fact(inventory, [&](const Fact& fact) {
-    const Json line = {{"machine", machine},           {"path", json_text(fact.path)},
-                       {"name", json_text(fact.name)}, {"value", json_text(fact.value)},
-                       {"unit", json_text(fact.unit)}, {"base_value", json_text(fact.base_value)}};
-    write(line.dump() + "\n");
+    rows.append(fact, text);
+    if (text.size() < kPiece) return;
+    write(text);
+    text.clear();
   });
-}
-
-void Exporter::add_csv(const Inventory& inventory) {
-  const std::string machine = csv_field(machine_identity(inventory));
-  each_fact(inventory, [&](const Fact& fact) {
-    std::string line = machine;
-    for (const std::string_view field : {fact.path, fact.name, fact.value, fact.unit, fact.base_value}) {
-      line.append(",").append(csv_field(field));
-    }
-    write(line + "\r\n");
-  });
+  write(text);
 }
 
 void Exporter::add_zxml(const Inventory& inventory) {

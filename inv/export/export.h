@@ -29,8 +29,8 @@ class Exporter {
   void add_json_tree(Element top);
   // Its list of children is left open.
   void add_json_element(Element element);
-  void add_ndjson(const Inventory& inventory);
-  void add_csv(const Inventory& inventory);
+  template <typename Rows>
+  void add_rows(const Rows& rows, const Inventory& inventory);
   void add_zxml(const Inventory& inventory);
   void write(std::string_view text);
 

@@ -1,10 +1,11 @@
 // An inventory as flat facts: one for each value, with the path that finds it again.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "inv/facts/catalogue.h"
+#include "inv/facts/path_trail.h"
 #include "inv/facts/paths.h"
 #include "inv/file/inventory.h"
 
@@ -12,7 +13,10 @@ namespace inv {
 
 // Its paths are valid during the visit.
 struct Fact {
+  std::string_view section;  // what holds its tree: "snapshot", "asset"
   std::string_view path;     // see paths.h
+  std::string_view kind;     // its path without what follows the colons: "/Software/Soft/version"
+  std::string_view index;    // what follows them, slashes between: "17", "jane"; empty for none
   std::string_view element;  // the path of its tag: the same path for a tag's own value
   std::string_view name;     // the last segment of its path
   std::string_view value;
@@ -24,6 +28,10 @@ struct Fact {
 // scanner is known to write; empty for none.
 std::string_view unit_of(const CatalogueFact* tag, const Attribute& attribute);
 
+// Whether a value is a decimal number that any program reads as the same one: of at most 15 digits, without
+// zeros in front, which serial numbers have.
+bool is_number(std::string_view value);
+
 // Whether a tag or an attribute is a fact by itself. A tag without a value only holds others; an attribute
 // marked "complex" represents the tag of the same name, which holds its members.
 inline bool is_fact(Element element) { return !element.value().empty(); }
@@ -33,19 +41,20 @@ inline bool is_fact(const Attribute& attribute) {
 
 // Calls visit(const Fact&) for every fact of a tree, in the order of the text.
 template <typename Visit>
-void each_fact(const Document& document, Visit visit) {
+void each_fact(const Document& document, std::string_view section, Visit visit) {
+  PathTrail trail;
   for (const Record& record : document.top().subtree()) {
     const Element tag(&record);
-    const std::string element = path_of(tag);
-    if (is_fact(tag)) visit(Fact{element, element, tag.name(), tag.value(), {}, {}});
-    std::string path = element == "/" ? element : element + "/";
-    const size_t start = path.size();
-    const CatalogueFact* known = find_fact(tag);
+    trail.enter(tag);
+    if (is_fact(tag)) {
+      visit(Fact{
+          section, trail.path(), trail.kind(), trail.index(), trail.path(), tag.name(), tag.value(), {}, {}});
+    }
     for (const Attribute& attribute : tag.attributes()) {
       if (!is_fact(attribute)) continue;
-      path.replace(start, std::string::npos, attribute.name);
-      visit(Fact{path, element, attribute.name, attribute.value, unit_of(known, attribute),
-                 attribute.annotation("base-value")});
+      trail.enter(attribute);
+      visit(Fact{section, trail.path(), trail.kind(), trail.index(), trail.tag_path(), attribute.name,
+                 attribute.value, unit_of(trail.known(), attribute), attribute.annotation("base-value")});
     }
   }
 }
@@ -53,8 +62,10 @@ void each_fact(const Document& document, Visit visit) {
 // The facts of all readable trees of a file.
 template <typename Visit>
 void each_fact(const Inventory& inventory, Visit visit) {
-  for (const Content& content : inventory.contents) {
-    if (content.document) each_fact(*content.document, visit);
+  for (size_t i = 0; i < inventory.contents.size(); ++i) {
+    const Content& content = inventory.contents[i];
+    if (content.document)
+      each_fact(*content.document, kind_name(inventory.container->sections[i].kind), visit);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "driver/base/text.h"
 #include "inv/base/byte_reader.h"
+#include "inv/file/machine.h"
 
 namespace inv {
 namespace {

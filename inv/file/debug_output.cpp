@@ -97,6 +97,16 @@ std::vector<DataType> split_profiler_output(std::string_view output) {
   return types;
 }
 
+std::string_view text_of_key(std::string_view dict, std::string_view key) {
+  TagWalker walker(dict);
+  bool key_seen = false;
+  while (walker.next()) {
+    if (key_seen && walker.tag() == "string") return walker.content();
+    if (walker.tag() != "/key") key_seen = walker.tag() == "key" && walker.content() == key;
+  }
+  return {};
+}
+
 std::string output_of(const DataType& type) {
   std::string output(kPrologue);
   return output.append(type.dict).append(kEpilogue);

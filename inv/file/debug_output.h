@@ -17,6 +17,9 @@ struct DataType {
 // beyond the tags that lead there: an output that no parser accepts is split all the same.
 std::vector<DataType> split_profiler_output(std::string_view output);
 
+// The first text under this key in a data type's dictionary, wherever in it; empty when there is none.
+std::string_view text_of_key(std::string_view dict, std::string_view key);
+
 // What the profiler prints for this data type alone: the dictionary in the frame of every such output.
 std::string output_of(const DataType& type);
 

@@ -104,31 +104,6 @@ std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size,
   return open_inventory(path == "-" ? "standard input" : path, std::move(*bytes), max_size);
 }
 
-namespace {
-
-std::string first_of(std::initializer_list<std::string_view> texts) {
-  for (const std::string_view text : texts) {
-    if (!text.empty()) return std::string(text);
-  }
-  return std::string();
-}
-
-}  // namespace
-
-std::string machine_identity(const Inventory& inventory) {
-  const Element asset = inventory.asset_top();
-  const Element system = inventory.snapshot_top().child("System");
-  return first_of({system.child("Chassis").text("serial"), asset.text("serial-number"),
-                   system.child("Computer-system").text("uuid"), asset.text("uuid"),
-                   asset.text("mac-address"), inventory.snapshot_top().text("hostname"),
-                   asset.text("hostname"), asset.text("int-name"), inventory.file_name});
-}
-
-std::string machine_name(const Inventory& inventory) {
-  return first_of({inventory.asset_top().text("int-name"), inventory.asset_top().text("hostname"),
-                   inventory.snapshot_top().text("hostname"), machine_identity(inventory)});
-}
-
 bool is_debug_file(const Inventory& inventory) {
   const auto has = [&](Section::Kind kind) {
     const std::vector<Section>& sections = inventory.container->sections;
@@ -136,12 +111,6 @@ bool is_debug_file(const Inventory& inventory) {
                        [&](const Section& section) { return section.kind == kind; });
   };
   return has(Section::Kind::raw_data) && !has(Section::Kind::snapshot);
-}
-
-std::string scan_timestamp(const Inventory& inventory) {
-  const Element asset = inventory.asset_top();
-  return first_of(
-      {inventory.snapshot_top().text("timestamp"), asset.text("last-scan"), asset.text("scan-attempt")});
 }
 
 }  // namespace inv

@@ -48,14 +48,7 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
 // be read or is itself larger than `max_size` and the usual limit.
 std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error);
 
-// What identifies a machine, the same in every scan of it: the first of serial number, platform UUID,
-// hardware address, host name and computer name that the file knows; else the file's name.
-std::string machine_identity(const Inventory& inventory);
-// What people call it: computer name, host name, else its identity.
-std::string machine_name(const Inventory& inventory);
 // Whether a file that has a container holds the profiler's untouched output in place of a snapshot.
 bool is_debug_file(const Inventory& inventory);
-// When it was scanned, as the file has it: "20120118153045.000000+120"; empty when it does not say.
-std::string scan_timestamp(const Inventory& inventory);
 
 }  // namespace inv

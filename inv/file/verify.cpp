@@ -2,6 +2,7 @@
 
 #include "inv/base/byte_reader.h"
 #include "inv/base/utf8.h"
+#include "inv/file/timestamp.h"
 #include "inv/file/zxml_parser.h"
 
 namespace inv {
@@ -57,8 +58,12 @@ class Verifier {
     for (const std::string_view name : kNeededAttributes) {
       if (top.text(name).empty()) add_at_top(section, "the snapshot has no \"" + std::string(name) + "\"");
     }
-    if (top.text("timestamp") != section.timestamp) {
+    const std::string_view timestamp = top.text("timestamp");
+    if (timestamp != section.timestamp) {
       add_at_top(section, "the snapshot's timestamp differs from the header's");
+    }
+    if (!timestamp.empty() && !is_timestamp(timestamp)) {
+      add_at_top(section, "the snapshot's timestamp is not of the form 20120118153045.000000+120");
     }
   }
 

@@ -5,6 +5,7 @@
 #include "inv/base/base64.h"
 #include "inv/compare/diff.h"
 #include "inv/facts/overview.h"
+#include "inv/file/machine.h"
 #include "inv/report/html.h"
 #include "inv/report/page.h"
 #include "inv/report/report_pictures.h"

@@ -1,12 +1,20 @@
 """Every way out of a file gives the values that the independent decoder finds in it."""
 
 import csv
+import datetime
+import hashlib
 import io
 import json
+import os
+import re
+import time
 import unittest
+import unittest.mock
 
 import inv_decoder
-from inventories import MACHINES, InventoryTestCase, facts, inv, scanned
+from inventories import MACHINES, SIMULATOR, InventoryTestCase, debug_scanned, facts, inv, scan, scanned
+
+COLUMNS = ["machine", "path", "name", "value", "unit", "base_value", "scan_id", "scanned_at", "section", "kind", "element", "number"]
 
 
 def batches(items, size):
@@ -42,18 +50,19 @@ class Values(InventoryTestCase):
     @on_each_machine
     def test_csv_holds_every_fact(self, path, found):
         rows = list(csv.reader(io.StringIO(self.check(0, "export", "-f", "csv", path), newline="")))
-        self.assertEqual(rows[0], ["machine", "path", "name", "value", "unit", "base_value"])
-        self.assert_rows(rows[1:], found)
+        self.assertEqual(rows[0], COLUMNS)
+        self.assert_rows(path, [[cell or None if name in ("scanned_at", "number") else cell for name, cell in zip(COLUMNS, row)] for row in rows[1:]],
+                         found)
 
     @on_each_machine
     def test_ndjson_holds_every_fact(self, path, found):
         lines = self.check(0, "export", "-f", "ndjson", path).split("\n")
         self.assertEqual(lines.pop(), "")
-        rows = [list(json.loads(line).values()) for line in lines]
-        self.assertEqual(list(json.loads(lines[0])), ["machine", "path", "name", "value", "unit", "base_value"])
-        self.assert_rows(rows, found)
+        rows = [list(json.loads(line, parse_int=str, parse_float=str).values()) for line in lines]
+        self.assertEqual(list(json.loads(lines[0])), COLUMNS)
+        self.assert_rows(path, rows, found)
 
-    def assert_rows(self, rows, found):
+    def assert_rows(self, path, rows, found):
         (machine,) = {row[0] for row in rows}
         self.assertRegex(machine, "^SIM0")
         self.assertEqual([tuple(row[1:4]) for row in rows], [fact[:3] for fact in found])
@@ -61,6 +70,35 @@ class Values(InventoryTestCase):
         for row, fact in zip(rows, found):
             if fact[3]:
                 self.assertEqual(row[4], fact[3])
+            self.assertEqual(row[9], re.sub(":[^/]*", "", row[1]))
+            self.assertEqual(row[10], "/".join(re.findall(":([^/]*)", row[1])))
+            is_number = re.fullmatch(r"-?(0|[1-9]\d*)(\.\d+)?", row[3]) and sum(map(str.isdigit, row[3])) <= 15
+            self.assertEqual(row[11], row[3] if is_number else None)
+        self.assertEqual({row[6] for row in rows}, {hashlib.sha256(path.read_bytes()).hexdigest()})
+        (scanned_at,) = {row[7] for row in rows}
+        seconds = time.time() - datetime.datetime.strptime(scanned_at, "%Y-%m-%dT%H:%M:%S%z").timestamp()
+        self.assertTrue(0 <= seconds < 3600, scanned_at)
+        sections = ["asset" if row[1].startswith("AssetInfo") else "snapshot" for row in rows]
+        self.assertEqual([row[8] for row in rows], sections)
+
+    def test_the_time_is_utc_in_every_zone_and_calendar(self):
+        machine = SIMULATOR / "machines" / "macbook-pro-26"
+        for zone, locale in (("Asia/Tokyo", "C"), ("America/St_Johns", "C"), ("Asia/Bangkok", "th_TH.UTF-8"), ("Asia/Kolkata", "fa_IR.UTF-8"),
+                             ("Asia/Riyadh", "ar_SA.UTF-8")):
+            with self.subTest(zone=zone, locale=locale), unittest.mock.patch.dict(os.environ, TZ=zone, LC_ALL=locale):
+                for arguments in ((), ("/extended",)):
+                    path = scan(machine, *arguments)
+                    after = time.time()
+                    row = json.loads(self.check(0, "export", "-f", "ndjson", path).partition("\n")[0])
+                    moment = datetime.datetime.strptime(row["scanned_at"], "%Y-%m-%dT%H:%M:%S%z").timestamp()
+                    self.assertTrue(-1 <= after - moment < 120, row)
+
+    def test_a_debug_file_and_a_scan_are_of_one_machine(self):
+        for machine in MACHINES:
+            with self.subTest(machine=machine.name):
+                machines = {json.loads(line)["machine"] for path in (scanned(machine.name), debug_scanned(machine.name))
+                            for line in self.check(0, "export", "-f", "ndjson", path).splitlines()}
+                self.assertEqual(len(machines), 1)
 
     @on_each_machine
     def test_json_holds_every_tag_attribute_and_annotation(self, path, _):

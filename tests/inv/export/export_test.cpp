@@ -1,16 +1,20 @@
 #include "inv/export/export.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
-#include "inv/facts/facts.h"
+#include "inv/base/sha256.h"
 #include "inv/maker.h"
 
 namespace {
 
 using inv::ExportFormat;
 using nlohmann::json;
+using testing::HasSubstr;
 
 std::string exported(ExportFormat format, const std::vector<std::string>& files) {
   char* text = nullptr;
@@ -74,40 +78,89 @@ TEST(Export, NoFilesAreAnEmptyJsonArray) {
   EXPECT_EQ(json::parse(exported(ExportFormat::json, {})), json::array());
 }
 
+// What the rows of a file have in common behind the first columns.
+std::string id_of(const std::string& file) { return inv::hexadecimal(inv::sha256(file)); }
+
+constexpr char kColumns[] =
+    "machine,path,name,value,unit,base_value,scan_id,scanned_at,section,kind,element,number\r\n";
+
 TEST(Export, NdjsonIsAFactALine) {
+  const std::string behind =
+      ",\"scan_id\":\"" + id_of(kOdd) + "\",\"scanned_at\":null,\"section\":\"snapshot\",";
   EXPECT_EQ(exported(ExportFormat::ndjson, {kOdd}),
             "{\"machine\":\"a,\\\"b\\\"\\rc\",\"path\":\"/"
             "hostname\",\"name\":\"hostname\",\"value\":\"a,\\\"b\\\"\\rc\","
-            "\"unit\":\"\",\"base_value\":\"\"}\n"
-            "{\"machine\":\"a,\\\"b\\\"\\rc\",\"path\":\"/"
-            "Odd:1\",\"name\":\"Odd:1\",\"value\":\"caf\uFFFD\",\"unit\":\"\","
-            "\"base_value\":\"\"}\n"
-            "{\"machine\":\"a,\\\"b\\\"\\rc\",\"path\":\"/Odd:1/"
-            "size\",\"name\":\"size\",\"value\":\"1\",\"unit\":\"GB\","
-            "\"base_value\":\"1000000000\"}\n");
+            "\"unit\":\"\",\"base_value\":\"\"" +
+                behind +
+                "\"kind\":\"/hostname\",\"element\":\"\",\"number\":null}\n"
+                "{\"machine\":\"a,\\\"b\\\"\\rc\",\"path\":\"/"
+                "Odd:1\",\"name\":\"Odd:1\",\"value\":\"caf\uFFFD\",\"unit\":\"\","
+                "\"base_value\":\"\"" +
+                behind +
+                "\"kind\":\"/Odd\",\"element\":\"1\",\"number\":null}\n"
+                "{\"machine\":\"a,\\\"b\\\"\\rc\",\"path\":\"/Odd:1/"
+                "size\",\"name\":\"size\",\"value\":\"1\",\"unit\":\"GB\","
+                "\"base_value\":\"1000000000\"" +
+                behind + "\"kind\":\"/Odd/size\",\"element\":\"1\",\"number\":1}\n");
 }
 
 TEST(Export, CsvQuotesWhatWouldBreakALine) {
+  const std::string behind = id_of(kOdd) + ",,snapshot,";
   EXPECT_EQ(exported(ExportFormat::csv, {kOdd}),
-            "machine,path,name,value,unit,base_value\r\n"
-            "\"a,\"\"b\"\"\rc\",/hostname,hostname,\"a,\"\"b\"\"\rc\",,\r\n"
-            "\"a,\"\"b\"\"\rc\",/Odd:1,Odd:1,caf\uFFFD,,\r\n"
-            "\"a,\"\"b\"\"\rc\",/Odd:1/size,size,1,GB,1000000000\r\n");
+            kColumns +
+                ("\"a,\"\"b\"\"\rc\",/hostname,hostname,\"a,\"\"b\"\"\rc\",,," + behind + "/hostname,,\r\n") +
+                "\"a,\"\"b\"\"\rc\",/Odd:1,Odd:1,caf\uFFFD,,," + behind + "/Odd,1,\r\n" +
+                "\"a,\"\"b\"\"\rc\",/Odd:1/size,size,1,GB,1000000000," + behind + "/Odd/size,1,1\r\n");
 }
 
-TEST(Export, CsvQuotesAComma) {
-  const std::string file = maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\na=1, 2\n");
-  EXPECT_EQ(exported(ExportFormat::csv, {file}),
-            "machine,path,name,value,unit,base_value\r\n"
-            "x,/hostname,hostname,x,,\r\nx,/a,a,\"1, 2\",,\r\n");
+TEST(Export, RowsSayOfWhichScanTheyAre) {
+  const std::string file = maker::file();
+  EXPECT_THAT(exported(ExportFormat::csv, {file}),
+              HasSubstr("\r\nC02TEST00001,/timestamp,timestamp,20120118153045.000000+120,,," + id_of(file) +
+                        ",2012-01-18T13:30:45Z,snapshot,/timestamp,,\r\n"));
+  EXPECT_THAT(exported(ExportFormat::csv, {file}),
+              HasSubstr("size,499.50,GB,499500000000," + id_of(file) +
+                        ",2012-01-18T13:30:45Z,snapshot,/Storage/Logical-disks/partition/size,1,499.50\r\n"));
+  EXPECT_THAT(
+      exported(ExportFormat::ndjson, {file}),
+      HasSubstr("\"scan_id\":\"" + id_of(file) +
+                "\",\"scanned_at\":\"2012-01-18T13:30:45Z\",\"section\":\"asset\",\"kind\":\"AssetInfo/"
+                "control/os-name\",\"element\":\"\",\"number\":null}\n"));
 }
+
+TEST(Export, JsonSaysWhichScanItIs) {
+  const json machines = json::parse(exported(ExportFormat::json, {kOdd, maker::file()}));
+  EXPECT_EQ(machines[0]["scan_id"], id_of(kOdd));
+  EXPECT_TRUE(machines[0]["scanned_at"].is_null());
+  EXPECT_EQ(machines[1]["scanned_at"], "2012-01-18T13:30:45Z");
+}
+
+// The values in the rows of CSV, as they stand there.
+std::string csv_values(const std::string& lines) {
+  const std::string file = maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\n" + lines);
+  std::string values;
+  std::istringstream rows(exported(ExportFormat::csv, {file}));
+  for (std::string row; std::getline(rows, row);) {
+    const size_t name_end = row.find(',', row.find(',', 2) + 1);
+    const size_t unit = row.find(",,," + id_of(file));
+    if (unit != row.npos) values += row.substr(name_end + 1, unit - name_end - 1) + "|";
+  }
+  return values;
+}
+
+TEST(Export, CsvQuotesAComma) { EXPECT_EQ(csv_values("a=1, 2\n"), "x|\"1, 2\"|"); }
 
 TEST(Export, CsvLeavesWhatASpreadsheetMightCalculate) {
-  const std::string file =
-      maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\na==1+1\nb=-5\nc=007\nd= x \n");
-  EXPECT_EQ(exported(ExportFormat::csv, {file}),
-            "machine,path,name,value,unit,base_value\r\n"
-            "x,/hostname,hostname,x,,\r\nx,/a,a,=1+1,,\r\nx,/b,b,-5,,\r\nx,/c,c,007,,\r\nx,/d,d, x ,,\r\n");
+  EXPECT_EQ(csv_values("a==1+1\nb=-5\nc=007\nd= x \n"), "x|=1+1|-5|007| x |");
+}
+
+TEST(Export, ManyRowsAreAllThere) {
+  std::string lines;
+  for (int i = 0; i < 5000; ++i) lines += "a" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+  const std::string text = exported(
+      ExportFormat::ndjson, {maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\n" + lines)});
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 5001);
+  EXPECT_THAT(text, HasSubstr("\"name\":\"a4999\",\"value\":\"4999\""));
 }
 
 TEST(Export, ZxmlIsTheTextItself) {

@@ -102,4 +102,43 @@ TEST(Facts, AStatedUnitIsPreferred) {
   EXPECT_EQ(rows[2].unit, "TB");
 }
 
+// "kind index element section" of each fact.
+std::vector<std::string> places_in(const inv::Inventory& inventory) {
+  std::vector<std::string> places;
+  inv::each_fact(inventory, [&](const inv::Fact& fact) {
+    places.push_back(std::string(fact.kind) + " [" + std::string(fact.index) + "] " +
+                     std::string(fact.element) + " " + std::string(fact.section));
+  });
+  return places;
+}
+
+TEST(Facts, HaveAKindAndAnIndexThatMakeTheirPath) {
+  const auto inventory =
+      maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=top\ntimestamp=x\n+Video=\n+Monitor:2="
+                                      "A\nid=1\n+Modes=\n*v-mode:3=B\nfreq=60\n"
+                                      "-\n-\n-\n*usr-acc:jane:doe=J\nenv:PATH=/\n-\n"));
+  EXPECT_EQ(places_in(*inventory),
+            (std::vector<std::string>{
+                "/ [] / snapshot", "/timestamp [] / snapshot", "/Video/Monitor [2] /Video/Monitor:2 snapshot",
+                "/Video/Monitor/id [2] /Video/Monitor:2 snapshot",
+                "/Video/Monitor/Modes/v-mode [2/3] /Video/Monitor:2/Modes/v-mode:3 snapshot",
+                "/Video/Monitor/Modes/v-mode/freq [2/3] /Video/Monitor:2/Modes/v-mode:3 snapshot",
+                "/usr-acc [jane:doe] /usr-acc:jane:doe snapshot",
+                "/usr-acc/env [jane:doe/PATH] /usr-acc:jane:doe snapshot"}));
+}
+
+TEST(Facts, OfEachTreeSayWhichSectionHoldsIt) {
+  const std::vector<std::string> places = places_in(*maker::open(maker::file()));
+  EXPECT_EQ(places.front(), "/timestamp [] / snapshot");
+  EXPECT_EQ(places.back(), "AssetInfo/control/os-name [] AssetInfo/control asset");
+}
+
+TEST(Facts, ANumberIsWhatEveryProgramReadsAsTheSame) {
+  for (const char* value : {"0", "7", "-5", "499.50", "0.5", "-0.25", "123456789012345", "12345678901234.5"})
+    EXPECT_TRUE(inv::is_number(value)) << value;
+  for (const char* value : {"", "-", "007", "00.5", ".5", "5.", "1.2.3", "1e5", "+5", " 5", "5 ", "0x1F",
+                            "1,5", "1234567890123456", "123456789012345.6", "--5", "5-", "-007"})
+    EXPECT_FALSE(inv::is_number(value)) << value;
+}
+
 }  // namespace

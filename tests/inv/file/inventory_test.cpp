@@ -113,36 +113,6 @@ TEST(Inventory, SectionsShareTheLinesThatAFileMayHave) {
   EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 4999999 lines");
 }
 
-TEST(Inventory, IdentityPrefersWhatStaysTheSame) {
-  EXPECT_EQ(inv::machine_identity(*maker::open(maker::file())), "C02TEST00001");
-  EXPECT_EQ(inv::machine_name(*maker::open(maker::file())), "Office Mac");
-  EXPECT_EQ(inv::scan_timestamp(*maker::open(maker::file())), "20120118153045.000000+120");
-  const auto empty = maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\n"));
-  EXPECT_EQ(inv::machine_identity(*empty), "test.inv");
-  EXPECT_EQ(inv::scan_timestamp(*empty), "");
-}
-
-TEST(Inventory, IdentityPrefersTheSerialNumberToTheUuid) {
-  const auto identity = [](const std::string& lines) {
-    return inv::machine_identity(*maker::open(
-        maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\nhostname=mac\n+System=\n" + lines + "-\n-\n")));
-  };
-  const std::string uuid = "*Computer-system=\nuuid=U-1\n", serial = "*Chassis=\nserial=S-1\n";
-  EXPECT_EQ(identity(uuid + serial), "S-1");
-  EXPECT_EQ(identity(uuid), "U-1");
-  EXPECT_EQ(identity(""), "mac");
-}
-
-TEST(Inventory, ADebugFileHasTheTimeOfItsAttempt) {
-  const std::string section =
-      maker::deflated("\xEF\xBB\xBF?zxml\n*AssetInfo=\nlast-scan=\nscan-attempt=now\n") +
-      std::string("\0\1ZXML", 6);
-  const auto inventory =
-      maker::open(maker::container(section, "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=" +
-                                                std::to_string(section.size()) + "\ntype=assetinfo\n"));
-  EXPECT_EQ(inv::scan_timestamp(*inventory), "now");
-}
-
 TEST(Inventory, BytesAfterRawDataAreAFault) {
   const std::string stream = maker::deflated("<plist/>");
   const auto inventory = maker::open(maker::container(

@@ -1,0 +1,49 @@
+#include "inv/base/json_text.h"
+
+#include <cstdio>
+
+namespace inv {
+namespace {
+
+bool is_plain(char character) {
+  return static_cast<unsigned char>(character) >= 0x20 && character != '"' && character != '\\';
+}
+
+void append_escaped(std::string& json, char character) {
+  constexpr std::string_view kNamed = "\"\\\b\f\n\r\t";
+  constexpr std::string_view kNames = "\"\\bfnrt";
+  const size_t place = kNamed.find(character);
+  if (place != kNamed.npos) {
+    json += '\\';
+    json += kNames[place];
+    return;
+  }
+  char code[8];
+  std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(character));
+  json += code;
+}
+
+void append_valid(std::string& json, std::string_view text) {
+  json += '"';
+  size_t start = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (is_plain(text[i])) continue;
+    json.append(text, start, i - start);
+    append_escaped(json, text[i]);
+    start = i + 1;
+  }
+  json.append(text, start, text.npos);
+  json += '"';
+}
+
+}  // namespace
+
+void append_json(std::string& json, std::string_view text) {
+  if (is_utf8(text)) {
+    append_valid(json, text);
+  } else {
+    append_valid(json, to_utf8(text));
+  }
+}
+
+}  // namespace inv

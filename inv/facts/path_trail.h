@@ -1,0 +1,46 @@
+// The paths of all tags and attributes of a tree, for a walk through it in the order of its text: each is
+// made of the one above it.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "inv/facts/catalogue.h"
+#include "inv/file/document.h"
+
+namespace inv {
+
+class PathTrail {
+ public:
+  // Goes on to a tag; the one above it, if there is one, must have been entered before.
+  void enter(Element tag);
+  // Goes on to an attribute of the tag that was entered last.
+  void enter(const Attribute& attribute);
+
+  // Of the place that was entered last, as facts.h explains them; valid until the next one is entered.
+  std::string_view path() const { return path_; }
+  std::string_view kind() const { return kind_; }
+  std::string_view index() const { return index_; }
+  // Of the tag that was entered last: its path, and what the catalogue knows about it.
+  std::string_view tag_path() const { return std::string_view(path_).substr(0, tags_.back().path); }
+  const CatalogueFact* known() const { return tags_.back().known; }
+
+ private:
+  // How much of the texts belongs to a tag.
+  struct Tag {
+    size_t path;
+    size_t kind;
+    size_t index;
+    const CatalogueFact* known;
+  };
+
+  void add(std::string_view name);
+
+  std::string path_;
+  std::string kind_;
+  std::string index_;
+  std::vector<Tag> tags_;  // from the top one down
+};
+
+}  // namespace inv

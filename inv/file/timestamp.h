@@ -1,0 +1,18 @@
+// When a scan was made, in the form that the scanner writes: local time in the calendar of the Mac's user,
+// and the offset from UTC in minutes.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace inv {
+
+// Whether a text has that form: "20120118153045.000000+120". Which calendar the date is of, the form does not
+// tell.
+bool is_timestamp(std::string_view text);
+
+// The moment in UTC, as RFC 3339 writes it: "2012-01-18T13:30:45Z". The calendar is named where the scan
+// knows it; calendars.h says what an empty name means. Empty for a text that is no such moment.
+std::string utc_of(std::string_view timestamp, std::string_view calendar);
+
+}  // namespace inv
