@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 #include "plist/cursor.h"
@@ -185,18 +186,17 @@ EdidInfo decode_edid(const char* text) {
 }
 
 std::optional<ImageSize> edid_image_size(const char* text) {
-  constexpr size_t kFewestDigits = 3;
-  if (std::strlen(text) < text_position(kWidthCm) + kFewestDigits) return std::nullopt;
-  const char* digits = text + text_position(kWidthCm);
-  if (!std::all_of(digits, digits + kFewestDigits, is_hexadecimal)) return std::nullopt;
-  const EdidRaw raw = read_block(text);
-  return ImageSize{raw[kWidthCm], raw[kHeightCm]};
+  if (std::strlen(text) <= text_position(kWidthCm)) return std::nullopt;
+  ImageSize size = {};
+  if (std::sscanf(text + text_position(kWidthCm), "%2x%2x", &size.width_cm, &size.height_cm) != 2)
+    return std::nullopt;
+  return size;
 }
 
 uint32_t diagonal_inches(const ImageSize& size) {
-  const uint32_t square = size.width_cm * size.width_cm + size.height_cm * size.height_cm;
+  const double width = size.width_cm, height = size.height_cm;
   double whole = 0;
-  const double fraction = std::modf(std::sqrt(static_cast<double>(square)) / 2.54, &whole);
+  const double fraction = std::modf(std::sqrt(width * width + height * height) / 2.54, &whole);
   return static_cast<uint32_t>(fraction > 0.4 ? whole + 1 : whole);
 }
 

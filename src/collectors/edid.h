@@ -55,11 +55,11 @@ struct EdidInfo {
 // digit, the first one counts alone. Null reads as the empty text.
 EdidInfo decode_edid(const char* text);
 
-// The image alone, bytes 21 and 22. The text must have both in hexadecimal; only the very last digit may be
-// missing.
+// The image alone, bytes 21 and 22, as the summary reads it: two numbers of at most two hexadecimal digits,
+// with blanks and signs as scanf takes them. None where one of them is missing.
 struct ImageSize {
-  uint32_t width_cm;
-  uint32_t height_cm;
+  unsigned width_cm;
+  unsigned height_cm;
 };
 std::optional<ImageSize> edid_image_size(const char* text);
 // In inches, rounded up above 0.4: makers sell a screen of 19.5 inches as 20.

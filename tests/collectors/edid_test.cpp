@@ -210,6 +210,14 @@ TEST(EdidImageSize, IsThatOfBytes21And22) {
   EXPECT_EQ(size->height_cm, 34u);
 }
 
+// What one damaged byte makes of a digit.
+TEST(EdidImageSize, IsReadBehindABlank) {
+  const std::optional<ImageSize> size = edid_image_size(sized(" c 2201").c_str());
+  ASSERT_TRUE(size);
+  EXPECT_EQ(size->width_cm, 12u);
+  EXPECT_EQ(size->height_cm, 34u);
+}
+
 TEST(EdidImageSize, NeedsThreeHexadecimalDigits) {
   for (const char* digits : {"", "3", "3c", "x422", "3x22", "3cx2"})
     EXPECT_FALSE(edid_image_size(sized(digits).c_str())) << digits;
