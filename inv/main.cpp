@@ -16,7 +16,7 @@ constexpr char kExamples[] =
 
 constexpr void (*kCommands[])(CLI::App&, int&) = {
     inv::add_summary, inv::add_show,   inv::add_get,    inv::add_list, inv::add_verify, inv::add_export,
-    inv::add_diff,    inv::add_unpack, inv::add_report, inv::add_load, inv::add_redact,
+    inv::add_diff,    inv::add_unpack, inv::add_report, inv::add_load, inv::add_redact, inv::add_help,
 };
 
 }  // namespace
@@ -30,6 +30,9 @@ int main(int argument_count, char** arguments) {
   app.require_subcommand(1);
   int status = inv::kDone;
   for (const auto add : kCommands) add(app, status);
+  const std::string first = argument_count > 1 ? arguments[1] : "-";
+  if (first.substr(0, 1) != "-" && !inv::find_command(app, first))
+    return inv::complain_of_command(app, first);
   // The library reports help, version and unusable arguments by throwing.
   try {
     app.parse(argument_count, arguments);

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include "inv/base/nearest.h"
 #include "inv/commands/command.h"
 #include "inv/facts/paths.h"
 #include "inv/show/terminal.h"
@@ -28,6 +29,14 @@ std::string what_else(const std::vector<std::string>& arguments, const char* is_
   std::string text;
   for (const std::string& argument : arguments) text += (text.empty() ? ": " : ", ") + argument;
   return arguments.empty() ? "" : text + (arguments.size() == 1 ? is_one : are_some);
+}
+
+std::string nearest_path_in(const Inventory& inventory, const std::string& path) {
+  for (const Content& content : inventory.contents) {
+    const std::string found = content.document ? nearest_path(*content.document, path) : "";
+    if (!found.empty()) return found;
+  }
+  return "";
 }
 
 bool refuse(std::string_view command, const std::string& reason) {
@@ -57,7 +66,8 @@ bool has_path(std::string_view command, const FilesAndPaths& named) {
 }
 
 void AbsentPaths::complain_of(const std::string& path, int& status) {
-  complain(inventory_.file_name, path + ": there is no such " + std::string(wanted_));
+  complain(inventory_.file_name, path + ": there is no such " + std::string(wanted_) +
+                                     did_you_mean(nearest_path_in(inventory_, path)));
   if (!told_of_debug_file_) advise_on_debug_file(inventory_);
   told_of_debug_file_ = true;
   status = worse(status, kNo);

@@ -1,19 +1,59 @@
 #include "inv/commands/command.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <map>
 
+#include "inv/base/nearest.h"
 #include "inv/base/output_file.h"
+#include "inv/base/utf8.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
+
+namespace {
+
+const std::map<std::string, Colours> kColours = {
+    {"auto", Colours::automatic}, {"always", Colours::always}, {"never", Colours::never}};
+
+}  // namespace
 
 CLI::App& add_command(CLI::App& app, const char* name, const char* summary, const char* examples) {
   CLI::App* command = app.add_subcommand(name, summary);
   command->formatter_fn([examples](const CLI::App* shown, std::string shown_name, CLI::AppFormatMode mode) {
     return "Examples:\n" + std::string(examples) + "\n" + CLI::Formatter().make_help(shown, shown_name, mode);
   });
+  const auto choose = [](const std::string& when) { set_colours(kColours.at(when)); };
+  limit_to(command->add_option_function<std::string>("--color", choose, "auto, always or never (auto)")
+               ->type_name("WHEN"),
+           {"auto", "always", "never"});
   return *command;
+}
+
+void limit_to(CLI::Option* option, std::vector<std::string_view> names) {
+  option->check([names = std::move(names)](const std::string& given) {
+    if (std::find(names.begin(), names.end(), given) != names.end()) return std::string();
+    std::string refusal = "\"" + printable(given) + "\" is none of";
+    for (const std::string_view name : names) refusal.append(name == names.front() ? " " : ", ").append(name);
+    return refusal + did_you_mean(nearest(given, names));
+  });
+}
+
+const CLI::App* find_command(const CLI::App& app, const std::string& name) {
+  for (const CLI::App* command : app.get_subcommands({})) {
+    if (command->get_name() == name) return command;
+  }
+  return nullptr;
+}
+
+int complain_of_command(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+  const std::string meant = nearest(word, {names.begin(), names.end()});
+  complain(word,
+           "there is no such command" + (meant.empty() ? "; inv help lists them" : did_you_mean(meant)));
+  return kUnusable;
 }
 
 void add_max_size(CLI::App& command, uint64_t& max_size) {

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "inv/file/inventory.h"
@@ -21,9 +22,13 @@ enum ExitStatus : int {
 // The program's version and those of its libraries, a line each; without a line end.
 std::string version_text();
 
-// A command whose help begins with examples. `run` is called when the command line asks for it; its status is
-// the program's.
+// A command whose help begins with examples, and which knows when to use colours. `run` is called when the
+// command line asks for it; its status is the program's.
 CLI::App& add_command(CLI::App& app, const char* name, const char* summary, const char* examples);
+
+// Lets an option take only one of these names; another is refused with all of them, and with the one that
+// may have been meant.
+void limit_to(CLI::Option* option, std::vector<std::string_view> names);
 
 // The option --max-size, for every command that opens files.
 void add_max_size(CLI::App& command, uint64_t& max_size);
@@ -43,6 +48,11 @@ int print_result(const std::string& text);
 // The same for a file that appears whole or not at all; "-" is standard output.
 int write_result(const std::string& path, const std::string& content);
 
+// None when there is no command of this name.
+const CLI::App* find_command(const CLI::App& app, const std::string& name);
+// Complains of a word that is no command, and names the one that may have been meant. kUnusable.
+int complain_of_command(const CLI::App& app, const std::string& word);
+
 void add_summary(CLI::App& app, int& status);
 void add_show(CLI::App& app, int& status);
 void add_get(CLI::App& app, int& status);
@@ -54,5 +64,6 @@ void add_unpack(CLI::App& app, int& status);
 void add_report(CLI::App& app, int& status);
 void add_load(CLI::App& app, int& status);
 void add_redact(CLI::App& app, int& status);
+void add_help(CLI::App& app, int& status);
 
 }  // namespace inv

@@ -8,10 +8,15 @@
 namespace inv {
 namespace {
 
+const std::map<std::string, ExportFormat> kFormats = {{"json", ExportFormat::json},
+                                                      {"ndjson", ExportFormat::ndjson},
+                                                      {"csv", ExportFormat::csv},
+                                                      {"zxml", ExportFormat::zxml}};
+
 struct Options {
   std::vector<std::string> files;
   std::string output = "-";
-  ExportFormat format = ExportFormat::json;
+  std::string format;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -19,7 +24,7 @@ int run(const Options& options) {
   OutputFile output(options.output);
   if (!output.stream()) return complain_of_output(options.output);
   int status = kDone;
-  Exporter exporter(options.format, output.stream());
+  Exporter exporter(kFormats.at(options.format), output.stream());
   exporter.begin();
   for (const std::string& file : options.files) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
@@ -28,11 +33,6 @@ int run(const Options& options) {
   exporter.end();
   return exporter.good() && output.commit() ? status : complain_of_output(options.output);
 }
-
-const std::map<std::string, ExportFormat> kFormats = {{"json", ExportFormat::json},
-                                                      {"ndjson", ExportFormat::ndjson},
-                                                      {"csv", ExportFormat::csv},
-                                                      {"zxml", ExportFormat::zxml}};
 
 constexpr char kExamples[] =
     "  inv export --format json MAC.inv | jq '.[].name'\n"
@@ -46,10 +46,10 @@ void add_export(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "export", "Write files as JSON, NDJSON, CSV or plain text", kExamples);
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
-  command.add_option("-f,--format", options->format, "json, ndjson, csv or zxml")
-      ->required()
-      ->type_name("NAME")
-      ->transform(CLI::CheckedTransformer(kFormats).description(""));
+  limit_to(command.add_option("-f,--format", options->format, "json, ndjson, csv or zxml")
+               ->required()
+               ->type_name("NAME"),
+           {"json", "ndjson", "csv", "zxml"});
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
   add_max_size(command, options->max_size);

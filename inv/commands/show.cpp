@@ -86,11 +86,11 @@ void add_show(CLI::App& app, int& status) {
       "FILE|PATH", options->arguments,
       "Inventory files; - is standard input. What to show of each; * matches any text within a "
       "segment");
-  command.add_option("--section", options->sections, "Which trees to show: snapshot, asset (both)")
-      ->delimiter(',')
-      ->allow_extra_args(false)  // what follows is a path
-      ->type_name("NAME")
-      ->check(CLI::IsMember({"snapshot", "asset"}));
+  limit_to(command.add_option("--section", options->sections, "Which trees to show: snapshot, asset (both)")
+               ->delimiter(',')
+               ->allow_extra_args(false)  // what follows is a file or a path
+               ->type_name("NAME"),
+           {"snapshot", "asset"});
   command.add_option("--depth", options->depth, "Show only this many levels of tags")->type_name("N");
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

@@ -10,6 +10,7 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   bool quiet = false;
+  bool failures = false;
   SignatureOptions signature;
   uint64_t max_size = kUsualMaxSize;
 };
@@ -32,19 +33,24 @@ std::string signature_text(const SignatureVerdict& signature, const Terminal& te
   return "; " + terminal.red("signature refused") + ": " + printable(signature.refusal);
 }
 
-// The line about one file. The status becomes kNo, unless it is worse already, when the file or its signature
-// is no good.
-std::string line_about(const std::string& path, const Inventory& inventory, const SignatureCheck& signatures,
-                       const Terminal& terminal, int& status) {
+// What is said about one file, and whether it and its signature are any good.
+struct Judgement {
+  std::string line;
+  bool good;
+};
+
+Judgement judge(const std::string& path, const Inventory& inventory, const SignatureCheck& signatures,
+                const Terminal& terminal) {
   const Verdict verdict = verify(inventory);
-  if (!verdict.faults.empty()) status = worse(status, kNo);
-  std::string line = printable(inventory.file_name) + ": " + verdict_line(verdict, terminal);
+  Judgement judgement = {printable(inventory.file_name) + ": " + verdict_line(verdict, terminal),
+                         verdict.faults.empty()};
   if (signatures.wanted()) {
     const SignatureVerdict signature = signatures.judge(path, inventory);
-    if (!signature.refusal.empty()) status = worse(status, kNo);
-    line += signature_text(signature, terminal);
+    judgement.good = judgement.good && signature.refusal.empty();
+    judgement.line += signature_text(signature, terminal);
   }
-  return line + "\n";
+  judgement.line += "\n";
+  return judgement;
 }
 
 int run(const Options& options) {
@@ -61,13 +67,16 @@ int run(const Options& options) {
       status = worse(status, kUnusable);
       continue;
     }
-    lines += line_about(path, *inventory, *signatures, terminal, status);
+    const Judgement judgement = judge(path, *inventory, *signatures, terminal);
+    if (!judgement.good) status = worse(status, kNo);
+    if (!judgement.good || !options.failures) lines += judgement.line;
   }
   return options.quiet ? status : worse(status, print_result(lines));
 }
 
 constexpr char kExamples[] =
     "  inv verify *.inv                        a line for each file\n"
+    "  inv verify --failures *.inv             a line for each that is not valid\n"
     "  inv verify --quiet MAC.inv && import MAC.inv\n"
     "  inv verify --allowed-signers allowed_signers *.inv     and each has its FILE.sig\n";
 
@@ -78,6 +87,7 @@ void add_verify(CLI::App& app, int& status) {
   CLI::App& command = add_command(app, "verify", "Check whether a console can import files", kExamples);
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   command.add_flag("-q,--quiet", options->quiet, "Only the exit status");
+  command.add_flag("--failures", options->failures, "Tell only of files that are not valid");
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "inv/base/nearest.h"
 #include "inv/base/wildcards.h"
 #include "inv/facts/catalogue.h"
 
@@ -20,6 +21,26 @@ std::vector<std::string_view> split(std::string_view path) {
   }
   segments.push_back(path);
   return segments;
+}
+
+// Of an attribute too, where a path may end with one.
+std::vector<std::string_view> names_below(Element element, bool with_attributes) {
+  std::vector<std::string_view> names;
+  for (const Element child : element.children()) names.push_back(child.name());
+  if (!with_attributes) return names;
+  for (const Attribute& attribute : element.attributes()) names.push_back(attribute.name);
+  return names;
+}
+
+bool is_number(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// "Soft:4" and "Soft:40", which are two things and not one that was mistyped.
+bool differ_in_number(std::string_view one, std::string_view other) {
+  const size_t colon = one.find(':');
+  return one != other && colon != std::string_view::npos && one.substr(0, colon) == other.substr(0, colon) &&
+         is_number(one.substr(colon + 1));
 }
 
 std::string_view tree_of(const std::vector<std::string_view>& segments) {
@@ -66,6 +87,20 @@ std::vector<Match> find_matches(const Document& document, std::string_view path)
     }
   }
   return found;
+}
+
+std::string nearest_path(const Document& document, std::string_view path) {
+  const std::vector<std::string_view> segments = split(path);
+  Element element = document.top();
+  if (tree_of(segments) != element.name()) return "";
+  std::string found(segments.front());
+  for (size_t i = 1; i < segments.size(); ++i) {
+    const std::string name = nearest(segments[i], names_below(element, i + 1 == segments.size()));
+    if (name.empty() || differ_in_number(segments[i], name)) return "";
+    found += "/" + name;
+    element = element.child(name);
+  }
+  return found == path ? "" : found;
 }
 
 bool looks_like_path(std::string_view text) {

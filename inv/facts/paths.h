@@ -26,6 +26,10 @@ struct Match {
 // name.
 std::vector<Match> find_matches(const Document& document, std::string_view path);
 
+// The path in this tree that somebody may have meant who wrote one a little wrong; empty when there is none
+// near it. Numbers are not guessed.
+std::string nearest_path(const Document& document, std::string_view path);
+
 // Whether a text begins like a path: with "/", or with the name of a tree that the scanner writes.
 bool looks_like_path(std::string_view text);
 // Whether the scanner writes something at this path, where names count up to their colon and stand for

@@ -13,17 +13,24 @@ namespace {
 
 constexpr size_t kNarrowest = 40;
 
+Colours chosen_colours = Colours::automatic;
+
 bool is_set(const char* variable) {
   const char* value = std::getenv(variable);
   return value && *value;
 }
 
+bool has_colours(bool interactive) {
+  if (chosen_colours != Colours::automatic) return chosen_colours == Colours::always;
+  const char* kind = std::getenv("TERM");
+  return interactive && !is_set("NO_COLOR") && kind && std::string_view(kind) != "dumb";
+}
+
 Terminal terminal_of(int descriptor) {
   Terminal terminal;
   terminal.interactive = isatty(descriptor) != 0;
+  terminal.colour = has_colours(terminal.interactive);
   if (!terminal.interactive) return terminal;
-  const char* kind = std::getenv("TERM");
-  terminal.colour = !is_set("NO_COLOR") && kind && std::string_view(kind) != "dumb";
   winsize size = {};
   if (ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col >= kNarrowest) terminal.width = size.ws_col;
   return terminal;
@@ -35,6 +42,8 @@ std::string Terminal::styled(const char* code, std::string_view text) const {
   if (!colour || text.empty()) return std::string(text);
   return std::string("\x1B[").append(code).append("m").append(text).append("\x1B[0m");
 }
+
+void set_colours(Colours colours) { chosen_colours = colours; }
 
 Terminal output_terminal() { return terminal_of(STDOUT_FILENO); }
 

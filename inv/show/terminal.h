@@ -22,8 +22,14 @@ struct Terminal {
   std::string styled(const char* code, std::string_view text) const;
 };
 
-// Standard output: coloured only on a terminal that understands it, and never when NO_COLOR is set and not
-// empty.
+// When output is coloured: on a terminal that understands it, unless NO_COLOR is set and not empty, or
+// whatever it goes to.
+enum class Colours { automatic, always, never };
+
+// Of all terminals that are asked for later.
+void set_colours(Colours colours);
+
+// Standard output, as it was set.
 Terminal output_terminal();
 
 // The same for standard error.

@@ -1,13 +1,22 @@
 # Completion of inv for bash: source it, or install it as share/bash-completion/completions/inv.
 
 _inv() {
-    local current=${COMP_WORDS[COMP_CWORD]} words
+    local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} words
     local signed="--allowed-signers --signature --identity --revoked-keys"
+    local commands="summary show get list verify export diff unpack report load redact help"
     COMPREPLY=()
-    case $COMP_CWORD,${COMP_WORDS[COMP_CWORD - 1]} in
-    1,*) words="summary show get list verify export diff unpack report load redact -h --help --version" ;;
+    # For bash, "--format=csv" is three words.
+    if [[ $current == = ]]; then
+        current=
+    elif [[ $option == = ]]; then
+        option=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
+    case $COMP_CWORD,$option in
+    1,*) words="$commands -h --help --version" ;;
     *,-f | *,--format) words="json ndjson csv zxml" ;;
     *,--section) words="snapshot asset" ;;
+    *,--color) words="auto always never" ;;
+    2,help) words="$commands -h --help --color" ;;
     *,-o | *,--output | *,--depth | *,--key | *,--key-file | *,--salt-of | *,--max-size) return ;;
     *,--allowed-signers | *,--signature | *,--identity | *,--revoked-keys) return ;;
     *)
@@ -18,14 +27,14 @@ _inv() {
         list | unpack) words="" ;;
         summary | load) words=$signed ;;
         show) words="--section --depth" ;;
-        verify) words="-q --quiet $signed" ;;
+        verify) words="-q --quiet --failures $signed" ;;
         export) words="-f --format -o --output" ;;
         diff) words="--all --json" ;;
         report) words="--compare -o --output" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque" ;;
         *) return ;;
         esac
-        words+=" -h --help --max-size"
+        words+=" -h --help --color --max-size"
         ;;
     esac
     # None of the words has blanks. (The bash of a Mac has no mapfile.)

@@ -1,6 +1,7 @@
 # Completion of inv for fish: put it into share/fish/vendor_completions.d.
 
-set -l commands summary show get list verify export diff unpack report load redact
+set -l files summary show get list verify export diff unpack report load redact
+set -l commands $files help
 set -l first "not __fish_seen_subcommand_from $commands"
 complete -c inv -n $first -f
 complete -c inv -n $first -a summary -d 'Summarise machines: one screen, or a line each'
@@ -14,10 +15,13 @@ complete -c inv -n $first -a unpack -d 'Take a file apart; a debug file becomes 
 complete -c inv -n $first -a report -d 'Make a page of HTML that needs no network'
 complete -c inv -n $first -a load -d 'Load files into an SQLite database'
 complete -c inv -n $first -a redact -d 'Replace what identifies a machine and its people'
+complete -c inv -n $first -a help -d 'Tell about a command'
 complete -c inv -n $first -l version -d 'Tell the version'
 complete -c inv -s h -l help -d 'Tell about the command'
 
-complete -c inv -n "__fish_seen_subcommand_from $commands" -l max-size -x -d 'Refuse sections of more than this size'
+complete -c inv -n '__fish_seen_subcommand_from help' -f -a "$files"
+complete -c inv -n "__fish_seen_subcommand_from $commands" -l color -x -a 'auto always never' -d 'When to use colours'
+complete -c inv -n "__fish_seen_subcommand_from $files; and not __fish_seen_subcommand_from help" -l max-size -x -d 'Refuse sections of more than this size'
 complete -c inv -n '__fish_seen_subcommand_from get' -s h -l no-filename -d 'Print no names of files'
 complete -c inv -n '__fish_seen_subcommand_from get' -s H -l with-filename -d 'Print the file of each value'
 complete -c inv -n '__fish_seen_subcommand_from get' -l json -d 'As an array of objects'
@@ -25,6 +29,7 @@ complete -c inv -n '__fish_seen_subcommand_from get' -l trim -d 'Leave out blank
 complete -c inv -n '__fish_seen_subcommand_from show' -l section -x -a 'snapshot asset' -d 'Which trees to show'
 complete -c inv -n '__fish_seen_subcommand_from show' -l depth -x -d 'Show so many levels'
 complete -c inv -n '__fish_seen_subcommand_from verify' -s q -l quiet -d 'Only the exit status'
+complete -c inv -n '__fish_seen_subcommand_from verify' -l failures -d 'Tell only of files that are not valid'
 set -l signed '__fish_seen_subcommand_from summary verify load'
 complete -c inv -n $signed -l allowed-signers -r -F -d 'Want a signature by one of this list'
 complete -c inv -n $signed -l signature -r -F -d 'The signature of the one file'

@@ -28,6 +28,11 @@ def options(*command):
     return {name for joined in names for name in joined.split(",")}
 
 
+def commands_of_files():
+    """The commands that open files: all but the one that only talks."""
+    return {name: text for name, text in commands().items() if name != "help"}
+
+
 def scanner_options():
     """The options of the scanner; one with a value ends in a colon."""
     text = subprocess.run([SCANNER, "--help"], capture_output=True, check=True, text=True).stdout

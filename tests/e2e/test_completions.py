@@ -9,7 +9,7 @@ import options_of
 from inventories import ROOT, InventoryTestCase
 
 FOLDER = ROOT / "packaging" / "completions"
-CHOICES = {"--format": ["csv", "json", "ndjson", "zxml"], "--section": ["asset", "snapshot"]}
+CHOICES = {"--format": ["csv", "json", "ndjson", "zxml"], "--section": ["asset", "snapshot"], "--color": ["always", "auto", "never"]}
 
 
 def output_of(*command):
@@ -66,10 +66,14 @@ class Completions:
                 self.assertEqual(self.options_offered("inv", command), options_of.options(command))
 
     def test_choices(self):
-        for command, option in [("export", "--format"), ("show", "--section")]:
+        for command, option in [("export", "--format"), ("show", "--section"), ("get", "--color"), ("help", "--color")]:
             for choice in CHOICES[option]:
                 self.assertIn(choice, options_of.help_text(command))
             self.assertEqual(self.choices_offered(command, option), CHOICES[option])
+            self.assertEqual(self.choices_offered_after_equals(command, option), CHOICES[option])
+
+    def test_help_knows_the_commands(self):
+        self.assertTrue(self.commands_offered_after_help() >= set(options_of.commands_of_files()))
 
     def test_options_of_the_scanner(self):
         self.assertEqual(self.options_offered("velkaro-scanner"), options_of.scanner_options())
@@ -86,6 +90,14 @@ class Bash(Completions, InventoryTestCase):
 
     def choices_offered(self, command, option):
         return sorted(bash_offers("inv", command, option, ""))
+
+    def choices_offered_after_equals(self, command, option):
+        first = CHOICES[option][0]
+        self.assertEqual(bash_offers("inv", command, option, "=", first[:-1]), {first})
+        return sorted(bash_offers("inv", command, option, "="))
+
+    def commands_offered_after_help(self):
+        return bash_offers("inv", "help", "")
 
     def test_completes_what_was_begun(self):
         self.assertEqual(bash_offers("inv", "re"), {"report", "redact"})
@@ -109,13 +121,19 @@ class Zsh(Completions, InventoryTestCase):
         return zsh_options(program, *words, "")
 
     def choices_offered(self, command, option):
-        (argument,) = [argument for argument in zsh_arguments("inv", command, "") if argument.lstrip("*").startswith(option + "[")]
+        (argument,) = [argument for argument in zsh_arguments("inv", command, "") if argument.lstrip("*").startswith(option + "=[")]
         return sorted(re.search(r":\((.*)\)$", argument)[1].split())
 
+    # An option that ends in "=" takes its value in both ways.
+    choices_offered_after_equals = choices_offered
+
+    def commands_offered_after_help(self):
+        return {argument.partition(":")[0] for argument in zsh_arguments("inv", "help", "")}
+
     def test_every_argument_is_one_that_zsh_can_read(self):
-        for command in options_of.commands():
+        for command in options_of.commands_of_files():
             for argument in zsh_arguments("inv", command, "")[1:-1]:
-                self.assertRegex(argument, r"^(\([^)]*\))?\*?-[\w-]+\[[^\[\]]+\](:[a-z]+:(_files|\([a-z ]+\))?)?$")
+                self.assertRegex(argument, r"^(\([^)]*\))?\*?-[\w-]+[=+]?\[[^\[\]]+\](:[a-z]+:(_files|\([a-z ]+\))?)?$")
 
 
 @unittest.skipUnless(shutil.which("fish"), "fish is not installed")
@@ -128,6 +146,12 @@ class Fish(Completions, InventoryTestCase):
 
     def choices_offered(self, command, option):
         return sorted(fish_offers("inv", f"{command} {option} "))
+
+    def choices_offered_after_equals(self, command, option):
+        return sorted(word.replace(option + "=", "") for word in fish_offers("inv", f"{command} {option}="))
+
+    def commands_offered_after_help(self):
+        return set(fish_offers("inv", "help "))
 
 
 if __name__ == "__main__":

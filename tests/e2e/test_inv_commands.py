@@ -48,7 +48,7 @@ class Commands(InventoryTestCase):
 
     def test_help_begins_with_examples(self):
         self.assertTrue(self.check(0, "--help").startswith("Examples:\n  inv "))
-        self.assertEqual(len(options_of.commands()), 11)
+        self.assertEqual(len(options_of.commands()), 12)
         for command in options_of.commands():
             with self.subTest(command=command):
                 self.assertTrue(self.check(0, command, "--help").startswith(f"Examples:\n  inv {command} "))
@@ -85,7 +85,7 @@ class Commands(InventoryTestCase):
                 ["report", file], ["report", "--compare", file, self.file], ["report", "--compare", self.file, file],
                 ["load", f"{FOLDER}/{self.id()}.db", file], ["load", f"{FOLDER}/{self.id()}.db", self.file, file],
                 ["redact", file, "-o", "-"]]
-        self.assertEqual({use[0] for use in uses}, set(options_of.commands()))
+        self.assertEqual({use[0] for use in uses}, set(options_of.commands_of_files()))
         return uses
 
     def test_a_damaged_section_leaves_the_other(self):
@@ -215,6 +215,51 @@ class Commands(InventoryTestCase):
             file.truncate(200 << 20)
         limited = subprocess.run(["sh", "-c", 'ulimit -v 100000; exec "$@"', "sh", INV, "verify", large], capture_output=True, timeout=60)
         self.assertEqual((limited.returncode, limited.stderr), (2, b"inv: out of memory\n"))
+
+    def test_color_is_what_is_asked_for(self):
+        for arguments in (["summary", self.file], ["show", self.file], ["verify", self.file]):
+            with self.subTest(arguments=arguments):
+                coloured = on_terminal(*arguments).replace(b"\r\n", b"\n")
+                self.assertNotIn(b"\x1b", on_terminal(*arguments, "--color", "never"))
+                self.assertEqual(on_terminal(*arguments, "--color", "auto").replace(b"\r\n", b"\n"), coloured)
+                self.assertIn(b"\x1b[", on_terminal(*arguments, "--color=always", NO_COLOR="1"))
+                self.assertIn(b"\x1b[", inv(*arguments, "--color=always").stdout)
+        self.check(2, "show", self.file, "--color", "sometimes")
+        self.assertIn('"sometimes" is none of auto, always, never\n', self.messages)
+
+    def test_help_tells_what_the_option_does(self):
+        self.assertEqual(self.check(0, "help"), self.check(0, "--help"))
+        for command in options_of.commands():
+            with self.subTest(command=command):
+                self.assertEqual(self.check(0, "help", command), self.check(0, command, "--help"))
+
+    def test_a_mistyped_command_is_answered_with_the_right_one(self):
+        for arguments in (["sumary"], ["sumary", self.file], ["help", "sumary"]):
+            self.check(2, *arguments)
+            self.assertEqual(self.messages, "inv: sumary: there is no such command; did you mean summary?\n")
+        self.check(2, "frobnicate", "--help")
+        self.assertEqual(self.messages, "inv: frobnicate: there is no such command; inv help lists them\n")
+
+    def test_a_mistyped_format_is_answered_with_the_list(self):
+        for given, answer in (("cvs", '"cvs" is none of json, ndjson, csv, zxml; did you mean csv?'),
+                              ("2", '"2" is none of json, ndjson, csv, zxml')):
+            with self.subTest(given=given):
+                self.assertEqual(self.check(2, "export", f"--format={given}", self.file), "")
+                self.assertIn(f"--format: {answer}\n", self.messages)
+        self.check(2, "show", self.file, "--section", "asset,snapshto")
+        self.assertIn('--section: "snapshto" is none of snapshot, asset; did you mean snapshot?\n', self.messages)
+
+    def test_a_mistyped_path_is_answered_with_the_right_one(self):
+        self.check(1, "get", self.file, "/System/Chasis/serial")
+        self.assertIn("/System/Chasis/serial: there is no such value; did you mean /System/Chassis/serial?\n", self.messages)
+        self.check(1, "show", self.file, "AssetInfo/int-nam")
+        self.assertIn("AssetInfo/int-nam: there is no such path; did you mean AssetInfo/int-name?\n", self.messages)
+
+    def test_verify_tells_only_of_failures_when_asked(self):
+        bad = damaged_snapshot("failure.inv")
+        told = self.check(1, "verify", "--failures", self.file, bad)
+        self.assertRegex(told, rf"^{bad}: invalid at byte \d+: .*\n$")
+        self.assertEqual(self.check(0, "verify", "--failures", self.file), "")
 
     def test_version_names_the_libraries_with_theirs(self):
         names, versions = zip(*(line.split(" ") for line in self.check(0, "--version").splitlines()))

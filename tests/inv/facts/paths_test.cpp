@@ -65,6 +65,23 @@ TEST_F(PathsTest, TheTopElementsHavePathsToo) {
   EXPECT_EQ(found(asset, "AssetInfo"), Paths{"AssetInfo (tag)"});
 }
 
+TEST_F(PathsTest, NearestPathIsWhatWasMeant) {
+  EXPECT_EQ(inv::nearest_path(snapshot, "/Procesors/Processor:1/core-count"),
+            "/Processors/Processor:1/core-count");
+  EXPECT_EQ(inv::nearest_path(snapshot, "/processors/processor:1/corecount"),
+            "/Processors/Processor:1/core-count");
+  EXPECT_EQ(inv::nearest_path(snapshot, "/timestmp"), "/timestamp");
+  EXPECT_EQ(inv::nearest_path(asset, "AssetInfo/contrl/os-name"), "AssetInfo/control/os-name");
+}
+
+TEST_F(PathsTest, NearestPathIsNoneWhereNothingIsNear) {
+  for (const char* path :
+       {"", "/", "/timestamp", "/nothing", "/Processors/Processor:2/core-count", "/Software/Soft:3",
+        "/timestamp/x", "AssetInfo/hostname", "/Procesors/Processor:1/x"}) {
+    EXPECT_EQ(inv::nearest_path(snapshot, path), "") << path;
+  }
+}
+
 TEST(LooksLikePath, BeginsWithASlashOrATree) {
   for (const char* path : {"/", "/System/Chassis/serial", "/anything", "AssetInfo/control/os-name",
                            "AssetInfo", "Snapshot/hostname", "Asset*/int-name", "*/hostname"}) {
