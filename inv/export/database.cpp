@@ -11,7 +11,7 @@
 namespace inv {
 namespace {
 
-constexpr int kSchemaVersion = 2;
+constexpr int kSchemaVersion = 3;
 // Another program may be reading; in milliseconds.
 constexpr int kPatience = 10'000;
 
@@ -39,8 +39,12 @@ Database::~Database() {
   sqlite3_close(handle_);
 }
 
-bool Database::open(const std::string& path) {
-  if (sqlite3_open(file_name(path).c_str(), &handle_) != SQLITE_OK) return fail();
+bool Database::open(const std::string& path) { return open_under(file_name(path)); }
+
+bool Database::open_in_memory() { return open_under(":memory:"); }
+
+bool Database::open_under(const std::string& name) {
+  if (sqlite3_open(name.c_str(), &handle_) != SQLITE_OK) return fail();
   sqlite3_busy_timeout(handle_, kPatience);
   return check_version() && run("PRAGMA foreign_keys = ON") && run(kCache) &&
          run(std::string(kDatabaseSchema).append(kDatabaseViews).c_str()) &&

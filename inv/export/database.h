@@ -22,11 +22,17 @@ class Database {
   // Opens the file, or creates it when it is missing. A database of another program is refused.
   bool open(const std::string& path);
 
+  // The same tables and views, empty and in no file.
+  bool open_in_memory();
+
   bool begin();
   // Puts a scan in; one of the same machine and timestamp is replaced by it. `signed_by` is empty when no
   // signature was asked for.
   bool add(const Inventory& inventory, const std::string& signed_by = {});
   bool commit();
+
+  // For questions about what is in it.
+  sqlite3* handle() const { return handle_; }
 
   const std::string& error() const { return error_; }
 
@@ -36,6 +42,7 @@ class Database {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, CloseStatement>;
 
+  bool open_under(const std::string& name);
   bool check_version();
   bool run(const char* sql);
   bool prepare(const char* sql, Statement& statement);

@@ -30,4 +30,4 @@ CREATE VIEW IF NOT EXISTS latest AS
 SELECT * FROM machines m
 WHERE timestamp = (SELECT max(timestamp) FROM machines WHERE machine = m.machine);
 
-PRAGMA user_version = 2;
+PRAGMA user_version = 3;

@@ -74,6 +74,11 @@ class Table:
         """The rows with "*" in place of numbers and names."""
         return re.sub(r":\w+", ":*", self.rows)
 
+    @property
+    def is_whole_scan(self):
+        """Whether its rows are scans, and its columns are paths from the top element on."""
+        return self.rows == "/"
+
 
 class Column:
     def __init__(self, line, title, source, form):
@@ -158,7 +163,7 @@ class Catalogue:
         self.page[-1].append(fact)
 
     def read_table(self, number, line):
-        parts = re.fullmatch(r"\[(report|view) (.+): (/.+)\]", line)
+        parts = re.fullmatch(r"\[(report|view) (.+): (/.*)\]", line)
         if not parts:
             raise Mistake(number, f"not [report TITLE: /ROWS] or [view NAME: /ROWS]: {line}")
         self.tables.append(Table(number, *parts.groups()))
@@ -236,7 +241,8 @@ class Catalogue:
         if name == OWN_VALUE:
             facts = [fact for fact in elements if fact.has_value]
         else:
-            found = (self.by_key.get((*element.key, *name.split("/"))) for element in elements)
+            names = [segment.partition(":")[0] for segment in name.split("/")]
+            found = (self.by_key.get((*element.key, *names)) for element in elements)
             facts = [fact for fact in found if fact]
         if not facts:
             raise Mistake(column.line, f'{table.rows} has no "{name}"')
@@ -398,6 +404,8 @@ def sql_cast(column, value):
 
 def view_value(table, column):
     source = column.source
+    if table.is_whole_scan:
+        return f"(SELECT {sql_cast(column, 'd.value')} FROM facts d WHERE d.path = '/{source}' AND d.machine_id = m.id)"
     if source in NAMES_OF_ELEMENTS:
         start = table.pattern[: table.pattern.index("*")]
         name = f"replace(f.element, '{start}', '')"
@@ -413,6 +421,8 @@ def view_value(table, column):
 
 def view(catalogue, table):
     columns = ",\n".join(f"  {view_value(table, column)} AS {column.title}" for column in table.columns)
+    if table.is_whole_scan:
+        return WHOLE_SCAN_VIEW.format(name=table.title, columns=columns)
     condition = f"f.path GLOB '{table.pattern}'"
     rows = {element.key for element in catalogue.elements_of(table)}
     # A star of GLOB stands for slashes too.
@@ -431,6 +441,12 @@ SELECT m.machine, m.name AS machine_name, m.timestamp,
 FROM facts f JOIN machines m ON m.id = f.machine_id
 WHERE {condition}
 GROUP BY f.machine_id, f.element;
+"""
+
+WHOLE_SCAN_VIEW = """CREATE VIEW IF NOT EXISTS {name} AS
+SELECT m.machine, m.name AS machine_name, m.timestamp,
+{columns}
+FROM machines m;
 """
 
 VIEWS = """// Written by catalogue.py.

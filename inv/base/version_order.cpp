@@ -1,0 +1,74 @@
+#include "inv/base/version_order.h"
+
+#include <algorithm>
+#include <string>
+
+namespace inv {
+namespace {
+
+// Of versions that are still to come.
+constexpr std::string_view kAnnouncements[] = {"a",   "alpha", "b",   "beta", "d",
+                                               "dev", "fc",    "pre", "rc",   "preview"};
+
+bool is_digit(char character) { return character >= '0' && character <= '9'; }
+
+// Bytes of other alphabets count as letters.
+bool is_letter(char character) {
+  const char lower = static_cast<char>(character | 0x20);
+  return (lower >= 'a' && lower <= 'z') || (static_cast<unsigned char>(character) & 0x80) != 0;
+}
+
+// A number without leading zeros, or a word in small letters.
+struct Part {
+  enum class Kind { announcement, number, word };  // in the order in which they are sorted
+  Kind kind = Kind::number;
+  std::string text;
+};
+
+Part::Kind kind_of_word(const std::string& word) {
+  const bool announces =
+      std::find(std::begin(kAnnouncements), std::end(kAnnouncements), word) != std::end(kAnnouncements);
+  return announces ? Part::Kind::announcement : Part::Kind::word;
+}
+
+// Takes the first characters of a text, as long as they are of the same sort.
+template <typename Belongs>
+std::string_view take(std::string_view& text, Belongs belongs) {
+  const auto end = std::find_if_not(text.begin(), text.end(), belongs);
+  const std::string_view taken = text.substr(0, static_cast<size_t>(end - text.begin()));
+  text.remove_prefix(taken.size());
+  return taken;
+}
+
+// The next part, which is taken away from the version; a zero at its end.
+Part take_part(std::string_view& version) {
+  take(version, [](char character) { return !is_digit(character) && !is_letter(character); });
+  if (version.empty() || is_digit(version.front())) {
+    take(version, [](char character) { return character == '0'; });
+    return {Part::Kind::number, std::string(take(version, is_digit))};
+  }
+  std::string word(take(version, is_letter));
+  for (char& letter : word) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter | 0x20);
+  }
+  return {kind_of_word(word), word};
+}
+
+int compare_parts(const Part& one, const Part& other) {
+  if (one.kind != other.kind) return one.kind < other.kind ? -1 : 1;
+  const bool by_length = one.kind == Part::Kind::number && one.text.size() != other.text.size();
+  if (by_length) return one.text.size() < other.text.size() ? -1 : 1;
+  return one.text.compare(other.text);
+}
+
+}  // namespace
+
+int compare_versions(std::string_view one, std::string_view other) {
+  while (!one.empty() || !other.empty()) {
+    const int order = compare_parts(take_part(one), take_part(other));
+    if (order != 0) return order;
+  }
+  return 0;
+}
+
+}  // namespace inv
