@@ -230,6 +230,17 @@ TEST(Redact, KeepsAHeaderTimeThatIsMalformed) {
   EXPECT_EQ(result->snapshot_top().text("timestamp"), "by " + anon("jane"));
 }
 
+TEST(Redact, ReplacesIdentifiersInTheHeaderToo) {
+  const std::string section =
+      maker::deflated("\xEF\xBB\xBF?zxml\n*Snapshot=\nuser-name=jane\n") + std::string("\0\1ZXML", 6);
+  const std::string file = maker::container(
+      section, "[H]\ncount=1\nsnapshotcount=1\n[0]\noffset=0\nlength=" + std::to_string(section.size()) +
+                   "\ntype=snapshot\ntimestamp=20120118153045.000000+120\nsnaptype=by jane\n");
+  const inv::Redaction redaction = redacted_file(file);
+  EXPECT_EQ(redaction.refusal, "");
+  EXPECT_EQ(maker::open(redaction.bytes)->container->sections[0].snaptype, "by " + anon("jane"));
+}
+
 TEST(Redact, RefusesRawDataUnlessItMayDropIt) {
   const std::string file = maker::debug_file("<plist>jane</plist>");
   EXPECT_EQ(redacted_file(file).refusal,
