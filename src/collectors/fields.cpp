@@ -93,7 +93,7 @@ void copy_element_value(Place& element, const Tag& item, const char* key) {
 Value yes_no(bool yes) { return text_value(yes ? "1" : "0"); }
 
 void set_switch(Place& element, const char* name, const Tag& item, const char* key, const char* no) {
-  if (const char* told = find_text(item, key)) element.set_attribute(name, yes_no(!equal_text(told, no)));
+  if (const char* text = find_text(item, key)) element.set_attribute(name, yes_no(!equal_text(text, no)));
 }
 
 void set_joined(Place& element, const char* name, const std::vector<const char*>& texts) {

@@ -1,4 +1,4 @@
-// The numbers with which a list goes on that another collector has begun.
+// The numbers that continue a list begun by another collector.
 #pragma once
 
 #include <initializer_list>

@@ -22,10 +22,10 @@ std::vector<const char*> addresses_in(const Tag* list) {
 
 void set_hardware_address(Place& adapter, const Tag& item) {
   const Tag* ethernet = item.find_child("Ethernet");
-  const char* told = ethernet ? find_text(*ethernet, "MAC_Address") : nullptr;
-  if (!told) return;
-  const Text address = hardware_address_text(told);
-  const Text maker = copy_range(address.get(), address.get() + std::min(std::strlen(told), kMakerLength));
+  const char* reported = ethernet ? find_text(*ethernet, "MAC_Address") : nullptr;
+  if (!reported) return;
+  const Text address = hardware_address_text(reported);
+  const Text maker = copy_range(address.get(), address.get() + std::min(std::strlen(reported), kMakerLength));
   adapter.set_attribute("manuf-by-mac", text_value(maker.get()));
   adapter.set_attribute("mac-address", text_value(address.get()));
 }

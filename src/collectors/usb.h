@@ -10,8 +10,8 @@ void collect_usb(InventoryTree& snapshot, InventoryTree& profiler);
 
 // Writes one entry of the USB tree. Keys may carry a letter and an underscore in front ("a_product_id").
 // - A disk with removable media becomes "/Storage/Physical-disks/Removable:%d" with its volumes at
-//   "/Storage/Logical-disks/partition:%d", each under the next number that is free. What hangs on it is not
-//   looked at.
+//   "/Storage/Logical-disks/partition:%d", each under the next free number. What is attached to it is not
+//   read.
 // - A hub, that is any other entry with items of its own, is replaced by these items, at any depth.
 // - Any other entry is a device: it raises the counter by one and becomes "/Peripherals/USB/Device:%d" with
 // it. A fact whose key is missing is not written.

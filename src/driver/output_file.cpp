@@ -101,7 +101,7 @@ std::string OutputFile::path() const {
 bool OutputFile::claim_name(const std::string& temporary_name, const std::vector<NameClaim>& claims) {
   for (size_t way = 0; way < claims.size();) {
     if (claims[way](temporary_name.c_str(), name().c_str()) == 0) return true;
-    // Do not ask a server for ever that calls every name taken.
+    // A server that calls every name taken must not keep this going forever.
     if (errno == EEXIST && is_taken(name())) {
       ++number_;
     } else {

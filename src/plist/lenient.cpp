@@ -24,7 +24,7 @@ class Dropped {
     ++count(root);
   }
 
-  // False when the tag closes something around the dropped container, which thereby has ended too.
+  // False when the tag closes something around the dropped container, which has then ended too.
   bool takes(const Tag& tag) {
     if (!is_container(tag.element) || tag.empty) return true;
     size_t& open = count(tag.element);

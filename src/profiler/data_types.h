@@ -7,8 +7,8 @@ struct DataType {
   const char* name;
   const char* title;  // that the operator sees
   int percent;        // the progress that is printed once it has run; 0: nothing
-  // Keys on which many facts depend: everything below them, or what is read only when they say so. And such a
-  // value of a key. They are put right where a byte of them is damaged; the rest of the places is empty.
+  // Keys on which many facts depend: everything below them, or what is read only when they say so; unused
+  // entries are empty. And a value of a key like that. All are repaired where one byte of them is damaged.
   std::string_view keys[4];
   std::string_view value;
 };

@@ -9,7 +9,7 @@
 
 namespace {
 
-// In the lists of all data types many facts hang on these.
+// In the lists of all data types many facts depend on these.
 constexpr std::string_view kCommonKeys[] = {"_items", "_dataType"};
 
 // A text with one byte damaged so that it shows: no longer UTF-8, a NUL, or markup.

@@ -1,4 +1,4 @@
-// The "AssetInfo" tree: who the machine is and, under "control", what it is in brief, for a console that does
+// The "AssetInfo" tree: which machine this is and, under "control", its main facts, for a console that does
 // not want to open the snapshot.
 #pragma once
 

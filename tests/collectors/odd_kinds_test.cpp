@@ -599,10 +599,10 @@ TEST_F(OddKinds, AmongTheAddressesMeanTheSameForAdapterAndIdentity) {
   for (const Addresses& row : rows) {
     const Xml list = entry("ip_address", std::string("<array>") + row.elements + "</array>");
     const CFRef<CFArrayRef> parsed = parse_elements(network(kEn0 + list, ""));
-    const std::string told_address = row.joined ? std::string("ip-address=text ") + row.joined + "\n" : "";
+    const std::string joined_address = row.joined ? std::string("ip-address=text ") + row.joined + "\n" : "";
     const std::string tree = kAdapters(parsed.get());
     EXPECT_EQ(tree.find("ip-address=") != tree.npos, row.joined != nullptr) << row.elements;
-    EXPECT_NE(tree.find(told_address), tree.npos) << row.elements;
+    EXPECT_NE(tree.find(joined_address), tree.npos) << row.elements;
     EXPECT_STREQ(query_network_identity(parsed.get(), nullptr).ip_address.get(), row.first) << row.elements;
   }
 }

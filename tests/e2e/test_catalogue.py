@@ -109,14 +109,14 @@ class CatalogueOfFacts(ScanTestCase):
     def test_names_what_the_machines_yield_and_nothing_else(self):
         found = self.collect()
         for tree, rows in self.rows.items():
-            told = {(what, path, key): kind for row in rows for what, path, key, kind in row.facts()}
+            listed = {(what, path, key): kind for row in rows for what, path, key, kind in row.facts()}
             with self.subTest(tree=tree, problem="not in the catalogue"):
-                self.assertEqual(sorted(map(str, set(found[tree]) - set(told))), [])
+                self.assertEqual(sorted(map(str, set(found[tree]) - set(listed))), [])
             with self.subTest(tree=tree, problem="in the catalogue, but made by no machine"):
-                self.assertEqual(sorted(map(str, set(told) - set(found[tree]) - UNSEEN)), [])
-            for fact in set(told) & set(found[tree]):
-                with self.subTest(tree=tree, fact=fact, kind=told[fact]):
-                    self.check_values(found[tree][fact], told[fact])
+                self.assertEqual(sorted(map(str, set(listed) - set(found[tree]) - UNSEEN)), [])
+            for fact in set(listed) & set(found[tree]):
+                with self.subTest(tree=tree, fact=fact, kind=listed[fact]):
+                    self.check_values(found[tree][fact], listed[fact])
 
     def check_values(self, values, kind):
         self.assertEqual([value for value in values if not re.fullmatch(VALUES[kind], value, re.S)], [])

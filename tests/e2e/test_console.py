@@ -64,15 +64,15 @@ class AboutTheProgram(ScanTestCase):
             self.assertEqual(self.ask(word), self.VERSION)
 
     def test_help_lists_every_option(self):
-        told = self.ask("--help")
+        text = self.ask("--help")
         for word in ("/help", "/?", "-h"):
-            self.assertEqual(self.ask(word), told)
+            self.assertEqual(self.ask(word), text)
         source = (options_of.ROOT / "src" / "driver" / "options.cpp").read_text()
         understood = {f"-{name}" for name in re.findall(r'is_option\(argument, "(\w+)"\)', source)}
         understood |= {f"-{name}:" for name in re.findall(r'option_value\(argument, "(\w+)"\)', source)}
         self.assertEqual(options_of.scanner_options(), understood | {"-h", "--help", "--version"})
         for word in re.findall(r'"([/-][a-z?-]+)"', source):
-            self.assertRegex(told, rf"[ ,]{re.escape(word)}[ ,.]")
+            self.assertRegex(text, rf"[ ,]{re.escape(word)}[ ,.]")
 
     def test_other_options_change_nothing(self):
         self.assertEqual(self.ask("/silent", "/log", "--version", "/debug"), self.VERSION)

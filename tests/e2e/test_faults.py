@@ -435,9 +435,9 @@ class Salvage(FaultTestCase):
         self.answer("SPPrintersDataType", damaged)
         container, messages = self.scan_faulty()
         self.assertEqual(messages, "")
-        told = facts(container)
-        self.assertEqual([(path, value) for path, value, _ in whole - told], [("/Snapshot/Peripherals/Printers/Printer", name)])
-        self.assertEqual([value for _, value, _ in told - whole], [name[:3] + "\ufffd" + name[4:]])
+        reported = facts(container)
+        self.assertEqual([(path, value) for path, value, _ in whole - reported], [("/Snapshot/Peripherals/Printers/Printer", name)])
+        self.assertEqual([value for _, value, _ in reported - whole], [name[:3] + "\ufffd" + name[4:]])
 
     def test_loses_nothing_to_a_log_line_before_the_list(self):
         whole = self.whole_facts()

@@ -116,14 +116,14 @@ class KilledScans(SaveTestCase):
 
     def kill_at_random(self, rounds, *arguments, **options):
         longest = max(self.duration(*arguments) for _ in range(3)) * 1.1
-        told = 0
+        reported = 0
         for _ in range(rounds):
             scan = self.start(*arguments, start_new_session=True, **options)
             time.sleep(random.uniform(0, longest))
             os.killpg(scan.pid, signal.SIGKILL)
-            told += ">>>" in scan.communicate(timeout=300)[0]
+            reported += ">>>" in scan.communicate(timeout=300)[0]
         inventories = self.kept()
-        self.assertGreaterEqual(len(inventories), 3 + told)
+        self.assertGreaterEqual(len(inventories), 3 + reported)
         self.verify(inventories)
         self.assertEqual([name for name in inventories if not is_whole(self.out / name)], [])
 

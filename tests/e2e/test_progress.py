@@ -83,8 +83,8 @@ class Progress(ProgressTestCase):
     def test_seconds_go_by_while_a_tool_is_silent(self):
         self.write_tool("system_profiler", f'[ "$4" != SPApplicationsDataType ] || sleep 2.5\n{REPLAY}')
         _, errors = self.scan_on(self.terminal())
-        told = re.findall(r"Applications, 18 of 21, (\d+) s", errors)
-        self.assertEqual(told[:3], ["0", "1", "2"])
+        seconds = re.findall(r"Applications, 18 of 21, (\d+) s", errors)
+        self.assertEqual(seconds[:3], ["0", "1", "2"])
 
     def test_a_narrow_terminal_is_not_littered(self):
         for columns in (30, 12, 2):

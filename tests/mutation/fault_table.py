@@ -2,7 +2,7 @@
 
     [src/collectors/printers.cpp] test_faults.OddOutputs
 
-    A fax whose switch says no is told as well.
+    A fax whose switch says no is written too.
     - if (find_value(item, "fax"))
     + if (is_yes(item, "fax"))
 
@@ -44,7 +44,7 @@ class Fault:
         pattern = r"[ \t]*\n[ \t]*".join(re.escape(line) for line in self.removed)
         found = list(re.finditer(pattern, text))
         if len(found) != 1:
-            raise TableError(f"{self.place}: stands {len(found)} times in {self.source}: {' / '.join(self.removed)}")
+            raise TableError(f"{self.place}: found {len(found)} times in {self.source}: {' / '.join(self.removed)}")
         return text[: found[0].start()] + "\n".join(self.added) + text[found[0].end() :]
 
 

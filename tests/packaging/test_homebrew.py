@@ -44,8 +44,8 @@ class Formula(unittest.TestCase):
         self.assertNotRegex(description, r"(?i)^(an?|the) |velkaro|\.$")
 
     def test_takes_all_that_the_build_needs(self):
-        told = (release.ROOT / "inv" / "CMakeLists.txt").read_text()
-        needed = set(re.findall(r"velkaro_needs\(\w+ [\w-]+ ([\w-]+)\)", told))
+        lists = (release.ROOT / "inv" / "CMakeLists.txt").read_text()
+        needed = set(re.findall(r"velkaro_needs\(\w+ [\w-]+ ([\w-]+)\)", lists))
         self.assertEqual(needed | {"cmake", "python", "zlib"}, set(re.findall(r'(?:depends_on|uses_from_macos) "([\w-]+)"', self.text)))
 
     @unittest.skipUnless(shutil.which("ruby"), "ruby is not installed")

@@ -56,9 +56,9 @@ class MacTestCase(unittest.TestCase):
 
 class Steps(MacTestCase):
     def test_build_makes_both_programs_for_both_kinds_of_mac(self):
-        told = self.run_step("build", "--dry-run")
+        output = self.run_step("build", "--dry-run")
         self.assertEqual(self.commands(), [])
-        lines = [line[2:] for line in told.replace(str(self.out), "OUT").replace(str(release.ROOT), "ROOT").splitlines() if line.startswith("+ ")]
+        lines = [line[2:] for line in output.replace(str(self.out), "OUT").replace(str(release.ROOT), "ROOT").splitlines() if line.startswith("+ ")]
         after_sodium = lines[lines.index("env ZERO_AR_DATE=1 cmake --preset release-universal -S ROOT -DVELKARO_INV=ON "
                                          "-DSODIUM_INCLUDE_DIR=OUT/libsodium/include -DSODIUM_LIBRARY=OUT/libsodium/libsodium.a"):]
         self.assertEqual(after_sodium[1:], [
@@ -79,12 +79,12 @@ class Steps(MacTestCase):
         self.record(self.folder / "tools" / "tar", 'mkdir "$4/libsodium-1.0.20"; echo "#!/bin/sh" >"$4/libsodium-1.0.20/configure"\n'
                                                    'chmod +x "$4/libsodium-1.0.20/configure"')
         self.record(self.folder / "tools" / "make", 'mkdir -p "$2/installed/include"')
-        told = self.run_step("release")
+        output = self.run_step("release")
         self.assertEqual([command[0] for command in self.commands()], (
             "curl shasum tar make make lipo cmake cmake cmake install lipo otool lipo otool "
             "codesign codesign codesign codesign pkgbuild productbuild").split())
         self.assertTrue((self.out / "libsodium" / "include").is_dir())
-        self.assertTrue(told.endswith("not notarised: VELKARO_NOTARY_KEY names no key\n"))
+        self.assertTrue(output.endswith("not notarised: VELKARO_NOTARY_KEY names no key\n"))
 
     def loading(self, *libraries):
         lines = "".join(f"\t{library} (compatibility version 1.0.0, current version 2.0.0)\n" for library in libraries)
@@ -139,7 +139,7 @@ class Steps(MacTestCase):
             "--sign", SECRETS["VELKARO_SIGN_INSTALLER"], "--timestamp", f"OUT/velkaro-scanner-{release.VERSION}.pkg"
         ])
 
-    def test_the_installer_is_told_of_both_kinds_of_mac_and_the_oldest_system(self):
+    def test_the_installer_knows_both_kinds_of_mac_and_the_oldest_system(self):
         self.run_step("package")
         page = ElementTree.parse(self.out / "parts" / "distribution.xml").getroot()
         self.assertEqual(page.find("options").get("hostArchitectures"), "x86_64,arm64")
@@ -167,8 +167,8 @@ class Steps(MacTestCase):
         self.assertEqual(self.commands(), [])
 
     def test_a_release_takes_the_steps_in_order(self):
-        told = self.run_step("release", "--dry-run", **SECRETS)
-        order = [told.index(part) for part in ("+ curl", "+ cmake --install", "+ codesign", "+ pkgbuild", "+ productbuild", "+ xcrun")]
+        output = self.run_step("release", "--dry-run", **SECRETS)
+        order = [output.index(part) for part in ("+ curl", "+ cmake --install", "+ codesign", "+ pkgbuild", "+ productbuild", "+ xcrun")]
         self.assertEqual(order, sorted(order))
         self.assertEqual(self.commands(), [])
         self.assertFalse(self.out.exists())
@@ -178,9 +178,9 @@ class Steps(MacTestCase):
         self.run_step("release", expected=22)
         self.assertEqual(self.commands(), [])
 
-    def test_what_is_told_can_be_given_to_a_shell(self):
-        told = self.run_step("sign", "--dry-run", VELKARO_SIGN_APPLICATION="Some'one (T)")
-        self.assertIn("--sign 'Some'\\''one (T)' --identifier", told)
+    def test_what_is_printed_can_be_given_to_a_shell(self):
+        output = self.run_step("sign", "--dry-run", VELKARO_SIGN_APPLICATION="Some'one (T)")
+        self.assertIn("--sign 'Some'\\''one (T)' --identifier", output)
 
     def test_each_step_says_how_it_is_used(self):
         for step in ("build", "libsodium", "sign", "package", "notarize", "release"):
@@ -215,8 +215,8 @@ class Uninstall(MacTestCase):
         self.assertEqual(self.commands()[-1], ["pkgutil", "--forget", "com.velkaro.scanner"])
 
     def test_only_says_what_it_would_remove_when_asked_to(self):
-        told = self.uninstall("--dry-run").stdout
-        self.assertIn(f"+ rm -f {self.out}/{self.FILES[1]}\n", told)
+        output = self.uninstall("--dry-run").stdout
+        self.assertIn(f"+ rm -f {self.out}/{self.FILES[1]}\n", output)
         self.assertEqual(release.files_below(self.out), {"bin/other", *self.FILES})
         self.assertNotIn(["pkgutil", "--forget", "com.velkaro.scanner"], self.commands())
 

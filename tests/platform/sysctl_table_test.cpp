@@ -31,7 +31,7 @@ class Kernel {
   void start_meanwhile(int32_t processes) { started_meanwhile_ = processes; }
   void refuse_size(int error) { size_error_ = error; }
   void refuse_copy(int error) { copy_error_ = error; }
-  void tell_size(size_t size) { told_size_ = size; }
+  void report_size(size_t size) { reported_size_ = size; }
   void copy_what_fits() { copies_what_fits_ = true; }
   void tell_what_it_wanted_to_copy() { tells_wanted_ = true; }
 
@@ -49,7 +49,7 @@ class Kernel {
   int ask(size_t* size) {
     ++sizes_asked_;
     if (size_error_) return fail(size_error_);
-    *size = told_size_ ? told_size_ : static_cast<size_t>(processes_ + 5) * sizeof(KernelRecord);
+    *size = reported_size_ ? reported_size_ : static_cast<size_t>(processes_ + 5) * sizeof(KernelRecord);
     processes_ += started_meanwhile_;
     return 0;
   }
@@ -70,7 +70,7 @@ class Kernel {
   int32_t started_meanwhile_ = 0;
   int size_error_ = 0;
   int copy_error_ = 0;
-  size_t told_size_ = 0;
+  size_t reported_size_ = 0;
   bool copies_what_fits_ = false;
   bool tells_wanted_ = false;
   size_t sizes_asked_ = 0;
@@ -155,7 +155,7 @@ TEST(SysctlTable, IsUnavailableWhenTheKernelRefuses) {
 
 TEST(SysctlTable, IsUnavailableWithoutTheMemoryForIt) {
   Kernel kernel(3);
-  kernel.tell_size(size_t{1} << 62);
+  kernel.report_size(size_t{1} << 62);
   EXPECT_EQ(kernel.read().status, ProcessTableStatus::unavailable);
 }
 

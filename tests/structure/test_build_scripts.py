@@ -142,9 +142,9 @@ class Presets(unittest.TestCase):
                 "file(WRITE ${CMAKE_BINARY_DIR}/test.cpp [[#include <gmock/gmock.h>\nTEST(A, B) { EXPECT_THAT(1, testing::Gt(0)); }]])\n"
                 "add_executable(tests ${CMAKE_BINARY_DIR}/test.cpp)\ntarget_link_libraries(tests GTest::gtest_main GTest::gmock)\n")
             # This machine's copy of what would be fetched: nothing goes over the network.
-            told = subprocess.run(["cmake", "-B", folder, "-S", folder, "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON", "-DFETCHCONTENT_FULLY_DISCONNECTED=ON",
+            result = subprocess.run(["cmake", "-B", folder, "-S", folder, "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON", "-DFETCHCONTENT_FULLY_DISCONNECTED=ON",
                                    "-DFETCHCONTENT_SOURCE_DIR_GOOGLETEST=/usr/src/googletest"], check=True, capture_output=True, text=True)
-            self.assertIn("GoogleTest is not installed here, and is fetched", told.stdout)
+            self.assertIn("GoogleTest is not installed here, and is fetched", result.stdout)
             targets = subprocess.run(["cmake", "--build", folder, "--target", "help"], check=True, capture_output=True, text=True)
             self.assertLessEqual({"tests", "gtest_main", "gmock"}, set(targets.stdout.split()))
 

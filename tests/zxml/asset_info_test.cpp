@@ -193,7 +193,7 @@ TEST(AssetInfo, NumbersDisksByTheirPositionAmongAllPartitions) {
   InventoryTree snapshot = empty_snapshot();
   add_partition(snapshot, kFirst, "Macintosh HD", "1000", 37);
   snapshot.set_attribute((std::string(kFirst) + "/mount-point").c_str(), text_value("/"));
-  snapshot.set_tag_value(kSecond, text_value("No free space told"));
+  snapshot.set_tag_value(kSecond, text_value("No free space"));
   add_partition(snapshot, kThird, "Data", "2000", 0);
   snapshot.set_attribute((std::string(kThird) + "/mount-point").c_str(), text_value("/Volumes/Data"));
   EXPECT_EQ(disks_of(snapshot),

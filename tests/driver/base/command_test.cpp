@@ -189,7 +189,7 @@ TEST(RunCommand, LeavesTheOtherVariablesAsTheyAre) {
 }
 
 // What env prints of PATH: its line, or nothing.
-std::string told_path() {
+std::string path_of_env() {
   uint32_t length = 7;
   const Text output = run_in_own_environment("env", &length, 300);
   if (!output || length == 0) return "env was not found";
@@ -202,21 +202,21 @@ TEST(RunInOwnEnvironment, ShowsTheCallersPath) {
   for (const char* path : {"/nowhere", "/nowhere:", "/it's \"mine\" $HOME", "/usr/sbin:/sbin", ":",
                            "/sbin:/usr/sbin:/bin:/usr/bin", "/bin:/usr/bin:/bin"}) {
     const Variable variable("PATH", path);
-    EXPECT_EQ(told_path(), std::string("PATH=") + path);
+    EXPECT_EQ(path_of_env(), std::string("PATH=") + path);
   }
 }
 
 TEST(RunInOwnEnvironment, ShowsNoPathToACallerWithoutOne) {
   const Variable variable("PATH", nullptr);
-  EXPECT_EQ(told_path(), "");
+  EXPECT_EQ(path_of_env(), "");
 }
 
 TEST(RunInOwnEnvironment, TakesTheToolThatTheCallerHas) {
   const FakeTools tools;
   tools.write("env", "echo PATH=mine");
-  EXPECT_EQ(told_path(), "PATH=mine");
+  EXPECT_EQ(path_of_env(), "PATH=mine");
   const Variable variable("PATH", tools.file("").c_str());
-  EXPECT_EQ(told_path(), "PATH=mine");
+  EXPECT_EQ(path_of_env(), "PATH=mine");
 }
 
 using std::chrono::milliseconds;
