@@ -7,7 +7,7 @@ namespace {
 
 // Writes `text` to `converted` with line ends turned into carriage returns and returns the number of bytes
 // written. `offset` is where the original layout would have put the next piece of text. A piece that does not
-// join the text written so far was hidden behind that text's terminator, and so is lost; the last piece
+// join the text written so far was hidden after that text's terminator, and so is lost; the last piece
 // always joins.
 size_t convert_line_ends(const char* text, char* converted) {
   size_t length = 0;

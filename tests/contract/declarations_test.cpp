@@ -76,9 +76,7 @@ static_assert(kIsSame<decltype(CFArrayGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFCalendarGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFDataGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFDateGetTypeID), TypeIDFunction> &&
-              kIsSame<decltype(CFDateFormatterGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFDictionaryGetTypeID), TypeIDFunction> &&
-              kIsSame<decltype(CFLocaleGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFNumberGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFStringGetTypeID), TypeIDFunction> &&
               kIsSame<decltype(CFTimeZoneGetTypeID), TypeIDFunction>);
@@ -125,7 +123,6 @@ static_assert(
 static_assert(kIsSame<decltype(CFBooleanGetValue), Boolean(CFBooleanRef)>);
 static_assert(kIsSame<decltype(CFNumberCreate), CFNumberRef(CFAllocatorRef, CFNumberType, const void*)>);
 static_assert(kIsSame<decltype(CFNumberGetType), CFNumberType(CFNumberRef)>);
-static_assert(kIsSame<decltype(CFNumberGetByteSize), CFIndex(CFNumberRef)>);
 static_assert(kIsSame<decltype(CFNumberIsFloatType), Boolean(CFNumberRef)>);
 static_assert(kIsSame<decltype(CFNumberGetValue), Boolean(CFNumberRef, CFNumberType, void*)>);
 

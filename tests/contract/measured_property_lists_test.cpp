@@ -1,4 +1,4 @@
-// Against what Apple's library was measured to make of some 250 lists, where those measurements stand beside
+// Compares with how Apple's library was measured to read some 250 lists, where those measurements are next to
 // the project.
 #include <gtest/gtest.h>
 

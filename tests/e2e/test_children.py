@@ -78,7 +78,7 @@ class Children(scans.ScanTestCase):
         for start in starts:
             self.assertTrue(start.startswith("vfork(") or "CLONE_VM|CLONE_VFORK" in start, start)
 
-    def test_children_inherit_the_standard_streams_alone(self):
+    def test_children_inherit_only_the_standard_streams(self):
         log = self.folder / "descriptors"
         # What lists the descriptors opens one to do so.
         lister = f"import os; names = os.listdir('/proc/self/fd'); print(*sorted(names), file=open('{log}', 'a'))"

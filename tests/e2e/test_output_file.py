@@ -136,14 +136,14 @@ class KilledScans(SaveTestCase):
         inventories = self.kept()
         return inventories, [self.out / name for name in self.files() if name not in inventories]
 
-    def test_leave_whole_inventories_alone(self):
+    def test_leave_only_whole_inventories(self):
         self.kill_at_random(6 * ROUNDS)
 
-    def test_leave_whole_inventories_alone_of_debug_runs(self):
+    def test_leave_only_whole_inventories_of_debug_runs(self):
         self.kill_at_random(20 * ROUNDS, "/debug")
 
     @unittest.skipUnless(available(), "this system cannot refuse a system call")
-    def test_leave_whole_inventories_alone_without_hard_links(self):
+    def test_leave_only_whole_inventories_without_hard_links(self):
         self.kill_at_random(10 * ROUNDS, "/debug", preexec_fn=fates(**NO_LINKS))
 
     @unittest.skipUnless(available(), "this system cannot kill at a system call")
@@ -209,7 +209,7 @@ class NamesThatAreTaken(SaveTestCase):
 
 
 class Permissions(SaveTestCase):
-    def test_are_the_owners_alone(self):
+    def test_are_only_the_owners(self):
         for mask in (0, 0o022, 0o077):
             with self.subTest(mask=oct(mask)):
                 name = self.reported(self.start(preexec_fn=lambda: os.umask(mask)))

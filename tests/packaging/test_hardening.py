@@ -37,7 +37,7 @@ class Hardening(unittest.TestCase):
         for program in self.each_program():
             self.assertIn("__stack_chk_fail", readelf("--dyn-syms", program))
 
-    def test_notice_a_call_that_would_write_behind_a_buffer(self):
+    def test_notice_a_call_that_would_write_past_a_buffer(self):
         for program in self.each_program():
             self.assertRegex(readelf("--dyn-syms", program), r"__v?f?s?n?printf_chk|__mem\w+_chk|__fread_chk")
 

@@ -38,8 +38,6 @@ int32_t length_of(const Utf16& text) { return static_cast<int32_t>(text.size());
 
 CFDateFormatterObject::~CFDateFormatterObject() { udat_close(formatter); }
 
-CFTypeID CFDateFormatterGetTypeID() { return static_cast<CFTypeID>(cf::Kind::date_formatter); }
-
 CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale, CFDateFormatterStyle,
                                          CFDateFormatterStyle) {
   const CFRef<CFLocaleRef> current(locale ? nullptr : CFLocaleCopyCurrent());

@@ -22,8 +22,6 @@ std::string_view environment_locale() {
 
 }  // namespace
 
-CFTypeID CFLocaleGetTypeID() { return static_cast<CFTypeID>(cf::Kind::locale); }
-
 CFLocaleRef CFLocaleCopyCurrent() {
   const std::string_view name = environment_locale();
   const bool is_plain = name == "C" || name == "POSIX";

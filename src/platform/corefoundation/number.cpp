@@ -125,11 +125,6 @@ CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value)
 
 CFNumberType CFNumberGetType(CFNumberRef number) { return static_cast<CFNumberType>(number->type); }
 
-CFIndex CFNumberGetByteSize(CFNumberRef number) {
-  constexpr CFIndex kSizes[] = {1, 2, 4, 8, 4, 8};
-  return kSizes[number->type - 1];
-}
-
 Boolean CFNumberIsFloatType(CFNumberRef number) { return number->is_real(); }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {

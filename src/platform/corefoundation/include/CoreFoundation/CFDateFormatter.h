@@ -10,7 +10,6 @@ typedef enum CFDateFormatterStyle : CFIndex { kCFDateFormatterNoStyle = 0 } CFDa
 
 extern "C" {
 
-CFTypeID CFDateFormatterGetTypeID(void);
 // Formats in the zone that TZ names, else (also where nobody knows that zone) in the system's. A null locale
 // is the current one.
 CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef allocator, CFLocaleRef locale,

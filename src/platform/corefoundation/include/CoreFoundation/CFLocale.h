@@ -7,7 +7,6 @@ typedef CFStringRef CFLocaleIdentifier;
 
 extern "C" {
 
-CFTypeID CFLocaleGetTypeID(void);
 // The user's locale: what LC_ALL, LC_TIME or LANG names, the first that is set; "C", "POSIX" and nothing are
 // en_US_POSIX.
 CFLocaleRef CFLocaleCopyCurrent(void);

@@ -38,7 +38,6 @@ CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const vo
 // One of the types 1 to 6: the sized type of what the number was created from. Of a property list, zero is 3,
 // the other integers are 4, and the reals 6. (On a Mac without tagged pointers, -1 to 12 are 3 as well.)
 CFNumberType CFNumberGetType(CFNumberRef number);
-CFIndex CFNumberGetByteSize(CFNumberRef number);
 Boolean CFNumberIsFloatType(CFNumberRef number);
 // False when the value does not fit exactly; *value is then the nearest that the conversion gives. An integer
 // from 2^63 up to 2^64 - 1 reads as its 64 bits, with true.
