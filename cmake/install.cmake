@@ -1,4 +1,4 @@
-# What is installed, in three parts: the scanner, the reader, and the pages about both.
+# What is installed, in four parts: the scanner, the reader, what brings the files of many Macs together, and the pages about all of it.
 include(GNUInstallDirs)
 
 # A program with its manual page and its completions, where each shell looks for them.
@@ -16,6 +16,12 @@ velkaro_install_program(velkaro-scanner scanner)
 if(TARGET inv)
   velkaro_install_program(inv reader)
 endif()
+
+# What has no ending is a program.
+set(fleet ${CMAKE_INSTALL_DATADIR}/velkaro-scanner)
+install(DIRECTORY fleet DESTINATION ${fleet} COMPONENT fleet FILES_MATCHING REGEX "/[^/]*[.][^/]*$")
+install(DIRECTORY fleet DESTINATION ${fleet} COMPONENT fleet
+  FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE FILES_MATCHING REGEX "/[^/.]+$")
 
 # For who runs the programs and reads their files. How they are built and released is for who has the sources.
 install(FILES README.md SECURITY.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)

@@ -19,7 +19,7 @@ set(CPACK_PACKAGE_DESCRIPTION
 shows such files, checks them, compares two of them, redacts them, and exports
 them as JSON, CSV, HTML or an SQLite database.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_COMPONENTS_ALL reader documentation)
+set(CPACK_COMPONENTS_ALL reader fleet documentation)
 set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
 set(CPACK_STRIP_FILES TRUE)
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/packaging/linux/each.cmake)

@@ -17,6 +17,7 @@ sys.path.insert(0, str(ROOT / "tests" / "e2e"))
 FOR_DEVELOPERS = {"architecture.md", "porting.md", "releasing.md"}
 PAGES = {f"docs/{path.name}" for path in (ROOT / "docs").glob("*.md") if path.name not in FOR_DEVELOPERS}
 DOCUMENTATION = {f"share/doc/velkaro-scanner/{page}" for page in {"README.md", "SECURITY.md", "CHANGELOG.md"} | PAGES}
+FLEET = {f"share/velkaro-scanner/fleet/{path.relative_to(ROOT / 'fleet').as_posix()}" for path in (ROOT / "fleet").rglob("*") if path.is_file()}
 
 needed = unittest.skipUnless(all(program.exists() for program in PROGRAMS), "the preset release is not built")
 

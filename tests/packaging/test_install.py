@@ -18,7 +18,12 @@ def of_program(name):
     }
 
 
-COMPONENTS = {"scanner": of_program("velkaro-scanner"), "reader": of_program("inv"), "documentation": release.DOCUMENTATION}
+COMPONENTS = {
+    "scanner": of_program("velkaro-scanner"),
+    "reader": of_program("inv"),
+    "fleet": release.FLEET,
+    "documentation": release.DOCUMENTATION,
+}
 
 
 @release.needed
@@ -62,6 +67,13 @@ class Install(unittest.TestCase):
         for name in ("inv", "velkaro-scanner"):
             first = release.output_of(self.folder / "bin" / name, "--version").splitlines()[0]
             self.assertEqual(first, f"{name} {release.VERSION}")
+
+    def test_of_the_files_for_fleets_the_programs_can_be_started_and_no_others(self):
+        self.install("--component", "fleet", "--prefix", self.folder)
+        for name in release.FLEET:
+            path = self.folder / name
+            script = path.read_bytes().startswith(b"#!")
+            self.assertEqual(path.stat().st_mode & 0o777, 0o755 if script else 0o644, name)
 
     def test_uninstall_removes_what_was_installed_and_nothing_else(self):
         for component in COMPONENTS:

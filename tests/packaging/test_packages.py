@@ -26,6 +26,7 @@ def packed(name):
     """The files of each package, and how its kind of system wants them otherwise."""
     files = {
         *release.DOCUMENTATION,
+        *release.FLEET,
         "bin/inv",
         "share/man/man1/inv.1",
         "share/bash-completion/completions/inv",
@@ -70,8 +71,11 @@ class Packages(unittest.TestCase):
 
     def test_take_no_folder_that_belongs_to_others(self):
         folders = output_of("rpm", "-qp", "--qf", "[%{FILEMODES:perms} %{FILENAMES}\n]", self.rpm).splitlines()
-        own = [line.split(" ")[1] for line in folders if line.startswith("d")]
-        self.assertEqual(own, ["/usr/share/doc/velkaro-scanner", "/usr/share/doc/velkaro-scanner/docs"])
+        own = {line.split(" ")[1] for line in folders if line.startswith("d")}
+        pages, fleet = (f"/usr/share/{name}velkaro-scanner" for name in ("doc/", ""))
+        below = {folder for folder in own if folder.startswith(f"{fleet}/fleet")}
+        self.assertEqual(own - below, {pages, f"{pages}/docs", fleet})
+        self.assertIn(f"{fleet}/fleet/scripts", below)
 
     def test_belong_to_root_and_nobody_else_may_write_them(self):
         for listing in (output_of("dpkg-deb", "-c", self.deb), output_of("tar", "tvzf", self.tgz)):
