@@ -3,7 +3,7 @@
 
 # What building and running the programs takes, and what the tests take beyond that (Debian's package names).
 build_packages="cmake g++ make zlib1g-dev libicu-dev libcli11-dev nlohmann-json3-dev libsqlite3-dev libsodium-dev procps python3"
-test_packages="git clang clang-format clang-tidy libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 jq strace valgrind zsh fish mandoc openssh-client dpkg-dev fakeroot lintian rpm shellcheck ansible-core rsync"
+test_packages="git clang clang-format clang-tidy libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 jq strace valgrind zsh fish mandoc openssh-client dpkg-dev fakeroot lintian rpm shellcheck ansible-core rsync postgresql"
 bench_packages="libbenchmark-dev libexpat1-dev util-linux"
 
 # install_packages NAME...: installs those that are missing, and says nothing when there are none.

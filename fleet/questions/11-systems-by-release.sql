@@ -1,0 +1,5 @@
+-- On how many Macs each release of the system is.
+SELECT macs.release_name AS release_name, count(*) AS machines
+FROM latest JOIN macs ON macs.scan_id = latest.scan_id
+GROUP BY macs.release_name
+ORDER BY machines DESC, release_name;

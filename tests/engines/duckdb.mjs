@@ -1,0 +1,13 @@
+// Runs statements in DuckDB, for tests/e2e/test_fleet_engines.py: in an own folder, over a database of its own.
+// usage: node duckdb.mjs FOLDER <{"run": [SQL...], "ask": {NAME: SQL}}; prints {NAME: [[value, ...], ...]}
+import { readFileSync } from "node:fs";
+import { chdir } from "node:process";
+import { DuckDBInstance } from "@duckdb/node-api";
+
+const task = JSON.parse(readFileSync(0, "utf8"));
+chdir(process.argv[2]);
+const database = await (await DuckDBInstance.create("fleet.duckdb", { threads: "1" })).connect();
+for (const sql of task.run) await database.run(sql);
+const answers = {};
+for (const [name, sql] of Object.entries(task.ask)) answers[name] = (await database.runAndReadAll(sql)).getRowsJson();
+process.stdout.write(JSON.stringify(answers));
