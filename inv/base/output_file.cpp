@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <optional>
 
 namespace inv {
 namespace {
@@ -16,23 +17,54 @@ std::string resolve_links(const std::string& path) {
   return realpath(path.c_str(), resolved) ? resolved : path;
 }
 
-// A device, for example. (Or a folder, which then cannot be opened.)
-bool is_not_a_file(const std::string& path) {
+// What is known of what stands at a path, or is open there; none when there is nothing.
+std::optional<struct stat> status_of(const std::string& path, int standard_stream) {
   struct stat status;
-  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+  const bool known = (path == "-" ? fstat(standard_stream, &status) : stat(path.c_str(), &status)) == 0;
+  return known ? std::make_optional(status) : std::nullopt;
+}
+
+// A new file tells whose machine it is of, so it is its owner's alone; a file that is replaced keeps its
+// mode.
+mode_t mode_for(const std::optional<struct stat>& replaced) {
+  constexpr mode_t kPermissions = 0777;
+  return replaced ? replaced->st_mode & kPermissions : S_IRUSR | S_IWUSR;
+}
+
+// A new file beside the target, under a name that nobody can have prepared a link at; the path is filled in.
+std::FILE* open_beside(std::string& path, mode_t mode) {
+  constexpr char kSuffix[] = ".part";
+  path += std::string(".XXXXXX") + kSuffix;
+  const int descriptor = mkstemps(path.data(), sizeof kSuffix - 1);
+  if (descriptor < 0) return nullptr;
+  std::FILE* stream = fchmod(descriptor, mode) == 0 ? fdopen(descriptor, "wb") : nullptr;
+  if (stream) return stream;
+  const int reason = errno;
+  close(descriptor);
+  std::remove(path.c_str());
+  errno = reason;
+  return nullptr;
 }
 
 }  // namespace
 
+bool is_same_file(const std::string& output, const std::string& input) {
+  const std::optional<struct stat> one = status_of(output, STDOUT_FILENO);
+  const std::optional<struct stat> other = status_of(input, STDIN_FILENO);
+  return one && other && S_ISREG(one->st_mode) && one->st_dev == other->st_dev &&
+         one->st_ino == other->st_ino;
+}
+
 OutputFile::OutputFile(const std::string& path) : path_(path) {
+  const std::optional<struct stat> there = status_of(path, STDOUT_FILENO);
   if (path == "-") {
     stream_ = stdout;
-  } else if (is_not_a_file(path)) {
+  } else if (there && !S_ISREG(there->st_mode)) {
+    // A device, for example. (Or a folder, which then cannot be opened.)
     stream_ = std::fopen(path.c_str(), "wb");
   } else {
-    path_ = resolve_links(path);
-    temporary_path_ = path_ + "." + std::to_string(getpid()) + ".part";
-    stream_ = std::fopen(temporary_path_.c_str(), "wb");
+    path_ = temporary_path_ = resolve_links(path);
+    stream_ = open_beside(temporary_path_, mode_for(there));
   }
 }
 

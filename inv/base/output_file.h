@@ -7,9 +7,10 @@
 
 namespace inv {
 
-// Writes beside its target and takes its place at the end; what is not committed is removed. A link stays and
-// the file that it leads to is replaced. "-" is standard output. Anything else, such as a device or a pipe,
-// is written to directly.
+// Writes beside its target, under a name that nobody can foresee, and takes its place at the end; what is not
+// committed is removed. A new file can be read by its owner only, one that is replaced keeps its mode. A link
+// stays and the file that it leads to is replaced. "-" is standard output. Anything else, such as a device or
+// a pipe, is written to directly.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path);
@@ -28,6 +29,10 @@ class OutputFile {
   std::string temporary_path_;  // empty when the target itself is written to
   std::FILE* stream_;
 };
+
+// Whether an output would replace an input: the same regular file, whatever paths or links lead to it; "-" is
+// standard output and standard input.
+bool is_same_file(const std::string& output, const std::string& input);
 
 // Writes a whole file this way. False, with the reason in errno, when it could not be written.
 [[nodiscard]] bool write_file(const std::string& path, std::string_view content);

@@ -30,9 +30,11 @@ bool in_ranges(uint32_t code, const CodeRange (&ranges)[count]) {
   return false;
 }
 
-// Control characters; marks and overrides of the writing direction; line and paragraph separators.
-constexpr CodeRange kUnprintable[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200E, 0x200F}, {0x2028, 0x202E},
-                                      {0x2066, 0x2069}, {0xFEFF, 0xFEFF}, {0x061C, 0x061C}};
+// Control characters; what has no width; marks and overrides of the writing direction; line and paragraph
+// separators; marks of annotations; tags.
+constexpr CodeRange kUnprintable[] = {{0x00, 0x1F},     {0x7F, 0x9F},      {0x061C, 0x061C}, {0x180E, 0x180E},
+                                      {0x200B, 0x200F}, {0x2028, 0x202E},  {0x2060, 0x206F}, {0xFEFF, 0xFEFF},
+                                      {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}};
 constexpr CodeRange kNoColumn[] = {{0x300, 0x36F}, {0x200B, 0x200D}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}};
 constexpr CodeRange kTwoColumns[] = {{0x1100, 0x115F}, {0x2E80, 0xA4CF},   {0xAC00, 0xD7A3},
                                      {0xF900, 0xFAFF}, {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
@@ -61,6 +63,16 @@ std::string printable(std::string_view text) {
     }
   });
   return converted;
+}
+
+std::string printable_lines(std::string_view text) {
+  std::string lines;
+  for (size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    const bool has_return = end > 0 && text[end - 1] == '\r';
+    lines.append(printable(text.substr(0, end - (has_return ? 1 : 0)))).append("\n");
+    text.remove_prefix(end + 1);
+  }
+  return lines.append(printable(text));
 }
 
 size_t columns(std::string_view text) {

@@ -14,9 +14,12 @@ bool is_utf8(std::string_view text);
 // The same text with each broken sequence replaced by one U+FFFD, as in plist/utf8.h.
 std::string to_utf8(std::string_view text);
 
-// For a terminal: valid UTF-8 without anything that would move the cursor, change colours or turn the writing
-// direction. Such characters become U+FFFD; a carriage return, which means a line end, becomes U+21B5.
+// For a terminal: valid UTF-8 without anything that would move the cursor, change colours, turn the writing
+// direction or not be seen at all. Such characters become U+FFFD; a carriage return, which means a line end,
+// becomes U+21B5.
 std::string printable(std::string_view text);
+// The same for a text of lines, whose ends stay line feeds.
+std::string printable_lines(std::string_view text);
 
 // How many columns of a terminal a valid text takes: none for a combining accent, two for wide East Asian
 // characters and pictures.

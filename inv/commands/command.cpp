@@ -82,6 +82,18 @@ std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t ma
   return inventory;
 }
 
+void add_force(CLI::App& command, bool& force) {
+  command.add_flag("--force", force, "Let the output replace an input");
+}
+
+bool is_over_input(const std::string& output, const std::vector<std::string>& inputs, bool force) {
+  const bool is_over = !force && std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
+    return !input.empty() && is_same_file(output, input);
+  });
+  if (is_over) complain(output, "is an input as well; --force replaces it");
+  return is_over;
+}
+
 int complain_of_output(const std::string& path) {
   complain(path == "-" ? "standard output" : path, std::strerror(errno));
   return kUnusable;

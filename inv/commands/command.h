@@ -37,6 +37,12 @@ void add_max_size(CLI::App& command, uint64_t& max_size);
 // an inventory at all; status kNo, unless it is already worse, when a part is damaged.
 std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t max_size, int& status);
 
+// The option --force, for every command that writes a file.
+void add_force(CLI::App& command, bool& force);
+// Whether a command must not write there, after a complaint: the output is one of the inputs, and there is no
+// --force. Empty inputs are none.
+bool is_over_input(const std::string& output, const std::vector<std::string>& inputs, bool force);
+
 // The worse of two statuses.
 inline int worse(int one, int other) { return one > other ? one : other; }
 

@@ -4,6 +4,7 @@
 
 #include "inv/base/output_file.h"
 #include "inv/commands/command.h"
+#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {
@@ -17,14 +18,20 @@ struct Options {
   std::vector<std::string> files;
   std::string output = "-";
   std::string format;
+  bool csv_safe = false;
+  bool force = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
 int run(const Options& options) {
+  if (is_over_input(options.output, options.files, options.force)) return kUnusable;
   OutputFile output(options.output);
   if (!output.stream()) return complain_of_output(options.output);
   int status = kDone;
-  Exporter exporter(kFormats.at(options.format), output.stream());
+  const bool for_terminal = options.output == "-" && output_terminal().interactive;
+  Exporter exporter(
+      {kFormats.at(options.format), options.csv_safe ? Formulas::disarmed : Formulas::kept, for_terminal},
+      output.stream());
   exporter.begin();
   for (const std::string& file : options.files) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
@@ -52,6 +59,9 @@ void add_export(CLI::App& app, int& status) {
            {"json", "ndjson", "csv", "zxml"});
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
+  command.add_flag("--csv-safe", options->csv_safe,
+                   "Put ' before CSV values that a spreadsheet would take for formulas");
+  add_force(command, options->force);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

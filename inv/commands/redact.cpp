@@ -12,6 +12,7 @@ struct Options {
   std::string output;
   KeyOptions key;
   bool drop_opaque = false;
+  bool force = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -28,6 +29,8 @@ std::string closing_line(const Redaction& redaction) {
 }
 
 int run(const Options& options) {
+  const std::vector<std::string> inputs = {options.file, options.key.key_file, options.key.salt_of};
+  if (is_over_input(options.output, inputs, options.force)) return kUnusable;
   int status = kDone;
   const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
   if (!inventory) return status;
@@ -62,6 +65,7 @@ void add_redact(CLI::App& app, int& status) {
       ->type_name("FILE");
   add_key_options(command, options->key);
   command.add_flag("--drop-opaque", options->drop_opaque, "Leave out sections that are not trees");
+  add_force(command, options->force);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -9,6 +9,7 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   bool compare = false;
+  bool force = false;
   std::string output = "-";
   uint64_t max_size = kUsualMaxSize;
 };
@@ -18,6 +19,7 @@ int run(const Options& options) {
     complain("report", options.compare ? "--compare takes two files, OLD and NEW" : "takes one file");
     return kUnusable;
   }
+  if (is_over_input(options.output, options.files, options.force)) return kUnusable;
   int status = kDone;
   std::vector<std::unique_ptr<Inventory>> inventories;
   for (const std::string& file : options.files) {
@@ -42,6 +44,7 @@ void add_report(CLI::App& app, int& status) {
   command.add_flag("--compare", options->compare, "Show what changed from OLD to NEW");
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
+  add_force(command, options->force);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -45,16 +45,18 @@ std::string with_open_list(const Json& object, const std::string& name) {
 }  // namespace
 
 void Exporter::write(std::string_view text) {
+  const std::string shown = options_.for_terminal ? printable_lines(text) : std::string();
+  if (options_.for_terminal) text = shown;
   good_ = good_ && std::fwrite(text.data(), 1, text.size(), stream_) == text.size();
 }
 
 void Exporter::begin() {
-  if (format_ == ExportFormat::json) write("[");
-  if (format_ == ExportFormat::csv) write(csv_columns());
+  if (options_.format == ExportFormat::json) write("[");
+  if (options_.format == ExportFormat::csv) write(csv_columns());
 }
 
 void Exporter::add(const Inventory& inventory) {
-  switch (format_) {
+  switch (options_.format) {
     case ExportFormat::json:
       add_json(inventory);
       break;
@@ -62,7 +64,7 @@ void Exporter::add(const Inventory& inventory) {
       add_rows(NdjsonRows(scan_of(inventory)), inventory);
       break;
     case ExportFormat::csv:
-      add_rows(CsvRows(scan_of(inventory)), inventory);
+      add_rows(CsvRows(scan_of(inventory), options_.formulas), inventory);
       break;
     case ExportFormat::zxml:
       add_zxml(inventory);
@@ -72,7 +74,7 @@ void Exporter::add(const Inventory& inventory) {
 }
 
 void Exporter::end() {
-  if (format_ == ExportFormat::json) write("\n]\n");
+  if (options_.format == ExportFormat::json) write("\n]\n");
   good_ = good_ && std::fflush(stream_) == 0;
 }
 

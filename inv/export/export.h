@@ -5,18 +5,25 @@
 #include <cstdio>
 #include <string>
 
+#include "inv/export/rows.h"
 #include "inv/file/inventory.h"
 
 namespace inv {
 
 enum class ExportFormat { json, ndjson, csv, zxml };
 
+struct ExportOptions {
+  ExportFormat format = ExportFormat::json;
+  Formulas formulas = Formulas::kept;  // in CSV
+  bool for_terminal = false;           // makes texts printable; see utf8.h
+};
+
 // Writes file after file to a stream: JSON as one array with an object for each file, an element a line;
 // NDJSON and CSV with a line for each fact; zxml as the texts of the trees, one after the other. Bytes that
 // are not UTF-8 become U+FFFD, but in zxml, which is the text itself.
 class Exporter {
  public:
-  Exporter(ExportFormat format, std::FILE* stream) : format_(format), stream_(stream) {}
+  Exporter(const ExportOptions& options, std::FILE* stream) : options_(options), stream_(stream) {}
 
   void begin();
   void add(const Inventory& inventory);
@@ -34,7 +41,7 @@ class Exporter {
   void add_zxml(const Inventory& inventory);
   void write(std::string_view text);
 
-  ExportFormat format_;
+  ExportOptions options_;
   std::FILE* stream_;
   size_t added_ = 0;
   bool good_ = true;

@@ -13,8 +13,12 @@ namespace inv {
 // The first line of CSV.
 std::string csv_columns();
 
-// A text as a field of CSV: in quotes where it has to be.
-void append_csv(std::string& csv, std::string_view text);
+// What a field of CSV does with a text that a spreadsheet would take for a formula: one that begins with "=",
+// "+", "-", "@", a tab or a carriage return, and is no number.
+enum class Formulas { kept, disarmed };
+
+// A text as a field of CSV: in quotes where it has to be, and with "'" before a formula that is disarmed.
+void append_csv(std::string& csv, std::string_view text, Formulas formulas = Formulas::kept);
 
 // A line for each fact of a scan.
 class NdjsonRows {
@@ -30,10 +34,13 @@ class NdjsonRows {
 
 class CsvRows {
  public:
-  explicit CsvRows(const Scan& scan);
+  CsvRows(const Scan& scan, Formulas formulas);
   void append(const Fact& fact, std::string& lines) const;
 
  private:
+  void append_next(std::string& csv, std::string_view text) const;
+
+  Formulas formulas_;
   std::string front_;
   std::string middle_;
 };

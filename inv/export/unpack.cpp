@@ -7,6 +7,7 @@
 #include <cctype>
 #include <cerrno>
 #include <cstring>
+#include <set>
 
 #include "inv/base/output_file.h"
 #include "inv/file/debug_output.h"
@@ -16,10 +17,23 @@ namespace {
 
 constexpr mode_t kFolderMode = 0777;  // less the umask
 
+constexpr std::string_view kWholeOutput = "full";
+
+// Some file systems, such as a Mac's, take names in another case for the same.
+std::string in_small_letters(std::string_view text) {
+  std::string small(text);
+  std::transform(small.begin(), small.end(), small.begin(),
+                 [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
+  return small;
+}
+
 void add_machine(const Inventory& inventory, const std::string& profiler_output,
                  std::vector<UnpackedFile>& files) {
-  files.push_back({"profiler/full.plist", profiler_output});
+  std::set<std::string> names = {std::string(kWholeOutput)};
+  files.push_back({"profiler/" + std::string(kWholeOutput) + ".plist", profiler_output});
   for (const DataType& type : split_profiler_output(profiler_output)) {
+    if (files.size() > kMostUnpackedFiles) break;
+    if (!names.insert(in_small_letters(type.name)).second) continue;
     files.push_back({"profiler/" + type.name + ".plist", output_of(type)});
   }
   files.push_back({"computer-name.txt", std::string(inventory.asset_top().text("int-name")) + "\n"});
@@ -31,9 +45,10 @@ std::string further_path(std::string_view command) {
   constexpr std::string_view kProfiler = "system_profiler -detailLevel full -xml ";
   const bool is_type = command.substr(0, kProfiler.size()) == kProfiler;
   const std::string name(is_type ? command.substr(kProfiler.size()) : command.substr(0, command.find(' ')));
-  const bool is_plain = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char character) {
-    return character < 128 && (std::isalnum(character) || character == '_');
-  });
+  const bool is_plain = !name.empty() && in_small_letters(name) != kWholeOutput &&
+                        std::all_of(name.begin(), name.end(), [](unsigned char character) {
+                          return character < 128 && (std::isalnum(character) || character == '_');
+                        });
   if (!is_plain) return "";
   return is_type ? "profiler/" + name + ".plist" : "tools/" + name + ".txt";
 }
@@ -49,7 +64,9 @@ void add_further(const std::string& section_name, const std::string& output,
   }
   // The profiler may have told the same in its own choice of data types.
   files.erase(std::remove_if(files.begin(), files.end(),
-                             [&path](const UnpackedFile& file) { return file.path == path; }),
+                             [path = in_small_letters(path)](const UnpackedFile& file) {
+                               return in_small_letters(file.path) == path;
+                             }),
               files.end());
   files.push_back({path, output.substr(std::min(line_end + 1, output.size()))});
 }
@@ -72,7 +89,7 @@ bool is_empty_folder(const std::string& path) {
 
 std::vector<UnpackedFile> unpack(const Inventory& inventory) {
   std::vector<UnpackedFile> files = {{"header.txt", inventory.container->header_text}};
-  for (size_t i = 0; i < inventory.contents.size(); ++i) {
+  for (size_t i = 0; i < inventory.contents.size() && files.size() <= kMostUnpackedFiles; ++i) {
     const Section& section = inventory.container->sections[i];
     const Content& content = inventory.contents[i];
     const std::string name = "section-" + std::to_string(section.number);
@@ -90,6 +107,10 @@ std::vector<UnpackedFile> unpack(const Inventory& inventory) {
 }
 
 bool write_folder(const std::string& folder, const std::vector<UnpackedFile>& files, std::string* error) {
+  if (files.size() > kMostUnpackedFiles) {
+    *error = "would hold more than " + std::to_string(kMostUnpackedFiles) + " files";
+    return false;
+  }
   if (!make_folder(folder)) {
     *error = std::string("cannot be created: ") + std::strerror(errno);
     return false;

@@ -28,10 +28,10 @@ _inv() {
         summary | load) words=$signed ;;
         show) words="--section --depth" ;;
         verify) words="-q --quiet --failures $signed" ;;
-        export) words="-f --format -o --output" ;;
+        export) words="-f --format -o --output --csv-safe --force" ;;
         diff) words="--all --json" ;;
-        report) words="--compare -o --output" ;;
-        redact) words="-o --output --key --key-file --salt-of --drop-opaque" ;;
+        report) words="--compare -o --output --force" ;;
+        redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;
         *) return ;;
         esac
         words+=" -h --help --color --max-size"

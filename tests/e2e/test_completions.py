@@ -101,7 +101,7 @@ class Bash(Completions, InventoryTestCase):
 
     def test_completes_what_was_begun(self):
         self.assertEqual(bash_offers("inv", "re"), {"report", "redact"})
-        self.assertEqual(bash_offers("inv", "export", "--f"), {"--format"})
+        self.assertEqual(bash_offers("inv", "export", "--fo"), {"--format", "--force"})
         self.assertEqual(bash_offers("velkaro-scanner", "-lo"), {"-log", "-login:"})
 
     def test_leaves_files_to_bash(self):

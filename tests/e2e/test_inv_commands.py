@@ -2,13 +2,15 @@
 
 import os
 import pty
+import re
+import shutil
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
 import options_of
-from inventories import FOLDER, INV, InventoryTestCase, debug_scanned, inv, scanned
+from inventories import FOLDER, INV, SIMULATOR, InventoryTestCase, debug_scanned, inv, scan, scanned
 
 IMAC = "imac-10.6"
 OTHER = "mac-pro-10.5"
@@ -170,6 +172,38 @@ class Commands(InventoryTestCase):
         self.check(2, "report", "-o", "", self.file)
         self.assertEqual(self.messages, "inv: : No such file or directory\n")
         self.assertEqual(list(FOLDER.glob("*.part")), [])
+
+    def test_no_output_replaces_an_input_unless_told_to(self):
+        source, other, folder = scanned(IMAC), scanned(OTHER), Path(tempfile.mkdtemp(dir=FOLDER))
+        file, link, twin = folder / "file.inv", folder / "link.inv", folder / "twin.inv"
+        for command in (["export", "-f", "json", other], ["report"], ["report", "--compare", other], ["redact"]):
+            for output in (file, link, twin):
+                for each in folder.iterdir():
+                    each.unlink()
+                file.write_bytes(source.read_bytes())
+                link.symlink_to(file)
+                os.link(file, twin)
+                with self.subTest(command=command, output=output.name):
+                    self.check(2, *command, file, "-o", output)
+                    self.assertEqual(self.messages, f"inv: {output}: is an input as well; --force replaces it\n")
+                    if len(command) == 1:
+                        with open(file, "rb") as stream:
+                            self.check(2, *command, "-", "-o", output, stdin=stream)
+                    self.assertEqual(file.read_bytes(), source.read_bytes())
+                    self.check(0, *command, file, "-o", output, "--force")
+                    self.assertNotEqual(output.read_bytes(), source.read_bytes())
+
+    def test_export_cannot_steer_the_terminal(self):
+        machine = FOLDER / "steering"
+        shutil.copytree(SIMULATOR / "machines" / IMAC, machine)
+        (machine / "computer-name.txt").write_bytes("a\x1b[2J\x07\u009b2J\u202e\u200b\U000e0041z\n".encode())
+        file = scan(machine)
+        for form in ("zxml", "csv", "ndjson", "json"):
+            with self.subTest(form=form):
+                output = on_terminal("export", "-f", form, file).decode()
+                self.assertIn("z", output)
+                self.assertEqual(re.findall("[^\n\r\x20-\x7e\xa0-\u200a\u2010-\u2027\u2030-\u205f\u2070-\U000dffff]", output), [])
+        self.assertIn("\u202e", self.check(0, "export", "-f", "zxml", file))
 
     def test_an_output_may_be_a_pipe(self):
         pipe, copy = FOLDER / "pipe", FOLDER / "copy"

@@ -270,6 +270,16 @@ class Redact(InventoryTestCase):
         self.assert_refused(2, "cannot be read", FOLDER / "absent.inv")
         self.assert_refused(2, "the file is shorter than a trailer", Path("/dev/null"))
 
+    def test_refuses_to_replace_what_it_reads(self):
+        self.redacted(scanned(IMAC), key=KEY, name="first.inv")
+        (FOLDER / "key").write_text(KEY)
+        for output, arguments in [(FOLDER / "key", ["--key-file", FOLDER / "key"]),
+                                  (FOLDER / "first.inv", ["--key", KEY, "--salt-of", FOLDER / "first.inv"])]:
+            before = output.read_bytes()
+            self.check(2, "redact", scanned(IMAC), "-o", output, *arguments)
+            self.assertIn(f"inv: {output}: is an input as well; --force replaces it\n", self.messages)
+            self.assertEqual(output.read_bytes(), before)
+
     def test_an_existing_file_stays_when_refused(self):
         out = FOLDER / "existing.inv"
         out.write_bytes(b"before")

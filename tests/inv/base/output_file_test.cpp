@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -26,6 +28,11 @@ class OutputFileTest : public testing::Test {
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
     return text.str();
+  }
+  static mode_t mode_of(const fs::path& file) {
+    struct stat status = {};
+    stat(file.c_str(), &status);
+    return status.st_mode & 07777;
   }
   std::ptrdiff_t files() const {
     return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
@@ -52,6 +59,92 @@ TEST_F(OutputFileTest, LeavesTheTargetAloneWhenNotCommitted) {
   }
   EXPECT_EQ(content(), "old");
   EXPECT_EQ(files(), 1);
+}
+
+// Writing fails behind the first bytes, as on a full disk.
+class FullDisk {
+ public:
+  FullDisk() : old_action_(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &old_limit_);
+    const rlimit limit = {16, old_limit_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &old_limit_);
+    signal(SIGXFSZ, old_action_);
+  }
+
+ private:
+  rlimit old_limit_ = {};
+  void (*old_action_)(int);
+};
+
+TEST_F(OutputFileTest, TellsThatNotAllWasWrittenAndLeavesTheTargetAlone) {
+  bool committed = true;
+  bool written = true;
+  {
+    const FullDisk full;
+    inv::OutputFile output(path);
+    std::fputs("more than sixteen bytes", output.stream());
+    committed = output.commit();
+    written = inv::write_file(path, std::string(1 << 20, 'x'));
+  }
+  EXPECT_FALSE(committed);
+  EXPECT_FALSE(written);
+  EXPECT_EQ(content(), "old");
+  EXPECT_EQ(files(), 1);
+}
+
+TEST_F(OutputFileTest, TellsThatADeviceIsFull) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no /dev/full";
+  EXPECT_FALSE(inv::write_file("/dev/full", "new"));
+}
+
+TEST_F(OutputFileTest, MakesAFileThatOnlyItsOwnerReads) {
+  const mode_t mask = umask(0);
+  EXPECT_TRUE(inv::write_file(folder / "new", "x"));
+  umask(mask);
+  EXPECT_EQ(mode_of(folder / "new"), 0600u);
+}
+
+TEST_F(OutputFileTest, KeepsTheModeOfTheFileItReplaces) {
+  const fs::path link = folder / "link";
+  fs::create_symlink("file", link);
+  chmod(path.c_str(), 0664);
+  EXPECT_TRUE(inv::write_file(link, "new"));
+  EXPECT_EQ(mode_of(path), 0664u);
+}
+
+TEST_F(OutputFileTest, WritesUnderANameThatIsAnotherEachTime) {
+  const auto name_beside = [&] {
+    for (const auto& entry : fs::directory_iterator(folder)) {
+      if (entry.path() != path) return entry.path().string();
+    }
+    return std::string();
+  };
+  std::string first;
+  {
+    const inv::OutputFile output(path);
+    first = name_beside();
+    EXPECT_EQ(mode_of(first) & 0077, mode_of(path) & 0077);
+  }
+  const inv::OutputFile output(path);
+  EXPECT_NE(first, "");
+  EXPECT_NE(name_beside(), first);
+}
+
+TEST_F(OutputFileTest, KnowsAFileByWhateverLeadsToIt) {
+  fs::create_symlink("file", folder / "link");
+  fs::create_hard_link(path, folder / "twin");
+  std::ofstream(folder / "other") << "old";
+  for (const char* name : {"file", "link", "twin", "../"}) {
+    const fs::path other =
+        std::string(name) == "../" ? folder / ".." / folder.filename() / "file" : folder / name;
+    EXPECT_TRUE(inv::is_same_file(other, path)) << name;
+  }
+  EXPECT_FALSE(inv::is_same_file(folder / "other", path));
+  EXPECT_FALSE(inv::is_same_file(folder / "absent", folder / "absent"));
+  EXPECT_FALSE(inv::is_same_file("/dev/null", "/dev/null"));
 }
 
 TEST_F(OutputFileTest, HasNoStreamWhereNoFileCanBeMade) {

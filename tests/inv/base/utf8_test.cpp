@@ -36,6 +36,18 @@ TEST(Utf8, PrintableDisarmsWhatATerminalWouldObey) {
   EXPECT_EQ(inv::printable("\xD7\xA9\xD7\x9C"), "\xD7\xA9\xD7\x9C");
 }
 
+TEST(Utf8, PrintableShowsWhatHasNoWidth) {
+  for (const char* unseen : {"\u200B", "\u200D", "\u2060", "\uFEFF", "\u180E", "\U000E0041", "\uFFF9"}) {
+    EXPECT_EQ(inv::printable(unseen), "\uFFFD") << unseen;
+  }
+}
+
+TEST(Utf8, PrintableLinesKeepTheirEnds) {
+  EXPECT_EQ(inv::printable_lines("a\x1B\nb\r\nc\rd\n\ne"), "a\uFFFD\nb\nc\u21B5d\n\ne");
+  EXPECT_EQ(inv::printable_lines(""), "");
+  EXPECT_EQ(inv::printable_lines("\r\n"), "\n");
+}
+
 TEST(Utf8, CountsColumnsNotBytes) {
   EXPECT_EQ(inv::columns("abc"), 3u);
   EXPECT_EQ(inv::columns("e\xCC\x81"), 1u);

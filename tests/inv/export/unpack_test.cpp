@@ -37,6 +37,30 @@ TEST(Unpack, MakesAMachineOfADebugFile) {
   EXPECT_EQ(files[4].content, "Office Mac\n");
 }
 
+std::string data_type(const std::string& name, const std::string& content = "") {
+  return "<dict><key>_dataType</key><string>" + name + "</string>" + content + "</dict>\n";
+}
+
+std::string profiler_output(const std::string& types) { return "<array>\n" + types + "</array>\n</plist>\n"; }
+
+TEST(Unpack, LetsNoDataTypeTakeThePlaceOfTheWholeOutput) {
+  const std::string output = profiler_output(data_type("full") + data_type("FULL") +
+                                             data_type("SPOne", "<a/>") + data_type("spone"));
+  const auto files = inv::unpack(*maker::open(maker::debug_file(output)));
+  EXPECT_EQ(paths(files), (Paths{"header.txt", "section-0-asset.zxml", "profiler/full.plist",
+                                 "profiler/SPOne.plist", "computer-name.txt"}));
+  EXPECT_EQ(files[2].content, output);
+  EXPECT_NE(files[3].content.find("<a/>"), std::string::npos);
+}
+
+TEST(Unpack, StopsBehindTheMostFiles) {
+  std::string types;
+  for (int i = 0; i < 3000; ++i) types += data_type("SP" + std::to_string(i));
+  const auto files = inv::unpack(*maker::open(maker::debug_file(profiler_output(types))));
+  EXPECT_GT(files.size(), inv::kMostUnpackedFiles);
+  EXPECT_LT(files.size(), inv::kMostUnpackedFiles + 10);
+}
+
 TEST(Unpack, KeepsTheBytesOfWhatCannotBeRead) {
   std::string file = maker::file();
   file[40] = static_cast<char>(file[40] ^ 0x55);
@@ -64,6 +88,16 @@ TEST_F(WriteFolderTest, RefusesAFolderThatHoldsSomething) {
   EXPECT_FALSE(inv::write_folder(folder, {{"a", "1"}}, &error));
   EXPECT_EQ(error, "is not an empty folder");
   EXPECT_FALSE(fs::exists(folder / "a"));
+}
+
+TEST_F(WriteFolderTest, WritesNothingOfTooManyFiles) {
+  std::vector<inv::UnpackedFile> files(1000, {"a", "1"});
+  EXPECT_TRUE(inv::write_folder(folder, files, &error)) << error;
+  fs::remove_all(folder);
+  files.push_back({"b", "1"});
+  EXPECT_FALSE(inv::write_folder(folder, files, &error));
+  EXPECT_EQ(error, "would hold more than 1000 files");
+  EXPECT_FALSE(fs::exists(folder));
 }
 
 TEST_F(WriteFolderTest, SaysWhyAFolderCannotBeMade) {
