@@ -59,7 +59,7 @@ int complain_of_command(const CLI::App& app, const std::string& word) {
 void add_max_size(CLI::App& command, uint64_t& max_size) {
   command
       .add_option("--max-size", max_size,
-                  "Refuse a file whose sections inflate to more than this, such as 100mb (1gb)")
+                  "Refuse a file whose sections inflate to more than this, such as 100mb (256mb)")
       ->transform(CLI::AsSizeValue(false).description(""))
       ->type_name("SIZE")
       ->check(CLI::Range(uint64_t{1}, uint64_t{1} << 40).description(""));

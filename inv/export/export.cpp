@@ -140,7 +140,7 @@ void Exporter::add_rows(const Rows& rows, const Inventory& inventory) {
 
 void Exporter::add_zxml(const Inventory& inventory) {
   for (const Content& content : inventory.contents) {
-    if (content.document) write(write_text(*content.document));
+    if (content.document) write(content.document->text());
   }
 }
 

@@ -13,8 +13,9 @@
 namespace inv {
 
 // What a section as stored, or all inflated sections of a file, may measure unless the caller says otherwise:
-// 1 GiB.
-constexpr uint64_t kUsualMaxSize = 1ull << 30;
+// 256 MiB. With the limits in zxml_parser.h it keeps the memory of every command within four times that,
+// which bench/memory.py measures; the largest real inventories have less than a tenth.
+constexpr uint64_t kUsualMaxSize = 256ull << 20;
 
 struct Section {
   enum class Kind {

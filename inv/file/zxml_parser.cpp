@@ -85,6 +85,9 @@ class TextParser {
 
   bool read_line(std::string_view line) {
     if (line == "-") return close_branch();
+    if (line.size() > kLongestLine) {
+      return fail("a line is longer than " + std::to_string(kLongestLine) + " bytes");
+    }
     if (std::memchr(line.data(), '\0', line.size())) return fail("a line contains a NUL byte");
     const size_t equals = line.find('=');
     if (equals == std::string_view::npos) return fail("a line has no \"=\"");

@@ -35,6 +35,10 @@ bool is_part_worth_finding(std::string_view name) {
 }  // namespace
 
 void Pseudonyms::add(IdentifierKind kind, std::string_view original, Reach reach) {
+  // Most identifiers stand in a file many times, and what follows is expensive.
+  std::string once(1, static_cast<char>(kind));
+  once.append(1, static_cast<char>(reach)).append(original);
+  if (!seen_.insert(std::move(once)).second) return;
   const Shape shape = shape_of(kind, original);
   std::string canonical = canonical_form(shape, original);
   const auto [place, is_new] = by_canonical_.emplace(canonical, entries_.size());

@@ -59,6 +59,7 @@ class Pseudonyms {
   void assign(Entry& entry, std::unordered_set<std::string>& taken) const;
 
   std::string key_;
+  std::unordered_set<std::string> seen_;  // with their kinds, as they were added
   std::vector<Entry> entries_;
   std::unordered_map<std::string, size_t> by_canonical_;
   std::unordered_map<std::string, size_t> by_spelling_;  // folded

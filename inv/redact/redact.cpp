@@ -143,6 +143,7 @@ class SaltLine {
 
 std::string redacted(const Document& document, const Pseudonyms& pseudonyms, const std::string& salt) {
   std::string text(kTextMark);
+  text.reserve(document.text().size() + document.text().size() / 4);
   Places places;
   SaltLine salt_line(salt);
   each_line(document, [&](const TextLine& line) {

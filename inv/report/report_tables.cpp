@@ -1,10 +1,16 @@
 #include "inv/report/report_tables.h"
 
+#include <algorithm>
+
 #include "inv/base/wildcards.h"
 #include "inv/report/html.h"
 
 namespace inv {
 namespace {
+
+// A browser does not show more in any useful time: of all cells together, and of a value.
+constexpr size_t kMostCellBytes = 64u << 20;
+constexpr size_t kLongestCell = 1u << 16;
 
 std::string_view value_of(Element element, std::string_view attribute) {
   if (attribute.empty()) return element.value();
@@ -51,7 +57,13 @@ std::string cell(std::string_view value, ColumnForm form) {
         .append("-")
         .append(value.substr(6));
   }
-  return isolated(value);
+  return isolated(value.substr(0, kLongestCell));
+}
+
+std::string left_out(size_t count) {
+  return count == 0
+             ? ""
+             : "<p>" + std::to_string(count) + " more are left out: the page would be too large.</p>\n";
 }
 
 // "Network adapters" as "network-adapters".
@@ -89,16 +101,21 @@ std::string table_section(std::string_view title, const std::vector<ReportColumn
 
 std::string report_tables(Element snapshot) {
   std::string html;
+  size_t room = kMostCellBytes;
   for (const ReportTable& table : report_table_list()) {
     std::vector<std::vector<std::string>> rows;
-    for (const Element element : rows_of(snapshot, table.rows)) {
+    const std::vector<Element> elements = rows_of(snapshot, table.rows);
+    for (const Element element : elements) {
+      if (room == 0) break;
       std::vector<std::string> cells;
       for (const ReportColumn& column : table.columns) {
         cells.push_back(cell(value_of(element, column.attribute), column.form));
       }
+      for (const std::string& text : cells) room -= std::min(room, sizeof text + text.size());
       rows.push_back(std::move(cells));
     }
     if (!rows.empty()) html += table_section(table.title, table.columns, rows);
+    html += left_out(elements.size() - rows.size());
   }
   return html;
 }

@@ -110,7 +110,7 @@ TEST(Inventory, SectionsShareTheLinesThatAFileMayHave) {
       maker::open(maker::container(text, "[H]\ncount=2\nsnapshotcount=2\n[0]\n" + block + "[1]\n" + block));
   EXPECT_TRUE(inventory->contents[0].document);
   EXPECT_FALSE(inventory->contents[1].document);
-  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 4999999 lines");
+  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 999999 lines");
 }
 
 TEST(Inventory, BytesAfterRawDataAreAFault) {
@@ -132,7 +132,7 @@ TEST(Inventory, AFileThatCannotBeReadGivesTheReason) {
   EXPECT_FALSE(inv::open_file("/", inv::kUsualMaxSize, &error));
   EXPECT_EQ(error, "cannot be read: Is a directory");
   EXPECT_FALSE(inv::open_file("/dev/zero", 1000, &error));
-  EXPECT_EQ(error, "is larger than 1073741824 bytes");
+  EXPECT_EQ(error, "is larger than 268435456 bytes");
 }
 
 }  // namespace

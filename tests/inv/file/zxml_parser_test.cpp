@@ -105,7 +105,13 @@ TEST(ZxmlParser, RefusesDeeperNestingThanAnyInventoryHas) {
 TEST(ZxmlParser, RefusesMoreLinesThanMemoryShouldPayFor) {
   std::string lines = "+a=\n";
   for (size_t i = 0; i < inv::kMostLines; ++i) lines += "*=\n";
-  EXPECT_EQ(fault_of(mark(lines)), "1:0 the text has more than 10000000 lines");
+  EXPECT_EQ(fault_of(mark(lines)), "1:0 the text has more than 2000000 lines");
+}
+
+TEST(ZxmlParser, RefusesALineThatIsNoFact) {
+  const auto line = [](size_t size) { return mark("*a=\nb=" + std::string(size - 2, 'x') + "\n"); };
+  EXPECT_EQ(fault_of(line(4 << 20)), "parsed");
+  EXPECT_EQ(fault_of(line((4 << 20) + 1)), "3:13 a line is longer than 4194304 bytes");
 }
 
 // Commands write whole paths: a short text of long names and many elements would fill disks and memory.
@@ -116,11 +122,11 @@ TEST(ZxmlParser, RefusesTextsWhosePathsTogetherAreHuge) {
     for (size_t i = 0; i < count; ++i) lines += "a=\n";
     return mark(lines + "-\n-\n");
   };
-  EXPECT_EQ(fault_of(with_attributes(1000)), "parsed");
-  EXPECT_EQ(fault_of(with_attributes(2000)), "1076:1003236 its paths take more than 1073741824 bytes");
+  EXPECT_EQ(fault_of(with_attributes(200)), "parsed");
+  EXPECT_EQ(fault_of(with_attributes(2000)), "271:1000821 its paths take more than 268435456 bytes");
   std::string siblings = "+S=\n+" + name + "=\n";
   for (size_t i = 0; i < 2000; ++i) siblings += "*a=\n";
-  EXPECT_EQ(fault_of(mark(siblings + "-\n-\n")), "1076:1004304 its paths take more than 1073741824 bytes");
+  EXPECT_EQ(fault_of(mark(siblings + "-\n-\n")), "271:1001084 its paths take more than 268435456 bytes");
   // What was closed does not count for what follows.
   std::string after = "+S=\n+" + name + "=\n-\n";
   for (size_t i = 0; i < 2000; ++i) after += "*a=\n";
