@@ -83,6 +83,10 @@ int main(int count, char** arguments) {
   handle_ends();
   const Options options = parse_options(count, arguments);
   if (answer_about_program(options)) return 0;
+  if (!options.refusal.empty()) {
+    std::fprintf(stderr, "velkaro-scanner: %s\n", options.refusal.c_str());
+    return 1;
+  }
   int status = 0;
   if (options.silent) {
     silence_console();
@@ -94,6 +98,6 @@ int main(int count, char** arguments) {
   ScanContext context;
   context.log_enabled = options.log ? 1 : 0;
   ScanDriver(context, options.silent, options.debug, options.ip.get(), options.login.get(),
-             options.extended ? options.given.c_str() : nullptr);
+             options.extended ? options.given.c_str() : nullptr, options.omitted);
   return 0;
 }

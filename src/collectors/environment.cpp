@@ -10,6 +10,8 @@
 #include "driver/base/progress.h"
 #include "profiler/units.h"
 
+extern char** environ;
+
 std::vector<EnvironmentVariable> parse_environment(const char* output) {
   std::vector<EnvironmentVariable> variables;
   while (const Text line = copy_line(output)) {
@@ -31,8 +33,20 @@ bool is_writable(const char* name) {
   return !slash || slash[1] == '\0' || !std::strchr("+*~", slash[1]);
 }
 
-// Only PATH is a list.
-const char* annotation_key(const char* name) { return std::strcmp(name, "PATH") == 0 ? "split" : nullptr; }
+struct Mark {
+  const char* key = nullptr;
+  const char* text = "";
+};
+
+// Only PATH is a list. A value that must not be told is not one that is empty.
+Mark mark_of(const EnvironmentVariable& variable) {
+  if (!variable.value) return {"left-out", ""};
+  return std::strcmp(variable.name.get(), "PATH") == 0 ? Mark{"split", ":"} : Mark();
+}
+
+Value value_of(const EnvironmentVariable& variable) {
+  return text_value(variable.value ? variable.value.get() : "");
+}
 
 void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable) {
   const char* name = variable.name.get();
@@ -40,7 +54,8 @@ void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable
   const Text value_path = format_string("%s/value", path.get());
   snapshot.set_attribute(path.get(), text_value(""), "complex", "");
   snapshot.set_tag_value(path.get(), text_value(name));
-  snapshot.set_attribute(value_path.get(), text_value(variable.value.get()), annotation_key(name), ":");
+  const Mark mark = mark_of(variable);
+  snapshot.set_attribute(value_path.get(), value_of(variable), mark.key, mark.text);
 }
 
 // As names are, so that none has to be searched for: each occurs once, and none is a path.
@@ -59,8 +74,20 @@ void write_plain_variables(InventoryTree& snapshot, const std::vector<Environmen
     const char* name = variable.name.get();
     CompoundField field(environment, std::string("env-var:") + name, Place::Names::distinct);
     field.set_value(text_value(name));
-    field.set_member("value", text_value(variable.value.get()), annotation_key(name), ":");
+    const Mark mark = mark_of(variable);
+    field.set_member("value", value_of(variable), mark.key, mark.text);
   }
+}
+
+// What env would spread over several lines has no name that could be told.
+std::vector<EnvironmentVariable> own_variable_names() {
+  std::vector<EnvironmentVariable> names;
+  for (char** variable = environ; variable && *variable; ++variable) {
+    const std::string_view name = std::string_view(*variable).substr(0, std::strcspn(*variable, "="));
+    if (name.find('\n') == name.npos)
+      names.push_back({copy_range(name.data(), name.data() + name.size()), nullptr});
+  }
+  return names;
 }
 
 }  // namespace
@@ -80,3 +107,5 @@ void collect_environment(InventoryTree& snapshot) {
   const Text output = run_in_own_environment("env", &length, 300, kLongest);
   if (output) write_environment(snapshot, parse_environment(output.get()));
 }
+
+void collect_environment_names(InventoryTree& snapshot) { write_environment(snapshot, own_variable_names()); }

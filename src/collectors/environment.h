@@ -8,15 +8,19 @@
 
 struct EnvironmentVariable {
   Text name;
-  Text value;
+  Text value;  // none when it is not to be told
 };
 
 // The variables that env prints, up to the first empty line. A line without "=" is left out, further "=" stay
 // in the value; a value of several lines keeps its first one.
 std::vector<EnvironmentVariable> parse_environment(const char* output);
 
-// Writes "/Environment/env-var:NAME" for each variable; PATH is marked as a list that ":" splits. A name with
+// Writes "/Environment/env-var:NAME" for each variable; PATH is marked as a list that ":" splits, and an
+// empty value that stands for one that is not told as "left-out". A name with
 // "+", "*" or "~" after its last slash would break the tree's text and is left out.
 void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables);
 
 void collect_environment(InventoryTree& snapshot);
+// The names alone, from what the scan itself was handed: env is not run, since a line of a longer value that
+// it prints may look like a variable.
+void collect_environment_names(InventoryTree& snapshot);

@@ -18,29 +18,40 @@
 
 namespace {
 
-using Collector = void (*)(InventoryTree& snapshot, InventoryTree& profiler);
+using Step = void (*)(InventoryTree& snapshot, InventoryTree& profiler, const Omissions& omitted);
 
-void collect_accounts(InventoryTree& snapshot, InventoryTree&) { collect_user_accounts(snapshot); }
-void collect_own_environment(InventoryTree& snapshot, InventoryTree&) { collect_environment(snapshot); }
+template <void (*collect)(InventoryTree& snapshot, InventoryTree& profiler)>
+void always(InventoryTree& snapshot, InventoryTree& profiler, const Omissions&) {
+  collect(snapshot, profiler);
+}
+
+void collect_accounts(InventoryTree& snapshot, InventoryTree&, const Omissions& omitted) {
+  if (!omitted.accounts) collect_user_accounts(snapshot);
+}
+
+void collect_own_environment(InventoryTree& snapshot, InventoryTree&, const Omissions& omitted) {
+  if (omitted.environment) return;
+  omitted.values ? collect_environment_names(snapshot) : collect_environment(snapshot);
+}
 
 // The order matters to the console: later steps may overwrite earlier values. A step's place is the number
 // printed for it.
-constexpr Collector kSteps[] = {
-    collect_system,          collect_processors,   collect_memory,
-    collect_displays,        collect_storage,      collect_network_adapters,
-    collect_printers,        collect_usb,          collect_os,
-    collect_accounts,        collect_applications, copy_processes,
-    collect_own_environment, collect_firewall,
+constexpr Step kSteps[] = {
+    always<collect_system>,   always<collect_processors>,   always<collect_memory>,
+    always<collect_displays>, always<collect_storage>,      always<collect_network_adapters>,
+    always<collect_printers>, always<collect_usb>,          always<collect_os>,
+    collect_accounts,         always<collect_applications>, always<copy_processes>,
+    collect_own_environment,  always<collect_firewall>,
 };
 
 }  // namespace
 
-void post_process(InventoryTree& snapshot, InventoryTree& profiler, bool verbose) {
+void post_process(InventoryTree& snapshot, InventoryTree& profiler, bool verbose, const Omissions& omitted) {
   if (verbose) print_now("IV. PostProcess>>>\n");
   int number = 0;
-  for (const Collector collect : kSteps) {
+  for (const Step collect : kSteps) {
     if (verbose) print_now("%d...", ++number);
-    collect(snapshot, profiler);
+    collect(snapshot, profiler, omitted);
     if (verbose) print_now("done\n");
   }
   if (verbose) print_now("IV. PostProcess End.\n");

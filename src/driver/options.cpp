@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <initializer_list>
+#include <string_view>
 
 namespace {
 
@@ -23,6 +24,34 @@ bool is_any_of(const char* argument, std::initializer_list<const char*> words) {
                      [argument](const char* word) { return std::strcmp(argument, word) == 0; });
 }
 
+// An option to leave something out, or a slip of one: other signs before it, another one than the colon
+// behind it.
+bool means_to_leave_out(std::string_view argument) {
+  const size_t start = argument.find_first_not_of("-/");
+  return start != 0 && start != argument.npos && argument.substr(start).rfind("without", 0) == 0;
+}
+
+// An argument as one line of a message.
+std::string on_one_line(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
+  }
+  return text;
+}
+
+void refuse(Options& options, const char* argument, const char* reason) {
+  if (options.refusal.empty()) options.refusal = on_one_line(argument) + ": " + reason;
+}
+
+void leave_out(const char* argument, Options& options) {
+  const char* list = option_value(argument, "without");
+  if (list && add_omissions(list, options.omitted)) return;
+  refuse(
+      options, argument,
+      "can leave out processes, arguments, environment, values, accounts and, with /extended, people, with "
+      "commas between");
+}
+
 // False when the argument is none of ours.
 bool take(const char* argument, Options& options) {
   if (is_option(argument, "silent")) {
@@ -37,6 +66,8 @@ bool take(const char* argument, Options& options) {
     options.debug = true;
   } else if (is_option(argument, "extended")) {
     options.extended = true;
+  } else if (means_to_leave_out(argument)) {
+    leave_out(argument, options);
   } else if (is_any_of(argument, {"/help", "/?", "--help", "-h"})) {
     options.help = true;
   } else if (is_any_of(argument, {"/version", "--version"})) {
@@ -59,6 +90,10 @@ Options parse_options(int count, const char* const* arguments) {
   Options options;
   for (int i = 1; i < count; ++i) {
     if (take(arguments[i], options)) note(arguments[i], options.given);
+  }
+  if (options.omitted.people && !options.extended) {
+    refuse(options, "/without:people",
+           "needs /extended; a usual scan tells of people in its accounts, processes and environment");
   }
   return options;
 }

@@ -83,27 +83,28 @@ const char* machine_name(const NetworkIdentity& identity, const Text& computer) 
 // short tree is built, which is the same whether a scan was extended or not.
 class Extension {
  public:
-  Extension(int32_t byte_order_flag, const char* options)
-      : byte_order_flag_(byte_order_flag), options_(options) {}
+  Extension(int32_t byte_order_flag, const char* options, const Omissions& omitted)
+      : byte_order_flag_(byte_order_flag), options_(options), omitted_(omitted) {}
 
   void fetch() { sources_ = fetch_sources(); }
   void write(InventoryTree& snapshot, InventoryTree& profiler) const {
     const auto additional = read_additional_types(byte_order_flag_, sources_.types);
-    collect_extended(snapshot, {profiler, *additional, sources_.tools});
-    collect_scan_record(snapshot, options_, journal_.commands());
+    collect_extended(snapshot, {profiler, *additional, sources_.tools, !omitted_.people});
+    collect_scan_record(snapshot, options_, journal_.commands(), omitted_);
   }
 
  private:
   int32_t byte_order_flag_;
   const char* options_;
+  const Omissions& omitted_;
   RunJournal journal_;
   Sources sources_;
 };
 
 void run_scan(const ScanContext& context, bool silent, const char* ip, const char* login,
-              const char* extended) {
+              const char* extended, const Omissions& omitted) {
   std::optional<Extension> extension;
-  if (extended) extension.emplace(context.byte_order_flag, extended);
+  if (extended) extension.emplace(context.byte_order_flag, extended, omitted);
   const Log log(context.log_enabled != 0);
   const std::time_t start = std::time(nullptr);
   log("------Start Log------\n");
@@ -125,11 +126,11 @@ void run_scan(const ScanContext& context, bool silent, const char* ip, const cha
   const Text serial_number = find_hardware_serial(list.get());
   list = CFRef<CFArrayRef>();
   log("66% ");
-  collect_processes(*raw);
+  collect_processes(*raw, omitted);
   log("100% done\n");
 
   auto snapshot = std::make_unique<InventoryTree>(context.byte_order_flag, "Snapshot");
-  post_process(*snapshot, *raw, context.log_enabled != 0);
+  post_process(*snapshot, *raw, context.log_enabled != 0, omitted);
   if (extension) extension->fetch();
   const std::time_t end = std::time(nullptr);
   const Text computer = computer_name();
@@ -177,11 +178,11 @@ void run_debug_scan(const ScanContext& context, bool silent, const char* ip, boo
 }  // namespace
 
 void ScanDriver(const ScanContext& context, bool silent, bool debug, const char* ip, const char* login,
-                const char* extended) {
+                const char* extended, const Omissions& omitted) {
   if (context.suspended != 0) return;
   if (debug) {
     run_debug_scan(context, silent, ip, extended != nullptr);
   } else {
-    run_scan(context, silent, ip, login, extended);
+    run_scan(context, silent, ip, login, extended, omitted);
   }
 }

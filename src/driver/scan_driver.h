@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "driver/base/omissions.h"
+
 // What main settles for the whole run.
 struct ScanContext {
   int32_t byte_order_flag = 1;  // for every tree and the container: most significant byte first
@@ -16,5 +18,6 @@ struct ScanContext {
 // and the bare file name as the result. `ip` is the address of the adapter to use, or none for the machine's
 // first; `login` is stored as it is. `extended` is none for the default scan; otherwise the scan goes on to
 // what only Macs of today tell, and this text is what its record has as the options given.
+// What is `omitted` is not asked for; a debug file is the profiler's output, whole all the same.
 void ScanDriver(const ScanContext& context, bool silent, bool debug, const char* ip, const char* login,
-                const char* extended = nullptr);
+                const char* extended = nullptr, const Omissions& omitted = {});

@@ -121,6 +121,7 @@ void collect_bluetooth(InventoryTree& snapshot, const ExtendedInputs& inputs) {
   BluetoothWriter writer(snapshot);
   for (const auto& item : items->children()) {
     writer.add_controller(*item);
+    if (!inputs.with_people) continue;
     for (const DeviceList& list : kDeviceLists) writer.add_devices(*item, list);
   }
 }

@@ -22,4 +22,5 @@ struct ExtendedInputs {
   InventoryTree& profiler;
   InventoryTree& additional;
   const ToolOutputs& tools;
+  bool with_people = true;  // false: what tells of people is left out
 };

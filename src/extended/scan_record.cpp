@@ -17,6 +17,11 @@ void write_string(Place& element, const char* name, CFStringRef string) {
   if (string) element.set_attribute(name, text_value(cfstring_to_text(string).get()));
 }
 
+void write_omissions(Place& scan, const Omissions& omitted) {
+  const std::string words = omitted_words(omitted);
+  if (!words.empty()) scan.set_attribute("left-out", text_value(words.c_str()));
+}
+
 void write_user(Place& scan) {
   const passwd* user = getpwuid(geteuid());
   if (user) scan.set_attribute("effective-user", text_value(user->pw_name));
@@ -71,11 +76,12 @@ void write_command(Place& element, const CommandRecord& record) {
 }  // namespace
 
 void collect_scan_record(InventoryTree& snapshot, const char* options,
-                         const std::vector<CommandRecord>& commands) {
+                         const std::vector<CommandRecord>& commands, const Omissions& omitted) {
   Place scan(snapshot.root(), "/Scan");
   scan.set_attribute("scanner-version", text_value(kVersion));
   scan.set_attribute("options", text_value(options));
-  write_user(scan);
+  write_omissions(scan, omitted);
+  if (!omitted.people) write_user(scan);
   write_region(scan);
   int number = 0;
   for (const CommandRecord& record : commands) {

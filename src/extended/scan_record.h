@@ -4,10 +4,11 @@
 
 #include <vector>
 
+#include "driver/base/omissions.h"
 #include "driver/base/run_journal.h"
 #include "zxml/zXML.h"
 
-// Writes the program's version, the options as given, the user, locale, calendar and time zone of the scan,
-// and the outcome of every command.
+// Writes the program's version, the options as given, what was left out, the user (unless people are left
+// out), locale, calendar and time zone of the scan, and the outcome of every command.
 void collect_scan_record(InventoryTree& snapshot, const char* options,
-                         const std::vector<CommandRecord>& commands);
+                         const std::vector<CommandRecord>& commands, const Omissions& omitted = {});

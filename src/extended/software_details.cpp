@@ -7,7 +7,7 @@
 namespace {
 
 constexpr CopiedField kFields[] = {{"arch_kind", "architecture"}, {"obtained_from", "source"}};
-constexpr CopiedField kLists[] = {{"signed_by", "signed-by"}};
+constexpr CopiedField kListsOfPeople[] = {{"signed_by", "signed-by"}};
 
 }  // namespace
 
@@ -19,6 +19,6 @@ void collect_software_details(InventoryTree& snapshot, const ExtendedInputs& inp
   for (const auto& item : items->children()) {
     Place application(details, "Soft:" + std::to_string(++number), Place::Names::distinct);
     copy_fields(application, *item, kFields);
-    copy_lists(application, *item, kLists);
+    if (inputs.with_people) copy_lists(application, *item, kListsOfPeople);
   }
 }

@@ -100,6 +100,45 @@ TEST(Environment, ComesFromTheScanItself) {
   EXPECT_NE(text.find("*env-var:PATH=PATH\n"), std::string::npos);
 }
 
+// The environment that has one variable whose value may not be told.
+std::string untold(const char* name) {
+  std::vector<EnvironmentVariable> variables;
+  variables.push_back({copy_text(name), nullptr});
+  InventoryTree snapshot = empty_snapshot();
+  write_environment(snapshot, variables);
+  return tree_text(snapshot);
+}
+
+TEST(Environment, MarksAValueThatMayNotBeTold) {
+  EXPECT_EQ(
+      untold("PATH"),
+      "+Snapshot=\n+Environment=\nenv-var:PATH=\n~complex=\n*env-var:PATH=PATH\nvalue=\n~left-out=\n-\n-\n");
+  EXPECT_EQ(untold("a/b"),
+            "+Snapshot=\n+Environment=\n+env-var:a=\nb=\n~complex=\n*b=a/b\nvalue=\n~left-out=\n-\n-\n-\n");
+}
+
+TEST(Environment, TellsTheNamesAloneWithoutRunningEnv) {
+  const FakeTools tools;
+  tools.write("env", "echo FROM_ENV=1");
+  ASSERT_EQ(setenv("ENVIRONMENT_TEST", "first line\nlooks=like a variable", 1), 0);
+  InventoryTree snapshot = empty_snapshot();
+  collect_environment_names(snapshot);
+  unsetenv("ENVIRONMENT_TEST");
+  const std::string text = tree_text(snapshot);
+  EXPECT_NE(text.find("*env-var:ENVIRONMENT_TEST=ENVIRONMENT_TEST\nvalue=\n~left-out=\n"), std::string::npos)
+      << text;
+  for (const char* hidden : {"first line", "looks", "FROM_ENV"})
+    EXPECT_EQ(text.find(hidden), std::string::npos) << hidden;
+}
+
+TEST(Environment, LeavesOutANameOfTwoLines) {
+  ASSERT_EQ(setenv("TWO\nLINES", "1", 1), 0);
+  InventoryTree snapshot = empty_snapshot();
+  collect_environment_names(snapshot);
+  unsetenv("TWO\nLINES");
+  EXPECT_EQ(tree_text(snapshot).find("LINES"), std::string::npos);
+}
+
 TEST(Environment, EndsWhenEnvPrintsForever) {
   const FakeTools tools;
   InventoryTree snapshot = empty_snapshot();

@@ -61,11 +61,42 @@ TEST(PostProcess, CopiesTheProcessesWhole) {
   EXPECT_NE(profiler.top().find_child("Processes"), nullptr);
 }
 
-std::string output_of(bool verbose) {
+// What is written, without what the Mac that runs the test tells.
+std::vector<std::string> elements_without(bool Omissions::*word, const FakeTools& tools) {
+  tools.write("ls", keeping_arguments(tools) + "echo jdoe");
+  tools.write("dscl", keeping_arguments(tools));
+  tools.write("env", keeping_arguments(tools) + "echo A=1");
+  Omissions omitted;
+  omitted.*word = true;
+  InventoryTree profiler = empty_profiler();
+  InventoryTree snapshot = empty_snapshot();
+  post_process(snapshot, profiler, false, omitted);
+  return elements(snapshot);
+}
+
+TEST(PostProcess, AsksForNoAccountsThatAreLeftOut) {
+  const FakeTools tools;
+  EXPECT_EQ(elements_without(&Omissions::accounts, tools), std::vector<std::string>({"Environment"}));
+  EXPECT_EQ(tools.read("arguments"), "<>");
+}
+
+TEST(PostProcess, AsksForNoEnvironmentThatIsLeftOut) {
+  const FakeTools tools;
+  EXPECT_EQ(elements_without(&Omissions::environment, tools), std::vector<std::string>());
+  EXPECT_EQ(tools.read("arguments"), "<-1></Users/><.><-read></users/jdoe>");
+}
+
+TEST(PostProcess, TellsTheEnvironmentWithoutItsValues) {
+  const FakeTools tools;
+  EXPECT_EQ(elements_without(&Omissions::values, tools), std::vector<std::string>({"Environment"}));
+  EXPECT_EQ(tools.read("arguments"), "<-1></Users/><.><-read></users/jdoe>");
+}
+
+std::string output_of(bool verbose, const Omissions& omitted = {}) {
   InventoryTree profiler = small_profiler();
   InventoryTree snapshot = empty_snapshot();
   testing::internal::CaptureStdout();
-  post_process(snapshot, profiler, verbose);
+  post_process(snapshot, profiler, verbose, omitted);
   return testing::internal::GetCapturedStdout();
 }
 
@@ -75,6 +106,12 @@ TEST(PostProcess, PrintsEveryStepWhenVerbose) {
             "1...done\n2...done\n3...done\n4...done\n5...done\n6...done\n7...done\n"
             "8...done\n9...done\n10...done\n11...done\n12...done\n13...done\n14...done\n"
             "IV. PostProcess End.\n");
+}
+
+TEST(PostProcess, PrintsTheStepsOfWhatIsLeftOutToo) {
+  Omissions omitted;
+  omitted.processes = omitted.accounts = omitted.environment = true;
+  EXPECT_EQ(output_of(true, omitted), output_of(true));
 }
 
 TEST(PostProcess, IsSilentOtherwise) { EXPECT_EQ(output_of(false), ""); }

@@ -66,6 +66,18 @@ TEST(CopyProcesses, DoesNothingWithoutProcesses) {
   EXPECT_EQ(tree_text(snapshot), "*Snapshot=\n");
 }
 
+TEST(ParseUserLine, ReadsTheUserAlone) {
+  const auto user_in = [](std::string_view output) {
+    const std::optional<ProcessLine> line = parse_user_line(output);
+    EXPECT_TRUE(!line || !line->command_line);
+    return line ? std::string(line->user.get()) : "no process";
+  };
+  EXPECT_EQ(user_in("root\n"), "root");
+  EXPECT_EQ(user_in("jdoe   \nroot\n"), "jdoe");
+  EXPECT_EQ(user_in("_www"), "_www");
+  for (const char* nobody : {"", "\n", "  \n"}) EXPECT_EQ(user_in(nobody), "no process");
+}
+
 ProcessTable complete_table(std::vector<ProcessRecord> records) {
   return {ProcessTableStatus::complete, std::move(records)};
 }
@@ -80,10 +92,10 @@ class Processes : public testing::Test {
     write_file(tools_, "process-p" + std::to_string(pid), line);
   }
   // The text of the "Processes" element after the tables were read one after another; "none" without it.
-  std::string collect(std::vector<ProcessTable> tables) {
+  std::string collect(std::vector<ProcessTable> tables, const Omissions& omitted = {}) {
     InventoryTree profiler = empty_profiler();
     readings_ = 0;
-    collect_processes(profiler, [&] { return tables.at(readings_++); });
+    collect_processes(profiler, omitted, [&] { return tables.at(readings_++); });
     const Tag* processes = profiler.top().find_child("Processes");
     if (!processes) return "none";
     std::string text(processes->text_size(), '\0');
@@ -107,6 +119,23 @@ TEST_F(Processes, AsksPsAboutEveryProcessButTheKernel) {
             "cmd-line=/sbin/launchd -x\n"
             "-\n");
   EXPECT_EQ(tools_.read("arguments"), "<-p1><-o><user=><-o><command=><-p7><-o><user=><-o><command=>");
+}
+
+TEST_F(Processes, AsksPsForTheUserAloneWithoutArguments) {
+  Omissions omitted;
+  omitted.arguments = true;
+  add_process(1, "root\n");
+  EXPECT_EQ(collect({complete_table({{1, 0, "launchd"}, {7, 1, "gone"}})}, omitted),
+            "+Processes=\n*process:1=launchd\npid=1\nppid=0\nuser=root\n-\n");
+  EXPECT_EQ(tools_.read("arguments"), "<-p1><-o><user=><-p7><-o><user=>");
+}
+
+TEST_F(Processes, AsksNobodyWithoutProcesses) {
+  Omissions omitted;
+  omitted.processes = true;
+  add_process(1, "root init\n");
+  EXPECT_EQ(collect({complete_table({{1, 0, "init"}})}, omitted), "none");
+  EXPECT_EQ(readings_, 0u);
 }
 
 TEST_F(Processes, NumbersThemByTheirPositionInTheTable) {
@@ -189,7 +218,7 @@ TEST_F(Processes, CutsTheLinesThatPsPrintsAtTheirLimits) {
 
 TEST_F(Processes, StampsTheTime) {
   InventoryTree profiler = empty_profiler();
-  collect_processes(profiler, [] { return complete_table({}); });
+  collect_processes(profiler, {}, [] { return complete_table({}); });
   EXPECT_THAT(
       tree_text(profiler),
       testing::MatchesRegex("\\+Macintosh=\n\\*SystemProcess=\n"

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 namespace {
@@ -47,6 +48,64 @@ TEST(ParseOptions, RemembersWhatWasGivenButTheTextOfTheLogin) {
   EXPECT_EQ(parse({"/silent", "-log", "/ip:1.2.3.4", "/login:a:secret", "/extended", "/debug"}).given,
             "/silent -log /ip:1.2.3.4 /login: /extended /debug");
   EXPECT_EQ(parse({"secret", "/silent", "/password:x", "-login:"}).given, "/silent -login:");
+}
+
+std::string left_out(const std::vector<const char*>& arguments) {
+  const Options options = parse(arguments);
+  return options.refusal.empty() ? omitted_words(options.omitted) : "refused";
+}
+
+TEST(ParseOptions, LeavesNothingOutUnlessTold) { EXPECT_EQ(left_out({"/silent", "/extended"}), ""); }
+
+TEST(ParseOptions, LeavesOutWhatTheListsName) {
+  EXPECT_EQ(left_out({"/without:accounts"}), "accounts");
+  EXPECT_EQ(left_out({"-without:environment,processes"}), "processes, environment");
+  EXPECT_EQ(left_out({"/without:values", "/log", "-without:arguments,values"}), "arguments, values");
+}
+
+TEST(ParseOptions, RemembersWhatWasLeftOutAsItWasGiven) {
+  EXPECT_EQ(parse({"/without:values,accounts", "-without:arguments"}).given,
+            "/without:values,accounts -without:arguments");
+}
+
+TEST(ParseOptions, RefusesAnUnknownWord) {
+  for (const char* argument :
+       {"/without:argument", "/without:values,", "/without:,values", "/without:values,,accounts",
+        "/without:Values", "/without: values", "/without:values;accounts", "-without:valuesaccounts"}) {
+    EXPECT_EQ(left_out({argument}), "refused") << argument;
+  }
+}
+
+TEST(ParseOptions, RefusesAListThatIsEmptyOrMissing) {
+  for (const char* argument :
+       {"/without:", "-without:", "/without", "-without", "/without=values", "/withouts:values"})
+    EXPECT_EQ(left_out({argument, "values"}), "refused") << argument;
+}
+
+TEST(ParseOptions, RefusesOtherSignsBeforeAList) {
+  for (const char* argument : {"--without:values", "//without:values", "/-without"})
+    EXPECT_EQ(left_out({argument}), "refused") << argument;
+}
+
+TEST(ParseOptions, IgnoresWithoutElsewhere) {
+  EXPECT_EQ(left_out({"without:values", "/login:/without:x", "/Without:values", "/with:values", "//",
+                      "/not-without:x"}),
+            "");
+}
+
+TEST(ParseOptions, RefusesToLeaveOutPeopleOfAScanThatIsNotExtended) {
+  EXPECT_EQ(left_out({"/without:people"}), "refused");
+  EXPECT_EQ(left_out({"/without:people", "/extended"}), "people");
+  EXPECT_EQ(left_out({"-extended", "-without:accounts,people"}), "accounts, people");
+}
+
+TEST(ParseOptions, TellsTheFirstReasonToRefuseInOneLine) {
+  EXPECT_EQ(parse({"/without:a\nb\x7F", "/without:c", "/without:people"}).refusal,
+            "/without:a?b?: can leave out processes, arguments, environment, values, accounts and, with "
+            "/extended, people, with commas between");
+  EXPECT_EQ(parse({"/without:people"}).refusal,
+            "/without:people: needs /extended; a usual scan tells of people in its accounts, processes and "
+            "environment");
 }
 
 TEST(ParseOptions, DistinguishesAnEmptyAddressFromAMissingOne) { EXPECT_STREQ(parse({"-ip:"}).ip.get(), ""); }

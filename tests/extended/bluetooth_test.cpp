@@ -116,6 +116,18 @@ TEST(Bluetooth, NamesADeviceByItsOriginalName) {
             bluetooth("+Bluetooth=\n*Device:1=First’s Mouse\nconnected=1\naddress=00:00:5E:00:53:02\n-\n"));
 }
 
+TEST(Bluetooth, TellsTheControllerAloneWithoutPeople) {
+  Mac mac;
+  mac.with_people = false;
+  for (const char* list : {"device_connected", "device_not_connected", "device_title"}) {
+    const std::string address = std::string(list) + "/item0/Pods/device_address";
+    add_item(
+        mac.profiler, kBluetooth,
+        {{"controller_properties/controller_chipset", "BCM_4387"}, {address.c_str(), "00:00:5E:00:53:02"}});
+  }
+  EXPECT_EQ(written(collect_bluetooth, mac), bluetooth("*Bluetooth=\nchipset=BCM_4387\n"));
+}
+
 TEST(Bluetooth, ReadsDevicesThatAreNotInAList) {
   Mac mac;
   add_item(mac.profiler, kBluetooth, {{"device_title/Mouse/device_addr", "00-00-5e-00-53-02"}});

@@ -9,11 +9,12 @@
 
 // The two raw trees and the tools' outputs, at first empty.
 struct Mac {
-  ExtendedInputs inputs() { return {profiler, additional, tools}; }
+  ExtendedInputs inputs() { return {profiler, additional, tools, with_people}; }
 
   InventoryTree profiler = empty_profiler();
   InventoryTree additional = InventoryTree(1, "Additional");
   ToolOutputs tools;
+  bool with_people = true;
 };
 
 using ExtendedCollector = void (*)(InventoryTree&, const ExtendedInputs&);

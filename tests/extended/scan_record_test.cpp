@@ -92,6 +92,23 @@ TEST(ScanRecord, NumbersTheCommands) {
   EXPECT_STREQ(scan.children()[1]->value()->text(), "two");
 }
 
+TEST(ScanRecord, NamesWhatWasLeftOut) {
+  Omissions omitted;
+  omitted.arguments = omitted.accounts = true;
+  InventoryTree snapshot = empty_snapshot();
+  collect_scan_record(snapshot, "", {}, omitted);
+  EXPECT_STREQ(snapshot.top().find_child("Scan")->find_attribute("left-out")->value().text(),
+               "arguments, accounts");
+}
+
+TEST(ScanRecord, TellsNoUserWithoutPeople) {
+  Omissions omitted;
+  omitted.people = true;
+  InventoryTree snapshot = empty_snapshot();
+  collect_scan_record(snapshot, "", {}, omitted);
+  EXPECT_EQ(tree_text(snapshot).find("effective-"), std::string::npos);
+}
+
 TEST(ScanRecord, DescribesTheScanItself) {
   const EnvironmentVariable locale("LC_ALL", "th_TH.UTF-8"), zone("TZ", "Asia/Bangkok");
   InventoryTree snapshot = empty_snapshot();

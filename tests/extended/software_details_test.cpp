@@ -24,6 +24,15 @@ TEST(SoftwareDetails, HaveArchitectureSourceAndSigners) {
           "*Soft:1=\narchitecture=arch_arm_i64\nsource=apple\nsigned-by=Software Signing, Apple Root CA\n"));
 }
 
+TEST(SoftwareDetails, TellNoSignersWithoutPeople) {
+  Mac mac;
+  mac.with_people = false;
+  add_item(mac.profiler, kApplications,
+           {{"arch_kind", "arch_arm_i64"}, {"obtained_from", "apple"}, {"signed_by/item0", "Some Person"}});
+  EXPECT_EQ(written(collect_software_details, mac),
+            software("*Soft:1=\narchitecture=arch_arm_i64\nsource=apple\n"));
+}
+
 TEST(SoftwareDetails, KeepTheNumbersOfTheApplications) {
   Mac mac;
   add_item(mac.profiler, kApplications, {{"_name", "Old"}});
