@@ -2,9 +2,11 @@
 -- way. A day is a few large files, sorted by kind and machine, and never a file for each Mac: readers skip what they do not ask for.
 --   inv export --format csv -o facts.csv today/*.inv
 --   duckdb -f duckdb/schema.sql -f views.sql -f duckdb/load.sql -f duckdb/parquet.sql
+-- Each thread would write files of its own, of whatever rows it got.
+SET threads = 1;
 SET preserve_insertion_order = true;
 
--- Into a fresh folder, or over the same day: a part of the same number is replaced.
+-- What is in a day's folder already is replaced: write each day from a database that has all of that day.
 COPY (
   SELECT facts.kind, scans.machine, facts.scan_id, scans.scanned_at::TIMESTAMPTZ AS scanned_at, facts.element, facts.path, facts.name, facts.value,
     facts.number, facts.unit, facts.base_value, substr(scans.scanned_at, 1, 10) AS dt

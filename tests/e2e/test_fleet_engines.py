@@ -1,5 +1,5 @@
-"""One fleet, twelve questions, the same answers: SQLite, DuckDB, PostgreSQL and ClickHouse load what `inv export` writes of 500 scans by the shipped files,
-and are asked by the shipped files. Then DuckDB writes it as Parquet and reads it back."""
+"""One fleet, twelve questions, the same answers: SQLite, DuckDB, PostgreSQL and ClickHouse load the rows of 500 scans, as `inv export` writes them, by the
+shipped files and are asked by the shipped files. Then DuckDB writes them as Parquet and reads them back."""
 
 import csv
 import functools
@@ -32,10 +32,6 @@ POSTGRESQL = sorted(Path("/usr/lib/postgresql").glob("*/bin"))
 
 def rfc_3339(time):
     return time.strftime("%Y-%m-%dT%H:%M:%SZ")
-
-
-def statement(path):
-    return path.read_text()
 
 
 class FleetOfScans:
@@ -142,7 +138,7 @@ class Engine:
         (self.folder / "facts.csv").symlink_to(rows_file())
 
     def shipped(self, *names):
-        return [statement(FLEET / name) for name in names]
+        return [(FLEET / name).read_text() for name in names]
 
     def setup(self):
         """Loads twice: what is there is not loaded again."""
@@ -150,7 +146,7 @@ class Engine:
         self.run([*self.shipped(f"{self.name}/schema.sql", "views.sql", load, load), clock(self.name), WANTED])
 
     def answers(self):
-        asked = self.ask({**{path.stem: statement(path) for path in QUESTIONS}, "counts": COUNTS})
+        asked = self.ask({**{path.stem: path.read_text() for path in QUESTIONS}, "counts": COUNTS})
         return {name: sorted([[plain(value) for value in row] for row in rows], key=str) for name, rows in asked.items()}
 
 
@@ -319,6 +315,15 @@ class Parquet(InventoryTestCase):
         wrong = f"SELECT count(*) FROM {source} WHERE strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') <> dt::VARCHAR"
         self.assertEqual(self.one(wrong), ["0"])
         self.assertEqual(self.one(f"SELECT any_value(typeof(scanned_at)) FROM {source}"), ["TIMESTAMP WITH TIME ZONE"])
+
+    @unittest.skipUnless((ENGINES / "node_modules" / "chdb").is_dir(), "ClickHouse is not installed: npm install --no-save chdb in tests/engines")
+    def test_clickhouse_reads_the_same_layout(self):
+        days = "SELECT {} AS day, count(*) FROM {}('facts/*/*.parquet') GROUP BY day ORDER BY day"
+        reader = Node("clickhouse", "parquet")
+        (reader.folder / "facts").symlink_to(self.duckdb.folder / "facts")
+        theirs = reader.ask({"days": days.format("toString(dt)", "file") + " SETTINGS use_hive_partitioning = 1"})["days"]
+        ours = self.duckdb.ask({"days": days.format("dt::VARCHAR", "read_parquet")})["days"]
+        self.assertEqual([[plain(value) for value in row] for row in theirs], [[plain(value) for value in row] for row in ours])
 
     def test_the_rows_of_a_file_are_in_order(self):
         for table, order in self.TABLES.items():

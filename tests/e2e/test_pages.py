@@ -93,6 +93,7 @@ def make_checkout(folder):
     (folder / "scripts" / "packages.sh").write_text("install_packages() { :; }\nbuild_preset() { :; }\nbuild_packages=\n")
     (folder / "scan").symlink_to(ROOT / "scan")
     (folder / "simulator").symlink_to(SIMULATOR)
+    (folder / "fleet").symlink_to(ROOT / "fleet")
     return folder
 
 

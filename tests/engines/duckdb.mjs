@@ -6,7 +6,7 @@ import { DuckDBInstance } from "@duckdb/node-api";
 
 const task = JSON.parse(readFileSync(0, "utf8"));
 chdir(process.argv[2]);
-const database = await (await DuckDBInstance.create("fleet.duckdb", { threads: "1" })).connect();
+const database = await (await DuckDBInstance.create("fleet.duckdb")).connect();
 for (const sql of task.run) await database.run(sql);
 const answers = {};
 for (const [name, sql] of Object.entries(task.ask)) answers[name] = (await database.runAndReadAll(sql)).getRowsJson();
