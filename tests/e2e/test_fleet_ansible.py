@@ -158,7 +158,7 @@ class Failures(AnsibleTestCase):
         self.play("--limit", "render")
         good = (self.inventories / "render.inv").read_bytes()
         self.make_scanner("render", CUTTING)
-        told = self.play("--limit", "render", status=2, velkaro_scanner_refused="warn")
+        told = self.play("--limit", "render", status=2)
         self.assertRegex(told, r"render: render\.inv: invalid at byte \d+")
         self.assertEqual(self.fetched(), ["render.inv", "render.inv.refused"])
         self.assertEqual((self.inventories / "render.inv").read_bytes(), good)
@@ -183,12 +183,12 @@ class Failures(AnsibleTestCase):
     def test_what_a_strict_reader_misses_is_a_failure_or_a_warning(self):
         self.write(self.folder / "critic", CRITICAL.format(inv=INV))
         critic = {"velkaro_scanner_inv": str(self.folder / "critic"), "velkaro_scanner_verify_options": ["--strict"]}
-        told = self.play("--limit", "studio,render", velkaro_scanner_refused="warn", **critic)
+        told = self.play("--limit", "studio,render", **critic)
         self.assertIn("render: render.inv: valid; the profiler said nothing", told)
         self.assertIn("2 of 2 Macs gave their inventory", told)
         self.assertEqual(self.fetched(), ["render.inv", "studio.inv"])
         (self.inventories / "render.inv").unlink()
-        told = self.play("--limit", "studio,render", status=2, **critic)
+        told = self.play("--limit", "studio,render", status=2, velkaro_scanner_refused="fail", **critic)
         self.assertIn("1 of 2 Macs gave their inventory; without: render", told)
         self.assertEqual(self.fetched(), ["render.inv.refused", "studio.inv"])
 
