@@ -1,7 +1,8 @@
 #include "inv/compare/diff.h"
 
-#include "inv/commands/command.h"
+#include "inv/commands/secret_options.h"
 #include "inv/file/machine.h"
+#include "inv/secrets/secret_text.h"
 
 namespace inv {
 namespace {
@@ -11,6 +12,7 @@ struct Options {
   std::string new_file;
   bool all = false;
   bool json = false;
+  bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -21,6 +23,8 @@ int run(const Options& options) {
   const std::unique_ptr<Inventory> new_inventory =
       open_for_command(options.new_file, options.max_size, status);
   if (!old_inventory || !new_inventory) return status;
+  mask_unless_kept(options.keep_secrets, *old_inventory);
+  mask_unless_kept(options.keep_secrets, *new_inventory);
   if (machine_identity(*old_inventory) != machine_identity(*new_inventory)) {
     complain("diff", "these are two different machines: " + machine_identity(*old_inventory) + " and " +
                          machine_identity(*new_inventory));
@@ -35,6 +39,7 @@ int run(const Options& options) {
     const Terminal terminal = output_terminal();
     for (const Change& change : changes) text += describe(change, terminal);
   }
+  if (!options.keep_secrets) tell_masked("diff", masks_in(text));
   return worse(status, print_result(text));
 }
 
@@ -52,6 +57,7 @@ void add_diff(CLI::App& app, int& status) {
   command.add_option("NEW", options->new_file, "The later inventory file")->required();
   command.add_flag("--all", options->all, "Include what changes in every scan");
   command.add_flag("--json", options->json, "Print an array of objects");
+  add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -3,7 +3,7 @@
 #include <map>
 
 #include "inv/base/output_file.h"
-#include "inv/commands/command.h"
+#include "inv/commands/secret_options.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
@@ -17,6 +17,7 @@ const std::map<std::string, ExportFormat> kFormats = {{"json", ExportFormat::jso
 struct Options {
   std::vector<std::string> files;
   std::string output = "-";
+  bool keep_secrets = false;
   std::string format;
   bool csv_safe = false;
   bool force = false;
@@ -28,15 +29,20 @@ int run(const Options& options) {
   OutputFile output(options.output);
   if (!output.stream()) return complain_of_output(options.output);
   int status = kDone;
+  size_t masked = 0;
+  const ExportFormat format = kFormats.at(options.format);
+  const bool as_it_is = options.keep_secrets || format == ExportFormat::zxml;
   const bool for_terminal = options.output == "-" && output_terminal().interactive;
-  Exporter exporter(
-      {kFormats.at(options.format), options.csv_safe ? Formulas::disarmed : Formulas::kept, for_terminal},
-      output.stream());
+  Exporter exporter({format, options.csv_safe ? Formulas::disarmed : Formulas::kept, for_terminal},
+                    output.stream());
   exporter.begin();
   for (const std::string& file : options.files) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
-    if (inventory) exporter.add(*inventory);
+    if (!inventory) continue;
+    masked += mask_unless_kept(as_it_is, *inventory);
+    exporter.add(*inventory);
   }
+  tell_masked("export", masked);
   exporter.end();
   return exporter.good() && output.commit() ? status : complain_of_output(options.output);
 }
@@ -62,6 +68,7 @@ void add_export(CLI::App& app, int& status) {
   command.add_flag("--csv-safe", options->csv_safe,
                    "Put ' before CSV values that a spreadsheet would take for formulas");
   add_force(command, options->force);
+  add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -1,3 +1,4 @@
+#include "inv/commands/secret_options.h"
 #include "inv/commands/signature_options.h"
 #include "inv/export/database.h"
 #include "inv/show/terminal.h"
@@ -13,6 +14,7 @@ struct Options {
   std::string database;
   std::vector<std::string> files;
   SignatureOptions signature;
+  bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -43,21 +45,29 @@ class Progress {
   Terminal terminal_;
 };
 
+// What becomes of the files.
+struct Outcome {
+  int status = kDone;
+  size_t masked = 0;  // secrets
+};
+
 // False when the database cannot be written to; a file that cannot be loaded is reported and left out.
 bool load_file(const std::string& path, const Options& options, const SignatureCheck& signatures,
-               Database& database, int& status) {
-  const std::unique_ptr<Inventory> inventory = open_for_command(path, options.max_size, status);
+               Database& database, Outcome& outcome) {
+  const std::unique_ptr<Inventory> inventory = open_for_command(path, options.max_size, outcome.status);
   if (!inventory) return true;
-  const std::optional<std::string> signer = signatures.signer_of(path, *inventory, status);
-  return !signer || database.add(*inventory, *signer);
+  const std::optional<std::string> signer = signatures.signer_of(path, *inventory, outcome.status);
+  if (!signer) return true;
+  outcome.masked += mask_unless_kept(options.keep_secrets, *inventory);
+  return database.add(*inventory, *signer);
 }
 
-bool load(const Options& options, const SignatureCheck& signatures, Database& database, int& status) {
+bool load(const Options& options, const SignatureCheck& signatures, Database& database, Outcome& outcome) {
   Progress progress(options.files.size());
   for (size_t i = 0; i < options.files.size(); ++i) {
     if (i % kBatch == 0 && i > 0 && !database.commit()) return false;
     if (i % kBatch == 0 && !database.begin()) return false;
-    if (!load_file(options.files[i], options, signatures, database, status)) return false;
+    if (!load_file(options.files[i], options, signatures, database, outcome)) return false;
     progress.show(i + 1);
   }
   return database.commit();
@@ -66,9 +76,11 @@ bool load(const Options& options, const SignatureCheck& signatures, Database& da
 int run(const Options& options) {
   const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, options.files);
   if (!signatures) return kUnusable;
-  int status = kDone;
+  Outcome outcome;
   Database database;
-  if (database.open(options.database) && load(options, *signatures, database, status)) return status;
+  const bool loaded = database.open(options.database) && load(options, *signatures, database, outcome);
+  tell_masked("load", outcome.masked);
+  if (loaded) return outcome.status;
   complain(options.database, database.error());
   return kUnusable;
 }
@@ -86,6 +98,7 @@ void add_load(CLI::App& app, int& status) {
   command.add_option("DATABASE", options->database, "The database; created if missing")->required();
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   add_signature_options(command, options->signature);
+  add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -1,6 +1,7 @@
 #include "inv/report/report.h"
 
-#include "inv/commands/command.h"
+#include "inv/commands/secret_options.h"
+#include "inv/secrets/secret_text.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
@@ -11,6 +12,7 @@ struct Options {
   bool compare = false;
   bool force = false;
   std::string output = "-";
+  bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -25,9 +27,11 @@ int run(const Options& options) {
   for (const std::string& file : options.files) {
     inventories.push_back(open_for_command(file, options.max_size, status));
     if (!inventories.back()) return status;
+    mask_unless_kept(options.keep_secrets, *inventories.back());
   }
   const std::string page =
       options.compare ? comparison_page(*inventories[0], *inventories[1]) : report_page(*inventories[0]);
+  if (!options.keep_secrets) tell_masked("report", masks_in(page));
   return worse(status, write_result(options.output, page));
 }
 
@@ -45,6 +49,7 @@ void add_report(CLI::App& app, int& status) {
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
   add_force(command, options->force);
+  add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -21,7 +21,8 @@ bool is_passing(Element element, std::string_view name) {
 
 class Differ {
  public:
-  explicit Differ(Facts facts) : facts_(facts) {}
+  Differ(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts)
+      : old_(old_inventory), new_(new_inventory), facts_(facts) {}
 
   // Pair after pair from a list of its own: a tree from outside is never walked by recursion.
   void compare_trees(Element old_top, Element new_top) {
@@ -46,8 +47,13 @@ class Differ {
     Element new_element;
   };
 
+  // Two secrets may look the same where they are masked.
+  bool differ(std::string_view old_text, std::string_view new_text) const {
+    return old_text != new_text || old_.original(old_text) != new_.original(new_text);
+  }
+
   void compare_own(const Pair& pair) {
-    if (pair.old_element.value() != pair.new_element.value()) {
+    if (differ(pair.old_element.value(), pair.new_element.value())) {
       report(pair, "", pair.old_element.value(), pair.new_element.value());
     }
     compare_names(pair, pair.old_element.annotations(), pair.new_element.annotations());
@@ -83,7 +89,7 @@ class Differ {
       const auto counterpart = new_named.find(name_of(item));
       if (counterpart == new_named.end()) {
         report(pair, change_name(item), value_of(item), {}, Change::Kind::removed);
-      } else if (value_of(item) != value_of(*counterpart->second)) {
+      } else if (differ(value_of(item), value_of(*counterpart->second))) {
         report(pair, change_name(item), value_of(item), value_of(*counterpart->second));
       }
     }
@@ -165,13 +171,15 @@ class Differ {
     return facts_ == Facts::lasting && is_passing(element, name);
   }
 
+  const Inventory& old_;
+  const Inventory& new_;
   Facts facts_;
 };
 
 }  // namespace
 
 std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts) {
-  Differ differ(facts);
+  Differ differ(old_inventory, new_inventory, facts);
   differ.compare_trees(old_inventory.snapshot_top(), new_inventory.snapshot_top());
   differ.compare_trees(old_inventory.asset_top(), new_inventory.asset_top());
   return std::move(differ.changes);

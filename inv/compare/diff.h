@@ -28,7 +28,8 @@ enum class Facts {
 };
 
 // The changes in the order of the old file, then, at each element, what was added to it. Elements are paired
-// by identity_of(); those of equal identity one after the other.
+// by identity_of(); those of equal identity one after the other. Secrets are compared unmasked, and shown as
+// the inventories show them.
 std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts);
 
 // "added", "removed" or "changed".

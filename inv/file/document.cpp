@@ -38,6 +38,18 @@ std::string_view Element::text(std::string_view name) const {
   return found ? found->value : std::string_view();
 }
 
+void Document::show(std::string_view& place, const std::optional<std::string>& text) {
+  if (!text) return;
+  shown_.push_back(*text);
+  originals_.emplace(shown_.back().data(), place);
+  place = shown_.back();
+}
+
+std::string_view Document::original(std::string_view shown) const {
+  const auto found = originals_.find(shown.data());
+  return found == originals_.end() ? shown : found->second;
+}
+
 Element Element::parent() const {
   const uint32_t distance = record().parent_distance;
   return distance > 0 ? Element(record_ - distance) : Element();

@@ -8,9 +8,12 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace inv {
@@ -129,6 +132,13 @@ class Children {
 
 inline Children Element::children() const { return Children(*this); }
 
+// A text of a tree: a name or a value, of an attribute or, when that is null, of the tag itself.
+struct TextPlace {
+  Element element;
+  const Attribute* attribute = nullptr;
+  bool is_name = false;
+};
+
 // A text and its tree. The views in it stay right when it is moved.
 class Document {
  public:
@@ -137,7 +147,17 @@ class Document {
   // Of the text, without its first one, the mark.
   size_t line_count() const { return line_count_; }
 
+  // Shows other names and values than the text has: calls replace(const TextPlace&, std::string_view) for
+  // each, which returns what to show, or none to leave it. Values come before the names that tell what they
+  // are. Annotations stay.
+  template <typename Replace>
+  void replace_texts(Replace replace);
+  // What stood in the text where this is shown: the same view when nothing was put in its place.
+  std::string_view original(std::string_view shown) const;
+
  private:
+  void show(std::string_view& place, const std::optional<std::string>& text);
+
   friend class TextParser;
 
   std::unique_ptr<const std::string> text_;
@@ -145,7 +165,23 @@ class Document {
   std::vector<Attribute> attributes_;
   std::vector<Annotation> annotations_;
   size_t line_count_ = 0;
+  std::deque<std::string> shown_;                                // texts that are in no file
+  std::unordered_map<const char*, std::string_view> originals_;  // by the beginning of what is shown
 };
+
+template <typename Replace>
+void Document::replace_texts(Replace replace) {
+  for (Record& record : records_) {
+    const Element element(&record);
+    Attribute* const first = attributes_.data() + (record.attributes.first - attributes_.data());
+    for (Attribute* attribute = first; attribute != record.attributes.last; ++attribute) {
+      show(attribute->value, replace(TextPlace{element, attribute, false}, attribute->value));
+      show(attribute->name, replace(TextPlace{element, attribute, true}, attribute->name));
+    }
+    show(record.value, replace(TextPlace{element, nullptr, false}, record.value));
+    show(record.name, replace(TextPlace{element, nullptr, true}, record.name));
+  }
+}
 
 // The tree as text again: the same bytes that it was parsed from.
 std::string write_text(const Document& document);

@@ -81,6 +81,13 @@ const std::string* Inventory::raw_data() const {
   return nullptr;
 }
 
+std::string_view Inventory::original(std::string_view shown) const {
+  for (const Content& content : contents) {
+    if (content.document) shown = content.document->original(shown);
+  }
+  return shown;
+}
+
 std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string bytes, uint64_t max_size) {
   auto inventory = std::make_unique<Inventory>();
   inventory->file_name = std::move(file_name);

@@ -33,6 +33,8 @@ struct Inventory {
   Element snapshot_top() const { return top_of(snapshot()); }
   Element asset_top() const { return top_of(asset()); }
   const std::string* raw_data() const;
+  // What stood in a file where one of its trees shows this (Document::original).
+  std::string_view original(std::string_view shown) const;
 
  private:
   const Document* first_tree(Section::Kind kind) const;

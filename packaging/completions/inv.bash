@@ -25,12 +25,13 @@ _inv() {
         case ${COMP_WORDS[1]} in
         get) words="--no-filename -H --with-filename --json --trim" ;;
         list | unpack) words="" ;;
-        summary | load) words=$signed ;;
+        summary) words=$signed ;;
+        load) words="$signed --secrets" ;;
         show) words="--section --depth" ;;
         verify) words="-q --quiet --failures $signed" ;;
-        export) words="-f --format -o --output --csv-safe --force" ;;
-        diff) words="--all --json" ;;
-        report) words="--compare -o --output --force" ;;
+        export) words="-f --format -o --output --csv-safe --force --secrets" ;;
+        diff) words="--all --json --secrets" ;;
+        report) words="--compare -o --output --force --secrets" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;
         *) return ;;
         esac

@@ -39,6 +39,7 @@ complete -c inv -n '__fish_seen_subcommand_from export' -s f -l format -x -a 'js
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -s o -l output -r -F -d 'Where to write'
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -l force -d 'Let the output replace an input'
 complete -c inv -n '__fish_seen_subcommand_from export' -l csv-safe -d 'Disarm formulas for spreadsheets'
+complete -c inv -n '__fish_seen_subcommand_from export diff report load' -l secrets -d 'Keep passwords, keys and tokens'
 complete -c inv -n '__fish_seen_subcommand_from diff' -l all -d 'Include what changes in every scan'
 complete -c inv -n '__fish_seen_subcommand_from diff' -l json -d 'As an array of objects'
 complete -c inv -n '__fish_seen_subcommand_from report' -l compare -d 'Show what changed from OLD to NEW'

@@ -28,12 +28,13 @@ BELOW = {
     "inv/file": ["inv/base", "src/zxml"],
     "inv/signature": ["inv/base"],
     "inv/facts": ["inv/file"],
+    "inv/secrets": ["inv/facts"],
     "inv/show": ["inv/facts"],
     "inv/export": ["inv/facts"],
     "inv/compare": ["inv/show"],
     "inv/report": ["inv/compare"],
     "inv/redact": ["inv/facts"],
-    "inv/commands": ["inv/signature", "inv/show", "inv/export", "inv/compare", "inv/report", "inv/redact"],
+    "inv/commands": ["inv/signature", "inv/secrets", "inv/show", "inv/export", "inv/compare", "inv/report", "inv/redact"],
     "inv": ["inv/commands"],
 }
 
