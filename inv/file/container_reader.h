@@ -13,8 +13,8 @@
 namespace inv {
 
 // What a section as stored, or all inflated sections of a file, may measure unless the caller says otherwise:
-// 256 MiB. With the limits in zxml_parser.h it keeps the memory of every command within four times that,
-// which bench/memory.py measures; the largest real inventories have less than a tenth.
+// 256 MiB; the largest real inventories have less than a tenth. bench/memory.py tells how many times this
+// much memory each command takes.
 constexpr uint64_t kUsualMaxSize = 256ull << 20;
 
 struct Section {
