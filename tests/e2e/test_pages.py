@@ -14,7 +14,7 @@ import inventories
 import same_host
 from inventories import FOLDER, ROOT, SCANNER, SIMULATOR, InventoryTestCase
 
-PAGES = ["README.md", "docs/inv-tool.md", "docs/fleet.md", "docs/redact.md", "simulator/README.md"]
+PAGES = ["README.md", "docs/inv-tool.md", "docs/fleet.md", "docs/privacy.md", "simulator/README.md"]
 MANUAL_PAGES = ["docs/man/inv.1", "docs/man/velkaro-scanner.1"]
 MACHINES = SIMULATOR / "machines"
 
