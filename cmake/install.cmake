@@ -15,6 +15,7 @@ endfunction()
 velkaro_install_program(velkaro-scanner scanner)
 if(TARGET inv)
   velkaro_install_program(inv reader)
+  install(DIRECTORY packaging/policies DESTINATION ${CMAKE_INSTALL_DATADIR}/velkaro-scanner COMPONENT reader)
 endif()
 
 # What has no ending is a program.

@@ -70,6 +70,8 @@ void add_unpack(CLI::App& app, int& status);
 void add_report(CLI::App& app, int& status);
 void add_load(CLI::App& app, int& status);
 void add_redact(CLI::App& app, int& status);
+void add_query(CLI::App& app, int& status);
+void add_policy(CLI::App& app, int& status);
 void add_help(CLI::App& app, int& status);
 
 }  // namespace inv

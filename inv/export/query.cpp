@@ -85,6 +85,11 @@ struct FinishStatement {
 
 }  // namespace
 
+std::string text_of_cell(const Json& cell) {
+  if (cell.is_null()) return "";
+  return cell.is_string() ? cell.get<std::string>() : cell.dump();
+}
+
 bool QueryDatabase::open() {
   if (database_.open_in_memory() && database_.begin()) return true;
   error_ = database_.error();

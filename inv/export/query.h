@@ -16,6 +16,9 @@ struct QueryResult {
   std::vector<std::vector<Json>> rows;  // null, integers, numbers and texts, as many as there are columns
 };
 
+// A value of an answer as a text: nothing for null.
+std::string text_of_cell(const Json& cell);
+
 // A question can only read what was added: nothing of it reaches another file or changes anything. It ends
 // with an error when it takes too long, or when its result is larger than memory should hold.
 //

@@ -3,7 +3,7 @@
 _inv() {
     local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} words
     local signed="--allowed-signers --signature --identity --revoked-keys"
-    local commands="summary show get list verify export diff unpack report load redact help"
+    local commands="summary show get list verify export diff unpack report load redact query policy help"
     COMPREPLY=()
     # For bash, "--format=csv" is three words.
     if [[ $current == = ]]; then
@@ -13,11 +13,17 @@ _inv() {
     fi
     case $COMP_CWORD,$option in
     1,*) words="$commands -h --help --version" ;;
-    *,-f | *,--format) words="json ndjson csv zxml" ;;
+    *,-f | *,--format)
+        case ${COMP_WORDS[1]} in
+        query) words="table csv json" ;;
+        policy) words="table json junit" ;;
+        *) words="json ndjson csv zxml" ;;
+        esac
+        ;;
     *,--section) words="snapshot asset" ;;
     *,--color) words="auto always never" ;;
     2,help) words="$commands -h --help --color" ;;
-    *,-o | *,--output | *,--depth | *,--key | *,--key-file | *,--salt-of | *,--max-size) return ;;
+    *,-o | *,--output | *,--depth | *,--key | *,--key-file | *,--salt-of | *,--max-size | *,--timeout) return ;;
     *,--allowed-signers | *,--signature | *,--identity | *,--revoked-keys) return ;;
     *)
         # Without a word here, bash offers files.
@@ -30,6 +36,7 @@ _inv() {
         show) words="--section --depth" ;;
         verify) words="-q --quiet --failures $signed" ;;
         export) words="-f --format -o --output --csv-safe --force --secrets" ;;
+        query | policy) words="-f --format --timeout" ;;
         diff) words="--all --json --secrets" ;;
         report) words="--compare -o --output --force --secrets" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;

@@ -1,6 +1,6 @@
 # Completion of inv for fish: put it into share/fish/vendor_completions.d.
 
-set -l files summary show get list verify export diff unpack report load redact
+set -l files summary show get list verify export diff unpack report load redact query policy
 set -l commands $files help
 set -l first "not __fish_seen_subcommand_from $commands"
 complete -c inv -n $first -f
@@ -15,6 +15,8 @@ complete -c inv -n $first -a unpack -d 'Take a file apart; a debug file becomes 
 complete -c inv -n $first -a report -d 'Make a page of HTML that needs no network'
 complete -c inv -n $first -a load -d 'Load files into an SQLite database'
 complete -c inv -n $first -a redact -d 'Replace what identifies a machine and its people'
+complete -c inv -n $first -a query -d 'Answer a question in SQL about files'
+complete -c inv -n $first -a policy -d 'Check files against rules; status 1 when one is broken'
 complete -c inv -n $first -a help -d 'Tell about a command'
 complete -c inv -n $first -l version -d 'Tell the version'
 complete -c inv -s h -l help -d 'Tell about the command'
@@ -40,6 +42,9 @@ complete -c inv -n '__fish_seen_subcommand_from export report redact' -s o -l ou
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -l force -d 'Let the output replace an input'
 complete -c inv -n '__fish_seen_subcommand_from export' -l csv-safe -d 'Disarm formulas for spreadsheets'
 complete -c inv -n '__fish_seen_subcommand_from export diff report load' -l secrets -d 'Keep passwords, keys and tokens'
+complete -c inv -n '__fish_seen_subcommand_from query' -s f -l format -x -a 'table csv json' -d 'The form of the answer'
+complete -c inv -n '__fish_seen_subcommand_from policy' -s f -l format -x -a 'table json junit' -d 'The form of the answer'
+complete -c inv -n '__fish_seen_subcommand_from query policy' -l timeout -x -d 'Give up after these seconds'
 complete -c inv -n '__fish_seen_subcommand_from diff' -l all -d 'Include what changes in every scan'
 complete -c inv -n '__fish_seen_subcommand_from diff' -l json -d 'As an array of objects'
 complete -c inv -n '__fish_seen_subcommand_from report' -l compare -d 'Show what changed from OLD to NEW'

@@ -9,7 +9,9 @@ import options_of
 from inventories import ROOT, InventoryTestCase
 
 FOLDER = ROOT / "packaging" / "completions"
-CHOICES = {"--format": ["csv", "json", "ndjson", "zxml"], "--section": ["asset", "snapshot"], "--color": ["always", "auto", "never"]}
+CHOICES = {"export": {"--format": ["csv", "json", "ndjson", "zxml"]}, "query": {"--format": ["csv", "json", "table"]},
+           "policy": {"--format": ["json", "junit", "table"]}, "show": {"--section": ["asset", "snapshot"]},
+           "get": {"--color": ["always", "auto", "never"]}, "help": {"--color": ["always", "auto", "never"]}}
 
 
 def output_of(*command):
@@ -66,11 +68,11 @@ class Completions:
                 self.assertEqual(self.options_offered("inv", command), options_of.options(command))
 
     def test_choices(self):
-        for command, option in [("export", "--format"), ("show", "--section"), ("get", "--color"), ("help", "--color")]:
-            for choice in CHOICES[option]:
+        for command, option in [(command, option) for command, options in CHOICES.items() for option in options]:
+            for choice in CHOICES[command][option]:
                 self.assertIn(choice, options_of.help_text(command))
-            self.assertEqual(self.choices_offered(command, option), CHOICES[option])
-            self.assertEqual(self.choices_offered_after_equals(command, option), CHOICES[option])
+            self.assertEqual(self.choices_offered(command, option), CHOICES[command][option])
+            self.assertEqual(self.choices_offered_after_equals(command, option), CHOICES[command][option])
 
     def test_help_knows_the_commands(self):
         self.assertTrue(self.commands_offered_after_help() >= set(options_of.commands_of_files()))
@@ -92,7 +94,7 @@ class Bash(Completions, InventoryTestCase):
         return sorted(bash_offers("inv", command, option, ""))
 
     def choices_offered_after_equals(self, command, option):
-        first = CHOICES[option][0]
+        first = CHOICES[command][option][0]
         self.assertEqual(bash_offers("inv", command, option, "=", first[:-1]), {first})
         return sorted(bash_offers("inv", command, option, "="))
 

@@ -44,13 +44,20 @@ def damaged_snapshot(name):
     return path
 
 
+def kept_policy():
+    """Rules that no file breaks."""
+    path = FOLDER / "kept.json"
+    path.write_text('{"rules": [{"name": "none", "severity": "low", "message": "never", "sql": "SELECT 1 WHERE 0"}]}')
+    return path
+
+
 class Commands(InventoryTestCase):
     def setUp(self):
         self.file = scanned(IMAC)
 
     def test_help_begins_with_examples(self):
         self.assertTrue(self.check(0, "--help").startswith("Examples:\n  inv "))
-        self.assertEqual(len(options_of.commands()), 12)
+        self.assertEqual(len(options_of.commands()), 14)
         for command in options_of.commands():
             with self.subTest(command=command):
                 self.assertTrue(self.check(0, command, "--help").startswith(f"Examples:\n  inv {command} "))
@@ -61,7 +68,9 @@ class Commands(InventoryTestCase):
                           ["list", self.file, "--max-size", "0"], ["list", self.file, "--max-size", "many"],
                           ["list", self.file, "--max-size", "2000gb"], ["list", self.file, "--wrong"],
                           ["list"], ["diff", self.file], ["unpack", self.file], ["load", "x.db"],
-                          ["report", self.file, self.file], ["report", "--compare", self.file], ["redact", self.file]):
+                          ["report", self.file, self.file], ["report", "--compare", self.file], ["redact", self.file],
+                          ["query", "SELECT 1"], ["query", "SELECT 1", self.file, "-f", "xml"], ["query", "SELECT 1", self.file, "--timeout", "0"],
+                          ["policy", kept_policy()], ["policy", kept_policy(), self.file, "-f", "csv"]):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.check(2, *arguments), "")
                 self.assertNotEqual(self.messages, "")
@@ -86,7 +95,8 @@ class Commands(InventoryTestCase):
                 ["diff", file, self.file], ["diff", self.file, file], ["unpack", file, tempfile.mkdtemp(dir=FOLDER)],
                 ["report", file], ["report", "--compare", file, self.file], ["report", "--compare", self.file, file],
                 ["load", f"{FOLDER}/{self.id()}.db", file], ["load", f"{FOLDER}/{self.id()}.db", self.file, file],
-                ["redact", file, "-o", "-"]]
+                ["redact", file, "-o", "-"], ["query", "SELECT 1", file], ["query", "SELECT 1", self.file, file],
+                ["policy", kept_policy(), file]]
         self.assertEqual({use[0] for use in uses}, set(options_of.commands_of_files()))
         return uses
 

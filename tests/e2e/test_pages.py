@@ -79,7 +79,8 @@ def files():
     """The files that the pages mention, by their names there."""
     monday, friday = same_host.scan(MACHINES / "imac-10.6"), same_host.scan(changed_imac(FOLDER / "friday"))
     render, debug = same_host.scan(MACHINES / "mac-pro-10.5"), same_host.scan(MACHINES / "imac-10.6", "/debug")
-    return {"monday.inv": monday, "MAC.inv": monday, "friday.inv": friday, "render.inv": render, "debug.inv": debug, "DEBUG.inv": debug}
+    return {"monday.inv": monday, "MAC.inv": monday, "friday.inv": friday, "render.inv": render, "debug.inv": debug, "DEBUG.inv": debug,
+            "starter.json": ROOT / "packaging" / "policies" / "starter.json"}
 
 
 def make_checkout(folder):

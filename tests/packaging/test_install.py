@@ -20,7 +20,7 @@ def of_program(name):
 
 COMPONENTS = {
     "scanner": of_program("velkaro-scanner"),
-    "reader": of_program("inv"),
+    "reader": of_program("inv") | {"share/velkaro-scanner/policies/starter.json"},
     "fleet": release.FLEET,
     "documentation": release.DOCUMENTATION,
 }

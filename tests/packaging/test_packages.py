@@ -32,6 +32,7 @@ def packed(name):
         "share/bash-completion/completions/inv",
         "share/zsh/site-functions/_inv",
         "share/fish/vendor_completions.d/inv.fish",
+        "share/velkaro-scanner/policies/starter.json",
     }
     if name == "deb":
         files -= {"share/man/man1/inv.1", "share/zsh/site-functions/_inv"}

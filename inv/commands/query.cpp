@@ -1,0 +1,53 @@
+#include "inv/export/query.h"
+
+#include "inv/base/utf8.h"
+#include "inv/commands/command.h"
+#include "inv/commands/result_text.h"
+#include "inv/show/terminal.h"
+
+namespace inv {
+namespace {
+
+struct Options {
+  std::string sql;
+  std::vector<std::string> files;
+  std::string format = "table";
+  unsigned patience = kUsualPatience;
+  uint64_t max_size = kUsualMaxSize;
+};
+
+int run(const Options& options) {
+  int status = kDone;
+  QueryDatabase database{std::chrono::seconds(options.patience)};
+  if (!open_for_questions(database, options.files, options.max_size, status)) return kUnusable;
+  const std::optional<QueryResult> result = database.ask(options.sql);
+  if (!result) {
+    complain("query", database.error());
+    return kUnusable;
+  }
+  return worse(status, print_result(result_text(*result, options.format)));
+}
+
+constexpr char kExamples[] =
+    "  inv query \"SELECT machine_name, version FROM software WHERE name = 'Safari'\" *.inv\n"
+    "  inv query \"SELECT * FROM software WHERE name = 'Safari' AND version < '6.0' COLLATE version\" *.inv\n"
+    "  inv query 'SELECT machine_name, name, used_percent FROM volumes ORDER BY 3 DESC' --format csv *.inv\n"
+    "  inv query \"SELECT name, sql FROM sqlite_master WHERE type = 'view'\" MAC.inv   what there is to "
+    "ask\n";
+
+}  // namespace
+
+void add_query(CLI::App& app, int& status) {
+  auto options = std::make_shared<Options>();
+  CLI::App& command = add_command(app, "query", "Answer a question in SQL about files", kExamples);
+  command.add_option("SQL", options->sql, "One SELECT over the tables and views of inv load")->required();
+  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  limit_to(
+      command.add_option("-f,--format", options->format, "table, csv or json (table)")->type_name("NAME"),
+      {"table", "csv", "json"});
+  add_timeout(command, options->patience);
+  add_max_size(command, options->max_size);
+  command.callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace inv
