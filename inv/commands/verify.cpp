@@ -2,6 +2,7 @@
 
 #include "inv/base/utf8.h"
 #include "inv/commands/signature_options.h"
+#include "inv/facts/gaps.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
@@ -11,6 +12,7 @@ struct Options {
   std::vector<std::string> files;
   bool quiet = false;
   bool failures = false;
+  bool strict = false;
   SignatureOptions signature;
   uint64_t max_size = kUsualMaxSize;
 };
@@ -27,6 +29,13 @@ std::string verdict_line(const Verdict& verdict, const Terminal& terminal) {
   return line;
 }
 
+// What a scan did not learn, after the verdict on a valid file.
+std::string gaps_text(const std::vector<std::string>& gaps, const Terminal& terminal) {
+  std::string text;
+  for (const std::string& gap : gaps) text += (text.empty() ? ": " : "; ") + printable(gap);
+  return text.empty() ? "" : ", but " + terminal.yellow("incomplete") + text;
+}
+
 // What is said about the signature, after the verdict on the file itself.
 std::string signature_text(const SignatureVerdict& signature, const Terminal& terminal) {
   if (signature.refusal.empty()) return ", signed by " + printable(signature.signer);
@@ -39,11 +48,15 @@ struct Judgement {
   bool good;
 };
 
-Judgement judge(const std::string& path, const Inventory& inventory, const SignatureCheck& signatures,
-                const Terminal& terminal) {
+// Strictly, a file of a scan that did not learn all is no good either.
+Judgement judge(const std::string& path, const Inventory& inventory, bool strict,
+                const SignatureCheck& signatures, const Terminal& terminal) {
   const Verdict verdict = verify(inventory);
-  Judgement judgement = {printable(inventory.file_name) + ": " + verdict_line(verdict, terminal),
-                         verdict.faults.empty()};
+  const bool valid = verdict.faults.empty();
+  const std::vector<std::string> gaps = strict && valid ? gaps_in(inventory) : std::vector<std::string>();
+  Judgement judgement = {
+      printable(inventory.file_name) + ": " + verdict_line(verdict, terminal) + gaps_text(gaps, terminal),
+      valid && gaps.empty()};
   if (signatures.wanted()) {
     const SignatureVerdict signature = signatures.judge(path, inventory);
     judgement.good = judgement.good && signature.refusal.empty();
@@ -67,7 +80,7 @@ int run(const Options& options) {
       status = worse(status, kUnusable);
       continue;
     }
-    const Judgement judgement = judge(path, *inventory, *signatures, terminal);
+    const Judgement judgement = judge(path, *inventory, options.strict, *signatures, terminal);
     if (!judgement.good) status = worse(status, kNo);
     if (!judgement.good || !options.failures) lines += judgement.line;
   }
@@ -78,6 +91,7 @@ constexpr char kExamples[] =
     "  inv verify *.inv                        a line for each file\n"
     "  inv verify --failures *.inv             a line for each that is not valid\n"
     "  inv verify --quiet MAC.inv && import MAC.inv\n"
+    "  inv verify --strict *.inv               and whether each Mac told all\n"
     "  inv verify --allowed-signers allowed_signers *.inv     and each has its FILE.sig\n";
 
 }  // namespace
@@ -88,6 +102,7 @@ void add_verify(CLI::App& app, int& status) {
   command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
   command.add_flag("-q,--quiet", options->quiet, "Only the exit status");
   command.add_flag("--failures", options->failures, "Tell only of files that are not valid");
+  command.add_flag("--strict", options->strict, "Say what the scan did not learn, and end with 1 then");
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

@@ -1,13 +1,24 @@
-// The facts that a person asks for first, found in the trees and put into words.
+// The facts that a person asks for first, found in the trees.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include "inv/facts/readable.h"
 #include "inv/file/inventory.h"
 
 namespace inv {
+
+struct Processor {
+  std::string name;  // as the profiler calls it: "Quad-Core Intel Xeon"
+  std::string chip;  // as the chip calls itself, "Apple M4 Pro"; empty when that is the name
+  uint64_t packages = 0;
+  std::string cores;
+  std::string performance_cores;
+  std::string efficiency_cores;
+  std::string megahertz;
+};
 
 struct MemorySlot {
   std::string label;
@@ -15,12 +26,22 @@ struct MemorySlot {
   std::string type;
 };
 
+struct Memory {
+  uint64_t megabytes = 0;         // 0: not known
+  std::string type;               // of memory without slots: "LPDDR5"
+  bool soldered = false;          // it has no slots
+  bool upgradeable = true;        // false when the profiler says so
+  std::vector<MemorySlot> slots;  // none when no slot tells its state
+};
+
 struct Disk {
   std::string kind;  // "HDD", "CD", "Removable"
   std::string model;
   std::string serial;
   std::string interface;
-  uint64_t bytes = 0;  // 0: not known
+  uint64_t bytes = 0;   // 0: not known
+  std::string medium;   // "SSD" or "hard disk"
+  std::string problem;  // what SMART says of a disk that is not in order
 };
 
 struct Volume {
@@ -30,10 +51,14 @@ struct Volume {
   uint64_t bytes = 0;  // 0: not known
   uint64_t free_bytes = 0;
   bool knows_free = false;
+  std::string container;  // of APFS, whose volumes share its space: "disk3"
 
   bool knows_used() const { return knows_free && bytes > 0; }
   // 0 to 100, cut off as the scanner does it.
   unsigned used_percent() const;
+  bool shares_space_with(const Volume& other) const {
+    return !container.empty() && container == other.container;
+  }
 };
 
 struct Display {
@@ -41,6 +66,8 @@ struct Display {
   std::string resolution;
   std::string diagonal;  // in inches
   bool main = false;
+  std::string pixels;  // when there are other ones than the resolution has: "3024 x 1964"
+  bool built_in = false;
 };
 
 struct Adapter {
@@ -54,25 +81,27 @@ struct Adapter {
 struct Overview {
   std::string name;
   std::string identity;
-  std::string model;
+  std::string model;       // "Mac16,8"
+  std::string model_name;  // "MacBook Pro"
+  bool virtual_machine = false;
   std::string serial;
-  std::string os;
+  std::string os;  // see system_name()
   std::string kernel;
   std::string architecture;
   std::string uptime;  // "2 days 3:04:05"
   std::string timestamp;
   std::string signed_by;  // known only to callers that have checked a signature
   std::string user;
-  std::string processor;
-  uint64_t packages = 0;
-  std::string cores;
-  std::string megahertz;
-  uint64_t memory_megabytes = 0;
-  std::vector<MemorySlot> slots;
+  Processor processor;
+  Memory memory;
   std::vector<Disk> disks;
-  std::vector<Volume> volumes;
+  std::vector<Volume> volumes;  // those of a container one after the other
   std::vector<Display> displays;
-  std::vector<std::string> graphics;
+  std::vector<std::string> graphics;  // "Apple M4 Pro, 16 cores, Metal 4"
+  std::vector<std::string> battery;   // "condition Good", "61 cycles", ...
+  std::vector<std::string> security;  // "FileVault on", "SIP off", ...
+  std::string firewall;               // "on, blocks all connections"
+  std::string management;             // "enrolled in MDM, approved by the user"
   std::vector<Adapter> adapters;
   bool has_snapshot = false;  // without it nothing has been counted
   size_t applications = 0;
@@ -80,19 +109,20 @@ struct Overview {
   size_t processes = 0;
   size_t printers = 0;
   size_t usb_devices = 0;
+  size_t thunderbolt_devices = 0;
+  size_t bluetooth_devices = 0;
+  size_t installed_packages = 0;
+  std::vector<std::string> gaps;  // see gaps_in()
 };
 
 Overview overview_of(const Inventory& inventory);
 
-// "20120118153045.000000+120" as "2012-01-18 15:30:45 +02:00"; anything else unchanged.
-std::string readable_time(const std::string& timestamp);
-// "00000002030405.000000:000" as "2 days 3:04:05"; anything else unchanged.
-std::string readable_uptime(std::string_view uptime);
-// Megabytes of memory, where a gigabyte has 1024 of them: "8 GB".
-std::string readable_memory(uint64_t megabytes);
-// Bytes of a disk, where a gigabyte is 10^9: "500 GB", "1.5 TB".
-std::string readable_size(uint64_t bytes);
-// How many of what an English noun names: "1 process", "2 processes".
-std::string readable_count(size_t count, const std::string& noun);
+struct Space {
+  uint64_t bytes = 0;
+  uint64_t free_bytes = 0;
+};
+
+// What the volumes that know theirs have together; what several share is counted once.
+Space space_of(const std::vector<Volume>& volumes);
 
 }  // namespace inv

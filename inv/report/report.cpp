@@ -4,7 +4,7 @@
 
 #include "inv/base/base64.h"
 #include "inv/compare/diff.h"
-#include "inv/facts/overview.h"
+#include "inv/facts/overview_text.h"
 #include "inv/file/machine.h"
 #include "inv/report/html.h"
 #include "inv/report/page.h"
@@ -39,17 +39,13 @@ std::string page(const std::string& title, const std::string& body) {
   return html.append(rest);
 }
 
-// A card of the overview; the lines are HTML, and empty ones are left out.
-std::string card(const std::string& title, std::initializer_list<std::string> lines) {
-  std::string content;
-  for (const std::string& line : lines) {
-    if (!line.empty()) content += "<p>" + line + "</p>";
+// A card with a line for each text that is not empty.
+std::string card(const std::string& title, const std::vector<std::string>& texts) {
+  std::string lines;
+  for (const std::string& text : texts) {
+    if (!text.empty()) lines += "<p>" + isolated(text) + "</p>";
   }
-  return content.empty() ? "" : "<div class=\"card\"><h3>" + title + "</h3>" + content + "</div>\n";
-}
-
-std::string with_unit(const std::string& value, const std::string& unit) {
-  return value.empty() ? "" : escaped(value) + " " + unit;
+  return lines.empty() ? "" : "<div class=\"card\"><h3>" + title + "</h3>" + lines + "</div>\n";
 }
 
 std::string time_element(const std::string& timestamp) {
@@ -57,51 +53,68 @@ std::string time_element(const std::string& timestamp) {
 }
 
 std::string heading(const Overview& overview) {
-  std::string line = isolated(overview.model);
+  std::string line = isolated(model_text(overview));
   const auto add = [&](const std::string& text) { line += (line.empty() ? "" : " &middot; ") + text; };
   if (!overview.serial.empty()) add(isolated(overview.serial));
   if (!overview.timestamp.empty()) add("scanned " + time_element(overview.timestamp));
   return "<header><h1>" + isolated(overview.name) + "</h1><p>" + line + "</p></header>\n";
 }
 
-std::string contents_card(const Overview& overview) {
-  return card("Contents",
-              {readable_count(overview.applications, "application"),
-               readable_count(overview.accounts, "account"), readable_count(overview.processes, "process")});
+std::vector<std::string> storage_texts(const Overview& overview) {
+  uint64_t disk_bytes = 0;
+  for (const Disk& disk : overview.disks) disk_bytes += disk.bytes;
+  const Space space = space_of(overview.volumes);
+  return {
+      disk_bytes > 0 ? readable_size(disk_bytes) : "",
+      overview.disks.empty() ? "" : readable_count(overview.disks.size(), "drive"),
+      overview.volumes.empty() ? "" : readable_count(overview.volumes.size(), "volume"),
+      space.bytes > 0 ? readable_size(space.free_bytes) + " of " + readable_size(space.bytes) + " free" : ""};
+}
+
+std::vector<std::string> display_texts(const Overview& overview) {
+  std::vector<std::string> texts;
+  for (const Display& display : overview.displays) texts.push_back(display_text(display));
+  return texts;
+}
+
+// What protects the Mac, and who.
+std::vector<std::string> security_texts(const Overview& overview) {
+  std::vector<std::string> texts = overview.security;
+  if (!overview.firewall.empty()) texts.push_back("firewall " + overview.firewall);
+  texts.push_back(overview.management);
+  return texts;
 }
 
 std::string cards(const Overview& overview) {
-  uint64_t disk_bytes = 0;
-  for (const Disk& disk : overview.disks) disk_bytes += disk.bytes;
-  std::string displays;
-  for (const Display& display : overview.displays)
-    displays += (displays.empty() ? "" : ", ") + isolated(display.model);
+  const std::string uptime = overview.uptime.empty() ? "" : "up " + overview.uptime;
   return "<div class=\"cards\">\n" +
-         card("System", {isolated(overview.os), isolated(overview.kernel), isolated(overview.architecture),
-                         overview.uptime.empty() ? "" : "up " + escaped(overview.uptime)}) +
-         card("Processor", {isolated(overview.processor), with_unit(overview.cores, "cores"),
-                            with_unit(overview.megahertz, "MHz")}) +
-         card("Memory", {overview.memory_megabytes > 0 ? readable_memory(overview.memory_megabytes) : ""}) +
-         card("Storage",
-              {disk_bytes > 0 ? readable_size(disk_bytes) : "",
-               overview.disks.empty() ? "" : readable_count(overview.disks.size(), "drive"),
-               overview.volumes.empty() ? "" : readable_count(overview.volumes.size(), "volume")}) +
-         card("Displays", {displays}) + (overview.has_snapshot ? contents_card(overview) : "") + "</div>\n";
+         card("System", {overview.os, overview.kernel, overview.architecture, uptime}) +
+         card("Processor", processor_texts(overview.processor)) +
+         card("Memory", {memory_text(overview.memory)}) + card("Storage", storage_texts(overview)) +
+         card("Displays", display_texts(overview)) + card("Graphics", overview.graphics) +
+         card("Battery", overview.battery) + card("Security", security_texts(overview)) +
+         card("Contents", content_counts(overview)) + card("Missing", overview.gaps) + "</div>\n";
 }
 
 std::string memory_section(const Overview& overview) {
-  const std::string picture = memory_picture(overview.slots);
+  const std::string picture = memory_picture(overview.memory.slots);
   return picture.empty()
              ? ""
              : "<section><h2>Memory</h2>\n<div class=\"scroll\">" + picture + "</div></section>\n";
 }
 
+// A bar for each volume that has a space, or for the volumes that share it, with their names.
 std::string volume_section(const Overview& overview) {
+  const std::vector<Volume>& volumes = overview.volumes;
   std::string bars;
-  for (const Volume& volume : overview.volumes) {
+  for (size_t i = 0; i < volumes.size();) {
+    const Volume& volume = volumes[i];
+    std::string names = isolated(volume.name);
+    while (++i < volumes.size() && volumes[i].shares_space_with(volume))
+      names += ", " + isolated(volumes[i].name);
     if (!volume.knows_used()) continue;
-    bars += "<div class=\"volume\"><span>" + isolated(volume.name) + "</span>" + volume_bar(volume) +
-            "<span>" + std::to_string(volume.used_percent()) + " % of " + readable_size(volume.bytes) + ", " +
+    bars += "<div class=\"volume\"><span>" + names + "</span>" + volume_bar(volume) + "<span>" +
+            std::to_string(volume.used_percent()) + " % of " + readable_size(volume.bytes) + ", " +
             readable_size(volume.free_bytes) + " free</span></div>\n";
   }
   return bars.empty() ? "" : "<section><h2>Space</h2>\n" + bars + "</section>\n";

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "inv/base/utf8.h"
+#include "inv/facts/overview_text.h"
 #include "inv/show/table.h"
 
 namespace inv {
@@ -23,24 +24,14 @@ std::string repeat(const char* text, size_t count) {
   return repeated;
 }
 
-// The texts that are not empty, made printable, with a comma between.
-std::string join(std::initializer_list<std::string> texts) {
-  std::string joined;
-  for (const std::string& text : texts) {
-    if (text.empty()) continue;
-    if (!joined.empty()) joined += ", ";
-    joined += printable(text);
-  }
-  return joined;
-}
-
 class Screen {
  public:
   explicit Screen(const Terminal& terminal) : terminal_(terminal) {}
 
-  // A labelled line; nothing when there is nothing to say. The text is printable.
-  void line(const std::string& label, const std::string& text) {
-    if (text.empty()) return;
+  // A labelled line; nothing when there is nothing to say.
+  void line(const std::string& label, const std::string& said) {
+    if (said.empty()) return;
+    const std::string text = printable(said);
     const size_t room = terminal_.width - kLabelWidth;
     result += terminal_.cyan(pad_right(label, kLabelWidth)) +
               (terminal_.interactive ? shorten(text, room) : text) + "\n";
@@ -57,38 +48,34 @@ class Screen {
     if (items.size() > shown) line("", "and " + std::to_string(items.size() - shown) + " more");
   }
 
+  // As many of the texts on a line as it has room for.
+  void packed(const std::string& label, const std::vector<std::string>& texts) {
+    std::vector<std::string> packed_lines;
+    for (const std::string& text : texts) {
+      const std::string longer = packed_lines.empty() ? text : packed_lines.back() + ", " + text;
+      if (!packed_lines.empty() && columns(printable(longer)) <= terminal_.width - kLabelWidth) {
+        packed_lines.back() = longer;
+      } else {
+        packed_lines.push_back(text);
+      }
+    }
+    lines(label, packed_lines, [](const std::string& text) { return text; });
+  }
+
   std::string result;
 
  private:
   const Terminal& terminal_;
 };
 
-std::string processor_text(const Overview& overview) {
-  std::string text = overview.packages > 1 ? std::to_string(overview.packages) + " x " : "";
-  text += printable(overview.processor);
-  if (text.empty()) return text;
-  return join({text, overview.cores.empty() ? "" : overview.cores + " cores",
-               overview.megahertz.empty() ? "" : overview.megahertz + " MHz"});
-}
-
 // A filled cell for each slot that holds memory.
-std::string memory_text(const Overview& overview) {
-  if (overview.memory_megabytes == 0 && overview.slots.empty()) return "";
-  std::string text = readable_memory(overview.memory_megabytes);
-  if (overview.slots.empty()) return text;
-  text += "  ";
-  size_t filled = 0;
-  for (const MemorySlot& slot : overview.slots) {
-    text += slot.megabytes > 0 ? kFull : kEmpty;
-    if (slot.megabytes > 0) ++filled;
-  }
-  return text + "  " + std::to_string(filled) + " of " + readable_count(overview.slots.size(), "slot") +
-         " filled";
-}
-
-std::string disk_text(const Disk& disk) {
-  return join({disk.model.empty() ? disk.kind : disk.model, disk.bytes > 0 ? readable_size(disk.bytes) : "",
-               disk.interface, disk.kind == "HDD" ? "" : disk.kind});
+std::string memory_line(const Memory& memory) {
+  const std::string text = memory_text(memory);
+  if (memory.slots.empty()) return text;
+  std::string cells;
+  for (const MemorySlot& slot : memory.slots) cells += slot.megabytes > 0 ? kFull : kEmpty;
+  return (text.empty() ? "" : text + "  ") + cells + "  " + std::to_string(filled_slots(memory)) + " of " +
+         readable_count(memory.slots.size(), "slot") + " filled";
 }
 
 // What is known of a volume's space; empty for nothing.
@@ -105,9 +92,12 @@ std::string space_text(const Volume& volume, const Terminal& terminal) {
          " % of " + readable_size(volume.bytes) + ", " + readable_size(volume.free_bytes) + " free";
 }
 
-std::string volume_text(const Volume& volume, const Terminal& terminal, size_t name_width) {
+// A volume that shares the space of the one above it has no bar of its own.
+std::string volume_text(const Volume& volume, const Volume* above, const Terminal& terminal,
+                        size_t name_width) {
   const std::string name = shorten(printable(volume.name), name_width);
-  const std::string space = space_text(volume, terminal);
+  const bool shared = above && volume.shares_space_with(*above);
+  const std::string space = shared ? terminal.dim("shares this space") : space_text(volume, terminal);
   return space.empty() ? name : pad_right(name, name_width) + "  " + space;
 }
 
@@ -119,26 +109,10 @@ void add_volumes(Screen& screen, const std::vector<Volume>& volumes, const Termi
   }
   const size_t shown = std::min(volumes.size(), kMostLines);
   for (size_t i = 0; i < shown; ++i) {
-    screen.raw_line(i == 0 ? "Volumes" : "", volume_text(volumes[i], terminal, name_width));
+    const Volume* above = i == 0 ? nullptr : &volumes[i - 1];
+    screen.raw_line(i == 0 ? "Volumes" : "", volume_text(volumes[i], above, terminal, name_width));
   }
   if (volumes.size() > shown) screen.line("", "and " + std::to_string(volumes.size() - shown) + " more");
-}
-
-std::string display_text(const Display& display) {
-  return join({display.model, display.diagonal.empty() ? "" : display.diagonal + " in", display.resolution,
-               display.main ? "main" : ""});
-}
-
-std::string adapter_text(const Adapter& adapter) {
-  return join({adapter.name, adapter.device, adapter.ip_address, adapter.mac_address});
-}
-
-std::string contents_text(const Overview& overview) {
-  if (!overview.has_snapshot) return "";
-  return join({readable_count(overview.applications, "application"),
-               readable_count(overview.accounts, "account"), readable_count(overview.processes, "process"),
-               readable_count(overview.printers, "printer"),
-               readable_count(overview.usb_devices, "USB device")});
 }
 
 std::vector<std::string> row_of(const Overview& overview) {
@@ -148,7 +122,7 @@ std::vector<std::string> row_of(const Overview& overview) {
           printable(overview.model),
           printable(overview.serial),
           printable(overview.os),
-          overview.memory_megabytes > 0 ? readable_memory(overview.memory_megabytes) : "",
+          overview.memory.megabytes > 0 ? readable_memory(overview.memory.megabytes) : "",
           bytes > 0 ? readable_size(bytes) : "",
           overview.has_snapshot ? std::to_string(overview.applications) : "",
           printable(readable_time(overview.timestamp))};
@@ -159,21 +133,26 @@ std::vector<std::string> row_of(const Overview& overview) {
 std::string summary_screen(const Overview& overview, const Terminal& terminal) {
   Screen screen(terminal);
   screen.result = terminal.bold(printable(overview.name)) + "\n";
-  screen.line("Model", printable(overview.model));
-  screen.line("Serial", printable(overview.serial));
-  screen.line("System", join({overview.os, overview.architecture}));
-  screen.line("Kernel", printable(overview.kernel));
-  screen.line("Uptime", printable(overview.uptime));
-  screen.line("Scanned", printable(readable_time(overview.timestamp)));
-  screen.line("Signed by", printable(overview.signed_by));
-  screen.line("Processor", processor_text(overview));
-  screen.line("Memory", memory_text(overview));
+  screen.line("Model", model_text(overview));
+  screen.line("Serial", overview.serial);
+  screen.line("System", joined({overview.os, overview.architecture}));
+  screen.line("Kernel", overview.kernel);
+  screen.line("Uptime", overview.uptime);
+  screen.line("Scanned", readable_time(overview.timestamp));
+  screen.line("Signed by", overview.signed_by);
+  screen.line("Processor", joined(processor_texts(overview.processor)));
+  screen.line("Memory", memory_line(overview.memory));
   screen.lines("Disks", overview.disks, disk_text);
   add_volumes(screen, overview.volumes, terminal);
   screen.lines("Displays", overview.displays, display_text);
-  screen.lines("Graphics", overview.graphics, [](const std::string& name) { return printable(name); });
+  screen.lines("Graphics", overview.graphics, [](const std::string& name) { return name; });
+  screen.line("Battery", joined(overview.battery));
+  screen.packed("Security", overview.security);
+  screen.line("Firewall", overview.firewall);
+  screen.line("Management", overview.management);
   screen.lines("Network", overview.adapters, adapter_text);
-  screen.line("Contents", contents_text(overview));
+  screen.line("Contents", joined(content_counts(overview)));
+  screen.lines("Missing", overview.gaps, [](const std::string& gap) { return gap; });
   return screen.result;
 }
 

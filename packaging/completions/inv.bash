@@ -34,7 +34,7 @@ _inv() {
         summary) words=$signed ;;
         load) words="$signed --secrets" ;;
         show) words="--section --depth" ;;
-        verify) words="-q --quiet --failures $signed" ;;
+        verify) words="-q --quiet --failures --strict $signed" ;;
         export) words="-f --format -o --output --csv-safe --force --secrets" ;;
         query | policy) words="-f --format --timeout" ;;
         diff) words="--all --json --secrets" ;;

@@ -32,6 +32,7 @@ complete -c inv -n '__fish_seen_subcommand_from show' -l section -x -a 'snapshot
 complete -c inv -n '__fish_seen_subcommand_from show' -l depth -x -d 'Show so many levels'
 complete -c inv -n '__fish_seen_subcommand_from verify' -s q -l quiet -d 'Only the exit status'
 complete -c inv -n '__fish_seen_subcommand_from verify' -l failures -d 'Tell only of files that are not valid'
+complete -c inv -n '__fish_seen_subcommand_from verify' -l strict -d 'Say what the scan did not learn'
 set -l signed '__fish_seen_subcommand_from summary verify load'
 complete -c inv -n $signed -l allowed-signers -r -F -d 'Want a signature by one of this list'
 complete -c inv -n $signed -l signature -r -F -d 'The signature of the one file'

@@ -19,7 +19,7 @@ size_t count(const std::string& page, const std::string& text) {
 TEST(Report, ShowsCardsAndTables) {
   const std::string page = inv::report_page(*maker::open(maker::file()));
   EXPECT_TRUE(holds(page, "<title>Office Mac</title>"));
-  EXPECT_TRUE(holds(page, "<h3>Processor</h3><p><bdi>Intel Core i7</bdi></p><p>4 cores</p>"));
+  EXPECT_TRUE(holds(page, "<h3>Processor</h3><p><bdi>Intel Core i7</bdi></p><p><bdi>4 cores</bdi></p>"));
   EXPECT_TRUE(holds(page, "<h2>Applications <span class=\"count\">2</span></h2>"));
   EXPECT_TRUE(holds(page, "<td><bdi>Safari</bdi></td><td><bdi>5.1.9</bdi></td>"));
   EXPECT_FALSE(holds(page, "<h2>Printers"));
@@ -33,6 +33,51 @@ TEST(Report, DrawsMemoryAndVolumes) {
   EXPECT_TRUE(holds(page, "aria-label=\"1 of 2 memory slots are filled\""));
   EXPECT_TRUE(holds(page, "aria-label=\"75 percent used\""));
   EXPECT_TRUE(holds(page, "75 % of 100 GB, 25 GB free"));
+}
+
+std::string page_of(const std::string& lines) {
+  return inv::report_page(
+      *maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + lines + "-\n")));
+}
+
+TEST(Report, DrawsOneBarForVolumesThatShareTheirSpace) {
+  const std::string page = page_of(
+      "+Storage=\n+Logical-disks=\n*partition:1=HD\ncontainer=disk3\nsize=100\nfree=25\n"
+      "*partition:2=Data\ncontainer=disk3\nsize=100\nfree=25\n*partition:3=Stick\nsize=10\nfree=5\n"
+      "*partition:4=Card\nsize=10\nfree=5\n-\n-\n");
+  EXPECT_EQ(count(page, "percent used"), 3u);
+  EXPECT_TRUE(holds(page, "<span><bdi>HD</bdi>, <bdi>Data</bdi></span>"));
+  EXPECT_TRUE(holds(page, "<p><bdi>4 volumes</bdi></p><p><bdi>35 GB of 120 GB free</bdi></p>"));
+}
+
+TEST(Report, DrawsNoSlotsWhenNoneTellsItsState) {
+  const std::string page =
+      page_of("+Memory=\n*Memory-slot:1=\nused=0\n*General-info=\nphysical-memory=49152\n-\n");
+  EXPECT_FALSE(holds(page, "class=\"memory\""));
+  EXPECT_TRUE(holds(page, "<h3>Memory</h3><p><bdi>48 GB</bdi></p>"));
+}
+
+TEST(Report, TwoProcessorsAreTwo) {
+  EXPECT_TRUE(
+      holds(page_of("+Processors=\n*Processor:1=Xeon\ncore-count=8\n*Processor:2=Xeon\ncore-count=8\n-\n"),
+            "<h3>Processor</h3><p><bdi>2 x Xeon</bdi></p><p><bdi>8 cores</bdi></p>"));
+}
+
+TEST(Report, ADisplayWithoutFactsIsALineOfItsOwn) {
+  EXPECT_TRUE(
+      holds(page_of("+Video=\n+Monitors=\n*Monitor:1=\nmodel=ZL 1720\n*Monitor:2=\nmain-monitor=1\n-\n-\n"),
+            "<h3>Displays</h3><p><bdi>ZL 1720</bdi></p><p><bdi>display, no details reported</bdi></p>"));
+}
+
+TEST(Report, HasACardForSecurityAndOneForWhatIsMissing) {
+  const std::string page = page_of(
+      "+Security=\n*Firewall=\nstatus=2\n*Platform=\nfilevault=0\nmdm-enrolled=0\n-\n*Battery=\ncycle-count="
+      "3\n");
+  EXPECT_TRUE(holds(page,
+                    "<h3>Security</h3><p><bdi>FileVault off</bdi></p><p><bdi>firewall on, blocks all "
+                    "connections</bdi></p><p><bdi>not enrolled in MDM</bdi></p>"));
+  EXPECT_TRUE(holds(page, "<h3>Battery</h3><p><bdi>3 cycles</bdi></p>"));
+  EXPECT_TRUE(holds(page, "<h3>Missing</h3><p><bdi>no profiler output: hardware, network, software unknown"));
 }
 
 TEST(Report, AllowsItsOwnStyleAndScriptOnly) {

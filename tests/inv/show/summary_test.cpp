@@ -10,8 +10,8 @@ inv::Overview office_mac() { return inv::overview_of(*maker::open(maker::file())
 
 TEST(Summary, DescribesAMachineLineByLine) {
   inv::Overview overview = office_mac();
-  overview.slots = {{"BANK 0", 2048, "DDR3"}, {"BANK 1", 0, ""}};
-  overview.memory_megabytes = 2048;
+  overview.memory.slots = {{"BANK 0", 2048, "DDR3"}, {"BANK 1", 0, ""}};
+  overview.memory.megabytes = 2048;
   overview.volumes[0].knows_free = true;
   overview.volumes[0].free_bytes = 249750000000;
   EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
@@ -24,7 +24,9 @@ TEST(Summary, DescribesAMachineLineByLine) {
             "Memory        2 GB  \u2588\u2591  1 of 2 slots filled\n"
             "Volumes       Macintosh HD  \u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588"
             "\u2591\u2591\u2591\u2591\u2591\u2591\u2591\u2591\u2591\u2591  50 % of 500 GB, 250 GB free\n"
-            "Contents      2 applications, 0 accounts, 0 processes, 0 printers, 0 USB devices\n");
+            "Contents      2 applications, 0 accounts, 0 processes, 0 printers, 0 USB devices\n"
+            "Missing       no profiler output: network, software unknown\n"
+            "              scanned without /extended: disks\n");
 }
 
 TEST(Summary, SaysNothingOfWhatIsNotKnown) {
@@ -34,12 +36,53 @@ TEST(Summary, SaysNothingOfWhatIsNotKnown) {
   EXPECT_EQ(inv::summary_table({overview}),
             "Machine     Model  Serial  System  Memory  Disks  Applications  Scanned\nOffice Mac\n");
   overview.volumes = {
-      {"A", "", "", 0, 5000, true}, {"B", "", "", 5000, 0, false}, {"C", "", "", 0, 0, false}};
+      {"A", "", "", 0, 5000, true, ""}, {"B", "", "", 5000, 0, false, ""}, {"C", "", "", 0, 0, false, ""}};
   EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
             "Office Mac\n"
             "Volumes       A  5.0 KB free\n"
             "              B  5.0 KB\n"
             "              C\n");
+}
+
+TEST(Summary, ShowsSharedSpaceOnce) {
+  inv::Overview overview;
+  overview.volumes = {{"HD", "", "", 1000, 500, true, "disk3"},
+                      {"Data", "", "", 1000, 500, true, "disk3"},
+                      {"USB", "", "", 0, 0, false, ""},
+                      {"SD", "", "", 0, 0, false, ""}};
+  const std::string screen = inv::summary_screen(overview, inv::Terminal());
+  EXPECT_NE(screen.find("50 % of 1.0 KB, 500 B free\n              Data  shares this space\n"
+                        "              USB\n              SD\n"),
+            std::string::npos)
+      << screen;
+}
+
+TEST(Summary, EndsWithWhatIsMissing) {
+  inv::Overview overview;
+  overview.firewall = "on";
+  overview.management = "not enrolled in MDM";
+  overview.battery = {"condition Good", "61 cycles"};
+  overview.gaps = {"no profiler output: hardware unknown", "no answer: ioreg"};
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
+            "\n"
+            "Battery       condition Good, 61 cycles\n"
+            "Firewall      on\n"
+            "Management    not enrolled in MDM\n"
+            "Missing       no profiler output: hardware unknown\n"
+            "              no answer: ioreg\n");
+}
+
+TEST(Summary, PutsAsMuchAboutSecurityOnALineAsFits) {
+  inv::Overview overview;
+  overview.security = {std::string(40, 'a'), std::string(24, 'b'), "c"};
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
+            "\nSecurity      " + overview.security[0] + ", " + overview.security[1] + "\n              c\n");
+}
+
+TEST(Summary, SlotsStandWithoutASizeToo) {
+  inv::Overview overview;
+  overview.memory.slots = {{"BANK 0", 2048, "DDR3"}};
+  EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "\nMemory        \u2588  1 of 1 slot filled\n");
 }
 
 TEST(Summary, SaysWhoSignedWhenSomebodyAsked) {
@@ -63,7 +106,7 @@ TEST(Summary, KeepsToOneScreen) {
 
 TEST(Summary, ShortensLinesToTheTerminal) {
   inv::Overview overview = office_mac();
-  overview.processor = std::string(200, 'x');
+  overview.processor.name = std::string(200, 'x');
   inv::Terminal terminal;
   terminal.interactive = true;
   terminal.width = 60;
@@ -83,7 +126,7 @@ TEST(Summary, DisarmsNames) {
 TEST(Summary, SeveralMachinesAreATable) {
   inv::Overview other = office_mac();
   other.name = "B";
-  other.disks = {{"HDD", "", "", "", 500000000000}, {"HDD", "", "", "", 500000000000}};
+  other.disks = {{"HDD", "", "", "", 500000000000, "", ""}, {"HDD", "", "", "", 500000000000, "", ""}};
   EXPECT_EQ(inv::summary_table({office_mac(), other}),
             "Machine     Model     Serial        System                         Memory   Disks  Applications "
             " Scanned\n"
