@@ -22,7 +22,11 @@ bool is_passing(Element element, std::string_view name) {
 class Differ {
  public:
   Differ(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts)
-      : old_(old_inventory), new_(new_inventory), facts_(facts) {}
+      : old_(old_inventory),
+        new_(new_inventory),
+        facts_(facts),
+        old_counterparts_(old_inventory.snapshot_top()),
+        new_counterparts_(new_inventory.snapshot_top()) {}
 
   // Pair after pair from a list of its own: a tree from outside is never walked by recursion.
   void compare_trees(Element old_top, Element new_top) {
@@ -102,11 +106,13 @@ class Differ {
   // Reports the children that only one side has and gives those that both have.
   std::vector<Pair> compare_children(const Pair& pair) {
     std::unordered_map<std::string, std::vector<Element>> waiting;
-    for (const Element child : pair.new_element.children()) waiting[identity_of(child)].push_back(child);
+    for (const Element child : pair.new_element.children()) {
+      waiting[identity_of(child, new_counterparts_)].push_back(child);
+    }
     std::unordered_map<std::string, size_t> taken;
     std::vector<Pair> pairs;
     for (const Element child : pair.old_element.children()) {
-      const std::string identity = identity_of(child);
+      const std::string identity = identity_of(child, old_counterparts_);
       const auto candidates = waiting.find(identity);
       size_t& next = taken[identity];
       if (candidates != waiting.end() && next < candidates->second.size()) {
@@ -116,7 +122,7 @@ class Differ {
       }
     }
     for (const Element child : pair.new_element.children()) {
-      size_t& left = taken[identity_of(child)];
+      size_t& left = taken[identity_of(child, new_counterparts_)];
       if (left > 0) {
         --left;
       } else {
@@ -128,7 +134,7 @@ class Differ {
 
   void add(Element element) {
     if (is_left_out(element)) return;
-    Change change = change_of(element);
+    Change change = change_of(element, new_counterparts_);
     change.kind = Change::Kind::added;
     change.new_value = element.value();
     changes.push_back(std::move(change));
@@ -136,7 +142,7 @@ class Differ {
 
   void remove(Element element) {
     if (is_left_out(element)) return;
-    Change change = change_of(element);
+    Change change = change_of(element, old_counterparts_);
     change.kind = Change::Kind::removed;
     change.old_path = change.path;
     change.old_value = element.value();
@@ -146,7 +152,7 @@ class Differ {
   void report(const Pair& pair, const std::string& name, std::string_view old_value,
               std::string_view new_value, Change::Kind kind = Change::Kind::changed) {
     if (is_left_out(pair.new_element, name)) return;
-    Change change = change_of(pair.new_element);
+    Change change = change_of(pair.new_element, new_counterparts_);
     change.kind = kind;
     change.old_path = path_of(pair.old_element);
     if (!name.empty()) {
@@ -159,10 +165,10 @@ class Differ {
     changes.push_back(std::move(change));
   }
 
-  static Change change_of(Element element) {
+  static Change change_of(Element element, Counterparts& counterparts) {
     Change change;
     change.path = path_of(element);
-    change.identity = identity_of(element);
+    change.identity = identity_of(element, counterparts);
     change.label = element.value().empty() ? element.name() : element.value();
     return change;
   }
@@ -174,6 +180,8 @@ class Differ {
   const Inventory& old_;
   const Inventory& new_;
   Facts facts_;
+  Counterparts old_counterparts_;
+  Counterparts new_counterparts_;
 };
 
 }  // namespace

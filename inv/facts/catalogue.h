@@ -28,7 +28,8 @@ struct CatalogueFact {
   std::string_view unit;                     // of its value; empty for texts and plain numbers
   std::optional<IdentifierKind> identifier;  // none: the value could be any machine's
   bool passing;                              // no two scans have it in common
-  // The attributes that make an element the same thing in every scan; an empty one is its own value.
+  // The attributes that make an element the same thing in every scan; an empty one is its own value,
+  // and one that begins with a slash names the element that it tells more of.
   Range<std::string_view> known_by;
   Range<CatalogueFact> below;  // its attributes and children, the shortest names first, then by name
 };

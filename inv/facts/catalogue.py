@@ -20,11 +20,12 @@ UNITS = ("KB", "MB", "GB", "kHz", "Hz", "MHz", "ms", "min", "cm", "in", "mA", "%
 OWNERS = ("nobody", "machine", "person", "secret")
 # How an owner's value is recognised in a file: IdentifierKind in catalogue.h. Paths are looked for in all texts.
 IDENTIFIERS = ("text", "serial", "number", "account", "account-id", "addresses", "uri", "full-name", "network-name", "path")
-FIELDS = ("annotations", "unit", "form", "source", "present", "debug run", "known by")
+FIELDS = ("annotations", "unit", "form", "source", "present", "since", "debug run", "known by")
+SINCE = re.compile(r"(10\.\d+(\.\d+)?|1[1-5]|2[6-9])( on Apple silicon)?|(T2, )?Apple silicon")
 
 OWN_VALUE = "own value"
 # How a column shows its values: ColumnForm in report_tables.h, and the type of a view's column.
-COLUMN_FORMS = {"text": None, "date": None, "number": "INTEGER", "yes/no": "INTEGER"}
+COLUMN_FORMS = {"text": None, "date": None, "word": None, "number": "INTEGER", "amount": "INTEGER", "yes/no": "INTEGER"}
 FORMS_OF_KINDS = {"integer": "number", "decimal": "number", "yes/no": "yes/no"}
 
 
@@ -45,9 +46,7 @@ class Fact:
 
     @property
     def key(self):
-        """The path from the tree on, with what follows the colons left out."""
-        names = [name for name in self.path.split("/") if name]
-        return (self.tree, *(name.partition(":")[0] for name in names))
+        return key_of(self.tree, self.path)
 
     @property
     def is_element(self):
@@ -60,6 +59,12 @@ class Fact:
     @property
     def known_by(self):
         return self.fields["known by"].split(", ") if "known by" in self.fields else []
+
+
+def key_of(tree, path):
+    """The path from the tree on, with what follows the colons left out."""
+    names = [name for name in path.split("/") if name]
+    return (tree, *(name.partition(":")[0] for name in names))
 
 
 class Table:
@@ -84,6 +89,11 @@ class Column:
     def __init__(self, line, title, source, form):
         self.line, self.title, self.source, self.form = line, title, source, form
         self.kind = None
+
+    @property
+    def sources(self):
+        """The first of them that has a value counts."""
+        return self.source.split(" or ")
 
 
 class Catalogue:
@@ -212,14 +222,25 @@ class Catalogue:
             raise Mistake(fact.line, f"{fact.path}: the element above it must come first")
         if fact.fields.get("unit", UNITS[0]) not in UNITS:
             raise Mistake(fact.line, f'{fact.path}: unknown unit "{fact.fields["unit"]}"; known are: {", ".join(UNITS)}')
+        if not SINCE.fullmatch(fact.fields.get("since", "26")):
+            raise Mistake(fact.line, f'{fact.path}: "{fact.fields["since"]}" is no system')
         # What passes, passes with all that is below it.
         fact.passing = fact.passing or bool(above and above.passing)
 
     def check_known_by(self, fact):
         for name in fact.known_by:
+            if name.startswith("/"):
+                self.check_known_elsewhere(fact, name)
+                continue
             part = fact if name == OWN_VALUE else self.by_key.get((*fact.key, name))
             if not (fact.is_element and part and part.has_value):
                 raise Mistake(fact.line, f'{fact.path} cannot be known by "{name}", which it does not have')
+
+    def check_known_elsewhere(self, fact, path):
+        """Of an element that tells more of another: the other is known by something of its own."""
+        other = self.by_key.get(key_of(fact.tree, path))
+        if not other or not other.known_by or other.known_by[0].startswith("/"):
+            raise Mistake(fact.line, f'{fact.path} cannot be known by "{path}", which is not known by anything')
 
     def check_table(self, table):
         elements = [fact for fact in self.elements_of(table) if fact.is_element]
@@ -235,22 +256,30 @@ class Catalogue:
     def check_column(self, table, column, elements):
         if table.use == "view" and column.source in NAMES_OF_ELEMENTS:
             return
-        name = column.source
-        if table.use == "view":
-            name = without_prefix(name, BASE_VALUE)
+        kinds = set()
+        for name in column.sources:
+            if table.use == "view":
+                name = without_prefix(name, BASE_VALUE)
+            facts = self.facts_of(elements, name)
+            if not facts:
+                raise Mistake(column.line, f'{table.rows} has no "{name}"')
+            kinds |= {"text" if name == OWN_VALUE else fact.kind for fact in facts}
+        if len(kinds) > 1 and len(column.sources) == 1:
+            raise Mistake(column.line, f'"{column.source}" has several kinds: {"; ".join(sorted(kinds))}')
+        column.kind = kinds.pop() if len(kinds) == 1 else "text"
+        column.form = column.form or FORMS_OF_KINDS.get(column.kind, "text")
+
+
+    def facts_of(self, elements, name):
+        """What a column's source names, for each of the elements that has it."""
         if name == OWN_VALUE:
-            facts = [fact for fact in elements if fact.has_value]
+            return [fact for fact in elements if fact.has_value]
+        if name.startswith("/"):
+            keys = (key_of(element.tree, name.replace("*", element.key[-1])) for element in elements)
         else:
             names = [segment.partition(":")[0] for segment in name.split("/")]
-            found = (self.by_key.get((*element.key, *names)) for element in elements)
-            facts = [fact for fact in found if fact]
-        if not facts:
-            raise Mistake(column.line, f'{table.rows} has no "{name}"')
-        kinds = {"text" if name == OWN_VALUE else fact.kind for fact in facts}
-        if len(kinds) > 1:
-            raise Mistake(column.line, f'"{name}" has several kinds: {"; ".join(sorted(kinds))}')
-        column.kind = kinds.pop()
-        column.form = column.form or FORMS_OF_KINDS.get(column.kind, "text")
+            keys = ((*element.key, *names) for element in elements)
+        return [self.by_key[key] for key in keys if key in self.by_key]
 
 
 def without_prefix(text, prefix):
@@ -267,6 +296,7 @@ PAGE_COLUMNS = {
     "Unit": lambda fact: ", ".join(fact.fields[name] for name in ("unit", "form") if name in fact.fields),
     "Source": lambda fact: fact.fields.get("source"),
     "Present": lambda fact: fact.fields.get("present"),
+    "Since": lambda fact: fact.fields.get("since"),
     "Debug run": lambda fact: fact.fields.get("debug run"),
     "Known by": lambda fact: ", ".join(name if name == OWN_VALUE else f"`{name}`" for name in fact.known_by),
     "Passing": lambda fact: "yes" if fact.passing else "",
@@ -362,7 +392,7 @@ const uint32_t kCatalogueDepth = {depth};
 
 
 def report_column(column):
-    source = "" if column.source == OWN_VALUE else column.source
+    source = " or ".join("" if source == OWN_VALUE else source for source in column.sources)
     return f"{{{cpp_text(column.title)}, {cpp_text(source)}, ColumnForm::{cpp_enumerator(column.form)}}}"
 
 
@@ -402,14 +432,34 @@ def sql_cast(column, value):
     return f"CAST({value} AS {sql_type})" if sql_type else value
 
 
+def sql_behind(start):
+    """What follows the start of an element's path."""
+    return f"replace(f.element, '{start}', '')"
+
+
+def sql_beside(table, path):
+    """The path of an element that tells more of a row's: "*" in it is the row's name, "N" its number."""
+    list_path, _, name = path.rpartition("/")
+    if name == "*":
+        return f"'{list_path}/' || {sql_behind(table.rows.rpartition('/')[0] + '/')}"
+    start = name.partition(":")[0]
+    return f"'{list_path}/{start}:' || {sql_behind(table.rows.rpartition(':')[0] + ':')}"
+
+
 def view_value(table, column):
-    source = column.source
     if table.is_whole_scan:
-        return f"(SELECT {sql_cast(column, 'd.value')} FROM facts d WHERE d.path = '/{source}' AND d.machine_id = m.id)"
+        return f"(SELECT {sql_cast(column, 'd.value')} FROM facts d WHERE d.path = '/{column.source}' AND d.machine_id = m.id)"
+    values = [view_source(table, column, source) for source in column.sources]
+    return values[0] if len(values) == 1 else f"coalesce({', '.join(values)})"
+
+
+def view_source(table, column, source):
     if source in NAMES_OF_ELEMENTS:
-        start = table.pattern[: table.pattern.index("*")]
-        name = f"replace(f.element, '{start}', '')"
+        name = sql_behind(table.pattern[: table.pattern.index("*")])
         return name if source == ELEMENT_NAME else f"CAST({name} AS INTEGER)"
+    if source.startswith("/"):
+        element, _, attribute = source.rpartition("/")
+        return f"(SELECT {sql_cast(column, 'd.value')} FROM facts d\n   WHERE d.path = {sql_beside(table, element)} || '/{attribute}' AND d.machine_id = f.machine_id)"
     if source == OWN_VALUE:
         return "max(CASE WHEN f.path = f.element THEN f.value END)"
     if "/" in source:
@@ -423,6 +473,8 @@ def view(catalogue, table):
     columns = ",\n".join(f"  {view_value(table, column)} AS {column.title}" for column in table.columns)
     if table.is_whole_scan:
         return WHOLE_SCAN_VIEW.format(name=table.title, columns=columns)
+    if "*" not in table.pattern:
+        return VIEW.format(name=table.title, columns=columns, condition=f"f.path GLOB '{table.pattern}/*'")
     condition = f"f.path GLOB '{table.pattern}'"
     rows = {element.key for element in catalogue.elements_of(table)}
     # A star of GLOB stands for slashes too.

@@ -4,13 +4,14 @@
 
 #include <string>
 
+#include "inv/facts/counterparts.h"
 #include "inv/file/document.h"
 
 namespace inv {
 
 // The identity of an element among its siblings: those of the attributes that its kind is known by which it
 // has, with blanks between them (an application by its location, a disk by its serial number, ...), else its
-// name in the tree.
-std::string identity_of(Element element);
+// name in the tree. One that tells more of another element has that one's identity.
+std::string identity_of(Element element, Counterparts& counterparts);
 
 }  // namespace inv

@@ -37,12 +37,6 @@ class Details {
   std::unordered_map<std::string_view, Element> by_name_;
 };
 
-// The words of different data types for the same.
-std::string readable_medium(std::string_view medium) {
-  if (medium == "ssd" || medium == "Solid State") return "SSD";
-  return medium == "rotational" || medium == "Rotational" ? "hard disk" : "";
-}
-
 std::string smart_problem(const std::string& status) {
   return status == "Verified" || status == "Not Supported" ? "" : status;
 }
@@ -55,7 +49,7 @@ Disk disk_of(Element element, const Details& details) {
   disk.serial = text(element, "serial");
   disk.interface = text(element, "interface");
   disk.bytes = bytes_of(element, "size");
-  disk.medium = readable_medium(details.text(element, "medium"));
+  disk.medium = readable_word(details.text(element, "medium"));
   disk.problem = smart_problem(details.text(element, "smart-status"));
   return disk;
 }

@@ -5,6 +5,38 @@
 #include "driver/base/text.h"
 
 namespace inv {
+namespace {
+
+struct Word {
+  std::string_view word;
+  std::string_view readable;
+};
+
+constexpr Word kWords[] = {
+    {"apple", "Apple"},
+    {"arch_arm", "Apple silicon"},
+    {"arch_arm_i64", "Universal"},
+    {"arch_i32", "Intel, 32-bit"},
+    {"arch_i32_i64", "Intel, 32-bit and 64-bit"},
+    {"arch_i64", "Intel"},
+    {"arch_ios", "iOS"},
+    {"arch_other", "other"},
+    {"arch_web", "web"},
+    {"identified_developer", "identified developer"},
+    {"mac_app_store", "App Store"},
+    {"package_source_apple", "Apple"},
+    {"package_source_other", "others"},
+    {"guid_partition_map_type", "GUID"},
+    {"apple_partition_map_type", "Apple"},
+    {"master_boot_record_partition_map_type", "MBR"},
+    {"unknown_partition_map_type", "unknown"},
+    {"ssd", "SSD"},
+    {"Solid State", "SSD"},
+    {"rotational", "hard disk"},
+    {"Rotational", "hard disk"},
+};
+
+}  // namespace
 
 std::string readable_time(const std::string& timestamp) {
   int year, month, day, hour, minute, second, zone, length = 0;
@@ -42,6 +74,13 @@ std::string readable_size(uint64_t bytes) {
   for (; size >= 999.5; ++unit) size /= 1000;
   const bool decimals = unit > 0 && size < 9.95;
   return format_string(decimals ? "%.1f %s" : "%.0f %s", size, kUnits[unit]).get();
+}
+
+std::string_view readable_word(std::string_view word) {
+  for (const Word& known : kWords) {
+    if (known.word == word) return known.readable;
+  }
+  return word;
 }
 
 std::string readable_count(size_t count, const std::string& noun) {

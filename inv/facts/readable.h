@@ -15,6 +15,8 @@ std::string readable_uptime(std::string_view uptime);
 std::string readable_memory(uint64_t megabytes);
 // Bytes of a disk, where a gigabyte is 10^9: "500 GB", "1.5 TB".
 std::string readable_size(uint64_t bytes);
+// A word of the system profiler's own in those of people, "arch_arm_i64" as "Universal"; others unchanged.
+std::string_view readable_word(std::string_view word);
 // How many of what an English noun names: "1 process", "2 processes".
 std::string readable_count(size_t count, const std::string& noun);
 

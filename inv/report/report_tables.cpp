@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "inv/base/wildcards.h"
+#include "inv/facts/counterparts.h"
+#include "inv/facts/readable.h"
 #include "inv/report/html.h"
 
 namespace inv {
@@ -12,11 +14,25 @@ namespace {
 constexpr size_t kMostCellBytes = 64u << 20;
 constexpr size_t kLongestCell = 1u << 16;
 
-std::string_view value_of(Element element, std::string_view attribute) {
+std::string_view value_of(Element element, std::string_view attribute, Counterparts& counterparts) {
   if (attribute.empty()) return element.value();
-  const size_t slash = attribute.find('/');
+  const size_t slash = attribute.rfind('/');
   if (slash == attribute.npos) return element.text(attribute);
-  return element.child(attribute.substr(0, slash)).text(attribute.substr(slash + 1));
+  const std::string_view path = attribute.substr(0, slash);
+  const Element other = path.front() == '/' ? counterparts.find(path, element) : element.child(path);
+  return other.text(attribute.substr(slash + 1));
+}
+
+// Of sources with "or" between them the first that has a value.
+std::string_view first_value(Element element, std::string_view sources, Counterparts& counterparts) {
+  constexpr std::string_view kOr = " or ";
+  size_t end = sources.find(kOr);
+  for (; end != sources.npos; end = sources.find(kOr)) {
+    const std::string_view value = value_of(element, sources.substr(0, end), counterparts);
+    if (!value.empty()) return value;
+    sources.remove_prefix(end + kOr.size());
+  }
+  return value_of(element, sources, counterparts);
 }
 
 // The children that the last segment matches, of the element that those before it name.
@@ -36,27 +52,34 @@ std::vector<Element> rows_of(Element element, std::string_view path) {
 const char* class_of(ColumnForm form) {
   switch (form) {
     case ColumnForm::number:
+    case ColumnForm::amount:
       return " class=\"number\"";
     case ColumnForm::date:
       return " class=\"date\"";
     case ColumnForm::text:
+    case ColumnForm::word:
     case ColumnForm::yes_no:
       return "";
   }
   return "";
 }
 
+std::string date_text(std::string_view value) {
+  const bool digits = value.find_first_not_of("0123456789") == value.npos;
+  if (value.size() != 8 || !digits) return readable_time(std::string(value));
+  return std::string(value.substr(0, 4))
+      .append("-")
+      .append(value.substr(4, 2))
+      .append("-")
+      .append(value.substr(6));
+}
+
 std::string cell(std::string_view value, ColumnForm form) {
   if (form == ColumnForm::yes_no && value == "1") return "yes";
   if (form == ColumnForm::yes_no && value == "0") return "no";
-  const bool digits = value.find_first_not_of("0123456789") == value.npos;
-  if (form == ColumnForm::date && value.size() == 8 && digits) {
-    return std::string(value.substr(0, 4))
-        .append("-")
-        .append(value.substr(4, 2))
-        .append("-")
-        .append(value.substr(6));
-  }
+  if (form == ColumnForm::amount && value == "0") return "";
+  if (form == ColumnForm::date) return isolated(date_text(value.substr(0, kLongestCell)));
+  if (form == ColumnForm::word) return isolated(readable_word(value).substr(0, kLongestCell));
   return isolated(value.substr(0, kLongestCell));
 }
 
@@ -64,6 +87,19 @@ std::string left_out(size_t count) {
   return count == 0
              ? ""
              : "<p>" + std::to_string(count) + " more are left out: the page would be too large.</p>\n";
+}
+
+// The columns in which something is told.
+std::vector<ReportColumn> filled_columns(const ReportTable& table, const std::vector<Element>& elements,
+                                         Counterparts& counterparts) {
+  std::vector<ReportColumn> filled;
+  for (const ReportColumn& column : table.columns) {
+    const auto has_value = [&](Element element) {
+      return !first_value(element, column.attribute, counterparts).empty();
+    };
+    if (std::any_of(elements.begin(), elements.end(), has_value)) filled.push_back(column);
+  }
+  return filled;
 }
 
 // "Network adapters" as "network-adapters".
@@ -102,19 +138,21 @@ std::string table_section(std::string_view title, const std::vector<ReportColumn
 std::string report_tables(Element snapshot) {
   std::string html;
   size_t room = kMostCellBytes;
+  Counterparts counterparts(snapshot);
   for (const ReportTable& table : report_table_list()) {
-    std::vector<std::vector<std::string>> rows;
     const std::vector<Element> elements = rows_of(snapshot, table.rows);
+    const std::vector<ReportColumn> columns = filled_columns(table, elements, counterparts);
+    std::vector<std::vector<std::string>> rows;
     for (const Element element : elements) {
       if (room == 0) break;
       std::vector<std::string> cells;
-      for (const ReportColumn& column : table.columns) {
-        cells.push_back(cell(value_of(element, column.attribute), column.form));
+      for (const ReportColumn& column : columns) {
+        cells.push_back(cell(first_value(element, column.attribute, counterparts), column.form));
       }
       for (const std::string& text : cells) room -= std::min(room, sizeof text + text.size());
       rows.push_back(std::move(cells));
     }
-    if (!rows.empty()) html += table_section(table.title, table.columns, rows);
+    if (!rows.empty()) html += table_section(table.title, columns, rows);
     html += left_out(elements.size() - rows.size());
   }
   return html;

@@ -12,14 +12,18 @@ namespace inv {
 // How a column's values are put before a reader.
 enum class ColumnForm {
   text,
+  word,    // a word of the profiler's own, "arch_arm_i64", in those of people
   number,  // aligned at the right
+  amount,  // the same, and 0 means that it is not known
   yes_no,  // "1" and "0"
-  date,    // "20120118" as "2012-01-18"
+  date,    // "20120118" as "2012-01-18", a timestamp to the second
 };
 
 struct ReportColumn {
   std::string_view title;
-  std::string_view attribute;  // empty: the element's own value; "a/b": of its child
+  // Empty: the element's own value; "a/b": b of its child a; "/a/b:N/c": c of what tells more of it (see
+  // Counterparts); "a or b": the first of these that has a value.
+  std::string_view attribute;
   ColumnForm form = ColumnForm::text;
 };
 

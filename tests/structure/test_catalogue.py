@@ -68,6 +68,19 @@ class Page(unittest.TestCase):
             "| `/Software/Soft:N/size` | integer | | MB, cut off | | given | | yes |\n",
         )
 
+    def test_shows_the_first_system_that_has_a_fact(self):
+        text = "= Snapshot\n/ | element | nobody\n/a | text | nobody\n  present: given\n  since: 12 on Apple silicon\n"
+        self.assertIn("| Path | Kind | Present | Since |", catalogue.write_page(catalogue.Catalogue(text)))
+        self.assertIn("| `/a` | text | given | 12 on Apple silicon |", catalogue.write_page(catalogue.Catalogue(text)))
+
+    def test_every_fact_of_the_profiler_in_a_part_of_the_extended_scan_may_say_since_when(self):
+        facts = catalogue.Catalogue(catalogue.CATALOGUE.read_text(encoding="utf-8")).facts
+        since = {fact.path: fact.fields["since"] for fact in facts if "since" in fact.fields}
+        self.assertEqual(since["/Platform/performance-cores"], "12 on Apple silicon")
+        self.assertEqual(since["/Security/Platform/mdm-enrolled"], "10.13.4")
+        self.assertEqual(since["/Peripherals/USB/Device:N/link-speed"], "26")
+        self.assertEqual([path for path in since if path.startswith(("/Scan", "/Software/", "/OS"))], [])
+
     def test_keeps_bars_within_their_cells(self):
         page = catalogue.write_page(catalogue.Catalogue("= Snapshot\n/ | element | nobody\n  source: a|b\n"))
         self.assertIn("| a\\|b |", page)
@@ -92,6 +105,12 @@ class Code(unittest.TestCase):
         )
         self.assertIn("kCatalogueDepth = 2;", made)
 
+    def test_knows_elements_by_those_that_they_tell_more_of(self):
+        text = SMALL.replace("[report", "/More | element | nobody\n/More/Soft:N | element | nobody\n  known by: /Software/Soft:N\n\n[report")
+        self.assertIn('kKnownBy[] = {"/Software/Soft:N", "location", ""};', catalogue.write_facts(catalogue.Catalogue(text)))
+        with self.assertRaises(catalogue.Mistake):
+            catalogue.Catalogue(text.replace("known by: /Software/Soft:N", "known by: /Software/Hard:N"))
+
     def test_has_the_identifiers(self):
         text = "= Snapshot\n/ | element | nobody\n/a | text | machine\n/b | text | person, account-id\n/c | text | secret\n"
         made = catalogue.write_facts(catalogue.Catalogue(text))
@@ -112,6 +131,25 @@ class Code(unittest.TestCase):
         self.assertIn("  max(CASE f.name WHEN 'size' THEN CAST(f.value AS INTEGER) END) AS size_mb\nFROM", made)
         self.assertIn("WHERE f.path GLOB '/Software/Soft:*'\nGROUP BY", made)
         self.assertNotIn("Applications", made)
+
+    def test_shows_an_element_that_is_alone_as_a_row(self):
+        text = SMALL.replace("/Software/Soft:N | ", "/Software/kind | text | nobody\n/Software/Soft:N | ")
+        text += "\n[view folders: /Software]\n  kind: kind\n"
+        self.assertIn("AS kind\nFROM facts f JOIN machines m ON m.id = f.machine_id\nWHERE f.path GLOB '/Software/*'\n",
+                      catalogue.write_views(catalogue.Catalogue(text)))
+
+    def test_takes_values_from_elements_beside_the_rows(self):
+        text = SMALL.replace("[report", "/More | element | nobody\n/More/Soft:N | element | nobody\n/More/Soft:N/kind | text | nobody\n\n[report")
+        for source, element in (("/More/Soft:N/kind", "'/More/Soft:' || replace(f.element, '/Software/Soft:', '')"),
+                                ("/More/*/kind", "'/More/' || replace(f.element, '/Software/', '')")):
+            made = catalogue.write_views(catalogue.Catalogue(text + f"  kind: {source}\n"))
+            self.assertIn(f"(SELECT d.value FROM facts d\n   WHERE d.path = {element} || '/kind' AND d.machine_id = f.machine_id) AS kind", made)
+
+    def test_takes_the_first_source_that_has_a_value(self):
+        text = SMALL.replace("  Size, MB: size", "  Size, MB: size or own value").replace("  size_mb: size", "  size_mb: size or location as text")
+        self.assertIn('{"Size, MB", "size or ", ColumnForm::text}', catalogue.write_reports(catalogue.Catalogue(text)))
+        self.assertIn("coalesce(max(CASE f.name WHEN 'size' THEN f.value END), max(CASE f.name WHEN 'location' THEN f.value END)) AS size_mb",
+                      catalogue.write_views(catalogue.Catalogue(text)))
 
     def test_keeps_what_is_below_the_rows_out_of_a_view(self):
         text = SMALL.replace("/Software/Soft:N/size | integer", "/Software/Soft:N/x | element | nobody\n/Software/Soft:N/size | integer")
@@ -155,8 +193,12 @@ class Mistakes(unittest.TestCase):
         self.expect(line_of("/Software/Soft:N/size"), problem, "| passing", "| passes")
         self.expect(line_of("/Software/Soft:N/size"), problem, "| passing", "| passing | passing")
 
+    def test_first_systems_are_known(self):
+        for since in ("10", "10.x", "16", "macOS 12", "12 on Intel", "30"):
+            self.expect(line_of("/Software/Soft:N/size"), f'/Software/Soft:N/size: "{since}" is no system', "form: cut off", f"since: {since}")
+
     def test_columns_are_known(self):
-        known = "annotations, unit, form, source, present, debug run, known by"
+        known = "annotations, unit, form, source, present, since, debug run, known by"
         problem = f'/Software/Soft:N/size: unknown column "units"; known are: {known}'
         self.expect(line_of("  unit"), problem, "  unit: MB", "  units: MB")
 
@@ -219,7 +261,7 @@ class Mistakes(unittest.TestCase):
 
     def test_columns_have_a_known_form(self):
         line = line_of("  Location")
-        self.expect(line, '"digits" is not one of: text, date, number, yes/no', "as number", "as digits")
+        self.expect(line, '"digits" is not one of: text, date, word, number, amount, yes/no', "as number", "as digits")
 
     def test_columns_have_titles_of_their_own(self):
         self.expect(line_of("  Location"), '"Name" is a column already', "  Location:", "  Name:")

@@ -39,6 +39,16 @@ TEST(Diff, ElementsThatMovedAreTheSame) {
             "");
 }
 
+TEST(Diff, WhatTellsMoreOfAnElementMovesWithIt) {
+  EXPECT_EQ(
+      changes(snapshot(std::string(kTwoApplications) +
+                       "+Software-details=\n*Soft:1=\nsource=apple\n*Soft:2=\nsource=unknown\n-\n"),
+              snapshot("+Software=\n*Soft:1=Mail\nversion=4\nlocation=/Applications/Mail.app\n"
+                       "*Soft:2=Safari\nversion=5\nlocation=/Applications/Safari.app\n-\n"
+                       "+Software-details=\n*Soft:1=\nsource=mac_app_store\n*Soft:2=\nsource=apple\n-\n")),
+      "~ /Software-details/Soft:1/source  Soft:1 (/Applications/Mail.app)  unknown -> mac_app_store\n");
+}
+
 TEST(Diff, ReportsAddedRemovedAndChanged) {
   EXPECT_EQ(changes(snapshot(kTwoApplications),
                     snapshot("+Software=\n*Soft:1=Chess\nversion=2\nlocation=/Applications/Chess.app\n"

@@ -10,7 +10,8 @@ namespace {
 std::string identity(std::string_view path, std::string_view lines) {
   const auto inventory =
       maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + std::string(lines) + "-\n"));
-  return inv::identity_of(inv::find_matches(*inventory->snapshot(), path).at(0).element);
+  inv::Counterparts counterparts(inventory->snapshot_top());
+  return inv::identity_of(inv::find_matches(*inventory->snapshot(), path).at(0).element, counterparts);
 }
 
 TEST(Identity, IsWhatTheKindIsKnownBy) {
@@ -59,6 +60,23 @@ TEST(Identity, IsMadeOfTheAttributesOfItsKind) {
   EXPECT_EQ(identity("/Security/Firewall/Apps/app:1",
                      "+Security=\n+Firewall=\n+Apps=\n*app:1=Chat\nstatus=1\n-\n-\n-\n"),
             "Chat");
+}
+
+TEST(Identity, OfWhatTellsMoreOfAnotherIsTheOthers) {
+  EXPECT_EQ(identity("/Software-details/Soft:7",
+                     "+Software=\n*Soft:6=Chess\nlocation=/c\n*Soft:7=Safari\nlocation=/s\n-\n"
+                     "+Software-details=\n*Soft:7=\nsource=apple\n-\n"),
+            "/s");
+  EXPECT_EQ(identity("/Network/Details/adapter:2",
+                     "+Network=\n+Adapters=\n*net-adapter:2=AirPort\nbsd-device-name=en1\n-\n"
+                     "+Details=\n*adapter:2=\nlink-speed=none\n-\n-\n"),
+            "en1");
+  EXPECT_EQ(
+      identity("/Storage/Details/HDD:1",
+               "+Storage=\n+Physical-disks=\n*HDD:1=\nserial=S1\n-\n+Details=\n*HDD:1=\nmedium=ssd\n-\n-\n"),
+      "S1");
+  EXPECT_EQ(identity("/Software-details/Soft:7", "+Software-details=\n*Soft:7=\nsource=apple\n-\n"),
+            "Soft:7");
 }
 
 TEST(Identity, IsTheNameWhenNothingBetterIsKnown) {

@@ -33,6 +33,14 @@ TEST(Readable, SizesTakeTheUnitThatFits) {
   EXPECT_EQ(inv::readable_memory(6656), "6.5 GB");
 }
 
+TEST(Readable, WordsOfTheProfilerArePutInThoseOfPeople) {
+  EXPECT_EQ(inv::readable_word("arch_arm_i64"), "Universal");
+  EXPECT_EQ(inv::readable_word("package_source_other"), "others");
+  EXPECT_EQ(inv::readable_word("Solid State"), "SSD");
+  EXPECT_EQ(inv::readable_word("arch_riscv"), "arch_riscv");
+  EXPECT_EQ(inv::readable_word(""), "");
+}
+
 TEST(Readable, CountsTakeThePluralOfTheirNoun) {
   EXPECT_EQ(inv::readable_count(0, "slot"), "0 slots");
   EXPECT_EQ(inv::readable_count(1, "process"), "1 process");

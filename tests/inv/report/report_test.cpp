@@ -116,9 +116,55 @@ TEST(Report, SpellsOutDatesAndYesAndNo) {
   const std::string page = inv::report_page(*maker::open(maker::file_of_text(
       "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Software=\n*Soft:1=A\ninst-date=20110102\n64bit-app=1\n"
       "*Soft:2=B\ninst-date=soon\n64bit-app=0\n*Soft:3=C\ninst-date=2011<b>2\n64bit-app=2\n-\n-\n")));
-  EXPECT_TRUE(holds(page, "<td class=\"date\">2011-01-02</td><td></td><td>yes</td>"));
-  EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>soon</bdi></td><td></td><td>no</td>"));
-  EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>2011&lt;b&gt;2</bdi></td><td></td><td><bdi>2</bdi></td>"));
+  EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>2011-01-02</bdi></td><td>yes</td>"));
+  EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>soon</bdi></td><td>no</td>"));
+  EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>2011&lt;b&gt;2</bdi></td><td><bdi>2</bdi></td>"));
+}
+
+TEST(Report, AZeroThatMeansNothingIsLeftOut) {
+  const std::string page =
+      page_of("+Video=\n+Video-devices=\n*Video-adapter:1=A\nram=0\n*Video-adapter:2=B\nram=256\n-\n-\n");
+  EXPECT_TRUE(holds(page, "<td><bdi>A</bdi></td><td class=\"number\"></td>"));
+  EXPECT_TRUE(holds(page, "<td><bdi>B</bdi></td><td class=\"number\"><bdi>256</bdi></td>"));
+}
+
+TEST(Report, AColumnInWhichNothingIsToldIsLeftOut) {
+  const std::string page = page_of("+Software=\n*Soft:1=A\nversion=1\n*Soft:2=B\n-\n");
+  EXPECT_TRUE(holds(page, "<th scope=\"col\">Name</th><th scope=\"col\">Version</th></tr>"));
+}
+
+TEST(Report, ApplicationsHaveTheDetailsOfTheirOwnNumber) {
+  const std::string page = page_of(
+      "+Software=\n*Soft:1=A\nversion=1\n*Soft:2=B\nversion=2\n-\n"
+      "+Software-details=\n*Soft:2=\narchitecture=arch_arm_i64\nsource=mac_app_store\nsigned-by=X\n-\n");
+  EXPECT_TRUE(holds(
+      page,
+      "<td><bdi>B</bdi></td><td><bdi>2</bdi></td><td><bdi>Universal</bdi></td><td><bdi>App Store</bdi></td>"
+      "<td><bdi>X</bdi></td>"));
+  EXPECT_TRUE(holds(page, "<td><bdi>A</bdi></td><td><bdi>1</bdi></td><td></td><td></td><td></td>"));
+}
+
+TEST(Report, DisksHaveWhatStandsInTheirListOrBesideIt) {
+  const std::string page = page_of(
+      "+Storage=\n+Physical-disks=\n*HDD:1=\nmodel=A\n*HDD:2=\nmodel=B\nmedium=ssd\n*Removable:1=\nmodel=C\n-"
+      "\n"
+      "+Details=\n*HDD:1=\nmedium=Rotational\n-\n-\n");
+  EXPECT_TRUE(holds(page, "<td><bdi>A</bdi></td><td><bdi>hard disk</bdi></td>"));
+  EXPECT_TRUE(holds(page, "<td><bdi>B</bdi></td><td><bdi>SSD</bdi></td>"));
+  EXPECT_TRUE(holds(page, "<td><bdi>C</bdi></td><td></td>"));
+}
+
+TEST(Report, TellsWhenPackagesWereInstalledAndWhatWakesTheMac) {
+  const std::string page = page_of(
+      "+Packages=\n*Package:1=Notes\nversion=4.2\ninstall-date=20260114081451.000000+0\nsource=package_"
+      "source_apple\n-\n"
+      "+System=\n+PowerManagement=\n*Profile:1=AC "
+      "Power\nwake-on-lan=1\n*Profile:2=Battery\nwake-on-lan=0\n-\n-\n");
+  EXPECT_TRUE(holds(page,
+                    "<td><bdi>4.2</bdi></td><td class=\"date\"><bdi>2026-01-14 08:14:51 "
+                    "+00:00</bdi></td><td><bdi>Apple</bdi></td>"));
+  EXPECT_TRUE(holds(page, "<td><bdi>AC Power</bdi></td><td>yes</td>"));
+  EXPECT_TRUE(holds(page, "<td><bdi>Battery</bdi></td><td>no</td>"));
 }
 
 TEST(Report, ADebugFileHasAPageToo) {
