@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Makes a machine folder for simulator/run with any number of applications: the iMac of simulator/machines, with its
-applications repeated under new names, versions, dates and places. One of its folders under /Users, Shared, belongs to
-no account. The same number gives the same bytes.
+"""Makes a machine folder for simulator/run with any number of applications: the iMac of simulator/machines, or another of its
+Macs, with its applications repeated under new names, versions, dates and places. One of the iMac's folders under /Users,
+Shared, belongs to no account. The same number gives the same bytes.
 
     bench/generate_machine.py FOLDER APPLICATIONS [--distinct-dates]
 
@@ -16,7 +16,9 @@ import random
 import shutil
 from pathlib import Path
 
-MODEL = Path(__file__).resolve().parents[1] / "simulator/machines/imac-10.6"
+MACHINES = Path(__file__).resolve().parents[1] / "simulator/machines"
+MODEL = MACHINES / "imac-10.6"
+MAC_OF_TODAY = MACHINES / "macbook-pro-26"
 APPLICATIONS = "profiler/SPApplicationsDataType.plist"
 FIRST_DATE = datetime.datetime(2006, 1, 1)
 DAYS = 2200
@@ -47,8 +49,8 @@ def vary_all(model, count, same_date):
         yield vary(model[number % len(model)], number, modified, chance)
 
 
-def generate(folder, count, same_date=SAME_DATE):
-    shutil.copytree(MODEL, folder)
+def generate(folder, count, same_date=SAME_DATE, model=MODEL):
+    shutil.copytree(model, folder)
     recording = folder / APPLICATIONS
     data_types = plistlib.loads(recording.read_bytes())
     data_types[0]["_items"] = list(vary_all(data_types[0]["_items"], count, same_date))

@@ -11,8 +11,11 @@ stand-in   what of the own CPU the stand-in for CoreFoundation takes, which is n
            formatting dates
 script     own CPU of plain_scan.py, which reads the same document with plistlib, and how many times the scan's that is
 
+Below the table stands what an extended scan of a Mac of today costs beside an ordinary one of the same Mac: its own CPU and
+how many times that of the ordinary one it is, in the same round.
+
 Every scan runs in a process namespace of its own, so that the start of one ps per process of this machine stays out. What
-these starts cost is told below the table: the own CPU of a scan that finds 500 processes besides.
+these starts cost is told there too: the own CPU of a scan that finds 500 processes besides.
 Ends with status 1 when a figure is beyond its limit.
 """
 
@@ -35,6 +38,7 @@ SIZES = [50, 500, 1000, 2000, 5000, 10000, 20000]
 PROLOGUE, EPILOGUE = 172, 18  # bytes of the profiler's frame around what it found
 NAMESPACE = namespaces.own_processes()
 BUSY_APPLICATIONS, BUSY_PROCESSES = 1000, 500
+EXTENDED_APPLICATIONS = 5000
 COLUMNS = "applications | document | own CPU | peak | floor | ratio | stand-in | script"
 
 
@@ -54,11 +58,11 @@ class Bench:
         nanoseconds, kilobytes = result.stderr.splitlines()[-1].split()
         return int(nanoseconds) / 1e6, int(kilobytes) * 1024
 
-    def scan(self, machine, processes=0):
+    def scan(self, machine, processes=0, options=()):
         """The same of a scan that finds so many processes besides; what it found is left in the folder, one file per text."""
         others = ["sh", "-c", f'for i in $(seq {processes}); do sleep 600 & done; exec "$@"', "sh"]
         inside = [*NAMESPACE, *(others if processes else []), ROOT / "simulator/run", machine]
-        own, peak = self.measure([self.build / "velkaro-scanner", "/silent"], inside)
+        own, peak = self.measure([self.build / "velkaro-scanner", "/silent", *options], inside)
         (saved,) = self.folder.glob("*.inv")
         for section in inv_decoder.read_file(saved).sections:
             (self.folder / section.kind).write_bytes(section.text)
@@ -101,6 +105,14 @@ class Bench:
         generate_machine.generate(machine, BUSY_APPLICATIONS, generate_machine.SAME_DATE)
         return statistics.median(self.scan(machine, BUSY_PROCESSES)[0] for _ in range(rounds))
 
+    def extended(self, rounds):
+        """The medians of an ordinary and of an extended scan of a Mac of today, and of how many times the one is the other."""
+        machine = self.folder / "mac-of-today"
+        generate_machine.generate(machine, EXTENDED_APPLICATIONS, model=generate_machine.MAC_OF_TODAY)
+        pairs = [(self.scan(machine)[0], self.scan(machine, options=["/extended"])[0]) for _ in range(rounds)]
+        ordinary, extended = (statistics.median(figures) for figures in zip(*pairs))
+        return {"ordinary": ordinary, "extended": extended, "times": statistics.median(more / less for less, more in pairs)}
+
 
 def splice(machine):
     """One document of everything that the profiler says on this machine."""
@@ -116,8 +128,10 @@ def row(applications, result):
     )
 
 
-def limits(results):
+def limits(results, extended):
     """What must hold: a sentence, the figure, and whether it does."""
+    sentence = f"an extended scan at {EXTENDED_APPLICATIONS} at most 1.5 x the ordinary one"
+    yield sentence, extended["times"], extended["times"] <= 1.5
     for size, result in results.items():
         allowed = 8 * result["document"] / 1e6 + 24
         yield f"peak at {size} at most {allowed:.0f} MB", result["peak"] / 1e6, result["peak"] / 1e6 <= allowed
@@ -125,8 +139,7 @@ def limits(results):
         yield "own CPU at 50 at most 25 ms", results[50]["own"], results[50]["own"] <= 25
     if 5000 in results:
         yield "ratio at 5000 at most 2.0", results[5000]["ratio"], results[5000]["ratio"] <= 2
-        yield "script at 5000 at least 3 x", results[5000]["times"], results[5000]["times"] >= 3
-        # The script's own library is not the stand-in.
+        # The script's own library is not the stand-in, which no Mac runs.
         times = results[5000]["times of the product"]
         yield "script at 5000 at least 3 x the scan without the stand-in", times, times >= 3
     if 5000 in results and 20000 in results:
@@ -152,11 +165,14 @@ def main():
             print(row(applications, results[applications]), flush=True)
         # Without a namespace they would outlive the scan.
         busy = bench.busy(options.rounds) if NAMESPACE else None
+        extended = bench.extended(options.rounds)
     if busy:
         print(f"\n{BUSY_APPLICATIONS} applications and {BUSY_PROCESSES} processes: own CPU {busy:.1f} ms")
+    print(f"\n{EXTENDED_APPLICATIONS} applications on a Mac of today: own CPU {extended['ordinary']:.1f} ms, "
+          f"of an extended scan {extended['extended']:.1f} ms, {extended['times']:.2f} x")
     print(f"\nscript: Python {platform.python_version()} ({sys.executable})")
     held = True
-    for sentence, figure, holds in limits(results):
+    for sentence, figure, holds in limits(results, extended):
         held = held and holds
         print(f"{'holds' if holds else 'FAILS'}: {sentence}: {figure:.2f}")
     return 0 if held else 1

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Damages the profiler's outputs of the simulated Macs byte by byte, and counts the facts that the inventories lose.
+Macs that have recordings of the small tools are scanned with /extended, and those recordings are damaged too.
 
     VELKARO_SCANNER=build/release/velkaro-scanner python3 tests/e2e/corruption_sweep.py
 
@@ -22,12 +23,14 @@ from inv_decoder import FormatError
 from quick_scans import QuickMac, facts, own_namespace
 from scans import ALL_MACHINES
 
+# Folders of a machine with what is damaged. Only Macs of later years have the second.
+OUTPUTS = ("profiler", "tools")
 BYTES = (0x00, 0x80, 0xFF, ord("<"), ord("&"))
 
 
 @dataclass
 class Damage:
-    data_type: str
+    recording: str  # "profiler/SPSoftwareDataType.plist"
     offset: int
     byte: int = None  # None: the output ends at the offset
 
@@ -38,24 +41,24 @@ class Damage:
 
     def __str__(self):
         what = "cut" if self.byte is None else f"{self.byte:#04x}"
-        return f"{self.data_type} at {self.offset}: {what}"
+        return f"{self.recording} at {self.offset}: {what}"
 
 
 def truncations(outputs, count):
     """Cuts spread over all outputs. Each leaves something: a profiler that prints nothing is run again and again."""
     for i in range(count):
-        data_type = sorted(outputs)[i % len(outputs)]
+        recording = sorted(outputs)[i % len(outputs)]
         share = (i // len(outputs) + 0.5) / -(-count // len(outputs))
-        yield Damage(data_type, 1 + int((len(outputs[data_type]) - 1) * share))
+        yield Damage(recording, 1 + int((len(outputs[recording]) - 1) * share))
 
 
 def corruptions(outputs, count, source):
     """Single bytes, at positions chosen evenly over all outputs together."""
-    types = sorted(outputs)
+    recordings = sorted(outputs)
     for _ in range(count):
-        (data_type,) = source.choices(types, [len(outputs[name]) for name in types])
-        offset = source.randrange(len(outputs[data_type]))
-        yield Damage(data_type, offset, source.choice([byte for byte in BYTES if byte != outputs[data_type][offset]]))
+        (recording,) = source.choices(recordings, [len(outputs[name]) for name in recordings])
+        offset = source.randrange(len(outputs[recording]))
+        yield Damage(recording, offset, source.choice([byte for byte in BYTES if byte != outputs[recording][offset]]))
 
 
 class Sweep:
@@ -63,10 +66,12 @@ class Sweep:
 
     def __init__(self, machine, jobs):
         self.jobs = jobs
-        self.outputs = {path.stem: path.read_bytes() for path in (machine / "profiler").iterdir()}
+        paths = [path for folder in OUTPUTS if (machine / folder).is_dir() for path in (machine / folder).iterdir()]
+        self.outputs = {str(path.relative_to(machine)): path.read_bytes() for path in paths}
+        options = ["/extended"] if (machine / "tools").is_dir() else []
         self.failures = []
         prefix = own_namespace()
-        self.copies = [QuickMac(machine, prefix) for _ in range(jobs)]
+        self.copies = [QuickMac(machine, prefix, options) for _ in range(jobs)]
         self.idle = queue.SimpleQueue()
         for copy in self.copies:
             self.idle.put(copy)
@@ -82,15 +87,15 @@ class Sweep:
     def lost(self, damage):
         """The facts that a scan of the damaged machine does not report; None when the scan fails."""
         copy = self.idle.get()
-        output = self.outputs[damage.data_type]
-        copy.recording(damage.data_type).write_bytes(damage.apply(output))
+        output = self.outputs[damage.recording]
+        (copy.machine / damage.recording).write_bytes(damage.apply(output))
         try:
             return self.whole - facts(copy.scan())
         except (AssertionError, FormatError, ValueError, subprocess.TimeoutExpired) as error:
             self.failures.append(f"{damage}: {error}")
             return None
         finally:
-            copy.recording(damage.data_type).write_bytes(output)
+            (copy.machine / damage.recording).write_bytes(output)
             self.idle.put(copy)
 
     def losses(self, damages):

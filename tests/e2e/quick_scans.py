@@ -12,14 +12,18 @@ import inv_decoder
 from scans import SCANNER, SIMULATOR
 
 # Answers like the simulator's, without a process of its own for each recording.
-QUICK_PROFILER = '#!/bin/sh\nexec cat "$VELKARO_MACHINE/profiler/$4.plist"\n'
+QUICK_PROFILER = """#!/bin/sh
+recording=$VELKARO_MACHINE/profiler/$4.plist
+[ ! -f "$recording" ] || exec cat "$recording"
+echo '<plist version="1.0"><array></array></plist>'
+"""
 QUICK_PS = "#!/bin/sh\necho root /sbin/launchd\n"
 
 # In a namespace of its own a scan sees, and asks ps about, only its own processes.
 NAMESPACE = (shutil.which("unshare") or "unshare", "--pid", "--fork", "--mount-proc")
 
 # What differs from scan to scan: the branches and attributes that describe the run itself.
-OWN_BRANCHES = {"Environment", "Processes"}
+OWN_BRANCHES = {"Environment", "Processes", "Scan"}
 OWN_ATTRIBUTES = {"timestamp", "scan-time", "first-scan", "last-scan", "snapshot-list"}
 
 
@@ -53,10 +57,10 @@ def facts(container):
 
 
 class QuickMac:
-    """A folder of recordings that can be changed and scanned repeatedly; close() removes it."""
+    """A folder of recordings that can be changed and scanned repeatedly, with these options; close() removes it."""
 
-    def __init__(self, machine=None, prefix=()):
-        self.prefix = prefix
+    def __init__(self, machine=None, prefix=(), options=()):
+        self.prefix, self.options = prefix, options
         self.folder = tempfile.TemporaryDirectory()
         self.machine, self.tools, self.out = (Path(self.folder.name) / name for name in ("machine", "tools", "out"))
         self.tools.mkdir()
@@ -72,13 +76,10 @@ class QuickMac:
     def close(self):
         self.folder.cleanup()
 
-    def recording(self, data_type):
-        return self.machine / "profiler" / f"{data_type}.plist"
-
     def scan(self):
         """The container that a scan saves. AssertionError, or the decoder's FormatError, when it fails in any way."""
         scan = subprocess.run(
-            [*self.prefix, SCANNER], cwd=self.out, env=self.environment, input=b"y\n", capture_output=True, timeout=120
+            [*self.prefix, SCANNER, *self.options], cwd=self.out, env=self.environment, input=b"y\n", capture_output=True, timeout=120
         )
         if scan.returncode != 0:
             raise AssertionError(f"exit status {scan.returncode}\n{scan.stderr.decode(errors='replace')}")
