@@ -13,7 +13,7 @@ TEST(MemoryPicture, DrawsAsManySlotsAsAMacMayHave) {
 }
 
 TEST(VolumeBar, MarksAVolumeFromNinetyPercentOn) {
-  const auto bar = [](uint64_t free) { return inv::volume_bar({"HD", "", "", 1000, free, true}); };
+  const auto bar = [](uint64_t free) { return inv::volume_bar({"HD", "", "", 1000, free, true, ""}); };
   EXPECT_TRUE(holds(bar(100), "class=\"used almost-full\" width=\"90\""));
   EXPECT_TRUE(holds(bar(110), "class=\"used\" width=\"89\""));
 }

@@ -149,7 +149,7 @@ TEST(Summary, CountsTheLinesItHasNoRoomForAndNoOthers) {
 
 std::string bar_of_volume_used(unsigned percent, const inv::Terminal& terminal = {}) {
   inv::Overview overview;
-  overview.volumes.push_back({"HD", "", "", 1000, 1000 - 10 * percent, true});
+  overview.volumes.push_back({"HD", "", "", 1000, 1000 - 10 * percent, true, ""});
   return inv::summary_screen(overview, terminal);
 }
 
