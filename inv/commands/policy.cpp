@@ -6,6 +6,7 @@
 #include "inv/base/utf8.h"
 #include "inv/commands/command.h"
 #include "inv/commands/result_text.h"
+#include "inv/commands/secret_options.h"
 #include "inv/show/table.h"
 #include "inv/show/terminal.h"
 
@@ -20,6 +21,7 @@ struct Options {
   std::vector<std::string> files;
   std::string format = "table";
   unsigned patience = kUsualPatience;
+  bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -56,7 +58,8 @@ int run(const Options& options) {
   if (!rules) return kUnusable;
   int status = kDone;
   QueryDatabase database{std::chrono::seconds(options.patience)};
-  if (!open_for_questions(database, options.files, options.max_size, status)) return kUnusable;
+  if (!open_for_questions("policy", database, options.files, options.max_size, options.keep_secrets, status))
+    return kUnusable;
   std::vector<PolicyVerdict> verdicts;
   for (const PolicyRule& rule : *rules) {
     verdicts.push_back(check_rule(rule, database));
@@ -85,6 +88,7 @@ void add_policy(CLI::App& app, int& status) {
       command.add_option("-f,--format", options->format, "table, json or junit (table)")->type_name("NAME"),
       {"table", "json", "junit"});
   add_timeout(command, options->patience);
+  add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

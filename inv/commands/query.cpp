@@ -3,6 +3,7 @@
 #include "inv/base/utf8.h"
 #include "inv/commands/command.h"
 #include "inv/commands/result_text.h"
+#include "inv/commands/secret_options.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
@@ -13,13 +14,15 @@ struct Options {
   std::vector<std::string> files;
   std::string format = "table";
   unsigned patience = kUsualPatience;
+  bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
 int run(const Options& options) {
   int status = kDone;
   QueryDatabase database{std::chrono::seconds(options.patience)};
-  if (!open_for_questions(database, options.files, options.max_size, status)) return kUnusable;
+  if (!open_for_questions("query", database, options.files, options.max_size, options.keep_secrets, status))
+    return kUnusable;
   const std::optional<QueryResult> result = database.ask(options.sql);
   if (!result) {
     complain("query", database.error());
@@ -46,6 +49,7 @@ void add_query(CLI::App& app, int& status) {
       command.add_option("-f,--format", options->format, "table, csv or json (table)")->type_name("NAME"),
       {"table", "csv", "json"});
   add_timeout(command, options->patience);
+  add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

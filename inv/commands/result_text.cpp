@@ -1,6 +1,7 @@
 #include "inv/commands/result_text.h"
 
 #include "inv/base/utf8.h"
+#include "inv/commands/secret_options.h"
 #include "inv/export/rows.h"
 #include "inv/show/table.h"
 #include "inv/show/terminal.h"
@@ -70,13 +71,17 @@ void add_timeout(CLI::App& command, unsigned& patience) {
       ->check(CLI::Range(1u, 86'400u).description(""));
 }
 
-bool open_for_questions(QueryDatabase& database, const std::vector<std::string>& files, uint64_t max_size,
-                        int& status) {
+bool open_for_questions(const char* command, QueryDatabase& database, const std::vector<std::string>& files,
+                        uint64_t max_size, bool keep_secrets, int& status) {
   if (!database.open()) return complain_of_database(database);
+  size_t masked = 0;
   for (const std::string& file : files) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, max_size, status);
-    if (inventory && !database.add(*inventory)) return complain_of_database(database);
+    if (!inventory) continue;
+    masked += mask_unless_kept(keep_secrets, *inventory);
+    if (!database.add(*inventory)) return complain_of_database(database);
   }
+  tell_masked(command, masked);
   return true;
 }
 

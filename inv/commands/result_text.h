@@ -15,10 +15,10 @@ constexpr unsigned kUsualPatience = 60;
 // The option --timeout.
 void add_timeout(CLI::App& command, unsigned& patience);
 
-// Adds the files that can be read, complaining of those that cannot. False, after a complaint, when there is
-// no database to ask.
-bool open_for_questions(QueryDatabase& database, const std::vector<std::string>& files, uint64_t max_size,
-                        int& status);
+// Adds the files that can be read, complaining of those that cannot, without their secrets unless they are
+// kept. False, after a complaint, when there is no database to ask.
+bool open_for_questions(const char* command, QueryDatabase& database, const std::vector<std::string>& files,
+                        uint64_t max_size, bool keep_secrets, int& status);
 
 // An answer as "table", "csv" or "json", an array of objects.
 std::string result_text(const QueryResult& result, const std::string& format);

@@ -36,7 +36,7 @@ _inv() {
         show) words="--section --depth" ;;
         verify) words="-q --quiet --failures --strict $signed" ;;
         export) words="-f --format -o --output --csv-safe --force --secrets" ;;
-        query | policy) words="-f --format --timeout" ;;
+        query | policy) words="-f --format --timeout --secrets" ;;
         diff) words="--all --json --secrets" ;;
         report) words="--compare -o --output --force --secrets" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;

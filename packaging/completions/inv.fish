@@ -42,7 +42,7 @@ complete -c inv -n '__fish_seen_subcommand_from export' -s f -l format -x -a 'js
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -s o -l output -r -F -d 'Where to write'
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -l force -d 'Let the output replace an input'
 complete -c inv -n '__fish_seen_subcommand_from export' -l csv-safe -d 'Disarm formulas for spreadsheets'
-complete -c inv -n '__fish_seen_subcommand_from export diff report load' -l secrets -d 'Keep passwords, keys and tokens'
+complete -c inv -n '__fish_seen_subcommand_from export diff report load query policy' -l secrets -d 'Keep passwords, keys and tokens'
 complete -c inv -n '__fish_seen_subcommand_from query' -s f -l format -x -a 'table csv json' -d 'The form of the answer'
 complete -c inv -n '__fish_seen_subcommand_from policy' -s f -l format -x -a 'table json junit' -d 'The form of the answer'
 complete -c inv -n '__fish_seen_subcommand_from query policy' -l timeout -x -d 'Give up after these seconds'

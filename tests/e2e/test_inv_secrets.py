@@ -106,6 +106,7 @@ class Secrets(ScanTestCase):
         yield "diff", inv("diff", "--all", self.first, self.second, *options)
         yield "changes", inv("diff", "--all", "--json", self.first, self.second, *options)
         yield "load", inv("load", database, self.first, *options)
+        yield "query", inv("query", "SELECT path, value FROM facts", self.first, *options)
         connection = sqlite3.connect(database)
         self.dump = "\n".join(connection.iterdump())
         connection.close()
@@ -124,13 +125,13 @@ class Secrets(ScanTestCase):
 
     def test_are_counted_in_one_line(self):
         for form, result in self.outputs():
-            if form in ("json", "ndjson", "csv", "report", "load"):
+            if form in ("json", "ndjson", "csv", "report", "load", "query"):
                 told = re.fullmatch(r"inv: \w+: (\d+) secrets are masked; --secrets keeps what is there\n", result.stderr.decode())
                 self.assertGreaterEqual(int(told[1]), len(SECRETS), form)
 
     def test_stay_where_somebody_asks_for_them(self):
         for form, result in self.outputs("--secrets"):
-            if form in ("json", "ndjson", "csv", "load"):
+            if form in ("json", "ndjson", "csv", "load", "query"):
                 self.assertEqual(result.stderr, b"", form)
         self.assertEqual(len(leaked(self.dump)), len(SECRETS))
 
