@@ -1,7 +1,7 @@
 #include "inv/compare/diff.h"
 
 #include "inv/commands/secret_options.h"
-#include "inv/file/machine.h"
+#include "inv/compare/diff_formats.h"
 #include "inv/secrets/secret_text.h"
 
 namespace inv {
@@ -12,9 +12,18 @@ struct Options {
   std::string new_file;
   bool all = false;
   bool json = false;
+  std::string format = "text";
   bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
+
+std::string formatted(const Options& options, const Inventory& old_inventory, const Inventory& new_inventory,
+                      const std::vector<Change>& changes) {
+  const std::vector<ToldChange> told = tell(changes);
+  if (options.json || options.format == "json") return changes_json(changes, told);
+  if (options.format == "markdown") return changes_markdown(old_inventory, new_inventory, told);
+  return changes_text(told, output_terminal());
+}
 
 int run(const Options& options) {
   int status = kDone;
@@ -25,26 +34,19 @@ int run(const Options& options) {
   if (!old_inventory || !new_inventory) return status;
   mask_unless_kept(options.keep_secrets, *old_inventory);
   mask_unless_kept(options.keep_secrets, *new_inventory);
-  if (machine_identity(*old_inventory) != machine_identity(*new_inventory)) {
-    complain("diff", "these are two different machines: " + machine_identity(*old_inventory) + " and " +
-                         machine_identity(*new_inventory));
-  }
+  const std::string warning = machine_warning(*old_inventory, *new_inventory);
+  if (!warning.empty()) complain("diff", warning);
   const std::vector<Change> changes =
       diff(*old_inventory, *new_inventory, options.all ? Facts::all : Facts::lasting);
   if (!changes.empty()) status = worse(status, kNo);
-  std::string text;
-  if (options.json) {
-    text = changes_json(changes);
-  } else {
-    const Terminal terminal = output_terminal();
-    for (const Change& change : changes) text += describe(change, terminal);
-  }
+  const std::string text = formatted(options, *old_inventory, *new_inventory, changes);
   if (!options.keep_secrets) tell_masked("diff", masks_in(text));
   return worse(status, print_result(text));
 }
 
 constexpr char kExamples[] =
     "  inv diff monday.inv friday.inv              what was installed, removed, replaced\n"
+    "  inv diff --format markdown monday.inv friday.inv      the same for a ticket\n"
     "  inv diff --json monday.inv friday.inv | jq '.[] | select(.change == \"added\")'\n"
     "  inv diff --all monday.inv friday.inv        with free space, processes and times\n";
 
@@ -56,7 +58,10 @@ void add_diff(CLI::App& app, int& status) {
   command.add_option("OLD", options->old_file, "The earlier inventory file")->required();
   command.add_option("NEW", options->new_file, "The later inventory file")->required();
   command.add_flag("--all", options->all, "Include what changes in every scan");
-  command.add_flag("--json", options->json, "Print an array of objects");
+  limit_to(command.add_option("-f,--format", options->format, "text, markdown or json (text)")
+               ->type_name("FORMAT"),
+           {"text", "markdown", "json"});
+  command.add_flag("--json", options->json, "The same as --format json");
   add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

@@ -1,14 +1,14 @@
-// What changed between two scans of a machine.
+// What changed between two scans of a machine, fact by fact.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "inv/file/inventory.h"
-#include "inv/show/terminal.h"
 
 namespace inv {
 
+// Valid as long as the two inventories.
 struct Change {
   enum class Kind { added, removed, changed };
 
@@ -20,6 +20,17 @@ struct Change {
   std::string name;  // of the attribute, or "~key" of the element's annotation; empty for the element itself
   std::string old_value;
   std::string new_value;
+  // The exact values behind rounded ones; empty when there are none.
+  std::string_view old_base;
+  std::string_view new_base;
+  // The element in each file; none where it was added or removed.
+  Element old_element;
+  Element new_element;
+  // Of an element that was added or removed: what it is below, in each file; none for the top of a tree.
+  Element old_above;
+  Element new_above;
+
+  Element element() const { return new_element ? new_element : old_element; }
 };
 
 enum class Facts {
@@ -28,16 +39,13 @@ enum class Facts {
 };
 
 // The changes in the order of the old file, then, at each element, what was added to it. Elements are paired
-// by identity_of(); those of equal identity one after the other. Secrets are compared unmasked, and shown as
-// the inventories show them.
+// by identity_of(), and what only says more about an element with it. Of those that nothing identifies, or
+// that are identified by the same, those of equal contents are paired, and then what is left over in its
+// order; so are attributes that are only numbered. A compound fact, which is there as an attribute and as an
+// element, is the element. Secrets are compared unmasked, and shown as the inventories show them.
 std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts);
 
 // "added", "removed" or "changed".
 const char* kind_text(Change::Kind kind);
-
-// For people: one line per change.
-std::string describe(const Change& change, const Terminal& terminal);
-// As an array of objects.
-std::string changes_json(const std::vector<Change>& changes);
 
 }  // namespace inv

@@ -23,6 +23,31 @@ enum class IdentifierKind {
   network_name,  // of a network service; those that the system chooses belong to nobody
 };
 
+// A value within a sentence; it goes with the texts around it when there is none.
+struct ToldPart {
+  std::string_view before;
+  std::string_view
+      source;  // an attribute; "its number" is that in the element's name, empty is its own value
+  std::string_view behind;
+};
+
+struct CatalogueFact;
+
+// How a person is told of a fact.
+struct Telling {
+  std::string_view word;    // what people call it; empty when its name says it
+  bool yes_no;              // its value is "1" or "0"
+  std::string_view called;  // what kind of thing the element is: "Disk"; empty: a part of the thing above it
+  bool replaceable;         // the thing is in a place, where another one may follow it
+  // Which thing of its kind: "SIMDISK 1 TB (SIM0000HD01)"; the first part is its name.
+  Range<ToldPart> told_as;
+  std::string_view there_when;  // the attribute that is "1" when the thing is there; empty: it always is
+  // The attribute of the same element with which it changes, so that it says no more; empty when there is
+  // none.
+  std::string_view follows_one;
+  const CatalogueFact* follows;  // the same for a fact elsewhere; null when there is none
+};
+
 struct CatalogueFact {
   std::string_view name;                     // its last segment, up to its colon: "Processor", "core-count"
   std::string_view unit;                     // of its value; empty for texts and plain numbers
@@ -32,6 +57,7 @@ struct CatalogueFact {
   // and one that begins with a slash names the element that it tells more of.
   Range<std::string_view> known_by;
   Range<CatalogueFact> below;  // its attributes and children, the shortest names first, then by name
+  Telling telling;
 };
 
 // The trees are below the first of them.

@@ -20,8 +20,10 @@ UNITS = ("KB", "MB", "GB", "kHz", "Hz", "MHz", "ms", "min", "cm", "in", "mA", "%
 OWNERS = ("nobody", "machine", "person", "secret")
 # How an owner's value is recognised in a file: IdentifierKind in catalogue.h. Paths are looked for in all texts.
 IDENTIFIERS = ("text", "serial", "number", "account", "account-id", "addresses", "uri", "full-name", "network-name", "path")
-FIELDS = ("annotations", "unit", "form", "source", "present", "since", "debug run", "known by")
+FIELDS = ("annotations", "unit", "form", "source", "present", "since", "debug run", "known by", "word", "called", "told as", "there when",
+          "follows")  # fmt: skip
 SINCE = re.compile(r"(10\.\d+(\.\d+)?|1[1-5]|2[6-9])( on Apple silicon)?|(T2, )?Apple silicon")
+REPLACEABLE = ", replaceable"
 
 OWN_VALUE = "own value"
 # How a column shows its values: ColumnForm in report_tables.h, and the type of a view's column.
@@ -59,6 +61,16 @@ class Fact:
     @property
     def known_by(self):
         return self.fields["known by"].split(", ") if "known by" in self.fields else []
+
+    @property
+    def told_as(self):
+        """(text before, source of a value, text behind) of what it is told as. What is behind ends at a blank."""
+        return re.findall(r"([^{]*)\{([^}]+)\}([^ {]*)", self.fields.get("told as", ""))
+
+    @property
+    def follows_below(self):
+        """Whether what it follows is of the same element."""
+        return "follows" in self.fields and not self.fields["follows"].startswith("/")
 
 
 def key_of(tree, path):
@@ -207,6 +219,7 @@ class Catalogue:
             self.by_key[fact.key] = fact
         for fact in self.facts:
             self.check_known_by(fact)
+            self.check_telling(fact)
         titles = set()
         for table in self.tables:
             self.check_table(table)
@@ -241,6 +254,28 @@ class Catalogue:
         other = self.by_key.get(key_of(fact.tree, path))
         if not other or not other.known_by or other.known_by[0].startswith("/"):
             raise Mistake(fact.line, f'{fact.path} cannot be known by "{path}", which is not known by anything')
+
+    def check_telling(self, fact):
+        if "follows" in fact.fields and not self.followed(fact):
+            raise Mistake(fact.line, f'{fact.path}: "follows" names nothing: {fact.fields["follows"]}')
+        sources = [source for _, source, _ in fact.told_as if source != ELEMENT_NUMBER] + [fact.fields.get("there when", OWN_VALUE)]
+        for name in sources if "called" in fact.fields else ():
+            if not (name == OWN_VALUE or (*fact.key, *name.split("/")) in self.by_key):
+                raise Mistake(fact.line, f'{fact.path} cannot be told by "{name}", which it does not have')
+        followed, above = self.followed(fact), {fact.key}
+        while followed:
+            if followed.key in above:
+                raise Mistake(fact.line, f"{fact.path} follows itself")
+            above.add(followed.key)
+            followed = self.followed(followed)
+
+    def followed(self, fact):
+        """The fact that this one follows: by its path in the snapshot, or by its name beside this one."""
+        if "follows" not in fact.fields:
+            return None
+        path = fact.fields["follows"]
+        key = key_of("Snapshot", path) if path.startswith("/") else (*fact.key[:-1], path)
+        return self.by_key.get(key)
 
     def check_table(self, table):
         elements = [fact for fact in self.elements_of(table) if fact.is_element]
@@ -349,26 +384,56 @@ def names_below(catalogue):
     return below
 
 
+def cpp_truth(truth):
+    return "true" if truth else "false"
+
+
+def source_in_cpp(source):
+    return "" if source == OWN_VALUE else source
+
+
+def telling(catalogue, fact, told_parts, row_of):
+    """What a person is told of a fact."""
+    noun, replaceable, _ = fact.fields.get("called", "").partition(REPLACEABLE)
+    followed = None if fact.follows_below else catalogue.followed(fact)
+    cells = [
+        cpp_text(fact.fields.get("word", "")),
+        cpp_truth(fact.kind == "yes/no"),
+        cpp_text(noun),
+        cpp_truth(replaceable),
+        cpp_range("kTold", told_parts, len(fact.told_as)),
+        cpp_text(fact.fields.get("there when", "")),
+        cpp_text(fact.fields["follows"] if fact.follows_below else ""),
+        f"kCatalogue + {row_of[followed.key]}" if followed else "nullptr",
+    ]
+    return f"{{{', '.join(cells)}}}"
+
+
 def write_facts(catalogue):
     below = names_below(catalogue)
-    rows, known_by, next_row = [], [], 1
+    row_of = {key: row for row, key in enumerate(below)}
+    rows, known_by, told, next_row = [], [], [], 1
     for key, children in below.items():
         fact = catalogue.by_key.get(key)
-        parts = ["" if part == OWN_VALUE else part for part in fact.known_by] if fact else []
+        parts = [source_in_cpp(part) for part in fact.known_by] if fact else []
         identifier = fact.identifier if fact and fact.identifier != "path" else None
         cells = [
             cpp_text(key[-1] if key else ""),
             cpp_text(fact.fields.get("unit", "") if fact else ""),
             f"IdentifierKind::{cpp_enumerator(identifier)}" if identifier else "{}",
-            "true" if fact and fact.passing else "false",
+            cpp_truth(fact and fact.passing),
             cpp_range("kKnownBy", len(known_by), len(parts)),
             cpp_range("kCatalogue", next_row, len(children)),
+            telling(catalogue, fact, len(told), row_of) if fact else "{}",
         ]
+        if fact:
+            told += [f"{{{cpp_text(before)}, {cpp_text(source_in_cpp(source))}, {cpp_text(behind)}}}" for before, source, behind in fact.told_as]
         rows.append(f"    {{{', '.join(cells)}}},  // {'/'.join(key) or 'the trees'}")
         known_by += parts
         next_row += len(children)
     depth = max(len(fact.key) - 1 for fact in catalogue.facts if fact.is_element)
-    return FACTS.format(known_by=", ".join(map(cpp_text, known_by)), rows="\n".join(rows), depth=depth)
+    names = ", ".join(map(cpp_text, known_by))
+    return FACTS.format(known_by=names, told="\n".join(f"    {part}," for part in told), rows="\n".join(rows), depth=depth)
 
 
 FACTS = """// Written by catalogue.py.
@@ -377,6 +442,9 @@ FACTS = """// Written by catalogue.py.
 namespace inv {{
 
 static constexpr std::string_view kKnownBy[] = {{{known_by}}};
+static constexpr ToldPart kTold[] = {{
+{told}
+}};
 
 const CatalogueFact kCatalogue[] = {{
 {rows}

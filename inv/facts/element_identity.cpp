@@ -3,22 +3,42 @@
 #include "inv/facts/catalogue.h"
 
 namespace inv {
+namespace {
 
-std::string identity_of(Element element, Counterparts& counterparts) {
+bool is_elsewhere(std::string_view part) { return !part.empty() && part.front() == '/'; }
+
+Range<std::string_view> known_by(Element element) {
   const CatalogueFact* fact = find_fact(element);
-  const Range<std::string_view> known_by = fact ? fact->known_by : Range<std::string_view>();
+  return fact ? fact->known_by : Range<std::string_view>();
+}
+
+}  // namespace
+
+bool tells_more(Element element) {
+  const Range<std::string_view> parts = known_by(element);
+  return !parts.empty() && is_elsewhere(*parts.begin());
+}
+
+Element main_of(Element element, Counterparts& counterparts) {
+  return tells_more(element) ? counterparts.find(*known_by(element).begin(), element) : Element();
+}
+
+std::string own_identity_of(Element element) {
   std::string identity;
-  for (const std::string_view attribute : known_by) {
-    if (!attribute.empty() && attribute.front() == '/') {
-      const Element other = counterparts.find(attribute, element);
-      return other ? identity_of(other, counterparts) : std::string(element.name());
-    }
+  for (const std::string_view attribute : known_by(element)) {
+    if (is_elsewhere(attribute)) continue;
     const std::string_view part = attribute.empty() ? element.value() : element.text(attribute);
     if (part.empty()) continue;
     if (!identity.empty()) identity += ' ';
     identity += part;
   }
-  return identity.empty() ? std::string(element.name()) : identity;
+  return identity;
+}
+
+std::string identity_of(Element element, Counterparts& counterparts) {
+  const Element main = main_of(element, counterparts);
+  const std::string identity = own_identity_of(main ? main : element);
+  return identity.empty() ? std::string((main ? main : element).name()) : identity;
 }
 
 }  // namespace inv

@@ -13,5 +13,12 @@ namespace inv {
 // has, with blanks between them (an application by its location, a disk by its serial number, ...), else its
 // name in the tree. One that tells more of another element has that one's identity.
 std::string identity_of(Element element, Counterparts& counterparts);
+// The same without that last resort: empty when it has none of the attributes, or its kind is known by none.
+std::string own_identity_of(Element element);
+
+// Whether elements of its kind tell more of other elements.
+bool tells_more(Element element);
+// The element that it tells more of; none when there is none.
+Element main_of(Element element, Counterparts& counterparts);
 
 }  // namespace inv

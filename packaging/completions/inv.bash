@@ -17,6 +17,7 @@ _inv() {
         case ${COMP_WORDS[1]} in
         query) words="table csv json" ;;
         policy) words="table json junit" ;;
+        diff) words="text markdown json" ;;
         *) words="json ndjson csv zxml" ;;
         esac
         ;;
@@ -37,7 +38,7 @@ _inv() {
         verify) words="-q --quiet --failures --strict $signed" ;;
         export) words="-f --format -o --output --csv-safe --force --secrets" ;;
         query | policy) words="-f --format --timeout --secrets" ;;
-        diff) words="--all --json --secrets" ;;
+        diff) words="--all -f --format --json --secrets" ;;
         report) words="--compare -o --output --force --secrets" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;
         *) return ;;

@@ -47,6 +47,7 @@ complete -c inv -n '__fish_seen_subcommand_from query' -s f -l format -x -a 'tab
 complete -c inv -n '__fish_seen_subcommand_from policy' -s f -l format -x -a 'table json junit' -d 'The form of the answer'
 complete -c inv -n '__fish_seen_subcommand_from query policy' -l timeout -x -d 'Give up after these seconds'
 complete -c inv -n '__fish_seen_subcommand_from diff' -l all -d 'Include what changes in every scan'
+complete -c inv -n '__fish_seen_subcommand_from diff' -s f -l format -x -a 'text markdown json' -d 'The form to write'
 complete -c inv -n '__fish_seen_subcommand_from diff' -l json -d 'As an array of objects'
 complete -c inv -n '__fish_seen_subcommand_from report' -l compare -d 'Show what changed from OLD to NEW'
 complete -c inv -n '__fish_seen_subcommand_from redact' -l key -x -d 'What the pseudonyms depend on'

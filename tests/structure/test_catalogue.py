@@ -95,12 +95,12 @@ class Code(unittest.TestCase):
         made = catalogue.write_facts(catalogue.Catalogue(SMALL))
         self.assertIn('kKnownBy[] = {"location", ""};', made)
         self.assertIn(
-            '    {"", "", {}, false, {}, {kCatalogue + 1, kCatalogue + 2}},  // the trees\n'
-            '    {"Snapshot", "", {}, false, {}, {kCatalogue + 2, kCatalogue + 3}},  // Snapshot\n'
-            '    {"Software", "", {}, false, {}, {kCatalogue + 3, kCatalogue + 4}},  // Snapshot/Software\n'
-            '    {"Soft", "", {}, false, {kKnownBy + 0, kKnownBy + 2}, {kCatalogue + 4, kCatalogue + 6}},  // Snapshot/Software/Soft\n'
-            '    {"size", "MB", {}, true, {}, {}},  // Snapshot/Software/Soft/size\n'
-            '    {"location", "", {}, false, {}, {}},  // Snapshot/Software/Soft/location\n',
+            '    {"", "", {}, false, {}, {kCatalogue + 1, kCatalogue + 2}, {}},  // the trees\n'
+            '    {"Snapshot", "", {}, false, {}, {kCatalogue + 2, kCatalogue + 3}, {"", false, "", false, {}, "", "", nullptr}},  // Snapshot\n'
+            '    {"Software", "", {}, false, {}, {kCatalogue + 3, kCatalogue + 4}, {"", false, "", false, {}, "", "", nullptr}},  // Snapshot/Software\n'
+            '    {"Soft", "", {}, false, {kKnownBy + 0, kKnownBy + 2}, {kCatalogue + 4, kCatalogue + 6}, {"", false, "", false, {}, "", "", nullptr}},  // Snapshot/Software/Soft\n'
+            '    {"size", "MB", {}, true, {}, {}, {"", false, "", false, {}, "", "", nullptr}},  // Snapshot/Software/Soft/size\n'
+            '    {"location", "", {}, false, {}, {}, {"", false, "", false, {}, "", "", nullptr}},  // Snapshot/Software/Soft/location\n',
             made,
         )
         self.assertIn("kCatalogueDepth = 2;", made)
@@ -110,6 +110,30 @@ class Code(unittest.TestCase):
         self.assertIn('kKnownBy[] = {"/Software/Soft:N", "location", ""};', catalogue.write_facts(catalogue.Catalogue(text)))
         with self.assertRaises(catalogue.Mistake):
             catalogue.Catalogue(text.replace("known by: /Software/Soft:N", "known by: /Software/Hard:N"))
+
+    def test_has_what_a_person_is_told(self):
+        text = """\
+= Snapshot
+/ | element | nobody
+/a | text | nobody
+  follows: /D
+/D | element | nobody
+/D/d:N | element, text | nobody
+  called: Disk, replaceable
+  told as: {own value}, no. {its number} ({serial})
+  there when: used
+/D/d:N/serial | text | nobody
+  word: number
+/D/d:N/used | yes/no | nobody
+  follows: serial
+"""
+        made = catalogue.write_facts(catalogue.Catalogue(text))
+        self.assertIn('kTold[] = {\n    {"", "", ","},\n    {" no. ", "its number", ""},\n    {" (", "serial", ")"},\n};', made)
+        self.assertIn('{"", false, "Disk", true, {kTold + 0, kTold + 3}, "used", "", nullptr}},  // Snapshot/D/d\n', made)
+        self.assertIn('{"number", false, "", false, {}, "", "", nullptr}},  // Snapshot/D/d/serial\n', made)
+        self.assertIn('{"", true, "", false, {}, "", "serial", nullptr}},  // Snapshot/D/d/used\n', made)
+        self.assertIn('{"", false, "", false, {}, "", "", kCatalogue + 2}},  // Snapshot/a\n', made)
+        self.assertIn('    {"D", ', made.split("\n")[made.split("\n").index("const CatalogueFact kCatalogue[] = {") + 3])
 
     def test_has_the_identifiers(self):
         text = "= Snapshot\n/ | element | nobody\n/a | text | machine\n/b | text | person, account-id\n/c | text | secret\n"
@@ -198,7 +222,7 @@ class Mistakes(unittest.TestCase):
             self.expect(line_of("/Software/Soft:N/size"), f'/Software/Soft:N/size: "{since}" is no system', "form: cut off", f"since: {since}")
 
     def test_columns_are_known(self):
-        known = "annotations, unit, form, source, present, since, debug run, known by"
+        known = "annotations, unit, form, source, present, since, debug run, known by, word, called, told as, there when, follows"
         problem = f'/Software/Soft:N/size: unknown column "units"; known are: {known}'
         self.expect(line_of("  unit"), problem, "  unit: MB", "  units: MB")
 
@@ -235,6 +259,19 @@ class Mistakes(unittest.TestCase):
     def test_attributes_are_known_by_nothing(self):
         line = line_of("/Software/Soft:N/size")
         self.expect(line, '/Software/Soft:N/size cannot be known by "own value", which it does not have', "unit: MB", "known by: own value")
+
+    def test_what_is_told_is_there(self):
+        line = line_of("/Software/Soft:N |")
+        called = "known by: location, own value\n  called: Application\n  {}"
+        problem = '/Software/Soft:N cannot be told by "place", which it does not have'
+        self.expect(line, problem, "known by: location, own value", called.format("told as: {own value} ({place})"))
+        self.expect(line, problem, "known by: location, own value", called.format("there when: place"))
+
+    def test_what_is_followed_is_there_and_leads_nowhere_back(self):
+        line = line_of("/Software/Soft:N/size")
+        self.expect(line, '/Software/Soft:N/size: "follows" names nothing: mass', "form: cut off", "follows: mass")
+        self.expect(line, '/Software/Soft:N/size: "follows" names nothing: /Hardware', "form: cut off", "follows: /Hardware")
+        self.expect(line, "/Software/Soft:N/size follows itself", "form: cut off", "follows: size")
 
     def test_tables_have_a_use_and_rows(self):
         head = "[report Applications: /Software/Soft:N]"
