@@ -1,92 +1,147 @@
+#include <algorithm>
+
+#include "inv/commands/batch.h"
+#include "inv/commands/file_list.h"
+#include "inv/commands/in_order.h"
 #include "inv/commands/secret_options.h"
 #include "inv/commands/signature_options.h"
 #include "inv/export/database.h"
-#include "inv/show/terminal.h"
 
 namespace inv {
 namespace {
 
-// This many files are one transaction: enough that writing to the disk takes little of the time, few enough
-// that an interrupted run has kept most of what it did.
-constexpr size_t kBatch = 500;
+// This many files, or files of so many bytes inflated, are one transaction: enough that writing to the disk
+// takes little of the time, few enough that others who load get their turn.
+constexpr size_t kMostFiles = 64;
+constexpr uint64_t kMostBytes = uint64_t{1} << 26;
 
 struct Options {
   std::string database;
-  std::vector<std::string> files;
+  FileOptions files;
+  size_t jobs = 1;
+  std::string quarantine;
   SignatureOptions signature;
   bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
 
-// A bar on standard error, for a person at a terminal.
-class Progress {
- public:
-  explicit Progress(size_t total) : total_(total), terminal_(error_terminal()) {}
-  ~Progress() { draw("\r\x1B[K"); }
+enum Fate : size_t { kLoaded, kReplaced, kSkipped, kRefused, kDamaged };
 
-  void show(size_t done) {
-    const size_t percent = done * 100 / total_;
-    if (percent == shown_) return;
-    shown_ = percent;
-    const size_t filled = percent * kCells / 100;
-    draw("\r[" + std::string(filled, '#') + std::string(kCells - filled, '.') + "] " + std::to_string(done) +
-         " of " + std::to_string(total_));
+// Takes opened files one after the other, and puts them into the database some at a time, so that nobody
+// waits for the database while a file is read.
+class Loader {
+ public:
+  Loader(const Options& options, const SignatureCheck& signatures, Database& database, Tally& tally,
+         int& status)
+      : options_(options), signatures_(signatures), database_(database), tally_(tally), status_(status) {}
+
+  // False when the database takes nothing more.
+  bool take(Opened opened) {
+    if (!complain_of(opened, status_)) {
+      if (!options_.quarantine.empty()) set_aside(opened, options_.quarantine, status_);
+      tally_.count(kRefused);
+      return true;
+    }
+    std::optional<std::string> signer = signatures_.signer_of(opened.path, *opened.inventory, status_);
+    if (!signer) {
+      tally_.count(kRefused);
+      return true;
+    }
+    masked += opened.masked;
+    bytes_ += opened.inventory->bytes.size() + inflated_size(*opened.inventory);
+    waiting_.push_back({std::move(opened.inventory), std::move(*signer)});
+    return (waiting_.size() < kMostFiles && bytes_ < kMostBytes) || finish();
+  }
+
+  size_t masked = 0;  // secrets
+
+  // Puts in what is waiting.
+  bool finish() {
+    if (waiting_.empty()) return true;
+    if (!database_.begin()) return false;
+    std::vector<Fate> fates;
+    for (const Waiting& scan : waiting_) {
+      const Loaded outcome = database_.add(*scan.inventory, scan.signer);
+      if (outcome == Loaded::broken) return false;
+      fates.push_back(fate_of(outcome, *scan.inventory));
+    }
+    if (!database_.commit()) return false;
+    for (const Fate fate : fates) tally_.count(fate);
+    waiting_.clear();
+    bytes_ = 0;
+    return true;
   }
 
  private:
-  static constexpr size_t kCells = 40;
+  struct Waiting {
+    std::unique_ptr<Inventory> inventory;
+    std::string signer;
+  };
 
-  void draw(const std::string& text) const {
-    if (terminal_.interactive) std::fwrite(text.data(), 1, text.size(), stderr);
+  Fate fate_of(Loaded outcome, const Inventory& inventory) {
+    switch (outcome) {
+      case Loaded::added:
+        return inventory.faults.empty() ? kLoaded : kDamaged;
+      case Loaded::replaced:
+        return kReplaced;
+      case Loaded::skipped:
+        return kSkipped;
+      case Loaded::refused:
+      case Loaded::broken:
+        break;
+    }
+    complain(inventory.file_name, database_.error());
+    status_ = worse(status_, kUnusable);
+    return kRefused;
   }
 
-  size_t total_;
-  size_t shown_ = 0;
-  Terminal terminal_;
+  const Options& options_;
+  const SignatureCheck& signatures_;
+  Database& database_;
+  Tally& tally_;
+  int& status_;
+  std::vector<Waiting> waiting_;
+  uint64_t bytes_ = 0;
 };
 
-// What becomes of the files.
-struct Outcome {
-  int status = kDone;
-  size_t masked = 0;  // secrets
-};
-
-// False when the database cannot be written to; a file that cannot be loaded is reported and left out.
-bool load_file(const std::string& path, const Options& options, const SignatureCheck& signatures,
-               Database& database, Outcome& outcome) {
-  const std::unique_ptr<Inventory> inventory = open_for_command(path, options.max_size, outcome.status);
-  if (!inventory) return true;
-  const std::optional<std::string> signer = signatures.signer_of(path, *inventory, outcome.status);
-  if (!signer) return true;
-  outcome.masked += mask_unless_kept(options.keep_secrets, *inventory);
-  return database.add(*inventory, *signer);
+Opened open_masked(const std::string& path, const Options& options) {
+  Opened opened = open_quietly(path, options.max_size);
+  if (opened.inventory) opened.masked = mask_unless_kept(options.keep_secrets, *opened.inventory);
+  return opened;
 }
 
-bool load(const Options& options, const SignatureCheck& signatures, Database& database, Outcome& outcome) {
-  Progress progress(options.files.size());
-  for (size_t i = 0; i < options.files.size(); ++i) {
-    if (i % kBatch == 0 && i > 0 && !database.commit()) return false;
-    if (i % kBatch == 0 && !database.begin()) return false;
-    if (!load_file(options.files[i], options, signatures, database, outcome)) return false;
-    progress.show(i + 1);
-  }
-  return database.commit();
+bool load(const Options& options, const std::vector<std::string>& files, Loader& loader) {
+  Progress progress(files.size());
+  size_t done = 0;
+  return in_order(
+             files.size(), options.jobs, [&](size_t i) { return open_masked(files[i], options); },
+             [&](Opened opened) {
+               progress.show(++done);
+               return loader.take(std::move(opened));
+             }) &&
+         loader.finish();
 }
 
 int run(const Options& options) {
-  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, options.files);
+  int status = kDone;
+  const std::vector<std::string> files = find_files(options.files, status);
+  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, files);
   if (!signatures) return kUnusable;
-  Outcome outcome;
   Database database;
-  const bool loaded = database.open(options.database) && load(options, *signatures, database, outcome);
-  tell_masked("load", outcome.masked);
-  if (loaded) return outcome.status;
-  complain(options.database, database.error());
-  return kUnusable;
+  Tally tally({"loaded", "replaced", "skipped", "refused", "damaged"});
+  Loader loader(options, *signatures, database, tally, status);
+  if (!database.open(options.database) || !load(options, files, loader)) {
+    complain(options.database, database.error());
+    status = kUnusable;
+  }
+  tell_masked("load", loader.masked);
+  tally.tell();
+  return status;
 }
 
 constexpr char kExamples[] =
     "  inv load macs.db *.inv\n"
+    "  inv load --jobs 2 --quarantine bad macs.db spool    every *.inv in a folder\n"
     "  sqlite3 macs.db \"SELECT machine_name, version FROM software WHERE name = 'Safari'\"\n"
     "  sqlite3 macs.db \"SELECT * FROM volumes WHERE used_percent > 90\"\n";
 
@@ -96,7 +151,9 @@ void add_load(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "load", "Load files into an SQLite database", kExamples);
   command.add_option("DATABASE", options->database, "The database; created if missing")->required();
-  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_files(command, options->files);
+  add_jobs(command, options->jobs);
+  add_quarantine(command, options->quarantine);
   add_signature_options(command, options->signature);
   add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);

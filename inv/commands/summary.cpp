@@ -1,23 +1,25 @@
 #include "inv/show/summary.h"
 
 #include "inv/commands/arguments.h"
+#include "inv/commands/file_list.h"
 #include "inv/commands/signature_options.h"
 
 namespace inv {
 namespace {
 
 struct Options {
-  std::vector<std::string> files;
+  FileOptions files;
   SignatureOptions signature;
   uint64_t max_size = kUsualMaxSize;
 };
 
 int run(const Options& options) {
-  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, options.files);
-  if (!signatures) return kUnusable;
   int status = kDone;
+  const std::vector<std::string> files = find_files(options.files, status);
+  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, files);
+  if (!signatures) return kUnusable;
   std::vector<Overview> overviews;
-  for (const std::string& file : options.files) {
+  for (const std::string& file : files) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
     if (!inventory) continue;
     const std::optional<std::string> signer = signatures->signer_of(file, *inventory, status);
@@ -27,7 +29,7 @@ int run(const Options& options) {
     overviews.back().signed_by = *signer;
   }
   if (overviews.empty()) return status;
-  const bool single = options.files.size() == 1;
+  const bool single = files.size() == 1;
   return worse(status, print_result(single ? summary_screen(overviews.front(), output_terminal())
                                            : summary_table(overviews)));
 }
@@ -42,7 +44,7 @@ void add_summary(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command =
       add_command(app, "summary", "Summarise machines: one screen, or a line each", kExamples);
-  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_files(command, options->files);
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

@@ -1,6 +1,9 @@
 #include "inv/file/verify.h"
 
 #include "inv/base/utf8.h"
+#include "inv/commands/batch.h"
+#include "inv/commands/file_list.h"
+#include "inv/commands/in_order.h"
 #include "inv/commands/signature_options.h"
 #include "inv/facts/gaps.h"
 #include "inv/show/terminal.h"
@@ -9,7 +12,8 @@ namespace inv {
 namespace {
 
 struct Options {
-  std::vector<std::string> files;
+  FileOptions files;
+  size_t jobs = 1;
   bool quiet = false;
   bool failures = false;
   bool strict = false;
@@ -42,6 +46,21 @@ std::string signature_text(const SignatureVerdict& signature, const Terminal& te
   return "; " + terminal.red("signature refused") + ": " + printable(signature.refusal);
 }
 
+struct Checked {
+  std::string path;
+  std::unique_ptr<Inventory> inventory;  // none when the file cannot be opened
+  std::string error;                     // why
+  Verdict verdict;
+};
+
+Checked check(const std::string& path, uint64_t max_size) {
+  Checked checked;
+  checked.path = path;
+  checked.inventory = open_file(path, max_size, &checked.error);
+  if (checked.inventory) checked.verdict = verify(*checked.inventory);
+  return checked;
+}
+
 // What is said about one file, and whether it and its signature are any good.
 struct Judgement {
   std::string line;
@@ -49,16 +68,16 @@ struct Judgement {
 };
 
 // Strictly, a file of a scan that did not learn all is no good either.
-Judgement judge(const std::string& path, const Inventory& inventory, bool strict,
-                const SignatureCheck& signatures, const Terminal& terminal) {
-  const Verdict verdict = verify(inventory);
-  const bool valid = verdict.faults.empty();
-  const std::vector<std::string> gaps = strict && valid ? gaps_in(inventory) : std::vector<std::string>();
-  Judgement judgement = {
-      printable(inventory.file_name) + ": " + verdict_line(verdict, terminal) + gaps_text(gaps, terminal),
-      valid && gaps.empty()};
+Judgement judge(const Checked& checked, bool strict, const SignatureCheck& signatures,
+                const Terminal& terminal) {
+  const bool valid = checked.verdict.faults.empty();
+  const std::vector<std::string> gaps =
+      strict && valid ? gaps_in(*checked.inventory) : std::vector<std::string>();
+  Judgement judgement = {printable(checked.inventory->file_name) + ": " +
+                             verdict_line(checked.verdict, terminal) + gaps_text(gaps, terminal),
+                         valid && gaps.empty()};
   if (signatures.wanted()) {
-    const SignatureVerdict signature = signatures.judge(path, inventory);
+    const SignatureVerdict signature = signatures.judge(checked.path, *checked.inventory);
     judgement.good = judgement.good && signature.refusal.empty();
     judgement.line += signature_text(signature, terminal);
   }
@@ -67,28 +86,36 @@ Judgement judge(const std::string& path, const Inventory& inventory, bool strict
 }
 
 int run(const Options& options) {
-  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, options.files);
-  if (!signatures) return kUnusable;
+  // Lines are printed in pieces of about this size.
+  constexpr size_t kPiece = 1 << 16;
   int status = kDone;
+  const std::vector<std::string> files = find_files(options.files, status);
+  const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, files);
+  if (!signatures) return kUnusable;
   const Terminal terminal = output_terminal();
   std::string lines;
-  for (const std::string& path : options.files) {
-    std::string error;
-    const std::unique_ptr<Inventory> inventory = open_file(path, options.max_size, &error);
-    if (!inventory) {
-      complain(path, error);
+  const auto take = [&](const Checked& checked) {
+    if (!checked.inventory) {
+      complain(checked.path, checked.error);
       status = worse(status, kUnusable);
-      continue;
+      return true;
     }
-    const Judgement judgement = judge(path, *inventory, options.strict, *signatures, terminal);
+    const Judgement judgement = judge(checked, options.strict, *signatures, terminal);
     if (!judgement.good) status = worse(status, kNo);
-    if (!judgement.good || !options.failures) lines += judgement.line;
-  }
+    if (!options.quiet && (!judgement.good || !options.failures)) lines += judgement.line;
+    if (lines.size() < kPiece) return true;
+    status = worse(status, print_result(lines));
+    lines.clear();
+    return true;
+  };
+  in_order(
+      files.size(), options.jobs, [&](size_t i) { return check(files[i], options.max_size); }, take);
   return options.quiet ? status : worse(status, print_result(lines));
 }
 
 constexpr char kExamples[] =
     "  inv verify *.inv                        a line for each file\n"
+    "  inv verify --jobs 2 spool               every *.inv in a folder\n"
     "  inv verify --failures *.inv             a line for each that is not valid\n"
     "  inv verify --quiet MAC.inv && import MAC.inv\n"
     "  inv verify --strict *.inv               and whether each Mac told all\n"
@@ -99,10 +126,11 @@ constexpr char kExamples[] =
 void add_verify(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "verify", "Check whether a console can import files", kExamples);
-  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_files(command, options->files);
   command.add_flag("-q,--quiet", options->quiet, "Only the exit status");
   command.add_flag("--failures", options->failures, "Tell only of files that are not valid");
   command.add_flag("--strict", options->strict, "Say what the scan did not learn, and end with 1 then");
+  add_jobs(command, options->jobs);
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

@@ -1,134 +1,166 @@
 #include "inv/export/database.h"
 
-#include <sqlite3.h>
-
-#include "inv/base/utf8.h"
-#include "inv/export/schema.h"
-#include "inv/facts/facts.h"
+#include "inv/export/database_file.h"
 #include "inv/facts/overview.h"
-#include "inv/file/machine.h"
 
 namespace inv {
 namespace {
 
-constexpr int kSchemaVersion = 3;
-// Another program may be reading; in milliseconds.
-constexpr int kPatience = 10'000;
-
-// The index over all paths is written to all over: 64 MiB of it stay in memory.
+// The indices are written to all over: 64 MiB of the file stay in memory.
 constexpr char kCache[] = "PRAGMA cache_size = -65536";
 
-// SQLite creates no file for some names: the empty one, ":memory:" and those that begin with "file:". What is
-// loaded there would be lost.
-std::string file_name(const std::string& path) { return path.substr(0, 1) == "/" ? path : "./" + path; }
+// Paths whose numbers are remembered: those of a whole fleet, but for names that only one Mac has.
+constexpr size_t kMostPaths = 100'000;
 
-void bind_text(sqlite3_stmt* statement, int place, std::string_view text) {
-  const std::string valid = to_utf8(text);
-  sqlite3_bind_text(statement, place, valid.data(), static_cast<int>(valid.size()), SQLITE_TRANSIENT);
+int64_t count_facts(const Inventory& inventory) {
+  int64_t count = 0;
+  each_fact(inventory, [&count](const Fact&) { ++count; });
+  return count;
 }
 
 }  // namespace
 
-void Database::CloseStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-
-Database::~Database() {
-  // SQLite wants its statements closed first.
-  remove_machine_.reset();
-  add_machine_.reset();
-  add_fact_.reset();
-  sqlite3_close(handle_);
+bool Database::open(const std::string& path) {
+  return open_database_file(path, sqlite_, &error_) && prepare_connection();
 }
 
-bool Database::open(const std::string& path) { return open_under(file_name(path)); }
+bool Database::open_in_memory() { return open_database_in_memory(sqlite_) && prepare_connection(); }
 
-bool Database::open_in_memory() { return open_under(":memory:"); }
-
-bool Database::open_under(const std::string& name) {
-  if (sqlite3_open(name.c_str(), &handle_) != SQLITE_OK) return fail();
-  sqlite3_busy_timeout(handle_, kPatience);
-  return check_version() && run("PRAGMA foreign_keys = ON") && run(kCache) &&
-         run(std::string(kDatabaseSchema).append(kDatabaseViews).c_str()) &&
-         prepare("DELETE FROM machines WHERE machine = ?1 AND timestamp = ?2", remove_machine_) &&
-         prepare(
-             "INSERT INTO machines (machine, timestamp, name, scanned, file, signed_by) VALUES (?1, ?2, ?3, "
-             "?4, ?5, ?6)",
+bool Database::prepare_connection() {
+  return sqlite_.run("PRAGMA foreign_keys = ON") && sqlite_.run(kCache) &&
+         sqlite_.prepare("SELECT id FROM machines WHERE scan_id = ?1", find_same_) &&
+         sqlite_.prepare(
+             "SELECT id FROM machines WHERE machine = ?1"
+             " AND (scanned_at = ?2 OR (scan_id IS NULL AND timestamp = ?3))",
+             find_rival_) &&
+         sqlite_.prepare("SELECT damaged FROM machines WHERE id = ?1", is_damaged_) &&
+         sqlite_.prepare("SELECT count(*) FROM fact_values WHERE machine_id = ?1", count_facts_) &&
+         sqlite_.prepare("UPDATE machines SET signed_by = ?2 WHERE id = ?1 AND ?2 <> ''", sign_) &&
+         sqlite_.prepare("DELETE FROM machines WHERE id = ?1", remove_machine_) &&
+         sqlite_.prepare(
+             "INSERT INTO machines (machine, timestamp, name, scanned, file, signed_by, scan_id, "
+             "scanned_at, damaged) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
              add_machine_) &&
-         prepare("INSERT INTO facts VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)", add_fact_);
+         sqlite_.prepare("SELECT id FROM paths WHERE path = ?1 AND element = ?2 AND section = ?3",
+                         find_path_) &&
+         sqlite_.prepare(
+             "INSERT INTO paths (path, element, section, name, kind, element_index) "
+             "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
+             add_path_) &&
+         sqlite_.prepare("INSERT INTO fact_values VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)", add_fact_);
 }
 
-bool Database::check_version() {
-  Statement version;
-  Statement tables;
-  if (!prepare("PRAGMA user_version", version) || sqlite3_step(version.get()) != SQLITE_ROW) return fail();
-  if (!prepare("SELECT count(*) FROM sqlite_master", tables) || sqlite3_step(tables.get()) != SQLITE_ROW)
-    return fail();
-  const int found = sqlite3_column_int(version.get(), 0);
-  const bool empty = sqlite3_column_int(tables.get(), 0) == 0;
-  if (found == kSchemaVersion || (found == 0 && empty)) return true;
-  error_ = "is a database of another program, or of another version of inv";
-  return false;
+bool Database::begin() { return sqlite_.run("BEGIN IMMEDIATE"); }
+
+bool Database::commit() {
+  error_.clear();
+  return sqlite_.run("COMMIT");
 }
 
-bool Database::begin() { return run("BEGIN IMMEDIATE"); }
+Loaded Database::add(const Inventory& inventory, const std::string& signed_by) {
+  error_.clear();
+  const Scan scan = scan_of(inventory);
+  if (!sqlite_.run("SAVEPOINT scan")) return Loaded::broken;
+  const Loaded outcome = add_within_savepoint(inventory, scan, signed_by);
+  if (outcome != Loaded::refused) return sqlite_.run("RELEASE scan") ? outcome : Loaded::broken;
+  // What was found of the paths goes with them.
+  path_numbers_.clear();
+  const std::string reason = sqlite_.error();
+  const bool alone =
+      sqlite_.in_transaction() && sqlite_.run("ROLLBACK TO scan") && sqlite_.run("RELEASE scan");
+  error_ = reason;
+  return alone ? Loaded::refused : Loaded::broken;
+}
 
-bool Database::commit() { return run("COMMIT"); }
+Loaded Database::add_within_savepoint(const Inventory& inventory, const Scan& scan,
+                                      const std::string& signed_by) {
+  bool good = sqlite_.bind(find_same_, 1, scan.id);
+  const std::optional<int64_t> same = good ? sqlite_.first_integer(find_same_, good) : std::nullopt;
+  if (!good) return Loaded::refused;
+  if (same) {
+    good = sqlite_.bind(sign_, 1, *same) && sqlite_.bind(sign_, 2, signed_by) && sqlite_.execute(sign_);
+    return good ? Loaded::skipped : Loaded::refused;
+  }
 
-bool Database::add(const Inventory& inventory, const std::string& signed_by) {
-  const std::string machine = machine_identity(inventory);
-  const std::string timestamp = scan_timestamp(inventory);
-  bind_text(remove_machine_.get(), 1, machine);
-  bind_text(remove_machine_.get(), 2, timestamp);
-  if (!step(remove_machine_)) return false;
+  good = sqlite_.bind(find_rival_, 1, scan.machine) && sqlite_.bind(find_rival_, 2, scan.time) &&
+         sqlite_.bind(find_rival_, 3, scan.timestamp);
+  const std::optional<int64_t> rival = good ? sqlite_.first_integer(find_rival_, good) : std::nullopt;
+  if (good && rival && scan.damaged) {
+    const auto about_rival = [&](const Sqlite::Statement& statement) {
+      good = good && sqlite_.bind(statement, 1, *rival);
+      return good ? sqlite_.first_integer(statement, good).value_or(0) : 0;
+    };
+    const bool whole = about_rival(is_damaged_) == 0;
+    if (good && (whole || about_rival(count_facts_) >= count_facts(inventory))) return Loaded::skipped;
+  }
+  if (!good || (rival && !remove(*rival)) || !add_machine(scan, signed_by)) return Loaded::refused;
 
-  bind_text(add_machine_.get(), 1, machine);
-  bind_text(add_machine_.get(), 2, timestamp);
-  bind_text(add_machine_.get(), 3, machine_name(inventory));
-  bind_text(add_machine_.get(), 4, readable_time(timestamp));
-  bind_text(add_machine_.get(), 5, inventory.file_name);
-  bind_text(add_machine_.get(), 6, signed_by);
-  if (!step(add_machine_)) return false;
-
-  const int64_t id = sqlite3_last_insert_rowid(handle_);
+  const int64_t id = sqlite_.last_inserted();
   int64_t position = 0;
-  bool added = true;
-  each_fact(inventory, [&](const Fact& fact) { added = added && add_fact(id, ++position, fact); });
-  return added;
+  each_fact(inventory, [&](const Fact& fact) { good = good && add_fact(id, ++position, fact); });
+  if (!good) return Loaded::refused;
+  return rival ? Loaded::replaced : Loaded::added;
+}
+
+bool Database::remove(int64_t machine) {
+  return sqlite_.bind(remove_machine_, 1, machine) && sqlite_.execute(remove_machine_);
+}
+
+bool Database::add_machine(const Scan& scan, const std::string& signed_by) {
+  const Sqlite::Statement& row = add_machine_;
+  const bool timed = scan.time.empty() ? sqlite_.bind_null(row, 8) : sqlite_.bind(row, 8, scan.time);
+  return timed && sqlite_.bind(row, 1, scan.machine) && sqlite_.bind(row, 2, scan.timestamp) &&
+         sqlite_.bind(row, 3, scan.name) && sqlite_.bind(row, 4, readable_time(scan.timestamp)) &&
+         sqlite_.bind(row, 5, scan.file) && sqlite_.bind(row, 6, signed_by) &&
+         sqlite_.bind(row, 7, scan.id) && sqlite_.bind(row, 9, scan.damaged ? 1 : 0) && sqlite_.execute(row);
 }
 
 bool Database::add_fact(int64_t machine, int64_t position, const Fact& fact) {
-  sqlite3_stmt* statement = add_fact_.get();
-  sqlite3_bind_int64(statement, 1, machine);
-  sqlite3_bind_int64(statement, 2, position);
-  bind_text(statement, 3, fact.path);
-  bind_text(statement, 4, fact.element);
-  bind_text(statement, 5, fact.name);
-  bind_text(statement, 6, fact.value);
-  bind_text(statement, 7, fact.unit);
-  bind_text(statement, 8, fact.base_value);
-  return step(add_fact_);
+  const Sqlite::Statement& row = add_fact_;
+  int64_t path = 0;
+  const bool numbered = is_number(fact.value) ? sqlite_.bind(row, 7, fact.value) : sqlite_.bind_null(row, 7);
+  return numbered && find_path(fact, path) && sqlite_.bind(row, 1, machine) &&
+         sqlite_.bind(row, 2, position) && sqlite_.bind(row, 3, path) && sqlite_.bind(row, 4, fact.value) &&
+         sqlite_.bind(row, 5, fact.unit) && sqlite_.bind(row, 6, fact.base_value) && sqlite_.execute(row);
 }
 
-bool Database::run(const char* sql) {
-  return sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) == SQLITE_OK || fail();
+bool Database::find_path(const Fact& fact, int64_t& id) {
+  // An attribute's name may have slashes, and then only the element tells where it begins.
+  path_key_.assign(fact.section)
+      .append("\n")
+      .append(fact.path)
+      .append("\n")
+      .append(std::to_string(fact.element.size()));
+  const auto known = path_numbers_.find(path_key_);
+  if (known != path_numbers_.end()) {
+    id = known->second;
+    return true;
+  }
+  if (!number_of_new_path(fact, id)) return false;
+  if (path_numbers_.size() >= kMostPaths) path_numbers_.clear();
+  path_numbers_.emplace(path_key_, id);
+  return true;
 }
 
-bool Database::prepare(const char* sql, Statement& statement) {
-  sqlite3_stmt* prepared = nullptr;
-  const int status = sqlite3_prepare_v2(handle_, sql, -1, &prepared, nullptr);
-  statement.reset(prepared);
-  return status == SQLITE_OK || fail();
-}
-
-bool Database::step(const Statement& statement) {
-  const bool done = sqlite3_step(statement.get()) == SQLITE_DONE;
-  if (!done) fail();
-  sqlite3_reset(statement.get());
-  return done;
-}
-
-bool Database::fail() {
-  error_ = sqlite3_errmsg(handle_);
-  return false;
+bool Database::number_of_new_path(const Fact& fact, int64_t& id) {
+  bool good = true;
+  const auto bind_key = [&](const Sqlite::Statement& statement) {
+    return sqlite_.bind(statement, 1, fact.path) && sqlite_.bind(statement, 2, fact.element) &&
+           sqlite_.bind(statement, 3, fact.section);
+  };
+  const std::optional<int64_t> found =
+      bind_key(find_path_) ? sqlite_.first_integer(find_path_, good) : (good = false, std::nullopt);
+  if (!good) return false;
+  if (found) {
+    id = *found;
+    return true;
+  }
+  if (!bind_key(add_path_) || !sqlite_.bind(add_path_, 4, fact.name) ||
+      !sqlite_.bind(add_path_, 5, fact.kind) || !sqlite_.bind(add_path_, 6, fact.index) ||
+      !sqlite_.execute(add_path_))
+    return false;
+  id = sqlite_.last_inserted();
+  return true;
 }
 
 }  // namespace inv

@@ -1,60 +1,72 @@
 // Inventories as an SQLite database: schema.h has its tables and views.
 #pragma once
 
-#include <memory>
 #include <string>
+#include <unordered_map>
 
+#include "inv/export/sqlite.h"
+#include "inv/facts/facts.h"
+#include "inv/facts/scan.h"
 #include "inv/file/inventory.h"
 
-struct sqlite3;
-struct sqlite3_stmt;
-
 namespace inv {
+
+// What became of a scan.
+enum class Loaded {
+  added,
+  replaced,  // another of the same machine and time made way for it
+  skipped,   // this one is there, or a better one of the same machine and time
+  refused,   // it could not be put in, and nothing of it is there; error() says why
+  broken,    // the database takes nothing more, and what was added since begin() is lost
+};
 
 // Every operation that fails returns false and leaves the reason, a clause, in error().
 class Database {
  public:
-  Database() = default;
-  Database(const Database&) = delete;
-  Database& operator=(const Database&) = delete;
-  ~Database();
-
-  // Opens the file, or creates it when it is missing. A database of another program is refused.
+  // Opens the file, or creates it when it is missing. A database of the version before becomes one of this
+  // version; one of another program is left as it is.
   bool open(const std::string& path);
 
   // The same tables and views, empty and in no file.
   bool open_in_memory();
 
   bool begin();
-  // Puts a scan in; one of the same machine and timestamp is replaced by it. `signed_by` is empty when no
-  // signature was asked for.
-  bool add(const Inventory& inventory, const std::string& signed_by = {});
+  // Puts a scan in. A damaged one takes nobody's place but that of another damaged one with fewer facts.
+  // `signed_by` is empty when no signature was asked for.
+  Loaded add(const Inventory& inventory, const std::string& signed_by = {});
   bool commit();
 
   // For questions about what is in it.
-  sqlite3* handle() const { return handle_; }
+  sqlite3* handle() const { return sqlite_.handle(); }
 
-  const std::string& error() const { return error_; }
+  // The most bytes of a text; by itself SQLite takes a billion.
+  void limit_texts(int bytes) { sqlite_.limit_texts(bytes); }
+
+  const std::string& error() const { return error_.empty() ? sqlite_.error() : error_; }
 
  private:
-  struct CloseStatement {
-    void operator()(sqlite3_stmt* statement) const;
-  };
-  using Statement = std::unique_ptr<sqlite3_stmt, CloseStatement>;
+  bool prepare_connection();
+  Loaded add_within_savepoint(const Inventory& inventory, const Scan& scan, const std::string& signed_by);
+  bool remove(int64_t machine);
+  bool add_machine(const Scan& scan, const std::string& signed_by);
+  bool add_fact(int64_t machine, int64_t position, const Fact& fact);
+  bool find_path(const Fact& fact, int64_t& id);
+  bool number_of_new_path(const Fact& fact, int64_t& id);
 
-  bool open_under(const std::string& name);
-  bool check_version();
-  bool run(const char* sql);
-  bool prepare(const char* sql, Statement& statement);
-  // Runs a prepared statement that returns no rows, and makes it ready to run again.
-  bool step(const Statement& statement);
-  bool add_fact(int64_t machine, int64_t position, const struct Fact& fact);
-  bool fail();
-
-  sqlite3* handle_ = nullptr;
-  Statement remove_machine_;
-  Statement add_machine_;
-  Statement add_fact_;
+  // Before the statements, which must be gone when it closes.
+  Sqlite sqlite_;
+  Sqlite::Statement find_same_;
+  Sqlite::Statement find_rival_;
+  Sqlite::Statement is_damaged_;
+  Sqlite::Statement count_facts_;
+  Sqlite::Statement sign_;
+  Sqlite::Statement remove_machine_;
+  Sqlite::Statement add_machine_;
+  Sqlite::Statement find_path_;
+  Sqlite::Statement add_path_;
+  Sqlite::Statement add_fact_;
+  std::unordered_map<std::string, int64_t> path_numbers_;  // of paths that are in the database for sure
+  std::string path_key_;
   std::string error_;
 };
 

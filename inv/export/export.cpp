@@ -1,5 +1,8 @@
 #include "inv/export/export.h"
 
+#include <cstdlib>
+#include <new>
+
 #include "inv/base/json_text.h"
 #include "inv/export/rows.h"
 #include "inv/facts/facts.h"
@@ -73,6 +76,12 @@ void Exporter::add(const Inventory& inventory) {
   ++added_;
 }
 
+void Exporter::add_rendered(std::string_view text) {
+  if (options_.format == ExportFormat::json && added_ > 0) write(",");
+  write(text);
+  ++added_;
+}
+
 void Exporter::end() {
   if (options_.format == ExportFormat::json) write("\n]\n");
   good_ = good_ && std::fflush(stream_) == 0;
@@ -142,6 +151,20 @@ void Exporter::add_zxml(const Inventory& inventory) {
   for (const Content& content : inventory.contents) {
     if (content.document) write(content.document->text());
   }
+}
+
+std::string render(const ExportOptions& options, const Inventory& inventory) {
+  char* text = nullptr;
+  size_t length = 0;
+  std::FILE* stream = open_memstream(&text, &length);
+  if (!stream) throw std::bad_alloc();
+  Exporter exporter(options, stream);
+  exporter.add(inventory);
+  const bool whole = std::fclose(stream) == 0 && exporter.good();
+  std::string rendered(text ? text : "", whole ? length : 0);
+  std::free(text);
+  if (!whole) throw std::bad_alloc();
+  return rendered;
 }
 
 }  // namespace inv

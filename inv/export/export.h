@@ -27,6 +27,8 @@ class Exporter {
 
   void begin();
   void add(const Inventory& inventory);
+  // The same with what render() has made of a file.
+  void add_rendered(std::string_view text);
   void end();
   // False when something could not be written.
   bool good() const { return good_; }
@@ -46,5 +48,8 @@ class Exporter {
   size_t added_ = 0;
   bool good_ = true;
 };
+
+// What an Exporter adds for a file, all in memory.
+std::string render(const ExportOptions& options, const Inventory& inventory);
 
 }  // namespace inv

@@ -97,7 +97,8 @@ bool QueryDatabase::open() {
 }
 
 bool QueryDatabase::add(const Inventory& inventory) {
-  if (database_.add(inventory)) return true;
+  const Loaded outcome = database_.add(inventory);
+  if (outcome != Loaded::refused && outcome != Loaded::broken) return true;
   error_ = database_.error();
   return false;
 }

@@ -555,7 +555,7 @@ def write_views(catalogue):
     return VIEWS.format(views="\n".join(view(catalogue, table) for table in catalogue.tables if table.use == "view"))
 
 
-VIEW = """CREATE VIEW IF NOT EXISTS {name} AS
+VIEW = """CREATE VIEW {name} AS
 SELECT m.machine, m.name AS machine_name, m.timestamp,
 {columns}
 FROM facts f JOIN machines m ON m.id = f.machine_id

@@ -111,6 +111,12 @@ std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size,
   return open_inventory(path == "-" ? "standard input" : path, std::move(*bytes), max_size);
 }
 
+uint64_t inflated_size(const Inventory& inventory) {
+  uint64_t size = 0;
+  for (const Content& content : inventory.contents) size += content.size.value_or(0);
+  return size;
+}
+
 bool is_debug_file(const Inventory& inventory) {
   const auto has = [&](Section::Kind kind) {
     const std::vector<Section>& sections = inventory.container->sections;

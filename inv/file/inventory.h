@@ -41,6 +41,9 @@ struct Inventory {
   static Element top_of(const Document* document) { return document ? document->top() : Element(); }
 };
 
+// What all its sections inflate to, in bytes.
+uint64_t inflated_size(const Inventory& inventory);
+
 // Opens the bytes of a file: what is undamaged is there, and each thing that is not is a fault. What its
 // sections inflate to is at most `max_size` bytes for all of them together; a file whose sections overlap
 // could be many times its size. It is handed out by pointer because its parts point into it.

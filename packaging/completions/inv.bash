@@ -32,11 +32,11 @@ _inv() {
         case ${COMP_WORDS[1]} in
         get) words="--no-filename -H --with-filename --json --trim" ;;
         list | unpack) words="" ;;
-        summary) words=$signed ;;
-        load) words="$signed --secrets" ;;
+        summary) words="$listed $signed" ;;
+        load) words="$many --quarantine $signed --secrets" ;;
         show) words="--section --depth" ;;
-        verify) words="-q --quiet --failures --strict $signed" ;;
-        export) words="-f --format -o --output --csv-safe --force --secrets" ;;
+        verify) words="-q --quiet --failures --strict $many $signed" ;;
+        export) words="-f --format -o --output --csv-safe --force --secrets $many --quarantine" ;;
         query | policy) words="-f --format --timeout --secrets" ;;
         diff) words="--all -f --format --json --secrets" ;;
         report) words="--compare -o --output --force --secrets" ;;

@@ -24,7 +24,7 @@ def commands():
 def options(*command):
     """The options of `inv`, or of one of its commands."""
     described = help_text(*command).split("Options:\n")[1].split("Subcommands:")[0]
-    names = re.findall(r"^  (-[A-Za-z-]+(?:,-[a-z-]+)*)", described, re.M)
+    names = re.findall(r"^  (-[A-Za-z0-9-]+(?:,-[a-z-]+)*)", described, re.M)
     return {name for joined in names for name in joined.split(",")}
 
 

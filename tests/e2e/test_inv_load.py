@@ -1,13 +1,18 @@
 """The database that `inv load` fills, read by another SQLite."""
 
+import concurrent.futures
 import os
 import pty
+import re
+import shutil
 import sqlite3
 import subprocess
+import tempfile
 import threading
 import unittest
+from pathlib import Path
 
-from inventories import FOLDER, INV, MACHINES, InventoryTestCase, facts, scanned
+from inventories import FOLDER, INV, MACHINES, InventoryTestCase, facts, inv, scanned
 
 
 class Load(InventoryTestCase):
@@ -20,9 +25,20 @@ class Load(InventoryTestCase):
         self.addCleanup(database.close)
         return database.execute(query, parameters).fetchall()
 
+    def assert_tally(self, **expected):
+        """The last line of the messages counts these fates, and none other."""
+        *self.complaints, line = self.messages.splitlines()
+        self.assertRegex(line, r"^(\d+ \w+, )+\d+\.\d s$")
+        counted = {fate: int(count) for count, fate in re.findall(r"(\d+) (\w+), ", line)}
+        self.assertEqual(list(counted), ["loaded", "replaced", "skipped", "refused", "damaged"])
+        self.assertEqual({fate: count for fate, count in counted.items() if count}, expected)
+
+    def loaded(self):
+        return self.rows("SELECT machine, path, value FROM facts JOIN machines ON id = machine_id ORDER BY 1, position")
+
     def test_every_fact_is_there_in_order(self):
         self.assertEqual(self.check(0, "load", self.path, *self.files), "")
-        self.assertEqual(self.messages, "")
+        self.assert_tally(loaded=len(MACHINES))
         self.assertEqual(len(self.rows("SELECT * FROM machines")), len(MACHINES))
         for file in self.files:
             with self.subTest(file=file.name):
@@ -43,19 +59,124 @@ class Load(InventoryTestCase):
                 self.assertEqual(count, sum(map(len, elements)))
                 self.assertGreater(count, 0)
 
-    def test_loading_again_changes_nothing(self):
-        self.check(0, "load", self.path, *self.files)
-        before = self.rows("SELECT machine, path, value FROM facts JOIN machines ON id = machine_id ORDER BY 1, position")
-        self.check(0, "load", self.path, *reversed(self.files))
-        after = self.rows("SELECT machine, path, value FROM facts JOIN machines ON id = machine_id ORDER BY 1, position")
-        self.assertEqual(after, before)
+    def test_loading_again_skips_what_is_there(self):
+        self.check(0, "load", self.path, *self.files[:2])
+        before = self.loaded()
+        self.check(0, "load", self.path, *reversed(self.files[:2]))
+        self.assert_tally(skipped=2)
+        self.assertEqual(self.loaded(), before)
+        self.check(0, "load", self.path, *self.files, self.files[3])
+        self.assert_tally(loaded=len(MACHINES) - 2, skipped=3)
 
     def test_bad_files_are_left_out_and_named(self):
         bad = FOLDER / "bad.inv"
         bad.write_bytes(b"not an inventory at all")
-        self.check(2, "load", self.path, bad, *self.files)
+        self.check(2, "load", self.path, bad, *self.files, FOLDER / "missing.inv")
+        self.assert_tally(loaded=len(MACHINES), refused=2)
+        self.assertEqual(len(self.complaints), 2)
         self.assertIn(f"inv: {bad}: ", self.messages)
         self.assertEqual(len(self.rows("SELECT * FROM machines")), len(MACHINES))
+
+    def test_a_damaged_copy_takes_nobodys_place(self):
+        damaged = FOLDER / "damaged.inv"
+        content = bytearray(self.files[0].read_bytes())
+        content[200] ^= 0xFF
+        damaged.write_bytes(content)
+        self.check(0, "load", self.path, self.files[0])
+        before = self.loaded()
+        self.check(1, "load", self.path, damaged)
+        self.assert_tally(skipped=1)
+        self.assertEqual(self.loaded(), before)
+        self.path = FOLDER / f"{self.id()}-2.db"
+        self.check(1, "load", self.path, damaged, self.files[0])
+        self.assert_tally(damaged=1, replaced=1)
+        self.assertEqual(self.loaded(), before)
+        self.assertEqual(self.rows("SELECT damaged FROM machines"), [(0,)])
+
+    def test_folders_are_searched(self):
+        folder = Path(tempfile.mkdtemp(dir=FOLDER))
+        below = folder / "b" / "c"
+        below.mkdir(parents=True)
+        for name, file in (("z.inv", self.files[0]), ("b/x.inv", self.files[1]), ("b/c/a.inv", self.files[2]), ("a.txt", self.files[3]),
+                           (".inv", self.files[3]), ("b/.hidden.inv", self.files[4])):
+            shutil.copy(file, folder / name)
+        (folder / "link.inv").symlink_to(self.files[3])
+        (folder / "loop").symlink_to(folder)
+        self.check(0, "load", self.path, folder)
+        self.assert_tally(loaded=4)
+        self.assertEqual(self.rows("SELECT file FROM machines ORDER BY id"),
+                         [(f"{folder}/{name}",) for name in ("b/.hidden.inv", "b/c/a.inv", "b/x.inv", "z.inv")])
+        self.check(0, "load", FOLDER / "linked.db", f"{folder}/loop/")
+        self.assert_tally(loaded=4)
+        empty = Path(tempfile.mkdtemp(dir=FOLDER))
+        self.check(1, "load", self.path, empty)
+        self.assert_tally()
+        self.assertEqual(self.complaints, [f"inv: {empty}: has no files that are called *.inv"])
+
+    def test_files_are_read_from_a_list(self):
+        names = FOLDER / "names.txt"
+        names.write_text("".join(f"{file}\n" for file in self.files[:2]) + f"\n{self.files[2]}")
+        self.check(0, "load", self.path, "--files-from", names, self.files[3])
+        self.assert_tally(loaded=4)
+        self.assertEqual(self.rows("SELECT file FROM machines ORDER BY id"), [(str(self.files[i]),) for i in (3, 0, 1, 2)])
+        odd = FOLDER / "odd\nname.inv"
+        shutil.copy(self.files[4], odd)
+        self.check(0, "load", self.path, "--files-from", "-", "-0", input=f"{odd}\0{self.files[5]}\0".encode())
+        self.assert_tally(loaded=2)
+        self.check(2, "load", self.path, "--files-from", FOLDER / "no-list")
+        self.assertIn("no-list: cannot be read: No such file or directory", self.messages)
+        self.check(2, "load", self.path)
+        self.assertIn("FILE is required", self.messages)
+
+    def test_what_cannot_be_read_is_set_aside_with_its_fault(self):
+        folder = FOLDER / "quarantine"
+        bad = Path(tempfile.mkdtemp(dir=FOLDER)) / "bad.inv"
+        bad.write_bytes(b"not an inventory at all")
+        other = Path(tempfile.mkdtemp(dir=FOLDER)) / "bad.inv"
+        other.write_bytes(b"nor is this one, by far")
+        for _ in range(2):
+            self.check(2, "load", "--quarantine", folder, self.path, bad, self.files[0], other, FOLDER / "missing.inv")
+            self.assertEqual(sorted(path.name for path in folder.iterdir()),
+                             ["bad.inv", "bad.inv.2", "bad.inv.2.txt", "bad.inv.txt", "missing.inv.txt"])
+        self.assertTrue((folder / "bad.inv").samefile(bad))
+        self.assertEqual((folder / "bad.inv.2").read_bytes(), other.read_bytes())
+        path, *faults = (folder / "bad.inv.txt").read_text().splitlines()
+        self.assertEqual(path, str(bad))
+        self.assertEqual([f"inv: {bad}: {fault}" for fault in faults], [line for line in self.messages.splitlines() if f"{bad}:" in line])
+        self.assertTrue(bad.exists())
+
+    def test_more_jobs_make_the_same_database(self):
+        copies = []
+        for i in range(100):
+            copies.append(FOLDER / f"copy-{i:03}.inv")
+            copies[-1].write_bytes(b"x" if i % 9 == 0 else self.files[i % len(self.files)].read_bytes())
+        seen = set()
+        for jobs in ("1", "2", "7"):
+            self.path = FOLDER / f"{self.id()}-{jobs}.db"
+            self.check(2, "load", "--jobs", jobs, self.path, *copies)
+            seen.add((self.messages.rpartition(", ")[0], tuple(self.loaded()), tuple(self.rows("SELECT file FROM machines ORDER BY id"))))
+        self.assertEqual(len(seen), 1)
+        self.check(2, "load", "--jobs", "0", self.path, self.files[0])
+
+    def test_eight_loaders_at_once_load_everything(self):
+        with concurrent.futures.ThreadPoolExecutor(8) as pool:
+            results = list(pool.map(lambda i: inv("load", self.path, *self.files[i % 7:], *self.files[: i % 7]), range(8)))
+        self.assertEqual([result.returncode for result in results], [0] * 8, results)
+        fates = [re.findall(r"\d+", result.stderr.decode())[:3] for result in results]
+        self.assertEqual(sum(int(loaded) for loaded, _, _ in fates), len(self.files))
+        self.assertEqual({int(loaded) + int(skipped) for loaded, _, skipped in fates}, {len(self.files)})
+        self.assertEqual(len(self.rows("SELECT * FROM machines")), len(self.files))
+        counts = self.rows("SELECT count(*) FROM facts")
+        self.assertEqual(counts, [(sum(len(facts(file)) for file in self.files),)])
+
+    def test_an_interrupted_run_is_completed_by_the_next(self):
+        names = FOLDER / "fifo"
+        os.mkfifo(names)
+        with subprocess.Popen([INV, "load", self.path, *self.files[:3], names], stderr=subprocess.DEVNULL) as process:
+            with open(names, "wb"):
+                process.kill()
+        self.check(0, "load", self.path, *self.files)
+        self.assertEqual(len(self.rows("SELECT * FROM machines")), len(self.files))
 
     def test_every_name_is_a_files(self):
         for name in (":memory:", "file:x.db?mode=memory", "-", "plain.db"):
@@ -85,7 +206,8 @@ class Load(InventoryTestCase):
     def test_a_file_that_is_no_database_is_left_alone(self):
         self.path.write_bytes(b"precious" * 1000)
         self.check(2, "load", self.path, *self.files)
-        self.assertEqual(self.messages, f"inv: {self.path}: file is not a database\n")
+        self.assert_tally()
+        self.assertEqual(self.complaints, [f"inv: {self.path}: file is not a database"])
         self.assertEqual(self.path.read_bytes(), b"precious" * 1000)
 
     def test_a_terminal_sees_the_progress(self):
@@ -97,7 +219,9 @@ class Load(InventoryTestCase):
         os.close(master)
         self.assertEqual(process.returncode, 0)
         self.assertIn(f"{len(MACHINES)} of {len(MACHINES)}".encode(), seen)
-        self.assertTrue(seen.endswith(b"\r\x1b[K"))
+        self.assertRegex(seen, rb"\] \d of \d, \d+ a second, 0:00 left\x1b\[K")
+        before, _, line = seen.rpartition(b"\r\x1b[K")
+        self.assertRegex(line, rb"^\d+ loaded, ")
 
 
 if __name__ == "__main__":

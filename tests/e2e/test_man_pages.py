@@ -12,7 +12,7 @@ FOLDER = ROOT / "docs" / "man"
 INV_PAGE = (FOLDER / "inv.1").read_text()
 SCANNER_PAGE = (FOLDER / "velkaro-scanner.1").read_text()
 # What mdoc's macro of flags puts before its argument: "Fl -max-size", "Fl q , -quiet".
-FLAG = r"(-?[A-Za-z][a-z-]*)"
+FLAG = r"(-?[A-Za-z0-9][a-z-]*)"
 
 
 def section(page, name):

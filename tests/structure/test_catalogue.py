@@ -151,7 +151,7 @@ class Code(unittest.TestCase):
 
     def test_has_the_views(self):
         made = catalogue.write_views(catalogue.Catalogue(SMALL))
-        self.assertIn("CREATE VIEW IF NOT EXISTS software AS\n", made)
+        self.assertIn("CREATE VIEW software AS\n", made)
         self.assertIn("  max(CASE f.name WHEN 'size' THEN CAST(f.value AS INTEGER) END) AS size_mb\nFROM", made)
         self.assertIn("WHERE f.path GLOB '/Software/Soft:*'\nGROUP BY", made)
         self.assertNotIn("Applications", made)

@@ -1,17 +1,24 @@
 #include "inv/export/database.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
+#include "inv/base/sha256.h"
 #include "inv/maker.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+
+using inv::Loaded;
+using testing::Each;
+using testing::ElementsAre;
 
 class DatabaseTest : public testing::Test {
  protected:
@@ -22,7 +29,10 @@ class DatabaseTest : public testing::Test {
     inv::Database database;
     ASSERT_TRUE(database.open(path)) << database.error();
     ASSERT_TRUE(database.begin());
-    for (const std::string& file : files) ASSERT_TRUE(database.add(*maker::open(file))) << database.error();
+    for (const std::string& file : files) {
+      outcomes.push_back(database.add(*maker::open(file)));
+      ASSERT_NE(outcomes.back(), Loaded::broken) << database.error();
+    }
     ASSERT_TRUE(database.commit());
   }
 
@@ -48,6 +58,7 @@ class DatabaseTest : public testing::Test {
     return rows;
   }
 
+  std::vector<Loaded> outcomes;
   const std::string path =
       fs::path(testing::TempDir()) / ("database_test." + std::to_string(getpid()) + ".db");
 };
@@ -63,34 +74,163 @@ TEST_F(DatabaseTest, HoldsMachinesAndTheirFacts) {
   EXPECT_EQ(query("SELECT element, name FROM facts WHERE path = '/timestamp'"), "/|timestamp\n");
 }
 
+TEST_F(DatabaseTest, HoldsTheColumnsOfTheExport) {
+  load({maker::file()});
+  EXPECT_EQ(query("SELECT scan_id, scanned_at, damaged FROM machines"),
+            inv::hexadecimal(inv::sha256(maker::file())) + "|2012-01-18T13:30:45Z|0\n");
+  EXPECT_EQ(
+      query("SELECT section, kind, element_index, number, typeof(number) FROM facts WHERE name = 'size'"),
+      "snapshot|/Storage/Logical-disks/partition/size|1|499.5|real\n");
+  EXPECT_EQ(
+      query(
+          "SELECT section, kind, element_index, number FROM facts WHERE path = 'AssetInfo/control/os-name'"),
+      "asset|AssetInfo/control/os-name||NULL\n");
+}
+
 TEST_F(DatabaseTest, RecordsWhoSigned) {
   const auto load_signed = [this](const std::string& signer) {
     inv::Database database;
     ASSERT_TRUE(database.open(path) && database.begin()) << database.error();
-    ASSERT_TRUE(database.add(*maker::open(maker::file()), signer)) << database.error();
+    ASSERT_NE(database.add(*maker::open(maker::file()), signer), Loaded::refused) << database.error();
     ASSERT_TRUE(database.commit());
   };
+  load_signed("");
+  EXPECT_EQ(query("SELECT signed_by FROM latest"), "\n");
   load_signed("imac@studio.example.com");
   EXPECT_EQ(query("SELECT signed_by FROM latest"), "imac@studio.example.com\n");
   load_signed("");
-  EXPECT_EQ(query("SELECT signed_by FROM machines"), "\n");
+  EXPECT_EQ(query("SELECT signed_by FROM machines"), "imac@studio.example.com\n");
 }
 
-TEST_F(DatabaseTest, LoadingAgainChangesNothing) {
-  load({maker::file(), maker::file()});
-  const std::string facts = query("SELECT path, value FROM facts ORDER BY position");
-  load({maker::file({0, Layout::split_plain, HeaderForm::plain})});
-  EXPECT_EQ(query("SELECT count(*) FROM machines"), "1\n");
-  EXPECT_EQ(query("SELECT path, value FROM facts ORDER BY position"), facts);
+// A snapshot of a machine and a moment with so many values beside.
+std::string scan(const std::string& timestamp, int values = 0, const std::string& machine = "A") {
+  std::string text = "\xEF\xBB\xBF?zxml\n+Snapshot=\ntimestamp=" + timestamp + "\n";
+  for (int i = 0; i < values; ++i) text += "v" + std::to_string(i) + "=1\n";
+  return maker::file_of_text(text + "+System=\n*Chassis=\nserial=" + machine + "\n-\n-\n");
+}
+
+// The same, and a second section that cannot be read.
+std::string damaged(std::string file) {
+  const size_t count = file.find("count=1");
+  const size_t header = file.find("[H]");
+  file.replace(count, 7, "count=2");
+  file.insert(file.size() - 14,
+              "[1]\noffset=0\nlength=" + std::to_string(header) + "\ntype=customdata\nID=rawdata\n");
+  return file;
+}
+
+constexpr char kNoon[] = "20120118120000.000000+0";
+
+TEST_F(DatabaseTest, AScanThatIsThereIsSkipped) {
+  load({maker::file(), maker::file(), scan(kNoon)});
+  const std::string facts = query("SELECT path, value FROM facts ORDER BY machine_id, position");
+  load({scan(kNoon), maker::file()});
+  EXPECT_THAT(outcomes,
+              ElementsAre(Loaded::added, Loaded::skipped, Loaded::added, Loaded::skipped, Loaded::skipped));
+  EXPECT_EQ(query("SELECT path, value FROM facts ORDER BY machine_id, position"), facts);
+}
+
+TEST_F(DatabaseTest, AnotherFileOfTheSameScanTakesItsPlace) {
+  load({maker::file(), maker::file({0, Layout::split_plain, HeaderForm::plain})});
+  EXPECT_THAT(outcomes, ElementsAre(Loaded::added, Loaded::replaced));
+  EXPECT_EQ(query("SELECT count(*), (SELECT count(*) FROM facts) FROM machines"), "1|26\n");
+}
+
+TEST_F(DatabaseTest, TheSameMomentInAnotherZoneIsTheSameScan) {
+  load({scan("20120118120000.000000+0"), scan("20120118140000.000000+120", 1),
+        scan("20120118120000.000000+60")});
+  EXPECT_THAT(outcomes, ElementsAre(Loaded::added, Loaded::replaced, Loaded::added));
+}
+
+TEST_F(DatabaseTest, AnotherMachineOfThatMomentStays) {
+  load({scan(kNoon), scan(kNoon, 0, "B")});
+  EXPECT_THAT(outcomes, ElementsAre(Loaded::added, Loaded::added));
+}
+
+TEST_F(DatabaseTest, ADamagedFileNeverTakesAWholeOnesPlace) {
+  load({scan(kNoon, 1), damaged(scan(kNoon, 5))});
+  EXPECT_THAT(outcomes, ElementsAre(Loaded::added, Loaded::skipped));
+  EXPECT_EQ(query("SELECT damaged, (SELECT count(*) FROM facts) FROM machines"), "0|3\n");
+}
+
+TEST_F(DatabaseTest, ADamagedFileIsAddedAndMarkedWhereNothingBetterIs) {
+  load({damaged(scan(kNoon, 2)), damaged(scan(kNoon, 1)), damaged(scan(kNoon, 3)),
+        damaged(scan(kNoon, 3, "B"))});
+  EXPECT_THAT(outcomes, ElementsAre(Loaded::added, Loaded::skipped, Loaded::replaced, Loaded::added));
+  EXPECT_EQ(query("SELECT machine, damaged, (SELECT count(*) FROM facts WHERE machine_id = id) FROM machines "
+                  "ORDER BY 1"),
+            "A|1|5\nB|1|5\n");
+  load({scan(kNoon)});
+  EXPECT_EQ(outcomes.back(), Loaded::replaced);
+  EXPECT_EQ(query("SELECT damaged FROM machines WHERE machine = 'A'"), "0\n");
 }
 
 TEST_F(DatabaseTest, KeepsEveryScanOfAMachineAndKnowsTheLatest) {
-  const auto scan = [](const std::string& timestamp) {
-    return maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\ntimestamp=" + timestamp + "\nhostname=A\n");
-  };
-  load({scan("20120118"), scan("20130118"), scan("20110118")});
+  // At 10:00 in Sydney it was still the day before in Los Angeles, and at 03:00 there ten hours later.
+  load({scan("20120118100000.000000+600"), scan("20120118030000.000000-480"),
+        scan("20110118235959.000000+0")});
   EXPECT_EQ(query("SELECT count(*) FROM machines"), "3\n");
-  EXPECT_EQ(query("SELECT timestamp FROM latest"), "20130118\n");
+  EXPECT_EQ(query("SELECT scanned_at FROM latest"), "2012-01-18T11:00:00Z\n");
+}
+
+TEST_F(DatabaseTest, AScanWithoutATimeIsKeptAndNeverTheLatest) {
+  load({scan(kNoon), scan("tomorrow"), scan("tomorrow", 1), scan(""), scan("", 0, "B")});
+  EXPECT_THAT(outcomes, Each(Loaded::added));
+  EXPECT_EQ(query("SELECT count(*), count(scanned_at) FROM machines"), "5|1\n");
+  EXPECT_EQ(query("SELECT machine, timestamp FROM latest"), std::string("A|") + kNoon + "\n");
+}
+
+TEST_F(DatabaseTest, AFileWithATextThatIsTooLongIsRefusedAlone) {
+  const std::string large = maker::file_of_text(
+      "\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=B\nvalue=" + std::string(5000, 'x') + "\n");
+  inv::Database database;
+  ASSERT_TRUE(database.open(path)) << database.error();
+  database.limit_texts(4000);
+  ASSERT_TRUE(database.begin());
+  EXPECT_EQ(database.add(*maker::open(scan(kNoon, 2))), Loaded::added);
+  EXPECT_EQ(database.add(*maker::open(large)), Loaded::refused);
+  EXPECT_EQ(database.error(), "string or blob too big");
+  EXPECT_EQ(database.add(*maker::open(scan(kNoon, 2, "C"))), Loaded::added);
+  ASSERT_TRUE(database.commit()) << database.error();
+  EXPECT_EQ(query("SELECT machine, (SELECT count(*) FROM facts WHERE machine_id = id) FROM machines"),
+            "A|4\nC|4\n");
+  EXPECT_EQ(query("SELECT count(*) FROM facts WHERE path IS NULL OR name = ''"), "0\n");
+  EXPECT_EQ(query("PRAGMA foreign_key_check"), "");
+}
+
+TEST_F(DatabaseTest, PathsAreStoredOnce) {
+  load({scan(kNoon), scan("20120119120000.000000+0")});
+  EXPECT_EQ(query("SELECT count(*) FROM paths"), "2\n");
+  load({scan("20120120120000.000000+0", 1)});
+  EXPECT_EQ(query("SELECT count(*), (SELECT count(*) FROM facts) FROM paths"), "3|7\n");
+}
+
+TEST_F(DatabaseTest, ADatabaseOfTheVersionBeforeBecomesOneOfThis) {
+  std::ifstream dump(std::string(PROJECT_ROOT) + "/tests/inv/export/version_2.sql");
+  std::stringstream sql;
+  sql << dump.rdbuf();
+  query(sql.str() +
+        "; CREATE VIEW mine AS SELECT name FROM machines; CREATE INDEX my_index ON facts (name);");
+  const std::string columns =
+      "SELECT machine_id, position, path, element, name, value, unit, base_value FROM facts ORDER BY 1, 2";
+  const std::string machines = "SELECT id, machine, timestamp, name, scanned, file, signed_by FROM machines";
+  const std::string facts_before = query(columns), machines_before = query(machines);
+  load({scan("20120118120000.000000+0", 0, "SIM0OLD001"), scan("20120118100000.000000+600", 0, "SIM0OLD001"),
+        scan("someday", 0, "SIM0OLD001")});
+  EXPECT_THAT(outcomes, ElementsAre(Loaded::added, Loaded::replaced, Loaded::replaced));
+  fs::remove(path);
+  query(sql.str());
+  load({});
+  EXPECT_EQ(query(columns), facts_before);
+  EXPECT_EQ(query(machines), machines_before);
+  EXPECT_EQ(query("SELECT scanned_at FROM machines ORDER BY id"),
+            "2012-01-18T00:00:00Z\n2012-01-18T11:00:00Z\nNULL\n2026-11-21T09:00:00Z\n");
+  EXPECT_EQ(query("SELECT DISTINCT section, kind, element_index, number FROM facts WHERE path LIKE '%/size' "
+                  "OR path LIKE '%int-name'"),
+            "snapshot|/Storage/Logical-disks/partition/size|1|499.5\nasset|AssetInfo/int-name||NULL\n");
+  EXPECT_EQ(query("SELECT DISTINCT name, version FROM software"), "Safari|5.1\n");
+  EXPECT_EQ(query("PRAGMA user_version"), "4\n");
+  EXPECT_EQ(query("PRAGMA foreign_key_check; PRAGMA integrity_check"), "ok\n");
 }
 
 TEST_F(DatabaseTest, ViewsGiveARowForEachElement) {
@@ -121,21 +261,49 @@ TEST_F(DatabaseTest, TextIsValidWhateverTheFileHolds) {
   EXPECT_EQ(query("SELECT value FROM facts"), "caf\uFFFD'; DROP TABLE facts; --\n");
 }
 
-TEST_F(DatabaseTest, RefusesWhatIsNotItsOwn) {
+std::string content_of(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(DatabaseTest, LeavesWhatIsNotItsOwnAsItIs) {
+  for (const char* sql :
+       {"CREATE TABLE mine (x)", "CREATE TABLE machines (x); PRAGMA user_version = 1",
+        "CREATE TABLE machines (x); CREATE TABLE facts (y); PRAGMA user_version = 2",
+        "PRAGMA application_id = 77", "PRAGMA user_version = 4",
+        "CREATE TABLE t (x); PRAGMA user_version = 4",
+        "CREATE TABLE t (x); PRAGMA application_id = 1447775305; PRAGMA user_version = 5"}) {
+    fs::remove(path);
+    query(sql);
+    const std::string before = content_of(path);
+    inv::Database database;
+    EXPECT_FALSE(database.open(path)) << sql;
+    EXPECT_EQ(database.error(), "is a database of another program, or of another version of inv") << sql;
+    EXPECT_EQ(content_of(path), before) << sql;
+  }
+}
+
+TEST_F(DatabaseTest, BothVersionsBeforeAreBroughtToThisOne) {
+  std::ifstream dump(std::string(PROJECT_ROOT) + "/tests/inv/export/version_2.sql");
+  std::stringstream sql;
+  sql << dump.rdbuf();
+  query(sql.str() + "; CREATE VIEW usb AS SELECT name FROM facts; PRAGMA user_version = 3");
+  load({scan(kNoon)});
+  EXPECT_EQ(query("SELECT count(*) FROM machines"), "5\n");
+  EXPECT_EQ(query("SELECT count(*) FROM usb"), "0\n");
+}
+
+TEST_F(DatabaseTest, PutsItsMarkOnADatabase) {
+  load({});
+  EXPECT_EQ(query("PRAGMA application_id; PRAGMA user_version"), "1447775305\n4\n");
+}
+
+TEST_F(DatabaseTest, NamesWhatCannotBeOpened) {
   std::ofstream(path) << std::string(4096, 'x');
   inv::Database no_database;
   EXPECT_FALSE(no_database.open(path));
   EXPECT_EQ(no_database.error(), "file is not a database");
-  fs::remove(path);
-  query("CREATE TABLE mine (x)");
-  inv::Database other;
-  EXPECT_FALSE(other.open(path));
-  EXPECT_EQ(other.error(), "is a database of another program, or of another version of inv");
-  fs::remove(path);
-  query("CREATE TABLE machines (x); PRAGMA user_version = 1");
-  inv::Database older;
-  EXPECT_FALSE(older.open(path));
-  EXPECT_EQ(older.error(), "is a database of another program, or of another version of inv");
+  EXPECT_EQ(content_of(path), std::string(4096, 'x'));
   inv::Database nowhere;
   EXPECT_FALSE(nowhere.open("/nowhere/at/all.db"));
   EXPECT_EQ(nowhere.error(), "unable to open database file");
