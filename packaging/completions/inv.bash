@@ -4,6 +4,8 @@ _inv() {
     local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} words
     local signed="--allowed-signers --signature --identity --revoked-keys"
     local commands="summary show get list verify export diff unpack report load redact query policy help"
+    local listed="--files-from -0 --null"
+    local many="$listed --jobs"
     COMPREPLY=()
     # For bash, "--format=csv" is three words.
     if [[ $current == = ]]; then
@@ -24,8 +26,8 @@ _inv() {
     *,--section) words="snapshot asset" ;;
     *,--color) words="auto always never" ;;
     2,help) words="$commands -h --help --color" ;;
-    *,-o | *,--output | *,--depth | *,--key | *,--key-file | *,--salt-of | *,--max-size | *,--timeout) return ;;
-    *,--allowed-signers | *,--signature | *,--identity | *,--revoked-keys) return ;;
+    *,-o | *,--output | *,--depth | *,--key | *,--key-file | *,--salt-of | *,--max-size | *,--timeout | *,--jobs) return ;;
+    *,--allowed-signers | *,--signature | *,--identity | *,--revoked-keys | *,--files-from | *,--quarantine) return ;;
     *)
         # Without a word here, bash offers files.
         [[ $current == -* ]] || return
