@@ -36,7 +36,10 @@ void set_aside(const Opened& opened, const std::string& folder, int& status);
 // A line on standard error, for a person at a terminal: a bar, the rate, and the time that remains.
 class Progress {
  public:
-  explicit Progress(size_t total) : total_(total), terminal_(error_terminal()) {}
+  // Quiet where the output itself goes to the terminal.
+  explicit Progress(size_t total, bool quiet = false) : total_(total), terminal_(error_terminal()) {
+    terminal_.interactive = terminal_.interactive && !quiet;
+  }
   ~Progress() { draw("\r\x1B[K"); }
 
   void show(size_t done);

@@ -111,7 +111,7 @@ int run(const Options& options) {
   Writer writer(options, exporter, tally, status);
   exporter.begin();
   {
-    Progress progress(files.size());
+    Progress progress(files.size(), form_of(options).for_terminal);
     size_t done = 0;
     in_order(
         files.size(), options.jobs, [&](size_t i) { return render_file(files[i], options); },
