@@ -207,8 +207,8 @@ class Debug(ExtendedTestCase):
         further = [section.content.split(b"\n", 1) for section in container.sections[2:]]
         self.assertEqual({section.kind for section in container.sections[2:]}, {"customdata"})
         # Only the tools that printed something.
-        self.assertEqual([line.decode() for line, _ in further], [*ADDITIONAL_COMMANDS[:6], "csrutil status 2>&1", ADDITIONAL_COMMANDS[-1]])
-        self.assertEqual(further[6][1], b"System Integrity Protection status: enabled.\n")
+        self.assertEqual([line.decode() for line, _ in further], [*ADDITIONAL_COMMANDS[:8], "csrutil status 2>&1", ADDITIONAL_COMMANDS[-1]])
+        self.assertEqual(further[8][1], b"System Integrity Protection status: enabled.\n")
 
 
 @unittest.skipUnless(test_children.can_trace(), "strace is not installed, or not allowed here")

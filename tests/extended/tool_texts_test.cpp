@@ -92,7 +92,10 @@ TEST(Sysctl, SkipsALevelWithAnotherName) {
 TEST(Sysctl, RecognisesAVirtualMachine) {
   EXPECT_EQ(parse_sysctl("kern.hv_vmm_present: 1\n").virtual_machine, true);
   EXPECT_EQ(parse_sysctl("kern.hv_vmm_present: maybe\n").virtual_machine, std::nullopt);
-  EXPECT_EQ(parse_sysctl("sysctl: unknown oid 'kern.hv_vmm_present'\n").virtual_machine, std::nullopt);
+  for (const char* complaint : {"sysctl: unknown oid 'kern.hv_vmm_present'\n",
+                                "second level name hv_vmm_present in kern.hv_vmm_present is invalid\n"}) {
+    EXPECT_EQ(parse_sysctl(complaint).virtual_machine, std::nullopt);
+  }
 }
 
 TEST(Sysctl, SkipsInvalidNumbers) {
