@@ -27,7 +27,7 @@ void silence_console() {
 }
 
 // A scan does not end because nobody reads what it prints: its result is the file. A handler that does
-// nothing, since the tools would inherit an ignored signal, and it must end those that print for ever.
+// nothing, since the tools would inherit an ignored signal, and it must end those that print forever.
 void outlive_readers() {
   std::signal(SIGPIPE, [](int) {});
 }

@@ -42,7 +42,7 @@ std::optional<std::string> text_of(const Json& value) {
   return text;
 }
 
-// What is wrong with an object's keys: one is missing, or has no text, or is none of them.
+// What is wrong with an object's keys: one is missing, has no text, or is unknown.
 std::string fault_of_keys(const Json& object, std::initializer_list<const char*> keys) {
   for (const char* key : keys) {
     if (!object.contains(key)) return std::string("has no \"") + key + "\"";

@@ -4,7 +4,7 @@ complete -c velkaro-scanner -f
 complete -c velkaro-scanner -a -silent -d 'Scan without a question, and print for a calling program'
 complete -c velkaro-scanner -a -log -d 'Print the stages of the scan'
 complete -c velkaro-scanner -a -debug -d 'Save what the system profiler printed'
-complete -c velkaro-scanner -a -extended -d 'Collect what Macs of today tell beyond the usual facts'
+complete -c velkaro-scanner -a -extended -d 'Also collect what only recent systems report'
 complete -c velkaro-scanner -a -ip: -d 'The address of the network adapter to take'
 complete -c velkaro-scanner -a -login: -d 'A text to store in the file'
 complete -c velkaro-scanner -a -without: -d 'What to leave out, commas between'

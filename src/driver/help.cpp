@@ -14,7 +14,7 @@ constexpr char kHelp[] =
     "  -silent      Scan without a question, and print for a calling program\n"
     "  -log         Print the stages of the scan\n"
     "  -debug       Save what the system profiler printed, in place of a snapshot\n"
-    "  -extended    Collect what Macs of today tell beyond the usual facts\n"
+    "  -extended    Also collect what only recent systems report\n"
     "  -ip:ADDRESS  Take the network adapter with this address as the machine's own\n"
     "  -login:TEXT  Store this text in the file\n"
     "  -without:LIST\n"
@@ -24,7 +24,7 @@ constexpr char kHelp[] =
     "  --version    Display program version information and exit\n"
     "\n"
     "Each may be written with a slash: /silent, /ip:ADDRESS, /help or /?, /version.\n"
-    "What is none of them is ignored.\n";
+    "Any other argument is ignored.\n";
 
 }  // namespace
 

@@ -15,9 +15,9 @@ struct ScanContext {
 // Runs one scan and saves its .inv file in the working directory; with `debug`, the raw profiler output and a
 // reduced summary. Every outcome is reported on the console: the result line on standard output, "Cannot
 // create file :" on standard error. `silent` makes the run report for a calling program: percentage lines,
-// and the bare file name as the result. `ip` is the address of the adapter to use, or none for the machine's
-// first; `login` is stored as it is. `extended` is none for the default scan; otherwise the scan goes on to
-// what only Macs of today tell, and this text is what its record has as the options given.
-// What is `omitted` is not asked for; a debug file is the profiler's output, whole all the same.
+// and the bare file name as the result. `ip` is the address of the adapter to use, or null for the machine's
+// first; `login` is stored as it is. `extended` is null for the default scan; otherwise the scan also
+// collects what only recent systems report, and records this text as the options given. What is `omitted` is
+// not collected; a debug file still holds all of the profiler's output.
 void ScanDriver(const ScanContext& context, bool silent, bool debug, const char* ip, const char* login,
                 const char* extended = nullptr, const Omissions& omitted = {});

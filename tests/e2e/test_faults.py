@@ -117,8 +117,8 @@ FAULTS = {
     "prints half a character": r"REAL; printf 'caf\303'" + "\n",
     "prints NULs": r"printf 'a\0b\0\n\0'; REAL; printf '\0'" + "\n",
     "prints line ends": r"printf '\n\n\n\r\r\n'" + "\n",
-    "prints for ever": f"exec {shutil.which('yes')} 'x=1 y'\n",
-    "prints one line for ever": f"exec {shutil.which('cat')} /dev/zero\n",
+    "prints forever": f"exec {shutil.which('yes')} 'x=1 y'\n",
+    "prints one line forever": f"exec {shutil.which('cat')} /dev/zero\n",
 }
 
 
