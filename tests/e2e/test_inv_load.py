@@ -12,7 +12,43 @@ import threading
 import unittest
 from pathlib import Path
 
-from inventories import FOLDER, INV, MACHINES, InventoryTestCase, facts, inv, scanned
+import same_host
+from inventories import FOLDER, INV, MACHINES, ROOT, SIMULATOR, InventoryTestCase, facts, inv, scanned
+
+
+# A row of each view, of an extended scan.
+VIEWED = {
+    "SELECT model, serial, kernel, memory_mb FROM systems": ("Mac16,8", "SIM0MBP26A", "Darwin 25.1.0", 49152),
+    "SELECT name, version, location FROM software": ("Old Plotter", "1.9", "/Applications/Utilities/Old Plotter.app"),
+    "SELECT disk, model, interface, size_gb, size_bytes, partitions FROM disks":
+        ("HDD:1", "APPLE SSD AP1024SIM", "NVMe", 1000, 1000555581440, 3),
+    "SELECT name, mount_point, file_system, free_gb, used_percent FROM volumes":
+        ("FIELD DATA", "/Volumes/FIELD DATA", "ExFAT", 1250.12, 37),
+    "SELECT slot, used, capacity_mb FROM memory": (1, 0, None),
+    "SELECT model, main FROM displays": (None, 1),
+    "SELECT name, full_name, id, group_id, shell FROM accounts": ("sol", "Sol Example", 501, 20, "/bin/zsh"),
+    "SELECT name, device, ip_address, gateway, mac_address FROM network":
+        ("Wi-Fi", "en0", "192.0.2.26", "192.0.2.1", "00-00-5E-00-53-26"),
+    "SELECT name, manufacturer, vendor_id, product_id FROM usb": ("Field Probe", "Example Instruments", "0x1d6d", "0x0826"),
+    "SELECT name, is_default, status, driver_version FROM printers": ("Field Printer", 1, "idle", "2.3"),
+    "SELECT status, stealth_mode, logging FROM firewall": (1, 1, 0),
+    "SELECT name, rule, allowed FROM firewall_rules": ("com.example.fieldserver", "Apps/app:1", 0),
+    "SELECT disk_encryption, integrity_protection, gatekeeper, secure_boot, activation_lock, managed FROM security":
+        (1, 1, 1, "Full Security", 1, 1),
+    "SELECT user_name, command FROM processes": ("root", "/Applications/Render.app/Contents/MacOS/Render --queue /Volumes/Projects"),
+    "SELECT name, version, installed, source FROM packages":
+        ("Field Notes", "4.2.1", "20260114081451.000000+0", "package_source_other"),
+    "SELECT name, version, architecture, source, signed_by FROM software_details":
+        ("Field Notes", "4.2.1", "arch_arm", "identified_developer", "Developer ID Application: Example Instruments GmbH (SIM26TEAM1), "
+         "Developer ID Certification Authority, Apple Root CA"),
+    "SELECT disk, model, medium, smart_status, internal FROM disk_health": ("Removable:1", "Portable SSD X5", "ssd", "Verified", 0),
+    "SELECT name, mount_point, container, disk, size_bytes, free_bytes FROM containers":
+        ("Lab", "/Volumes/Lab", "disk3", "APPLE SSD AP1024SIM", 994662584320, 421337563136),
+    "SELECT system, system_version, build, model_name, chip, cores, performance_cores, efficiency_cores, memory, memory_type,"
+    " virtual_machine FROM platforms":
+        ("macOS 26.1 (25B78)", "26.1", "25B78", "MacBook Pro", "Apple M4 Pro", 12, 8, 4, "48 GB", "LPDDR5", 0),
+    "SELECT condition, cycle_count, maximum_capacity, charge_percent, serial FROM batteries": ("Good", 61, "94%", 82, "SIMBATT0000026A"),
+}
 
 
 class Load(InventoryTestCase):
@@ -58,6 +94,24 @@ class Load(InventoryTestCase):
                             for file in self.files]
                 self.assertEqual(count, sum(map(len, elements)))
                 self.assertGreater(count, 0)
+
+    def test_views_tell_what_an_extended_scan_adds(self):
+        self.check(0, "load", self.path, same_host.scan(SIMULATOR / "machines" / "macbook-pro-26", "/extended"))
+        for query, row in VIEWED.items():
+            with self.subTest(query=query):
+                self.assertIn(row, self.rows(query))
+        self.assertEqual({query.rsplit(" ", 1)[1] for query in VIEWED} | {"facts", "latest"}, self.views())
+
+    def test_the_page_names_every_view(self):
+        self.check(0, "load", self.path, self.files[0])
+        page = (ROOT / "docs" / "inv-tool.md").read_text(encoding="utf-8")
+        _, _, rows = page.partition("| table or view |")
+        rows, _, _ = rows.partition("\n\n")
+        listed = {name for row in rows.splitlines() for name in re.findall(r"`(\w+)`", row.split(" | ")[0])}
+        self.assertEqual(listed, self.views() | {"machines"})
+
+    def views(self):
+        return {name for name, in self.rows("SELECT name FROM sqlite_master WHERE type = 'view'")}
 
     def test_loading_again_skips_what_is_there(self):
         self.check(0, "load", self.path, *self.files[:2])
