@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include "inv/base/nearest.h"
-#include "inv/commands/command.h"
 #include "inv/facts/paths.h"
 #include "inv/show/terminal.h"
 
@@ -46,23 +45,24 @@ bool refuse(std::string_view command, const std::string& reason) {
 
 }  // namespace
 
-FilesAndPaths sort_arguments(const std::vector<std::string>& arguments) {
-  FilesAndPaths sorted;
+FilesAndPaths sort_arguments(const std::vector<std::string>& arguments, const FileOptions& listed) {
+  FilesAndPaths sorted = {listed, {}};
   for (const std::string& argument : arguments) {
-    (is_file(argument) ? sorted.files : sorted.paths).push_back(argument);
+    (is_file(argument) ? sorted.files.given : sorted.paths).push_back(argument);
   }
   return sorted;
 }
 
 bool has_file(std::string_view command, const FilesAndPaths& named) {
-  return !named.files.empty() ||
+  return !named.files.given.empty() || !named.files.list.empty() ||
          refuse(command, "a FILE is missing" +
                              what_else(named.paths, " is a path within one", " are paths within one"));
 }
 
 bool has_path(std::string_view command, const FilesAndPaths& named) {
-  return !named.paths.empty() || refuse(command, "a PATH such as /System/Chassis/serial is missing" +
-                                                     what_else(named.files, " is a file", " are files"));
+  return !named.paths.empty() ||
+         refuse(command, "a PATH such as /System/Chassis/serial is missing" +
+                             what_else(named.files.given, " is a file", " are files"));
 }
 
 void AbsentPaths::complain_of(const std::string& path, int& status) {

@@ -5,19 +5,20 @@
 #include <string_view>
 #include <vector>
 
+#include "inv/commands/file_list.h"
 #include "inv/file/inventory.h"
 
 namespace inv {
 
 struct FilesAndPaths {
-  std::vector<std::string> files;
+  FileOptions files;
   std::vector<std::string> paths;
 };
 
 // An argument is a file when it is "-", when there is a file of that name, or when it looks like one: paths
 // begin with "/" or the name of a tree. A folder is one too, unless the scanner writes such a path: /System
-// is both on a Mac, and the path is meant.
-FilesAndPaths sort_arguments(const std::vector<std::string>& arguments);
+// is both on a Mac, and the path is meant. The files of a list come after them.
+FilesAndPaths sort_arguments(const std::vector<std::string>& arguments, const FileOptions& listed);
 
 // Complains of a command without a file, or without a path where it needs one. False when it did.
 bool has_file(std::string_view command, const FilesAndPaths& named);

@@ -103,9 +103,13 @@ bool FileOptions::are_many() const { return given.size() != 1 || !list.empty() |
 void add_files(CLI::App& command, FileOptions& options) {
   command.add_option("FILE", options.given,
                      "Inventory files, or folders that are searched for *.inv; - is standard input");
+  add_list_of_files(command, options);
+}
+
+void add_list_of_files(CLI::App& command, FileOptions& options) {
   CLI::Option* list = command
                           .add_option("--files-from", options.list,
-                                      "A file with more of them, one a line; - is standard input")
+                                      "A file with names of more files, one a line; - is standard input")
                           ->type_name("LIST");
   command.add_flag("-0,--null", options.null_terminated, "The names in LIST end with NUL")->needs(list);
 }

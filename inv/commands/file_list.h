@@ -20,6 +20,8 @@ struct FileOptions {
 
 // FILE, --files-from and -0. A command line with neither files nor list is unusable.
 void add_files(CLI::App& command, FileOptions& options);
+// --files-from and -0 alone, for a command whose files stand among other arguments.
+void add_list_of_files(CLI::App& command, FileOptions& options);
 
 // All files, in the order in which they were named; those of a folder and of the folders in it, called *.inv,
 // by their names. Symbolic links in a folder are not followed. What cannot be listed is complained of, with

@@ -1,7 +1,6 @@
 #include "inv/base/json_text.h"
 #include "inv/base/utf8.h"
 #include "inv/commands/arguments.h"
-#include "inv/commands/command.h"
 #include "inv/facts/facts.h"
 #include "inv/show/terminal.h"
 
@@ -12,6 +11,7 @@ enum class FileNames { of_several, always, never };
 
 struct Options {
   std::vector<std::string> arguments;
+  FileOptions listed;  // more files than those among the arguments
   FileNames file_names = FileNames::of_several;
   bool json = false;
   bool trim = false;
@@ -40,11 +40,11 @@ std::string_view without_end_of_line(std::string_view text) {
 // The values of a file, in the form that was asked for.
 class Output {
  public:
-  Output(const Options& options, size_t file_count)
+  Output(const Options& options, bool of_several)
       : json_(options.json),
         trim_(options.trim),
         named_(options.file_names == FileNames::always ||
-               (options.file_names == FileNames::of_several && file_count > 1)),
+               (options.file_names == FileNames::of_several && of_several)),
         for_terminal_(output_terminal().interactive) {}
 
   void add(const std::string& file, const Value& value) {
@@ -90,11 +90,11 @@ bool add_values(const Inventory& inventory, const std::string& path, Output& out
 }
 
 int run(const Options& options) {
-  const FilesAndPaths named = sort_arguments(options.arguments);
+  const FilesAndPaths named = sort_arguments(options.arguments, options.listed);
   if (!has_file("get", named) || !has_path("get", named)) return kUnusable;
   int status = kDone;
-  Output output(options, named.files.size());
-  for (const std::string& file : named.files) {
+  Output output(options, named.files.are_many());
+  for (const std::string& file : find_files(named.files, status)) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
     if (!inventory) continue;
     AbsentPaths absent(*inventory, "value");
@@ -108,6 +108,7 @@ int run(const Options& options) {
 constexpr char kExamples[] =
     "  inv get MAC.inv /System/Chassis/serial\n"
     "  inv get *.inv /System/Chassis/serial                of every file, with its name\n"
+    "  inv get spool /System/Chassis/serial                of every *.inv in a folder\n"
     "  inv get MAC.inv '/Software/Soft:*/version'          of every application\n"
     "  inv get MAC.inv AssetInfo/control/os-name           from the asset summary\n"
     "  inv get MAC.inv /Security/Firewall/status || echo no firewall known\n";
@@ -119,8 +120,9 @@ void add_get(CLI::App& app, int& status) {
   CLI::App& command =
       add_command(app, "get", "Print bare values; status 1 when a path matches none", kExamples);
   command.add_option("FILE|PATH", options->arguments,
-                     "Inventory files; - is standard input. What to print of each; * matches any text within "
-                     "a segment");
+                     "Inventory files, or folders that are searched for *.inv; - is standard input. What to "
+                     "print of each; * matches any text within a segment");
+  add_list_of_files(command, options->listed);
   // As in grep, where -h is no help either.
   command.set_help_flag("--help", "Print this help message and exit");
   command.add_flag_callback(

@@ -1,5 +1,5 @@
 #include "inv/base/utf8.h"
-#include "inv/commands/command.h"
+#include "inv/commands/file_list.h"
 #include "inv/show/table.h"
 #include "inv/show/terminal.h"
 
@@ -7,7 +7,7 @@ namespace inv {
 namespace {
 
 struct Options {
-  std::vector<std::string> files;
+  FileOptions files;
   uint64_t max_size = kUsualMaxSize;
 };
 
@@ -57,7 +57,7 @@ std::string listing_of(const Inventory& inventory) {
 int run(const Options& options) {
   int status = kDone;
   std::string text;
-  for (const std::string& file : options.files) {
+  for (const std::string& file : find_files(options.files, status)) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
     if (inventory) text += (text.empty() ? "" : "\n") + listing_of(*inventory);
   }
@@ -74,7 +74,7 @@ void add_list(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command =
       add_command(app, "list", "Show the container: sections, offsets, sizes, header", kExamples);
-  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_files(command, options->files);
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

@@ -4,7 +4,7 @@
 
 #include "inv/base/input_file.h"
 #include "inv/base/utf8.h"
-#include "inv/commands/command.h"
+#include "inv/commands/file_list.h"
 #include "inv/commands/result_text.h"
 #include "inv/commands/secret_options.h"
 #include "inv/show/table.h"
@@ -18,7 +18,7 @@ constexpr uint64_t kLargestPolicy = 1 << 22;
 
 struct Options {
   std::string rules;
-  std::vector<std::string> files;
+  FileOptions files;
   std::string format = "table";
   unsigned patience = kUsualPatience;
   bool keep_secrets = false;
@@ -57,8 +57,9 @@ int run(const Options& options) {
   const std::optional<std::vector<PolicyRule>> rules = open_policy(options.rules);
   if (!rules) return kUnusable;
   int status = kDone;
+  const std::vector<std::string> files = find_files(options.files, status);
   QueryDatabase database{std::chrono::seconds(options.patience)};
-  if (!open_for_questions("policy", database, options.files, options.max_size, options.keep_secrets, status))
+  if (!open_for_questions("policy", database, files, options.max_size, options.keep_secrets, status))
     return kUnusable;
   std::vector<PolicyVerdict> verdicts;
   for (const PolicyRule& rule : *rules) {
@@ -83,7 +84,7 @@ void add_policy(CLI::App& app, int& status) {
   CLI::App& command =
       add_command(app, "policy", "Check files against rules; status 1 when one is broken", kExamples);
   command.add_option("RULES", options->rules, "The rules, in JSON")->required();
-  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_files(command, options->files);
   limit_to(
       command.add_option("-f,--format", options->format, "table, json or junit (table)")->type_name("NAME"),
       {"table", "json", "junit"});

@@ -1,7 +1,7 @@
 #include "inv/export/query.h"
 
 #include "inv/base/utf8.h"
-#include "inv/commands/command.h"
+#include "inv/commands/file_list.h"
 #include "inv/commands/result_text.h"
 #include "inv/commands/secret_options.h"
 #include "inv/show/terminal.h"
@@ -11,7 +11,7 @@ namespace {
 
 struct Options {
   std::string sql;
-  std::vector<std::string> files;
+  FileOptions files;
   std::string format = "table";
   unsigned patience = kUsualPatience;
   bool keep_secrets = false;
@@ -20,8 +20,9 @@ struct Options {
 
 int run(const Options& options) {
   int status = kDone;
+  const std::vector<std::string> files = find_files(options.files, status);
   QueryDatabase database{std::chrono::seconds(options.patience)};
-  if (!open_for_questions("query", database, options.files, options.max_size, options.keep_secrets, status))
+  if (!open_for_questions("query", database, files, options.max_size, options.keep_secrets, status))
     return kUnusable;
   const std::optional<QueryResult> result = database.ask(options.sql);
   if (!result) {
@@ -44,7 +45,7 @@ void add_query(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "query", "Answer a question in SQL about files", kExamples);
   command.add_option("SQL", options->sql, "One SELECT over the tables and views of inv load")->required();
-  command.add_option("FILE", options->files, "Inventory files; - is standard input")->required();
+  add_files(command, options->files);
   limit_to(
       command.add_option("-f,--format", options->format, "table, csv or json (table)")->type_name("NAME"),
       {"table", "csv", "json"});

@@ -4,13 +4,13 @@
 
 #include "inv/base/utf8.h"
 #include "inv/commands/arguments.h"
-#include "inv/commands/command.h"
 
 namespace inv {
 namespace {
 
 struct Options {
   std::vector<std::string> arguments;
+  FileOptions listed;  // more files than those among the arguments
   std::vector<std::string> sections = {"snapshot", "asset"};
   uint32_t depth = kAnyDepth;
   uint64_t max_size = kUsualMaxSize;
@@ -54,16 +54,16 @@ std::string shown_of(const Inventory& inventory, const std::vector<std::string>&
 }
 
 int run(const Options& options) {
-  FilesAndPaths named = sort_arguments(options.arguments);
+  FilesAndPaths named = sort_arguments(options.arguments, options.listed);
   if (!has_file("show", named)) return kUnusable;
   if (named.paths.empty()) named.paths.emplace_back();
   int status = kDone;
   const Terminal terminal = output_terminal();
   std::string all;
-  for (const std::string& file : named.files) {
+  for (const std::string& file : find_files(named.files, status)) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
     if (!inventory) continue;
-    if (named.files.size() > 1) all += (all.empty() ? "" : "\n") + printable(inventory->file_name) + ":\n";
+    if (named.files.are_many()) all += (all.empty() ? "" : "\n") + printable(inventory->file_name) + ":\n";
     all += shown_of(*inventory, named.paths, options, terminal, status);
   }
   return worse(status, print_result(all));
@@ -84,8 +84,9 @@ void add_show(CLI::App& app, int& status) {
   CLI::App& command = add_command(app, "show", "Show the tree, or a part of it, with its paths", kExamples);
   command.add_option(
       "FILE|PATH", options->arguments,
-      "Inventory files; - is standard input. What to show of each; * matches any text within a "
-      "segment");
+      "Inventory files, or folders that are searched for *.inv; - is standard input. What to show of "
+      "each; * matches any text within a segment");
+  add_list_of_files(command, options->listed);
   limit_to(command.add_option("--section", options->sections, "Which trees to show: snapshot, asset (both)")
                ->delimiter(',')
                ->allow_extra_args(false)  // what follows is a file or a path

@@ -32,14 +32,15 @@ _inv() {
         # Without a word here, bash offers files.
         [[ $current == -* ]] || return
         case ${COMP_WORDS[1]} in
-        get) words="--no-filename -H --with-filename --json --trim" ;;
-        list | unpack) words="" ;;
+        get) words="--no-filename -H --with-filename --json --trim $listed" ;;
+        list) words="$listed" ;;
+        unpack) words="" ;;
         summary) words="$listed $signed" ;;
         load) words="$many --quarantine $signed --secrets" ;;
-        show) words="--section --depth" ;;
+        show) words="--section --depth $listed" ;;
         verify) words="-q --quiet --failures --strict $many $signed" ;;
         export) words="-f --format -o --output --csv-safe --force --secrets $many --quarantine" ;;
-        query | policy) words="-f --format --timeout --secrets" ;;
+        query | policy) words="-f --format --timeout --secrets $listed" ;;
         diff) words="--all -f --format --json --secrets" ;;
         report) words="--compare -o --output --force --secrets" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;

@@ -81,6 +81,46 @@ class SeveralFiles(InventoryTestCase):
         listing = self.check(0, "list", "imac.inv", "pro.inv")
         self.assertEqual(listing, self.check(0, "list", "imac.inv") + "\n" + self.check(0, "list", "pro.inv"))
 
+    def folder_of_two(self):
+        """A folder with both files, one of them deeper, and a link that nobody follows."""
+        Path("spool/b").mkdir(parents=True)
+        shutil.copy("imac.inv", "spool/b/imac.inv")
+        shutil.copy("pro.inv", "spool/pro.inv")
+        Path("spool/link.inv").symlink_to("pro.inv")
+        return "spool", ("spool/b/imac.inv", "spool/pro.inv")
+
+    def test_a_folder_is_all_files_in_it(self):
+        folder, files = self.folder_of_two()
+        for command, arguments in (("get", [SERIAL]), ("show", [SERIAL]), ("list", [])):
+            with self.subTest(command=command):
+                self.assertEqual(self.check(0, command, folder, *arguments), self.check(0, command, *files, *arguments))
+        self.check(1, "get", "spool/b", SERIAL, "/nothing")
+        self.assertEqual(self.messages, "inv: spool/b/imac.inv: /nothing: there is no such value\n")
+
+    def test_the_one_file_of_a_folder_or_a_list_is_named_too(self):
+        self.folder_of_two()
+        Path("names").write_text("imac.inv\n")
+        self.assertEqual(self.check(0, "get", "spool/b", SERIAL), "spool/b/imac.inv:SIM0IMAC106\n")
+        self.assertEqual(self.check(0, "show", "spool/b", SERIAL), f"spool/b/imac.inv:\n{SERIAL}  SIM0IMAC106\n")
+        self.assertEqual(self.check(0, "get", "--files-from", "names", SERIAL), "imac.inv:SIM0IMAC106\n")
+
+    def test_an_empty_folder_is_named(self):
+        Path("empty").mkdir()
+        for command, arguments in (("get", [SERIAL]), ("show", [SERIAL]), ("list", [])):
+            with self.subTest(command=command):
+                self.assertIn("SIM0IMAC106" if arguments else "imac.inv", self.check(1, command, "empty", "imac.inv", *arguments))
+                self.assertEqual(self.messages, "inv: empty: has no files that are called *.inv\n")
+
+    def test_files_are_read_from_a_list(self):
+        Path("names").write_text("imac.inv\npro.inv\n")
+        for command, arguments in (("get", [SERIAL]), ("show", [SERIAL]), ("list", [])):
+            with self.subTest(command=command):
+                both = self.check(0, command, "imac.inv", "pro.inv", *arguments)
+                self.assertEqual(self.check(0, command, *arguments, "--files-from", "names"), both)
+                self.assertEqual(self.check(0, command, *arguments, "--files-from", "-", "-0", input=b"imac.inv\0pro.inv\0"), both)
+        self.check(2, "get", SERIAL, "--files-from", "missing")
+        self.assertEqual(self.messages, "inv: missing: cannot be read: No such file or directory\n")
+
     def test_a_file_that_cannot_be_read_leaves_the_others(self):
         for command, arguments in (("get", [SERIAL]), ("show", [SERIAL]), ("list", [])):
             with self.subTest(command=command):

@@ -4,10 +4,13 @@ import csv
 import functools
 import io
 import json
+import shutil
 import sqlite3
+import tempfile
 import time
 import unittest
 import xml.etree.ElementTree
+from pathlib import Path
 
 import same_host
 from inventories import FOLDER, ROOT, InventoryTestCase, inv, scan, SIMULATOR
@@ -90,6 +93,15 @@ class Query(InventoryTestCase):
         self.assertEqual(self.messages, "inv: query: it takes longer than 1 s\n")
         self.assertLess(time.monotonic() - before, 60)
 
+    def test_folders_and_lists_are_files_too(self):
+        folder = Path(tempfile.mkdtemp(dir=FOLDER))
+        shutil.copy(self.files[0], folder / "imac.inv")
+        (folder / "names").write_text(f"{self.files[1]}\n")
+        sql = "SELECT serial FROM systems ORDER BY 1"
+        self.assertEqual(self.check(0, "query", sql, folder, "--files-from", folder / "names"), self.check(0, "query", sql, *self.files))
+        self.check(2, "query", sql)
+        self.assertIn("FILE is required", self.messages)
+
     def test_a_file_that_cannot_be_read_leaves_the_others(self):
         self.assertIn("SIM0IMAC106", self.check(2, "query", "SELECT serial FROM systems", "missing.inv", self.files[0]))
         self.assertIn("inv: missing.inv: cannot be read: ", self.messages)
@@ -123,6 +135,14 @@ class Policy(InventoryTestCase):
         rules = self.policy(("wrong", "low", "m", "SELECT wrong"), broken)
         self.assertIn("wrong   low       no answer\n", self.check(2, "policy", rules, self.file))
         self.assertEqual(self.messages, f'inv: {rules}: rule "wrong": no such column: wrong\n')
+
+    def test_folders_and_lists_are_files_too(self):
+        folder = Path(tempfile.mkdtemp(dir=FOLDER))
+        shutil.copy(self.file, folder / "imac.inv")
+        rules = self.policy(("broken", "high", "{machine_name} is here", "SELECT machine_name FROM systems"))
+        breach = self.check(1, "policy", rules, self.file)
+        self.assertEqual(self.check(1, "policy", rules, folder), breach)
+        self.assertEqual(self.check(1, "policy", rules, "-0", "--files-from", "-", input=bytes(self.file)), breach)
 
     def test_junit_is_xml(self):
         rules = self.policy(("kept", "low", "never", "SELECT 1 WHERE 0"), ("<broken>", "high", "\x1b & {machine_name}", "SELECT machine_name FROM systems"))
