@@ -1,6 +1,11 @@
 #include "inv/report/report.h"
 
+#include <ctime>
+
+#include "inv/commands/file_list.h"
 #include "inv/commands/secret_options.h"
+#include "inv/report/fleet_page.h"
+#include "inv/report/page_names.h"
 #include "inv/secrets/secret_text.h"
 #include "inv/show/terminal.h"
 
@@ -8,7 +13,7 @@ namespace inv {
 namespace {
 
 struct Options {
-  std::vector<std::string> files;
+  FileOptions files;
   bool compare = false;
   bool force = false;
   std::string output = "-";
@@ -16,36 +21,130 @@ struct Options {
   uint64_t max_size = kUsualMaxSize;
 };
 
+// Opens files for pages without their secrets, writes the pages, and tells how much is masked in them.
+class PageMaker {
+ public:
+  PageMaker(const Options& options, int& status) : options_(options), status_(status) {}
+  ~PageMaker() {
+    if (!options_.keep_secrets) tell_masked("report", masked_);
+  }
+
+  // None, after a complaint, when it cannot be read.
+  std::unique_ptr<Inventory> open(const std::string& file) {
+    return without_secrets(open_for_command(file, options_.max_size, status_));
+  }
+  // The same for a file whose faults are told already. None for standard input, which is read only once.
+  std::unique_ptr<Inventory> open_again(const std::string& file) const {
+    std::string error;
+    return file == "-" ? nullptr : without_secrets(open_file(file, options_.max_size, &error));
+  }
+  void write(const std::string& path, const std::string& page) {
+    masked_ += masks_in(page);
+    status_ = worse(status_, write_result(path, page));
+  }
+
+ private:
+  std::unique_ptr<Inventory> without_secrets(std::unique_ptr<Inventory> inventory) const {
+    if (inventory) mask_unless_kept(options_.keep_secrets, *inventory);
+    return inventory;
+  }
+
+  const Options& options_;
+  int& status_;
+  size_t masked_ = 0;
+};
+
+void report_one(const std::string& file, const std::string& output, PageMaker& maker) {
+  const auto inventory = maker.open(file);
+  if (inventory) maker.write(output, report_page(*inventory));
+}
+
+void report_changes(const std::vector<std::string>& files, const std::string& output, PageMaker& maker) {
+  const auto old_inventory = maker.open(files[0]);
+  const auto new_inventory = maker.open(files[1]);
+  if (old_inventory && new_inventory) maker.write(output, comparison_page(*old_inventory, *new_inventory));
+}
+
+std::vector<FleetMachine> machines_in(const std::vector<std::string>& files, PageMaker& maker) {
+  std::vector<FleetMachine> scans;
+  for (const std::string& file : files) {
+    const auto inventory = maker.open(file);
+    if (!inventory) continue;
+    scans.push_back(fleet_machine(*inventory));
+    scans.back().file = file;
+  }
+  return last_scans(std::move(scans));
+}
+
+// The files that a page might replace. Those of folders are called otherwise.
+std::vector<std::string> pages_among(const std::vector<std::string>& files) {
+  constexpr std::string_view kEnding = ".html";
+  std::vector<std::string> pages;
+  for (const std::string& file : files) {
+    if (file.size() > kEnding.size() && file.substr(file.size() - kEnding.size()) == kEnding)
+      pages.push_back(file);
+  }
+  return pages;
+}
+
+// Each file is opened twice, so that no more than one is in memory: once for what the fleet's page says of
+// it, and when it is known which scan of a machine is the last, for the page of that.
+int report_fleet(const std::vector<std::string>& files, const Options& options, PageMaker& maker) {
+  std::vector<FleetMachine> machines = machines_in(files, maker);
+  if (machines.empty()) return kDone;
+  PageNames names(options.output);
+  for (FleetMachine& machine : machines) machine.page = names.next(machine.identity);
+  const std::vector<std::string> inputs = pages_among(files);
+  for (const FleetMachine& machine : machines) {
+    if (is_over_input(machine.page, inputs, options.force)) return kUnusable;
+  }
+  for (FleetMachine& machine : machines) {
+    const auto inventory = maker.open_again(machine.file);
+    if (inventory) maker.write(machine.page, report_page(*inventory));
+    machine.page = inventory ? name_in(machine.page) : "";
+  }
+  constexpr int64_t kSecondsOfDay = 86'400;
+  maker.write(options.output, fleet_page("Fleet", machines, std::time(nullptr) / kSecondsOfDay));
+  return kDone;
+}
+
+int unusable(const char* complaint) {
+  complain("report", complaint);
+  return kUnusable;
+}
+
 int run(const Options& options) {
-  if (options.files.size() != (options.compare ? 2 : 1)) {
-    complain("report", options.compare ? "--compare takes two files, OLD and NEW" : "takes one file");
-    return kUnusable;
-  }
-  if (is_over_input(options.output, options.files, options.force)) return kUnusable;
   int status = kDone;
-  std::vector<std::unique_ptr<Inventory>> inventories;
-  for (const std::string& file : options.files) {
-    inventories.push_back(open_for_command(file, options.max_size, status));
-    if (!inventories.back()) return status;
-    mask_unless_kept(options.keep_secrets, *inventories.back());
+  const std::vector<std::string> files = find_files(options.files, status);
+  if (files.empty()) return status == kDone ? unusable("no file is named") : status;
+  const bool is_fleet = !options.compare && options.files.are_many();
+  if (options.compare && files.size() != 2) return unusable("--compare takes two files, OLD and NEW");
+  if (is_fleet && options.output == "-")
+    return unusable("several machines have a page each, so their place must be given: -o FILE");
+  if (is_over_input(options.output, files, options.force)) return kUnusable;
+  PageMaker maker(options, status);
+  if (options.compare) {
+    report_changes(files, options.output, maker);
+  } else if (is_fleet) {
+    status = worse(status, report_fleet(files, options, maker));
+  } else {
+    report_one(files.front(), options.output, maker);
   }
-  const std::string page =
-      options.compare ? comparison_page(*inventories[0], *inventories[1]) : report_page(*inventories[0]);
-  if (!options.keep_secrets) tell_masked("report", masks_in(page));
-  return worse(status, write_result(options.output, page));
+  return status;
 }
 
 constexpr char kExamples[] =
     "  inv report MAC.inv -o mac.html                        everything on one page\n"
-    "  inv report --compare monday.inv friday.inv -o changes.html\n";
+    "  inv report --compare monday.inv friday.inv -o changes.html\n"
+    "  inv report scans -o fleet.html                        a folder of many machines\n";
 
 }  // namespace
 
 void add_report(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command = add_command(app, "report", "Make a page of HTML that needs no network", kExamples);
-  command.add_option("FILE", options->files, "An inventory file, or OLD and NEW with --compare")->required();
-  command.add_flag("--compare", options->compare, "Show what changed from OLD to NEW");
+  add_files(command, options->files);
+  command.add_flag("--compare", options->compare, "Show what changed from OLD to NEW, the two files");
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
   add_force(command, options->force);

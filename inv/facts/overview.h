@@ -122,6 +122,8 @@ struct Space {
   uint64_t free_bytes = 0;
 };
 
+// The volumes of an overview, those that share their space together. None of the lists is empty.
+std::vector<std::vector<Volume>> by_space(const std::vector<Volume>& volumes);
 // What the volumes that know theirs have together; what several share is counted once.
 Space space_of(const std::vector<Volume>& volumes);
 

@@ -115,6 +115,15 @@ unsigned Volume::used_percent() const {
   return static_cast<unsigned>(used * 100);
 }
 
+std::vector<std::vector<Volume>> by_space(const std::vector<Volume>& volumes) {
+  std::vector<std::vector<Volume>> spaces;
+  for (const Volume& volume : volumes) {
+    if (spaces.empty() || !volume.shares_space_with(spaces.back().front())) spaces.emplace_back();
+    spaces.back().push_back(volume);
+  }
+  return spaces;
+}
+
 Space space_of(const std::vector<Volume>& volumes) {
   Space space;
   std::unordered_set<std::string> counted;

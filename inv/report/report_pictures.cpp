@@ -56,4 +56,24 @@ std::string volume_bar(const Volume& volume) {
          "\" height=\"8\"/></svg>";
 }
 
+std::string volume_line(const std::vector<Volume>& volumes, const std::string& owner) {
+  const Volume& volume = volumes.front();
+  if (!volume.knows_used()) return "";
+  std::string names;
+  for (const Volume& one : volumes) names += (names.empty() ? "" : ", ") + isolated(one.name);
+  return "<div class=\"volume\"><span>" + owner + names + "</span>" + volume_bar(volume) + "<span>" +
+         number(volume.used_percent()) + " % of " + readable_size(volume.bytes) + ", " +
+         readable_size(volume.free_bytes) + " free</span></div>\n";
+}
+
+bool is_almost_full(const Volume& volume) {
+  return volume.knows_used() && volume.used_percent() >= kAlmostFull;
+}
+
+std::string share_bar(unsigned percent) {
+  return "<svg class=\"bar\" aria-hidden=\"true\" viewBox=\"0 0 100 8\" preserveAspectRatio=\"none\"><rect "
+         "class=\"used\" width=\"" +
+         number(percent) + "\" height=\"8\"/></svg>";
+}
+
 }  // namespace inv

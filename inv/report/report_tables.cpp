@@ -102,7 +102,8 @@ std::vector<ReportColumn> filled_columns(const ReportTable& table, const std::ve
   return filled;
 }
 
-// "Network adapters" as "network-adapters".
+}  // namespace
+
 std::string anchor_of(std::string_view title) {
   std::string anchor;
   for (const char c : title) {
@@ -113,13 +114,12 @@ std::string anchor_of(std::string_view title) {
   return anchor;
 }
 
-}  // namespace
-
 std::string table_section(std::string_view title, const std::vector<ReportColumn>& columns,
                           const std::vector<std::vector<std::string>>& rows) {
   std::string html = "<section id=\"" + anchor_of(title) + "\">\n<h2>" + std::string(title) +
                      " <span class=\"count\">" + std::to_string(rows.size()) +
-                     "</span></h2>\n<div class=\"scroll\"><table>\n<thead><tr>";
+                     "</span></h2>\n<div class=\"scroll\" tabindex=\"0\" role=\"region\" aria-label=\"" +
+                     std::string(title) + " table\"><table>\n<thead><tr>";
   for (const ReportColumn& column : columns) {
     html +=
         std::string("<th scope=\"col\"") + class_of(column.form) + ">" + std::string(column.title) + "</th>";

@@ -38,6 +38,8 @@ const std::vector<ReportTable>& report_table_list();
 
 // A section of the page with a table in it; nothing when the snapshot has no such elements.
 std::string report_tables(Element snapshot);
+// What a section of this title is found by on the page: "network-adapters" for "Network adapters".
+std::string anchor_of(std::string_view title);
 // A table of any rows: cells as HTML, a row for each vector.
 std::string table_section(std::string_view title, const std::vector<ReportColumn>& columns,
                           const std::vector<std::vector<std::string>>& rows);

@@ -42,7 +42,7 @@ _inv() {
         export) words="-f --format -o --output --csv-safe --force --secrets $many --quarantine" ;;
         query | policy) words="-f --format --timeout --secrets $listed" ;;
         diff) words="--all -f --format --json --secrets" ;;
-        report) words="--compare -o --output --force --secrets" ;;
+        report) words="--compare -o --output --force --secrets $listed" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;
         *) return ;;
         esac

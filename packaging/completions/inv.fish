@@ -38,7 +38,7 @@ complete -c inv -n $signed -l allowed-signers -r -F -d 'Want a signature by one 
 complete -c inv -n $signed -l signature -r -F -d 'The signature of the one file'
 complete -c inv -n $signed -l identity -x -d 'Who must have signed'
 complete -c inv -n $signed -l revoked-keys -r -F -d 'Keys that do not count any more'
-set -l listed '__fish_seen_subcommand_from summary show get list verify export load query policy'
+set -l listed '__fish_seen_subcommand_from summary show get list verify export load query policy report'
 complete -c inv -n $listed -l files-from -r -F -d 'Names of more files'
 complete -c inv -n $listed -s 0 -l null -d 'The names end with NUL'
 complete -c inv -n '__fish_seen_subcommand_from verify export load' -l jobs -x -d 'Read on so many threads'

@@ -37,3 +37,14 @@ export function report(name, ...args) {
   execFileSync(inv, ["report", ...args, "-o", path]);
   return `file://${path}`;
 }
+
+// The lines of a snapshot with so many applications.
+export function applications(number) {
+  const lines = ["timestamp=20120118153045.000000+120", "+Software="];
+  for (let i = 0; i < number; ++i) {
+    lines.push(`*Soft:${i + 1}=Application ${(i * 7919) % number}`, `version=${i % 9}.${i % 71}`, "inst-date=20110102",
+      "runtime-environment=universal", `info=${i % 9}.${i % 7}, Copyright 2011 Maker ${i % 50}`, "64bit-app=1",
+      `location=/Applications/Folder ${i % 40}/Application ${i}.app`);
+  }
+  return [...lines, "-"];
+}

@@ -103,6 +103,19 @@ TEST(Report, ValuesStayText) {
   EXPECT_TRUE(holds(page, "<h1><bdi>&lt;script&gt;alert(1)&lt;/script&gt;{{script}}</bdi></h1>"));
 }
 
+TEST(Report, AListOfContentsLeadsToTheSectionsInTheirOrder) {
+  const std::string page = page_of(
+      "+Memory=\n*Memory-slot:1=\nused=1\ncapacity=2048\n-\n"
+      "+Software=\n*Soft:1=<h2>A\nversion=1\n-\n+Network=\n+Adapters=\n*adapter:1=Ethernet\n-\n-\n");
+  EXPECT_TRUE(holds(page,
+                    "<nav class=\"contents\" aria-label=\"Contents\"><ul>\n"
+                    "<li><a href=\"#memory\">Memory</a></li>\n"
+                    "<li><a href=\"#network-adapters\">Network adapters</a></li>\n"
+                    "<li><a href=\"#memory-slots\">Memory slots</a></li>\n"
+                    "<li><a href=\"#applications\">Applications</a></li>\n</ul></nav>"));
+  EXPECT_FALSE(holds(page_of("hostname=A\n"), "<nav"));
+}
+
 TEST(Report, TheHeadingLeavesOutWhatIsNotKnown) {
   EXPECT_TRUE(holds(inv::report_page(*maker::open(maker::file())),
                     "<p><bdi>iMac11,1</bdi> &middot; <bdi>C02TEST00001</bdi> &middot; scanned "
@@ -176,11 +189,16 @@ TEST(Report, ComparisonListsTheChanges) {
   const std::string other = maker::file_of_text(
       "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Software=\n*Soft:1=<b>New</b>\nlocation=/x\n-\n-\n");
   const std::string page = inv::comparison_page(*maker::open(maker::file()), *maker::open(other));
-  EXPECT_TRUE(holds(page, "<span class=\"added\">added</span></td><td><bdi>&lt;b&gt;New&lt;/b&gt;</bdi>"));
+  EXPECT_TRUE(holds(
+      page,
+      "<span class=\"added\">added</span></td><td><bdi>Application</bdi></td><td><bdi>Application added: "
+      "&lt;b&gt;New&lt;/b&gt; (/x)</bdi>"));
+  EXPECT_TRUE(holds(page, "role=\"note\">Note: <bdi>these are two different machines: "));
   EXPECT_TRUE(holds(page, " changes since <time>2012-01-18 15:30:45 +02:00</time>"));
   const std::string same = inv::comparison_page(*maker::open(other), *maker::open(other));
   EXPECT_TRUE(holds(same, "0 changes since"));
   EXPECT_FALSE(holds(same, "<table>"));
+  EXPECT_FALSE(holds(same, "role=\"note\""));
 }
 
 }  // namespace

@@ -1,0 +1,73 @@
+#include "inv/report/page_frame.h"
+
+#include <map>
+
+#include "inv/base/base64.h"
+#include "inv/facts/overview.h"
+#include "inv/report/html.h"
+#include "inv/report/page.h"
+
+namespace inv {
+namespace {
+
+std::string source_of(std::string_view asset) { return "'sha256-" + base64(sha256(asset)) + "'"; }
+
+// The style and the script of the page are known by their digests; nothing else runs, and nothing is fetched.
+std::string policy() {
+  return "default-src 'none'; style-src " + source_of(kPageStyle) + "; script-src " + source_of(kPageScript) +
+         "; base-uri 'none'; form-action 'none'";
+}
+
+// The text from `start` up to the next `end`, which is moved behind it; empty when there is none.
+std::string_view take_between(std::string_view& html, std::string_view start, std::string_view end) {
+  const size_t first = html.find(start);
+  if (first == html.npos) return {};
+  html.remove_prefix(first + start.size());
+  const std::string_view text = html.substr(0, html.find(end));
+  html.remove_prefix(text.size());
+  return text;
+}
+
+// A list of the sections. Values are escaped, so nothing in them looks like one.
+std::string contents_list(std::string_view html) {
+  std::string items;
+  for (;;) {
+    const std::string_view id = take_between(html, "<section id=\"", "\"");
+    if (id.empty()) break;
+    const std::string_view title = take_between(html, "<h2>", "<");
+    items.append("<li><a href=\"#")
+        .append(id)
+        .append("\">")
+        .append(title.substr(0, title.find_last_not_of(' ') + 1));
+    items += "</a></li>\n";
+  }
+  return items.empty() ? ""
+                       : "<nav class=\"contents\" aria-label=\"Contents\"><ul>\n" + items + "</ul></nav>\n";
+}
+
+}  // namespace
+
+// The page with its places filled in. What is put in is not looked at again: a value may say "{{body}}".
+std::string framed_page(const std::string& title, const std::string& header, const std::string& main) {
+  const std::string body =
+      "<header>" + header + "</header>\n" + contents_list(main) + "<main>\n" + main + "</main>\n";
+  const std::map<std::string_view, std::string> contents = {{"policy", policy()},
+                                                            {"title", escaped(title)},
+                                                            {"style", std::string(kPageStyle)},
+                                                            {"script", std::string(kPageScript)},
+                                                            {"body", body}};
+  std::string html;
+  std::string_view rest = kPage;
+  for (size_t open = rest.find("{{"); open != rest.npos; open = rest.find("{{")) {
+    const size_t close = rest.find("}}", open);
+    html.append(rest.substr(0, open)).append(contents.at(rest.substr(open + 2, close - open - 2)));
+    rest.remove_prefix(close + 2);
+  }
+  return html.append(rest);
+}
+
+std::string time_element(const std::string& timestamp) {
+  return "<time>" + escaped(readable_time(timestamp)) + "</time>";
+}
+
+}  // namespace inv
