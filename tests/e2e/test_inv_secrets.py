@@ -126,13 +126,14 @@ class Secrets(ScanTestCase):
     def test_are_counted_in_one_line(self):
         for form, result in self.outputs():
             if form in ("json", "ndjson", "csv", "report", "load", "query"):
-                told = re.fullmatch(r"inv: \w+: (\d+) secrets are masked; --secrets keeps what is there\n", result.stderr.decode())
-                self.assertGreaterEqual(int(told[1]), len(SECRETS), form)
+                told = re.findall(r"^inv: (?:\w+: (\d+) secrets are masked; --secrets keeps what is there$)?", result.stderr.decode(), re.MULTILINE)
+                self.assertEqual(len(told), 1, form)
+                self.assertGreaterEqual(int(told[0]), len(SECRETS), form)
 
     def test_stay_where_somebody_asks_for_them(self):
         for form, result in self.outputs("--secrets"):
             if form in ("json", "ndjson", "csv", "load", "query"):
-                self.assertEqual(result.stderr, b"", form)
+                self.assertNotIn(b"inv: ", result.stderr, form)
         self.assertEqual(len(leaked(self.dump)), len(SECRETS))
 
     def test_stay_where_the_file_is_read(self):
@@ -144,7 +145,7 @@ class Secrets(ScanTestCase):
         result = inv("diff", "--all", self.first, self.second)
         changes = [line for line in result.stdout.decode().splitlines() if "MY_TOKEN" in line]
         self.assertEqual((result.returncode, len(changes)), (1, 1))
-        self.assertIn("••• (13 characters) -> ••• (13 characters)", changes[0])
+        self.assertIn("••• (13 characters) to ••• (13 characters)", changes[0])
 
     def test_lines_of_a_long_one_are_hidden_as_names_too(self):
         body = mixed(50, 30)
