@@ -98,6 +98,13 @@ std::string shorten(std::string_view text, size_t most_columns) {
   return most_columns == 0 ? shortened : shortened + "\xE2\x80\xA6";
 }
 
+std::string shorten_beginning(std::string_view text, size_t most_columns) {
+  if (columns(text) <= most_columns) return std::string(text);
+  if (most_columns == 0) return "";
+  while (columns(text) + 1 > most_columns) text.remove_prefix(plist::first_sequence(text).length);
+  return "\xE2\x80\xA6" + std::string(text);
+}
+
 std::string pad_right(std::string text, size_t width) {
   const size_t used = columns(text);
   if (used < width) text.append(width - used, ' ');

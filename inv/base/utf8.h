@@ -27,6 +27,8 @@ size_t columns(std::string_view text);
 
 // The text shortened to this many columns, with an ellipsis at its end when something is missing.
 std::string shorten(std::string_view text, size_t most_columns);
+// The same with the ellipsis at the beginning, for texts whose ends tell them apart.
+std::string shorten_beginning(std::string_view text, size_t most_columns);
 
 // The text padded with blanks, after or before it, to this many columns.
 std::string pad_right(std::string text, size_t width);

@@ -10,8 +10,16 @@ namespace {
 struct Options {
   FileOptions files;
   SignatureOptions signature;
+  std::string sort;
+  bool json = false;
   uint64_t max_size = kUsualMaxSize;
 };
+
+std::string summary_text(const std::vector<Overview>& overviews, bool single, bool json) {
+  if (json) return summary_json(overviews);
+  return single ? summary_screen(overviews.front(), output_terminal())
+                : summary_table(overviews, output_terminal());
+}
 
 int run(const Options& options) {
   int status = kDone;
@@ -28,15 +36,16 @@ int run(const Options& options) {
     overviews.push_back(overview_of(*inventory));
     overviews.back().signed_by = *signer;
   }
-  if (overviews.empty()) return status;
+  if (overviews.empty() && !options.json) return status;
+  sort_overviews(overviews, options.sort);
   const bool single = files.size() == 1;
-  return worse(status, print_result(single ? summary_screen(overviews.front(), output_terminal())
-                                           : summary_table(overviews)));
+  return worse(status, print_result(summary_text(overviews, single, options.json)));
 }
 
 constexpr char kExamples[] =
     "  inv summary MAC_0017F2000000.inv      one screen about a machine\n"
-    "  inv summary *.inv                     a line about each of several\n";
+    "  inv summary *.inv                     a line about each of several\n"
+    "  inv summary --sort age spool          the latest scans first\n";
 
 }  // namespace
 
@@ -46,6 +55,13 @@ void add_summary(CLI::App& app, int& status) {
       add_command(app, "summary", "Summarise machines: one screen, or a line each", kExamples);
   add_files(command, options->files);
   add_signature_options(command, options->signature);
+  limit_to(command
+               .add_option("--sort", options->sort,
+                           "Sort machines by a column: name, model, serial, system, "
+                           "memory, disk or age")
+               ->type_name("NAME"),
+           sort_names());
+  command.add_flag("--json", options->json, "Print an array with an object for each file");
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });
 }

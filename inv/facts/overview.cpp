@@ -146,6 +146,8 @@ Overview overview_of(const Inventory& inventory) {
   overview.name = machine_name(inventory);
   overview.identity = machine_identity(inventory);
   overview.timestamp = scan_timestamp(inventory);
+  overview.time = scan_time(inventory);
+  overview.file = inventory.file_name;
   overview.model = text(top.child("System").child("Computer-system"), "model");
   overview.serial = text(top.child("System").child("Chassis"), "serial");
   overview.user = text(top, "user-name");

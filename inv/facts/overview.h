@@ -79,6 +79,7 @@ struct Adapter {
 
 // Texts are as the file has them; what it does not know is empty or 0.
 struct Overview {
+  std::string file;  // as it was named
   std::string name;
   std::string identity;
   std::string model;       // "Mac16,8"
@@ -90,6 +91,7 @@ struct Overview {
   std::string architecture;
   std::string uptime;  // "2 days 3:04:05"
   std::string timestamp;
+  std::string time;       // in UTC; empty when the timestamp cannot be understood
   std::string signed_by;  // known only to callers that have checked a signature
   std::string user;
   Processor processor;

@@ -1,8 +1,11 @@
 #include "inv/show/summary.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 
 #include "inv/base/utf8.h"
+#include "inv/base/version_order.h"
 #include "inv/facts/overview_text.h"
 #include "inv/show/table.h"
 
@@ -115,18 +118,71 @@ void add_volumes(Screen& screen, const std::vector<Volume>& volumes, const Termi
   if (volumes.size() > shown) screen.line("", "and " + std::to_string(volumes.size() - shown) + " more");
 }
 
-std::vector<std::string> row_of(const Overview& overview) {
+uint64_t disk_bytes(const Overview& overview) {
   uint64_t bytes = 0;
   for (const Disk& disk : overview.disks) bytes += disk.bytes;
+  return bytes;
+}
+
+// "10.6.8" of "Mac OS X v10.6 (Snow Leopard), 10.6.8 (10K549)": a table has no room for more.
+std::string short_system(const std::string& os) {
+  const size_t comma = os.rfind(", ");
+  const std::string version = comma == os.npos ? os : os.substr(comma + 2);
+  return version.substr(0, version.find(" ("));
+}
+
+bool repeat_names(const std::vector<Overview>& overviews) {
+  std::set<std::string_view> names;
+  return std::any_of(overviews.begin(), overviews.end(),
+                     [&](const Overview& overview) { return !names.insert(overview.name).second; });
+}
+
+std::vector<std::string> row_of(const Overview& overview) {
+  constexpr size_t kDate = 10;
+  const uint64_t bytes = disk_bytes(overview);
   return {printable(overview.name),
           printable(overview.model),
           printable(overview.serial),
-          printable(overview.os),
+          printable(short_system(overview.os)),
           overview.memory.megabytes > 0 ? readable_memory(overview.memory.megabytes) : "",
           bytes > 0 ? readable_size(bytes) : "",
-          overview.has_snapshot ? std::to_string(overview.applications) : "",
-          printable(readable_time(overview.timestamp))};
+          shorten(printable(readable_time(overview.timestamp).substr(0, kDate)), kDate)};
 }
+
+// From the first digit, "15.3" of "macOS 15.3 (24D60)": names have no order.
+std::string version_in(const std::string& os) {
+  const std::string text = short_system(os);
+  return text.substr(std::min(text.find_first_of("0123456789"), text.size()));
+}
+
+struct Order {
+  std::string_view name;
+  bool (*is_known)(const Overview&);
+  bool (*is_before)(const Overview&, const Overview&);
+};
+
+template <std::string Overview::*text>
+constexpr Order by_text(std::string_view name) {
+  return {name, [](const Overview& overview) { return !(overview.*text).empty(); },
+          [](const Overview& one, const Overview& other) { return one.*text < other.*text; }};
+}
+
+constexpr Order kOrders[] = {
+    by_text<&Overview::name>("name"),
+    by_text<&Overview::model>("model"),
+    by_text<&Overview::serial>("serial"),
+    {"system", [](const Overview& overview) { return !version_in(overview.os).empty(); },
+     [](const Overview& one, const Overview& other) {
+       return compare_versions(version_in(one.os), version_in(other.os)) < 0;
+     }},
+    {"memory", [](const Overview& overview) { return overview.memory.megabytes > 0; },
+     [](const Overview& one, const Overview& other) {
+       return one.memory.megabytes < other.memory.megabytes;
+     }},
+    {"disk", [](const Overview& overview) { return disk_bytes(overview) > 0; },
+     [](const Overview& one, const Overview& other) { return disk_bytes(one) < disk_bytes(other); }},
+    {"age", [](const Overview& overview) { return !overview.time.empty(); },
+     [](const Overview& one, const Overview& other) { return one.time > other.time; }}};
 
 }  // namespace
 
@@ -156,25 +212,43 @@ std::string summary_screen(const Overview& overview, const Terminal& terminal) {
   return screen.result;
 }
 
-std::string summary_table(const std::vector<Overview>& overviews) {
-  std::vector<Column> columns = {{"Machine"},
-                                 {"Model"},
+std::string summary_table(const std::vector<Overview>& overviews, const Terminal& terminal) {
+  std::vector<Column> columns = {{"Machine", false, GivesWay::end},
+                                 {"Model", false, GivesWay::end},
                                  {"Serial"},
-                                 {"System"},
+                                 {"System", false, GivesWay::end},
                                  {"Memory", true},
-                                 {"Disks", true},
-                                 {"Applications", true},
+                                 {"Disk", true},
                                  {"Scanned"}};
+  const bool files = repeat_names(overviews);
   const bool signatures = std::any_of(overviews.begin(), overviews.end(),
                                       [](const Overview& overview) { return !overview.signed_by.empty(); });
-  if (signatures) columns.push_back({"Signed by"});
+  if (files) columns.insert(columns.begin(), {"File", false, GivesWay::beginning});
+  if (signatures) columns.push_back({"Signed by", false, GivesWay::end});
   Table table(std::move(columns));
   for (const Overview& overview : overviews) {
     std::vector<std::string> row = row_of(overview);
+    if (files) row.insert(row.begin(), printable(overview.file));
     if (signatures) row.push_back(printable(overview.signed_by));
     table.add(std::move(row));
   }
-  return table.text();
+  return table.text(terminal.width);
+}
+
+std::vector<std::string_view> sort_names() {
+  std::vector<std::string_view> names;
+  for (const Order& order : kOrders) names.push_back(order.name);
+  return names;
+}
+
+void sort_overviews(std::vector<Overview>& overviews, std::string_view name) {
+  const auto order = std::find_if(std::begin(kOrders), std::end(kOrders),
+                                  [name](const Order& each) { return each.name == name; });
+  if (order == std::end(kOrders)) return;
+  std::stable_sort(overviews.begin(), overviews.end(), [order](const Overview& one, const Overview& other) {
+    const bool known = order->is_known(one);
+    return known != order->is_known(other) ? known : known && order->is_before(one, other);
+  });
 }
 
 }  // namespace inv

@@ -23,6 +23,7 @@ _inv() {
         *) words="json ndjson csv zxml" ;;
         esac
         ;;
+    *,--sort) words="name model serial system memory disk age" ;;
     *,--section) words="snapshot asset" ;;
     *,--color) words="auto always never" ;;
     2,help) words="$commands -h --help --color" ;;
@@ -35,7 +36,7 @@ _inv() {
         get) words="--no-filename -H --with-filename --json --trim $listed" ;;
         list) words="$listed" ;;
         unpack) words="" ;;
-        summary) words="$listed $signed" ;;
+        summary) words="--sort --json $listed $signed" ;;
         load) words="$many --quarantine $signed --secrets" ;;
         show) words="--section --depth $listed" ;;
         verify) words="-q --quiet --failures --strict $many $signed" ;;

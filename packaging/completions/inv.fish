@@ -28,6 +28,8 @@ complete -c inv -n '__fish_seen_subcommand_from get' -s h -l no-filename -d 'Pri
 complete -c inv -n '__fish_seen_subcommand_from get' -s H -l with-filename -d 'Print the file of each value'
 complete -c inv -n '__fish_seen_subcommand_from get' -l json -d 'As an array of objects'
 complete -c inv -n '__fish_seen_subcommand_from get' -l trim -d 'Leave out blanks and line ends at the end'
+complete -c inv -n '__fish_seen_subcommand_from summary' -l sort -x -a 'name model serial system memory disk age' -d 'Sort by this column'
+complete -c inv -n '__fish_seen_subcommand_from summary' -l json -d 'As an array of objects'
 complete -c inv -n '__fish_seen_subcommand_from show' -l section -x -a 'snapshot asset' -d 'Which trees to show'
 complete -c inv -n '__fish_seen_subcommand_from show' -l depth -x -d 'Show so many levels'
 complete -c inv -n '__fish_seen_subcommand_from verify' -s q -l quiet -d 'Only the exit status'

@@ -89,6 +89,27 @@ class SeveralFiles(InventoryTestCase):
         Path("spool/link.inv").symlink_to("pro.inv")
         return "spool", ("spool/b/imac.inv", "spool/pro.inv")
 
+    def test_summary_names_the_files_of_machines_with_one_name(self):
+        self.assertNotIn("File", self.check(0, "summary", "imac.inv", "pro.inv"))
+        shutil.copy("imac.inv", "again.inv")
+        lines = self.check(0, "summary", "imac.inv", "pro.inv", "again.inv").splitlines()
+        self.assertEqual([line.split()[0] for line in lines], ["File", "imac.inv", "pro.inv", "again.inv"])
+        self.assertLessEqual(max(map(len, lines)), 80)
+        self.assertTrue(all("SIM0" in line for line in lines[1:]))
+
+    def test_summary_sorts_by_a_column(self):
+        names = [line.split()[0] for line in self.check(0, "summary", "imac.inv", "pro.inv", "--sort", "system").splitlines()]
+        self.assertEqual(names, ["Machine", "Render", "Studio"])
+        self.check(2, "summary", "imac.inv", "--sort", "modle")
+        self.assertIn('"modle" is none of name, model, serial, system, memory, disk, age; did you mean model?', self.messages)
+
+    def test_summary_writes_json(self):
+        machines = json.loads(self.check(2, "summary", "--json", "--sort", "memory", "pro.inv", "missing.inv", "imac.inv"))
+        self.assertEqual([(machine["file"], machine["serial"], machine["memory"]["megabytes"]) for machine in machines],
+                         [("imac.inv", "SIM0IMAC106", 4096), ("pro.inv", "SIM0MACPRO5", 6656)])
+        self.assertEqual(len(json.loads(self.check(0, "summary", "--json", "imac.inv"))), 1)
+        self.assertEqual(json.loads(self.check(2, "summary", "--json", "missing.inv")), [])
+
     def test_a_folder_is_all_files_in_it(self):
         folder, files = self.folder_of_two()
         for command, arguments in (("get", [SERIAL]), ("show", [SERIAL]), ("list", [])):

@@ -1,5 +1,6 @@
 """Signatures: `inv` and the real `ssh-keygen` must reach the same verdict on every file, signature and list."""
 
+import json
 import re
 import shutil
 import sqlite3
@@ -278,7 +279,10 @@ class Users(SignatureTestCase):
         self.assertEqual(self.messages, self.refusal)
         self.assertEqual(len(table), 2)
         self.assertTrue(table[0].endswith("  Signed by"))
-        self.assertTrue(table[1].endswith(f"  {NAME}"))
+        self.assertRegex(table[1], r"  imac@\S*\u2026$")
+        self.assertLessEqual(len(table[1]), 80)
+        machines = json.loads(self.check(1, "summary", "--json", "--allowed-signers", self.signers, self.file, self.unsigned))
+        self.assertEqual([machine["signed_by"] for machine in machines], [NAME])
         self.assertNotIn("Signed by", self.check(0, "summary", self.file, self.unsigned))
 
     def test_nothing_is_shown_of_a_file_whose_signature_is_refused(self):

@@ -19,7 +19,7 @@ MANUAL_PAGES = ["docs/man/inv.1", "docs/man/velkaro-scanner.1"]
 MACHINES = SIMULATOR / "machines"
 
 # What differs in every scan: its time, and the processes of the machine that runs the tests.
-VARYING = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d [+-]\d\d:\d\d|\d+ process(es)?"
+VARYING = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d [+-]\d\d:\d\d|\b\d{4}-\d\d-\d\d$|\d+ process(es)?"
 # Commands that count bytes, which vary a little: a text with a time in it is compressed.
 COUNTING = ("inv list ", "inv verify ")
 # The scanner on PATH: it scans the simulated iMac, unless another machine is chosen.
@@ -56,7 +56,7 @@ def pattern(shown):
 
 def settled(command, text):
     """A text without what varies, including the blanks that pad its column."""
-    text = re.sub(VARYING, "(varies)", text.replace("\r\n", "\n"))
+    text = re.sub(VARYING, "(varies)", text.replace("\r\n", "\n"), flags=re.M)
     if command.startswith(COUNTING):
         text = re.sub(r"(?<![\w.])\d+(?!\w)", "(varies)", text)
     return re.sub(r" +\(varies\)", " (varies)", text)

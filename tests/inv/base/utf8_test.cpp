@@ -54,6 +54,16 @@ TEST(Utf8, CountsColumnsNotBytes) {
   EXPECT_EQ(inv::columns("\xE6\x97\xA5\xE6\x9C\xAC"), 4u);
 }
 
+TEST(Utf8, ShortensTheBeginningToo) {
+  EXPECT_EQ(inv::shorten_beginning("abcdef", 6), "abcdef");
+  EXPECT_EQ(inv::shorten_beginning("abcdefg", 6),
+            "\xE2\x80\xA6"
+            "cdefg");
+  EXPECT_EQ(inv::shorten_beginning("\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E", 4), "\xE2\x80\xA6\xE8\xAA\x9E");
+  EXPECT_EQ(inv::shorten_beginning("ab", 1), "\xE2\x80\xA6");
+  EXPECT_EQ(inv::shorten_beginning("ab", 0), "");
+}
+
 TEST(Utf8, ShortensToColumnsWithAnEllipsis) {
   EXPECT_EQ(inv::shorten("abcdef", 6), "abcdef");
   EXPECT_EQ(inv::shorten("abcdefg", 6), "abcde\xE2\x80\xA6");

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
+#include "inv/base/utf8.h"
 #include "inv/maker.h"
 
 namespace {
@@ -33,8 +36,8 @@ TEST(Summary, SaysNothingOfWhatIsNotKnown) {
   inv::Overview overview;
   overview.name = "Office Mac";
   EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "Office Mac\n");
-  EXPECT_EQ(inv::summary_table({overview}),
-            "Machine     Model  Serial  System  Memory  Disks  Applications  Scanned\nOffice Mac\n");
+  EXPECT_EQ(inv::summary_table({overview}, inv::Terminal()),
+            "Machine     Model  Serial  System  Memory  Disk  Scanned\nOffice Mac\n");
   overview.volumes = {
       {"A", "", "", 0, 5000, true, ""}, {"B", "", "", 5000, 0, false, ""}, {"C", "", "", 0, 0, false, ""}};
   EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()),
@@ -90,9 +93,9 @@ TEST(Summary, SaysWhoSignedWhenSomebodyAsked) {
   overview.name = "Office Mac";
   overview.signed_by = "imac@\x1Bstudio";
   EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "Office Mac\nSigned by     imac@\uFFFDstudio\n");
-  EXPECT_EQ(inv::summary_table({inv::Overview(), overview}),
-            "Machine     Model  Serial  System  Memory  Disks  Applications  Scanned  Signed by\n\n"
-            "Office Mac                                                               imac@\uFFFDstudio\n");
+  EXPECT_EQ(inv::summary_table({inv::Overview(), overview}, inv::Terminal()),
+            "Machine     Model  Serial  System  Memory  Disk  Scanned  Signed by\n\n"
+            "Office Mac                                                imac@\uFFFDstudio\n");
 }
 
 TEST(Summary, KeepsToOneScreen) {
@@ -127,15 +130,107 @@ TEST(Summary, SeveralMachinesAreATable) {
   inv::Overview other = office_mac();
   other.name = "B";
   other.disks = {{"HDD", "", "", "", 500000000000, "", ""}, {"HDD", "", "", "", 500000000000, "", ""}};
-  EXPECT_EQ(inv::summary_table({office_mac(), other}),
-            "Machine     Model     Serial        System                         Memory   Disks  Applications "
-            " Scanned\n"
-            "Office Mac  iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)                             2 "
-            " 2012-01-18 "
-            "15:30:45 +02:00\n"
-            "B           iMac11,1  C02TEST00001  Mac OS X v10.6 (Snow Leopard)          1.0 TB             2 "
-            " 2012-01-18 "
-            "15:30:45 +02:00\n");
+  EXPECT_EQ(inv::summary_table({office_mac(), other}, inv::Terminal()),
+            "Machine     Model     Serial        System          Memory    Disk  Scanned\n"
+            "Office Mac  iMac11,1  C02TEST00001  Mac OS X v10.6                  2012-01-18\n"
+            "B           iMac11,1  C02TEST00001  Mac OS X v10.6          1.0 TB  2012-01-18\n");
+}
+
+inv::Overview named(const std::string& name, const std::string& file) {
+  inv::Overview overview;
+  overview.name = name;
+  overview.file = file;
+  return overview;
+}
+
+TEST(Summary, ATableNamesTheFilesOnlyWhereNamesRepeat) {
+  EXPECT_EQ(inv::summary_table({named("A", "a.inv"), named("B", "b.inv")}, {}).find("File"),
+            std::string::npos);
+  EXPECT_EQ(inv::summary_table({named("A", "a.inv"), named("B", "b.inv"), named("A", "c\x1B.inv")}, {}),
+            "File    Machine  Model  Serial  System  Memory  Disk  Scanned\n"
+            "a.inv   A\n"
+            "b.inv   B\n"
+            "c\uFFFD.inv  A\n");
+}
+
+TEST(Summary, ATableFitsTheTerminal) {
+  inv::Overview overview = office_mac();
+  overview.file = "/Volumes/Spool/2012/" + std::string(60, 'x') + "/monday.inv";
+  overview.name = overview.model = std::string(70, 'n');
+  overview.os = "Mac OS X v10.6 (Snow Leopard), 10.6.8 (10K549)";
+  for (const size_t width : {80u, 100u, 160u}) {
+    inv::Terminal terminal;
+    terminal.width = width;
+    const std::string table = inv::summary_table({overview, overview}, terminal);
+    const std::string row = table.substr(table.rfind('\n', table.size() - 2) + 1);
+    EXPECT_EQ(inv::columns(row.substr(0, row.size() - 1)), width) << row;
+    EXPECT_EQ(row.rfind("\u2026", 0), 0u) << row;
+    EXPECT_NE(row.find("y.inv  n"), std::string::npos) << row;
+    EXPECT_NE(row.find("  C02TEST00001  10.6.8"), std::string::npos) << row;
+    EXPECT_NE(row.find("  2012-01-18\n"), std::string::npos) << row;
+  }
+}
+
+// The names of these, sorted by a column.
+std::string sorted(std::vector<inv::Overview> overviews, std::string_view column) {
+  inv::sort_overviews(overviews, column);
+  std::string names;
+  for (const inv::Overview& overview : overviews) names += overview.name;
+  return names;
+}
+
+TEST(Summary, SortsByEachColumnWithWhatIsNotKnownLast) {
+  std::vector<inv::Overview> all = {named("C", ""), named("A", ""), named("B", ""), named("D", "")};
+  EXPECT_EQ(sorted(all, "name"), "ABCD");
+  EXPECT_EQ(sorted(all, "memory"), "CABD");
+  all[1].model = all[1].serial = "y";
+  all[2].model = all[2].serial = "x";
+  EXPECT_EQ(sorted(all, "model"), "BACD");
+  EXPECT_EQ(sorted(all, "serial"), "BACD");
+  all[1].os = "Mac OS X v10.11, 10.11.6 (15G31)";
+  all[2].os = "Mac OS X v10.6 (Snow Leopard), 10.6.8 (10K549)";
+  all[3].os = "macOS 15.3 (24D60)";
+  EXPECT_EQ(sorted(all, "system"), "BADC");
+  all[1].memory.megabytes = 16384;
+  all[3].memory.megabytes = 8192;
+  EXPECT_EQ(sorted(all, "memory"), "DACB");
+  all[1].disks.resize(2);
+  all[1].disks[0].bytes = all[1].disks[1].bytes = 500;
+  all[2].disks.resize(1);
+  all[2].disks[0].bytes = 600;
+  EXPECT_EQ(sorted(all, "disk"), "BACD");
+  all[2].time = "2012-01-18T13:30:45Z";
+  all[3].time = "2012-01-18T13:30:46Z";
+  EXPECT_EQ(sorted(all, "age"), "DBCA");
+}
+
+TEST(Summary, KeepsTheOrderOfTheFilesUnlessAskedToSort) {
+  EXPECT_EQ(sorted({named("C", ""), named("A", "")}, ""), "CA");
+  EXPECT_EQ(inv::sort_names(),
+            (std::vector<std::string_view>{"name", "model", "serial", "system", "memory", "disk", "age"}));
+}
+
+TEST(Summary, JsonHasOneObjectForEachFile) {
+  inv::Overview overview = office_mac();
+  overview.file = "monday.inv";
+  overview.volumes[0].knows_free = true;
+  overview.memory.megabytes = 2048;
+  overview.gaps = {"no answer: ioreg"};
+  const auto list = nlohmann::json::parse(inv::summary_json({overview, inv::Overview()}));
+  ASSERT_EQ(list.size(), 2u);
+  EXPECT_EQ(list[0]["file"], "monday.inv");
+  EXPECT_EQ(list[0]["name"], "Office Mac");
+  EXPECT_EQ(list[0]["serial"], "C02TEST00001");
+  EXPECT_EQ(list[0]["scanned_at"], "2012-01-18T13:30:45Z");
+  EXPECT_EQ(list[0]["memory"]["megabytes"], 2048);
+  EXPECT_EQ(list[0]["volumes"][0]["name"], "Macintosh HD");
+  EXPECT_EQ(list[0]["volumes"][0]["free_bytes"], 0);
+  EXPECT_EQ(list[0]["counts"]["applications"], 2);
+  EXPECT_EQ(list[0]["missing"][0], "no answer: ioreg");
+  EXPECT_FALSE(list[1].contains("serial"));
+  EXPECT_FALSE(list[1].contains("counts"));
+  EXPECT_EQ(list[1]["disks"], nlohmann::json::array());
+  EXPECT_EQ(list[1]["missing"], nlohmann::json::array());
 }
 
 TEST(Summary, CountsTheLinesItHasNoRoomForAndNoOthers) {
