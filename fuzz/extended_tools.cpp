@@ -41,8 +41,8 @@ void check_sysctl(const char* output) {
 
 void check_protection(const char* output, ProtectionState (*parse)(const char*)) {
   const ProtectionState state = parse(output);
-  expect_piece(output, state.told);
-  expect(state.told || !state.on);
+  expect_piece(output, state.line);
+  expect(state.line || !state.on);
 }
 
 void check_profiles(const char* output) {

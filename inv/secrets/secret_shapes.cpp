@@ -226,7 +226,7 @@ bool is_hexadecimal(std::string_view text) { return mixture_of(text).hexadecimal
 bool starts_with_uuid(std::string_view text) {
   if (text.size() < 36) return false;
   size_t at = 0;
-  for (const size_t length : {8, 4, 4, 4, 12}) {
+  for (const size_t length : {size_t{8}, size_t{4}, size_t{4}, size_t{4}, size_t{12}}) {
     if (at > 0 && text[at++] != '-') return false;
     if (!is_hexadecimal(text.substr(at, length))) return false;
     at += length;

@@ -13,7 +13,8 @@ constexpr char kSalt[] = "000102030405060708090a0b0c0d0e0f";
 
 std::string digits(const std::string& bytes) {
   std::string text;
-  for (const unsigned char byte : bytes) {
+  for (const char character : bytes) {
+    const auto byte = static_cast<unsigned char>(character);
     text += "0123456789abcdef"[byte / 16];
     text += "0123456789abcdef"[byte % 16];
   }
