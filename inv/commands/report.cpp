@@ -126,7 +126,9 @@ int run(const Options& options) {
   if (options.compare) {
     report_changes(files, options.output, maker);
   } else if (is_fleet) {
-    status = worse(status, report_fleet(files, options, maker));
+    // The maker notes faults of files in the status meanwhile.
+    const int written = report_fleet(files, options, maker);
+    status = worse(status, written);
   } else {
     report_one(files.front(), options.output, maker);
   }
