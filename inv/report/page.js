@@ -31,8 +31,12 @@ function makeSortable(table) {
       for (const other of headings) other.removeAttribute("aria-sort");
       heading.setAttribute("aria-sort", descending ? "descending" : "ascending");
       keys ??= new Map([...body.rows].map((row) => [row, sortKey(row.cells[column].textContent)]));
-      const rows = [...body.rows].sort((one, other) => compareKeys(keys.get(one), keys.get(other), descending));
-      body.append(...rows);
+      const items = [...body.rows].map((row) => ({ row, key: keys.get(row) }));
+      items.sort((one, other) => compareKeys(one.key, other.key, descending));
+      // Away from the page rows move cheaply; in it the browser lays out anew for each.
+      body.remove();
+      body.append(...items.map(({ row }) => row));
+      table.append(body);
     });
   });
 }
