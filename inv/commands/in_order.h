@@ -6,6 +6,7 @@
 #include <exception>
 #include <map>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@ namespace inv {
 // Calls use(make(i)) for each i from 0 to count - 1, in this order, on this thread, until `use` returns
 // false; make(i) is called on `jobs` other threads, or on this one when that is 1. Only a few results are
 // ever waiting, so memory does not grow with `count`. What `make` throws is thrown here, when its turn comes.
+// Where the system allows fewer threads, there are fewer.
 template <typename Make, typename Use>
 bool in_order(size_t count, size_t jobs, Make make, Use use) {
   if (jobs <= 1 || count <= 1) {
@@ -55,7 +57,12 @@ bool in_order(size_t count, size_t jobs, Make make, Use use) {
     }
   };
   std::vector<std::thread> threads;
-  for (size_t i = 0; i < std::min(jobs, count); ++i) threads.emplace_back(work);
+  try {
+    for (size_t i = 0; i < std::min(jobs, count); ++i) threads.emplace_back(work);
+  } catch (const std::system_error&) {
+    // The system allows no more threads; those that there are do the work.
+    if (threads.empty()) return in_order(count, 1, make, use);
+  }
   const auto stop = [&] {
     {
       const std::lock_guard<std::mutex> lock(mutex);

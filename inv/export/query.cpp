@@ -3,8 +3,8 @@
 #include <sqlite3.h>
 
 #include <cstring>
-#include <map>
 #include <memory>
+#include <set>
 
 #include "inv/base/utf8.h"
 #include "inv/base/version_order.h"
@@ -65,12 +65,12 @@ Json cell_of(sqlite3_stmt* statement, int column) {
 // Two columns of one name get numbers, as a member of an object needs a name of its own.
 std::vector<std::string> columns_of(sqlite3_stmt* statement) {
   std::vector<std::string> columns;
-  std::map<std::string, int> used;
+  std::set<std::string> used;
   for (int i = 0; i < sqlite3_column_count(statement); ++i) {
     const char* given = sqlite3_column_name(statement, i);
     const std::string name = to_utf8(given ? given : "");
     std::string unique = name;
-    while (used[unique]++ > 0) unique = name + "_" + std::to_string(used[name]);
+    for (int number = 2; !used.insert(unique).second; ++number) unique = name + "_" + std::to_string(number);
     columns.push_back(unique);
   }
   return columns;

@@ -43,6 +43,8 @@ TEST_F(QueryTest, KeepsTheKindsOfValues) {
 TEST_F(QueryTest, NamesEveryColumnDifferently) {
   EXPECT_EQ(database.ask("SELECT 1 AS a, 2 AS b, 3 AS a, 4 AS a")->columns,
             (std::vector<std::string>{"a", "b", "a_2", "a_3"}));
+  EXPECT_EQ(database.ask("SELECT 1 AS a_2, 2 AS a, 3 AS a")->columns,
+            (std::vector<std::string>{"a_2", "a", "a_3"}));
 }
 
 TEST_F(QueryTest, ReplacesBrokenUtf8) {

@@ -1,0 +1,77 @@
+#include "inv/commands/in_order.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+
+namespace {
+
+using Numbers = std::vector<size_t>;
+
+Numbers numbers_up_to(size_t count) {
+  Numbers numbers;
+  for (size_t i = 0; i < count; ++i) numbers.push_back(i);
+  return numbers;
+}
+
+TEST(InOrder, UsesTheResultsInTheirOrderWhateverTheNumberOfThreads) {
+  for (const size_t jobs : {size_t{1}, size_t{2}, size_t{7}}) {
+    Numbers used;
+    const bool finished = inv::in_order(
+        500, jobs, [](size_t i) { return i; },
+        [&](size_t i) {
+          used.push_back(i);
+          return true;
+        });
+    EXPECT_TRUE(finished);
+    EXPECT_EQ(used, numbers_up_to(500)) << jobs;
+  }
+}
+
+TEST(InOrder, StopsWhenToldTo) {
+  for (const size_t jobs : {size_t{1}, size_t{3}}) {
+    Numbers used;
+    const bool finished = inv::in_order(
+        1000, jobs, [](size_t i) { return i; },
+        [&](size_t i) {
+          used.push_back(i);
+          return i < 4;
+        });
+    EXPECT_FALSE(finished);
+    EXPECT_EQ(used, numbers_up_to(5)) << jobs;
+  }
+}
+
+TEST(InOrder, MakesOnlyAFewResultsAhead) {
+  std::atomic<size_t> made{0};
+  inv::in_order(
+      1000, 2,
+      [&](size_t i) {
+        ++made;
+        return i;
+      },
+      [&](size_t i) {
+        EXPECT_LE(made, i + 8);
+        return true;
+      });
+  EXPECT_EQ(made, 1000u);
+}
+
+TEST(InOrder, ThrowsWhatWasThrownWhenItsTurnComes) {
+  for (const size_t jobs : {size_t{1}, size_t{2}}) {
+    Numbers used;
+    const auto make = [](size_t i) {
+      if (i == 3) throw std::runtime_error("three");
+      return i;
+    };
+    const auto use = [&](size_t i) {
+      used.push_back(i);
+      return true;
+    };
+    EXPECT_THROW(inv::in_order(50, jobs, make, use), std::runtime_error);
+    EXPECT_EQ(used, numbers_up_to(3)) << jobs;
+  }
+}
+
+}  // namespace
