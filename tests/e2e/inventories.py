@@ -22,13 +22,30 @@ INV = Path(os.environ["VELKARO_BUILD"]) / "inv"
 _folder = tempfile.TemporaryDirectory()
 FOLDER = Path(_folder.name)
 
+# A simulated Mac has the processes and the environment of the machine that runs the tests. Their command lines and values may
+# hold anything, secrets among them, so these tools come before the machine's own.
+HOST_TOOLS = {
+    "ps": "echo 'root /Applications/Render.app/Contents/MacOS/Render --queue /Volumes/Projects'",
+    "env": "echo HOME=/Users/robin; echo LANG=de_DE.UTF-8; echo SSH_CLIENT=198.51.100.9 50022 22; echo SHELL=/bin/bash",
+}
 
-def scan(machine, *arguments, prefix=(), tools=None):
-    """The path of the file that a silent scan of a machine's folder saves, in a folder of its own. Tools in a folder that is
-    given come before the host's."""
+
+@functools.lru_cache(maxsize=None)
+def host_tools():
+    """The folder of these tools, to be put first on PATH."""
+    folder = FOLDER / "host"
+    folder.mkdir()
+    for name, script in HOST_TOOLS.items():
+        (folder / name).write_text(f"#!/bin/sh\n{script}\n")
+        (folder / name).chmod(0o755)
+    return folder
+
+
+def scan(machine, *arguments, prefix=()):
+    """The path of the file that a silent scan of a machine's folder saves, in a folder of its own."""
     out = Path(tempfile.mkdtemp(dir=FOLDER))
     command = [*prefix, SIMULATOR / "run", machine, SCANNER, "/silent", *arguments]
-    environment = {**os.environ, "PATH": f"{tools}:{os.environ['PATH']}"} if tools else None
+    environment = {**os.environ, "PATH": f"{host_tools()}:{os.environ['PATH']}"}
     subprocess.run(command, cwd=out, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=300)
     (path,) = out.iterdir()
     return path

@@ -1,7 +1,6 @@
 """How the commands of `inv` behave as processes: exit statuses, messages, standard input, colours, help."""
 
 import os
-import pty
 import re
 import shutil
 import subprocess
@@ -11,6 +10,7 @@ from pathlib import Path
 
 import options_of
 from inventories import FOLDER, INV, SIMULATOR, InventoryTestCase, debug_scanned, inv, scan, scanned
+from terminals import Terminal
 
 IMAC = "imac-10.6"
 OTHER = "mac-pro-10.5"
@@ -20,21 +20,12 @@ MASKING = ("diff", "export", "load", "policy", "query", "report")
 
 def on_terminal(*arguments, **changes):
     """What a command writes when its output is a terminal."""
-    master, slave = pty.openpty()
+    terminal = Terminal()
     environment = {**os.environ, "TERM": "xterm", **changes}
-    with subprocess.Popen([INV, *arguments], stdout=slave, stderr=slave, env=environment) as process:
-        os.close(slave)
-        output = b""
-        while True:
-            try:
-                piece = os.read(master, 65536)
-            except OSError:  # Linux's way to say that the other end is closed
-                break
-            if not piece:
-                break
-            output += piece
-    os.close(master)
-    return output
+    with subprocess.Popen([INV, *arguments], stdout=terminal.end, stderr=terminal.end, env=environment):
+        output = terminal.read()
+    terminal.close()
+    return output.encode()
 
 
 def damaged_snapshot(name):
@@ -133,7 +124,7 @@ class Commands(InventoryTestCase):
     def test_get_says_no_when_a_path_names_nothing(self):
         self.assertEqual(self.check(1, "get", self.file, "/nothing", "/System/Chassis/manuf"), "Apple Inc.\n")
         self.assertEqual(self.check(1, "get", self.file, "/System"), "")
-        self.assertEqual(self.check(0, "get", self.file, "/Environment/env-var:PATH"), "PATH\n")
+        self.assertEqual(self.check(0, "get", self.file, "/Environment/env-var:HOME"), "HOME\n")
         self.assertEqual(len(self.check(0, "get", self.file, "/Software/Soft:*/location").splitlines()), 150)
 
     def test_verify_is_quiet_when_asked(self):

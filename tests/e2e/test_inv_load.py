@@ -2,7 +2,6 @@
 
 import concurrent.futures
 import os
-import pty
 import re
 import shutil
 import sqlite3
@@ -14,6 +13,7 @@ from pathlib import Path
 
 import same_host
 from inventories import FOLDER, INV, MACHINES, ROOT, SIMULATOR, InventoryTestCase, facts, inv, scanned
+from terminals import Terminal
 
 
 # A row of each view, of an extended scan.
@@ -265,17 +265,15 @@ class Load(InventoryTestCase):
         self.assertEqual(self.path.read_bytes(), b"precious" * 1000)
 
     def test_a_terminal_sees_the_progress(self):
-        master, slave = pty.openpty()
-        with subprocess.Popen([INV, "load", self.path, *self.files], stderr=slave, env={**os.environ, "TERM": "xterm"}) as process:
-            pass
-        os.close(slave)
-        seen = os.read(master, 65536)
-        os.close(master)
+        terminal = Terminal()
+        self.addCleanup(terminal.close)
+        with subprocess.Popen([INV, "load", self.path, *self.files], stderr=terminal.end, env={**os.environ, "TERM": "xterm"}) as process:
+            seen = terminal.read()
         self.assertEqual(process.returncode, 0)
-        self.assertIn(f"{len(MACHINES)} of {len(MACHINES)}".encode(), seen)
-        self.assertRegex(seen, rb"\] \d of \d, \d+ a second, 0:00 left\x1b\[K")
-        before, _, line = seen.rpartition(b"\r\x1b[K")
-        self.assertRegex(line, rb"^\d+ loaded, ")
+        self.assertIn(f"{len(MACHINES)} of {len(MACHINES)}", seen)
+        self.assertRegex(seen, r"\] \d of \d, \d+ a second, 0:00 left\x1b\[K")
+        before, _, line = seen.rpartition("\r\x1b[K")
+        self.assertRegex(line, r"^\d+ loaded, ")
 
 
 if __name__ == "__main__":

@@ -105,7 +105,7 @@ class Pages(InventoryTestCase):
         self.folder = make_checkout(FOLDER / page.replace("/", "-"))
         for name, file in files().items():
             shutil.copy(file, self.folder / name)
-        path = f"{self.folder / 'build' / 'release'}:{same_host.tools()}:{os.environ['PATH']}"
+        path = f"{self.folder / 'build' / 'release'}:{inventories.host_tools()}:{os.environ['PATH']}"
         self.environment = {**os.environ, "PATH": path, "TZ": "UTC", "LC_ALL": "C.UTF-8"}
 
     def run_command(self, command):
