@@ -27,6 +27,7 @@ constexpr char kTablesBefore[] =
     " (SELECT group_concat(name) FROM pragma_table_info('facts')) ="
     " 'machine_id,position,path,element,name,value,unit,base_value'";
 
+// Within a transaction, or what is read first may be of the time before another process created the tables.
 Owner owner_of(Sqlite& sqlite, bool& good) {
   const auto integer = [&](const char* sql) {
     return good ? sqlite.first_integer(sql, good).value_or(0) : 0;
@@ -42,12 +43,19 @@ Owner owner_of(Sqlite& sqlite, bool& good) {
   return is_before && integer(kTablesBefore) == 1 ? Owner::versions_before : Owner::another;
 }
 
-// Looks without a lock and without a trace. What cannot be looked into, such as a file that is not there yet,
+Owner owner_now(Sqlite& sqlite, bool& good) {
+  good = sqlite.run("BEGIN");
+  const Owner owner = good ? owner_of(sqlite, good) : Owner::another;
+  if (sqlite.in_transaction()) good = sqlite.run("ROLLBACK") && good;
+  return owner;
+}
+
+// Looks without changing anything. What cannot be looked into, such as a file that is not there yet,
 // is for the opening itself to report.
 bool is_foreign(const std::string& path) {
   Sqlite sqlite;
   bool good = false;
-  return sqlite.open(path, Sqlite::Access::look) && owner_of(sqlite, good) == Owner::another && good;
+  return sqlite.open(path, Sqlite::Access::look) && owner_now(sqlite, good) == Owner::another && good;
 }
 
 std::string_view text_of(sqlite3_value* value) {
@@ -148,7 +156,7 @@ bool open_database_file(const std::string& path, Sqlite& sqlite, std::string* re
   bool good = false;
   if (!sqlite.open(path, Sqlite::Access::change)) return false;
   // Most databases need nothing, and others may go on loading into them.
-  if (owner_of(sqlite, good) == Owner::this_version && good) return true;
+  if (owner_now(sqlite, good) == Owner::this_version && good) return true;
   if (!sqlite.run("BEGIN EXCLUSIVE")) return false;
   const Owner owner = owner_of(sqlite, good);
   if (good && owner == Owner::another) *refusal = kRefusal;

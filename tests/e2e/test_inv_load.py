@@ -12,7 +12,7 @@ import unittest
 from pathlib import Path
 
 import same_host
-from inventories import FOLDER, INV, MACHINES, ROOT, SIMULATOR, InventoryTestCase, facts, inv, scanned
+from inventories import FOLDER, INV, MACHINES, ROOT, SIMULATOR, InventoryTestCase, facts, file_of_text, inv, scanned
 from terminals import Terminal
 
 
@@ -211,6 +211,15 @@ class Load(InventoryTestCase):
             seen.add((self.messages.rpartition(", ")[0], tuple(self.loaded()), tuple(self.rows("SELECT file FROM machines ORDER BY id"))))
         self.assertEqual(len(seen), 1)
         self.check(2, "load", "--jobs", "0", self.path, self.files[0])
+
+    def test_loaders_that_meet_at_a_new_database_take_it_for_theirs(self):
+        tiny = FOLDER / "tiny.inv"
+        tiny.write_bytes(file_of_text(b"\xef\xbb\xbf?zxml\n+Snapshot=\n*a=\n-\n"))
+        with concurrent.futures.ThreadPoolExecutor(8) as pool:
+            for i in range(40):
+                path = f"{self.path}-{i}"
+                results = list(pool.map(lambda _: inv("load", path, tiny), range(8)))
+                self.assertEqual({result.returncode for result in results}, {0}, results)
 
     def test_eight_loaders_at_once_load_everything(self):
         with concurrent.futures.ThreadPoolExecutor(8) as pool:
