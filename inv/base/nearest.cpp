@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "inv/base/characters.h"
+
 namespace inv {
 namespace {
 
 // Nobody mistypes a longer one, and files can hold any: comparing takes time by the product of both lengths.
 constexpr size_t kLongest = 200;
-
-char lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter; }
 
 size_t most_differences(std::string_view text) { return std::max<size_t>(1, text.size() / 3); }
 
@@ -29,10 +29,10 @@ size_t differences(std::string_view from, std::string_view to) {
     last.swap(row);
     row[0] = i;
     for (size_t j = 1; j <= to.size(); ++j) {
-      const size_t exchanged = last[j - 1] + (lower(from[i - 1]) == lower(to[j - 1]) ? 0 : 1);
+      const size_t exchanged = last[j - 1] + (lower_case(from[i - 1]) == lower_case(to[j - 1]) ? 0 : 1);
       row[j] = std::min({last[j] + 1, row[j - 1] + 1, exchanged});
-      const bool swapped =
-          i > 1 && j > 1 && lower(from[i - 1]) == lower(to[j - 2]) && lower(from[i - 2]) == lower(to[j - 1]);
+      const bool swapped = i > 1 && j > 1 && lower_case(from[i - 1]) == lower_case(to[j - 2]) &&
+                           lower_case(from[i - 2]) == lower_case(to[j - 1]);
       if (swapped) row[j] = std::min(row[j], before_last[j - 2] + 1);
     }
   }

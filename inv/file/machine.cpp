@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "inv/base/characters.h"
 #include "inv/file/debug_output.h"
 #include "inv/file/timestamp.h"
 
@@ -23,26 +24,14 @@ constexpr std::string_view kPlaceholders[] = {"not available",
                                               "unknown",
                                               "invalid",
                                               "(null)",
-                                              "to be filled by o.e.m."};
+                                              "to be filled by o.e.m.",
+                                              "0123456789",
+                                              "123456789",
+                                              "1234567890"};
 
 std::string_view trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
   return first == text.npos ? "" : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-bool is_placeholder(std::string_view text) {
-  const auto small = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  const auto same = [&](std::string_view other) {
-    return std::equal(text.begin(), text.end(), other.begin(), other.end(),
-                      [&](char one, char two) { return small(one) == two; });
-  };
-  return std::any_of(std::begin(kPlaceholders), std::end(kPlaceholders), same);
-}
-
-// Zeros, or the bits of a UUID that were never set, identify nothing either.
-bool identifies(std::string_view text) {
-  return text.find_first_not_of("0-. ") != text.npos && text.find_first_not_of("Ff-") != text.npos &&
-         !is_placeholder(text);
 }
 
 std::string first_of(std::initializer_list<std::string_view> texts) {
@@ -54,7 +43,7 @@ std::string first_of(std::initializer_list<std::string_view> texts) {
 
 std::string first_identifying(std::initializer_list<std::string_view> texts) {
   for (const std::string_view text : texts) {
-    if (identifies(trimmed(text))) return std::string(trimmed(text));
+    if (!is_placeholder(trimmed(text))) return std::string(trimmed(text));
   }
   return std::string();
 }
@@ -85,6 +74,16 @@ std::string name_and_address(const Inventory& inventory) {
 }
 
 }  // namespace
+
+bool is_placeholder(std::string_view text) {
+  // Zeros, or the bits of a UUID that were never set.
+  if (text.find_first_not_of("0-. ") == text.npos || text.find_first_not_of("Ff-") == text.npos) return true;
+  return std::any_of(std::begin(kPlaceholders), std::end(kPlaceholders),
+                     [text](std::string_view placeholder) {
+                       return std::equal(text.begin(), text.end(), placeholder.begin(), placeholder.end(),
+                                         [](char one, char other) { return lower_case(one) == other; });
+                     });
+}
 
 std::string machine_identity(const Inventory& inventory) {
   const Element asset = inventory.asset_top();

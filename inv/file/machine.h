@@ -2,10 +2,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "inv/file/inventory.h"
 
 namespace inv {
+
+// Whether a serial number or a UUID identifies nothing: an empty text, zeros, and what makers and virtual
+// machines leave there ("System Serial#"), in any case.
+bool is_placeholder(std::string_view text);
 
 // What identifies a machine, the same in every file of it: its serial number; without one that identifies
 // anything its platform UUID; else its name and its hardware address, as far as the file knows them; else the

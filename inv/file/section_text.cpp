@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "inv/base/byte_reader.h"
+#include "inv/base/characters.h"
 #include "inv/file/inflate.h"
 #include "zxml/text_form.h"
 
@@ -12,10 +13,6 @@ namespace inv {
 namespace {
 
 const std::string kFirstIndexLine = "[" + std::string(kRootPart) + "]\n";
-
-bool ends_with(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
 
 // A leaf that was given children is measured with them but written without, and the difference is filled with
 // NULs.

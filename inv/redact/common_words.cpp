@@ -135,19 +135,6 @@ constexpr std::string_view kCommonWords[] = {"account",
                                              "work",
                                              "xarts"};
 
-constexpr std::string_view kPlaceholders[] = {"0123456789",
-                                              "123456789",
-                                              "1234567890",
-                                              "default string",
-                                              "n/a",
-                                              "none",
-                                              "not available",
-                                              "not specified",
-                                              "system serial#",
-                                              "system serial number",
-                                              "to be filled by o.e.m.",
-                                              "unknown"};
-
 constexpr std::string_view kUsualFolders[] = {"application support",
                                               "applications",
                                               "bin",
@@ -222,10 +209,6 @@ bool is_device(std::string_view name) {
 
 bool is_common_word(std::string_view name) {
   return is_device(name) || is_one_of(kCommonWords, without_number(without_data(name)));
-}
-
-bool is_placeholder(std::string_view serial) {
-  return serial.find_first_not_of("0 .-") == std::string_view::npos || is_one_of(kPlaceholders, serial);
 }
 
 bool is_usual_folder(std::string_view name) { return is_one_of(kUsualFolders, name); }

@@ -12,9 +12,6 @@ namespace inv {
 // names.
 bool is_common_word(std::string_view name);
 
-// Whether a serial number stands for none: zeros, and what makers leave behind ("System Serial#").
-bool is_placeholder(std::string_view serial);
-
 // Whether a folder below a person's own is one that the system makes there: "Library", "Desktop", "Caches".
 bool is_usual_folder(std::string_view name);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "inv/base/byte_reader.h"
+#include "inv/base/characters.h"
+#include "inv/file/machine.h"
 #include "inv/redact/common_words.h"
 
 namespace inv {
@@ -85,8 +87,6 @@ template <size_t count>
 bool is_one_of(const std::string_view (&texts)[count], std::string_view text) {
   return std::find(std::begin(texts), std::end(texts), text) != std::end(texts);
 }
-
-bool is_control(char character) { return static_cast<unsigned char>(character) < ' ' || character == '\x7F'; }
 
 std::string_view trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(' ');

@@ -3,9 +3,9 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 
+#include "inv/base/characters.h"
 #include "inv/base/sha256.h"
 #include "inv/redact/token_finder.h"
 
@@ -23,14 +23,9 @@ constexpr size_t kUuidVariantDigit = 16;
 constexpr size_t kShortestSerial = 4;
 constexpr size_t kNameLength = 10;
 
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
-bool is_small(char character) { return character >= 'a' && character <= 'z'; }
-bool is_capital(char character) { return character >= 'A' && character <= 'Z'; }
-bool is_hex(char character) { return std::isxdigit(static_cast<unsigned char>(character)) != 0; }
-
 bool has_form(std::string_view text, std::string_view form) {
   return std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char character, char wanted) {
-    return wanted == 'X' ? is_hex(character) : character == wanted;
+    return wanted == 'X' ? is_hex_digit(character) : character == wanted;
   });
 }
 
@@ -45,9 +40,7 @@ bool is_ip_address(int family, std::string_view text) {
 }
 
 Shape serial_shape(std::string_view text) {
-  const auto letters = std::count_if(text.begin(), text.end(), [](char character) {
-    return is_digit(character) || is_small(character) || is_capital(character);
-  });
+  const auto letters = std::count_if(text.begin(), text.end(), is_letter_or_digit);
   return static_cast<size_t>(letters) < kShortestSerial ? Shape::name : Shape::serial;
 }
 
@@ -63,8 +56,7 @@ std::string filled(std::string_view form, std::string_view digits) {
 }
 
 bool is_in_capitals(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), is_capital) &&
-         std::none_of(text.begin(), text.end(), is_small);
+  return std::any_of(text.begin(), text.end(), is_upper) && std::none_of(text.begin(), text.end(), is_lower);
 }
 
 // Random numbers, always the same ones for the same key and original.
@@ -122,9 +114,9 @@ std::string make_serial(Numbers& numbers, std::string_view occurrence) {
   for (char& character : serial) {
     if (is_digit(character))
       character = numbers.one_of(kDigits);
-    else if (is_small(character))
+    else if (is_lower(character))
       character = numbers.one_of(kSmallLetters);
-    else if (is_capital(character))
+    else if (is_upper(character))
       character = numbers.one_of(kCapitals);
   }
   return serial;
@@ -162,9 +154,9 @@ std::string make_hex(Numbers& numbers, Shape shape, std::string_view occurrence)
   std::string text(occurrence);
   size_t place = 0;
   for (char& character : text) {
-    if (!is_hex(character)) continue;
+    if (!is_hex_digit(character)) continue;
     const char digit = make_hex_digit(numbers, shape, place++, character);
-    character = capitals && is_small(digit) ? static_cast<char>(digit - 'a' + 'A') : digit;
+    character = capitals && is_lower(digit) ? static_cast<char>(digit - 'a' + 'A') : digit;
   }
   return text;
 }
@@ -183,8 +175,9 @@ Shape shape_of(IdentifierKind kind, std::string_view original) {
 std::string canonical_form(Shape shape, std::string_view original) {
   std::string canonical = folded(original);
   if (shape == Shape::mac || shape == Shape::uuid) {
-    canonical.erase(std::remove_if(canonical.begin(), canonical.end(), [](char c) { return !is_hex(c); }),
-                    canonical.end());
+    canonical.erase(
+        std::remove_if(canonical.begin(), canonical.end(), [](char c) { return !is_hex_digit(c); }),
+        canonical.end());
   }
   return canonical;
 }

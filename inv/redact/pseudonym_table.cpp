@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "inv/base/characters.h"
 #include "inv/redact/common_words.h"
 
 namespace inv {
@@ -15,12 +16,10 @@ constexpr size_t kFewestDigits = 6;
 
 bool is_findable(Shape shape, std::string_view text) {
   if (shape == Shape::ipv4 || shape == Shape::ipv6) return true;
-  const auto is_letter = [](char character) {
-    const unsigned char byte = static_cast<unsigned char>(character);
-    return byte >= 0x80 || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+  const auto is_in_word = [](char character) {
+    return is_letter(character) || static_cast<unsigned char>(character) >= 0x80;
   };
-  const auto is_digit = [](char character) { return character >= '0' && character <= '9'; };
-  if (std::any_of(text.begin(), text.end(), is_letter)) return text.size() > 1;
+  if (std::any_of(text.begin(), text.end(), is_in_word)) return text.size() > 1;
   return static_cast<size_t>(std::count_if(text.begin(), text.end(), is_digit)) >= kFewestDigits;
 }
 

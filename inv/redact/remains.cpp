@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "inv/base/characters.h"
 #include "inv/file/text_lines.h"
 #include "inv/redact/token_finder.h"
 
@@ -38,8 +39,7 @@ bool is_domain(std::string_view label) {
 }
 
 bool is_in_host(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-         (character >= '0' && character <= '9') || character == '.' || character == '-';
+  return is_letter_or_digit(character) || character == '.' || character == '-';
 }
 
 // "mail.example.com", and not "com.example.mail", "1.2.3" or "x.app".

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <optional>
 
+#include "inv/base/characters.h"
 #include "inv/redact/common_words.h"
 #include "inv/redact/token_finder.h"
 
@@ -45,20 +46,11 @@ constexpr std::string_view kSecondLevels[] = {"ac",  "co", "com", "edu", "go",
 
 constexpr size_t kUuidSize = 36;
 
-bool is_control(char character) { return static_cast<unsigned char>(character) < ' ' || character == '\x7F'; }
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
-bool is_letter(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
 bool is_in_host(char character) {
-  return is_letter(character) || is_digit(character) || character == '.' || character == '-';
+  return is_letter_or_digit(character) || character == '.' || character == '-';
 }
 bool is_in_mailbox(char character) {
   return is_in_host(character) || character == '_' || character == '+' || character == '%';
-}
-bool is_in_uuid(char character) {
-  return is_digit(character) || (character >= 'a' && character <= 'f') ||
-         (character >= 'A' && character <= 'F');
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -67,12 +59,12 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-bool begins_with(std::string_view text, std::string_view small_beginning) {
+bool begins_in_any_case(std::string_view text, std::string_view small_beginning) {
   return text.size() >= small_beginning.size() &&
          folded(text.substr(0, small_beginning.size())) == small_beginning;
 }
 
-bool ends_with(std::string_view text, std::string_view small_end) {
+bool ends_in_any_case(std::string_view text, std::string_view small_end) {
   return text.size() >= small_end.size() && folded(text.substr(text.size() - small_end.size())) == small_end;
 }
 
@@ -98,12 +90,12 @@ bool is_followed_by_slash(std::string_view text, size_t length) {
 
 bool is_bundle(std::string_view folder) {
   return std::any_of(std::begin(kBundles), std::end(kBundles),
-                     [folder](std::string_view end) { return ends_with(folder, end); });
+                     [folder](std::string_view end) { return ends_in_any_case(folder, end); });
 }
 
 // Whether a host is this domain or in it.
 bool is_of_domain(std::string_view host, std::string_view domain) {
-  return ends_with(host, domain) &&
+  return ends_in_any_case(host, domain) &&
          (host.size() == domain.size() || host[host.size() - domain.size() - 1] == '.');
 }
 
@@ -164,12 +156,12 @@ class Tracer {
   void look_at_path(size_t slash) {
     const std::string_view rest = text_.substr(slash);
     for (const FolderRow& folder : kFolders) {
-      if (begins_with(rest, folder.path)) add_entry(folder, slash);
+      if (begins_in_any_case(rest, folder.path)) add_entry(folder, slash);
     }
     for (const std::string_view folder : kHostFolders) {
-      if (begins_with(rest, folder)) add_host(up_to(kEndsOfWord, false, rest.substr(folder.size())));
+      if (begins_in_any_case(rest, folder)) add_host(up_to(kEndsOfWord, false, rest.substr(folder.size())));
     }
-    if (begins_with(rest, kTemporaryFolder)) add_temporary_folder(slash + kTemporaryFolder.size());
+    if (begins_in_any_case(rest, kTemporaryFolder)) add_temporary_folder(slash + kTemporaryFolder.size());
   }
 
   // The names that a folder's entry may have: first the whole one up to a slash, if it is longer than the
@@ -263,7 +255,7 @@ class Tracer {
     if (text.size() < kUuidSize) return;
     for (size_t i = 0; i < text.size(); ++i) {
       const bool is_hyphen_due = i == 8 || i == 13 || i == 18 || i == 23;
-      if (is_hyphen_due ? text[i] != '-' : !is_in_uuid(text[i])) return;
+      if (is_hyphen_due ? text[i] != '-' : !is_hex_digit(text[i])) return;
     }
     add(text);
   }

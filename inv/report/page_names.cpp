@@ -1,20 +1,16 @@
 #include "inv/report/page_names.h"
 
+#include "inv/base/characters.h"
+
 namespace inv {
 namespace {
 
 constexpr size_t kLongestIdentity = 60;
 
-bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
-
-char small(char c) { return is_capital(c) ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool is_plain(char c) {
-  return is_capital(c) || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
-}
+bool is_plain(char c) { return is_letter_or_digit(c) || c == '-'; }
 
 std::string in_small_letters(std::string text) {
-  for (char& c : text) c = small(c);
+  for (char& c : text) c = lower_case(c);
   return text;
 }
 

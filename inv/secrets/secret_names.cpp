@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "inv/base/characters.h"
+
 namespace inv {
 namespace {
 
@@ -34,10 +36,6 @@ constexpr std::string_view kAboutSecrets[] = {
     "mode", "alg",  "method", "algorithm", "version", "url",  "uri",    "host", "port", "timeout", "format",
 };
 
-bool is_upper(char c) { return c >= 'A' && c <= 'Z'; }
-bool is_lower(char c) { return c >= 'a' && c <= 'z'; }
-bool is_letter(char c) { return is_upper(c) || is_lower(c); }
-
 // Whether a word begins at this letter: "access_key", "accessKey", "APIKey".
 bool begins_word(std::string_view name, size_t at) {
   if (at == 0 || !is_letter(name[at - 1])) return true;
@@ -50,13 +48,9 @@ std::vector<std::string> words_of(std::string_view name) {
   for (size_t at = 0; at < name.size(); ++at) {
     if (!is_letter(name[at])) continue;
     if (begins_word(name, at)) words.emplace_back();
-    words.back() += static_cast<char>(is_upper(name[at]) ? name[at] - 'A' + 'a' : name[at]);
+    words.back() += lower_case(name[at]);
   }
   return words;
-}
-
-bool ends_with(std::string_view word, std::string_view end) {
-  return word.size() >= end.size() && word.substr(word.size() - end.size()) == end;
 }
 
 bool is_secret_word(std::string_view word) {

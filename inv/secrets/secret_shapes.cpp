@@ -5,19 +5,13 @@
 #include <cstdint>
 #include <iterator>
 
+#include "inv/base/characters.h"
+
 namespace inv {
 namespace {
 
-bool is_upper(char c) { return c >= 'A' && c <= 'Z'; }
-bool is_lower(char c) { return c >= 'a' && c <= 'z'; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_word_character(char c) { return is_upper(c) || is_lower(c) || is_digit(c); }
-bool is_token_character(char c) { return is_word_character(c) || c == '_' || c == '-'; }
+bool is_token_character(char c) { return is_letter_or_digit(c) || c == '_' || c == '-'; }
 bool is_dotted_token_character(char c) { return is_token_character(c) || c == '.'; }
-
-bool starts_with(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
-}
 
 // A token that its issuer made recognisable.
 struct TokenShape {
@@ -30,8 +24,8 @@ struct TokenShape {
 constexpr TokenShape kTokenShapes[] = {
     {"AGE-SECRET-KEY-1", 50},
     {"AIza", 30},
-    {"AKIA", 16, is_word_character},
-    {"ASIA", 16, is_word_character},
+    {"AKIA", 16, is_letter_or_digit},
+    {"ASIA", 16, is_letter_or_digit},
     {"ATATT3", 20},
     {"GOCSPX-", 20},
     {"NRAK-", 20},
@@ -50,10 +44,10 @@ constexpr TokenShape kTokenShapes[] = {
     {"gldt-", 16},
     {"glrt-", 16},
     {"glsa_", 20},
-    {"hf_", 30, is_word_character},
+    {"hf_", 30, is_letter_or_digit},
     {"hvs.", 20, is_dotted_token_character},
     {"lin_api_", 20},
-    {"npm_", 30, is_word_character},
+    {"npm_", 30, is_letter_or_digit},
     {"pypi-", 40},
     {"rk_live_", 16},
     {"rk_test_", 16},
@@ -64,7 +58,7 @@ constexpr TokenShape kTokenShapes[] = {
     {"sk_test_", 16},
     {"sk-ant-", 20},
     {"sk-proj-", 20},
-    {"sk-", 40, is_word_character},
+    {"sk-", 40, is_letter_or_digit},
     {"sntrys_", 20},
     {"tskey-", 16},
     {"whsec_", 20},
@@ -117,7 +111,7 @@ class ShapeFinder {
   size_t find_at(size_t at) {
     if (text_[at] == '-') return find_private_key(at);
     if (text_[at] == ':') return find_password(at);
-    if (!is_word_character(text_[at]) || (at > 0 && is_word_character(text_[at - 1]))) return at;
+    if (!is_letter_or_digit(text_[at]) || (at > 0 && is_letter_or_digit(text_[at - 1]))) return at;
     return text_[at] == kJsonWebToken[0] ? find_json_web_token(at) : find_token(at);
   }
 
@@ -214,8 +208,7 @@ Mixture mixture_of(std::string_view text) {
     ++*counts[kind];
     if (is_change(before, kind)) ++mixture.changes;
     before = kind;
-    const bool letter = (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-    mixture.hexadecimal = mixture.hexadecimal && (is_digit(c) || letter);
+    mixture.hexadecimal = mixture.hexadecimal && is_hex_digit(c);
   }
   return mixture;
 }

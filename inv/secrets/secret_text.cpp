@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "inv/base/characters.h"
 #include "inv/secrets/secret_names.h"
 
 namespace inv {
@@ -15,11 +16,6 @@ constexpr std::string_view kBehindValue = "&;,#\"'}";
 
 bool is_any_of(char c, std::string_view set) { return set.find(c) != set.npos; }
 
-char lower_case(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool is_letter_or_digit(char c) {
-  return (c >= '0' && c <= '9') || (lower_case(c) >= 'a' && lower_case(c) <= 'z');
-}
 bool belongs_to_name(char c) { return is_letter_or_digit(c) || is_any_of(c, "_-."); }
 bool belongs_to_random_text(char c) { return is_letter_or_digit(c) || is_any_of(c, "+/_-"); }
 

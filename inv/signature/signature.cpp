@@ -3,6 +3,7 @@
 #include <sodium.h>
 
 #include "inv/base/base64.h"
+#include "inv/base/characters.h"
 #include "inv/base/sha256.h"
 #include "inv/signature/wire.h"
 
@@ -18,10 +19,6 @@ constexpr char kDamaged[] = "the signature is damaged";
 
 const unsigned char* bytes_of(std::string_view text) {
   return reinterpret_cast<const unsigned char*>(text.data());
-}
-
-bool starts_with(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
 }
 
 // What the armor holds. As for ssh-keygen, the first line is the armor's own, and what follows its end does

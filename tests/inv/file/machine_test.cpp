@@ -61,10 +61,44 @@ TEST(Machine, ADebugFileHasTheTimeOfItsAttempt) {
   EXPECT_EQ(inv::scan_timestamp(*inventory), "now");
 }
 
+constexpr const char* kPlaceholders[] = {"Not Available",
+                                         "System Serial#",
+                                         "NOT AVAILABLE",
+                                         "Not Specified",
+                                         "not applicable",
+                                         "System Serial Number",
+                                         "Serial Number",
+                                         "Default string",
+                                         "none",
+                                         "n/a",
+                                         "To Be Filled By O.E.M.",
+                                         "Unknown",
+                                         "INVALID",
+                                         "(null)",
+                                         "0",
+                                         "000000000000",
+                                         "0000-0000",
+                                         "0.0",
+                                         "0 0",
+                                         "0123456789",
+                                         "123456789",
+                                         "1234567890",
+                                         "FFFF-FFFF",
+                                         "ffff",
+                                         ""};
+
+TEST(IsPlaceholder, KnowsWhatMakersLeaveWhereASerialNumberBelongs) {
+  for (const char* text : kPlaceholders) EXPECT_TRUE(inv::is_placeholder(text)) << text;
+}
+
+TEST(IsPlaceholder, AcceptsWhatOnlyResemblesOne) {
+  for (const char* text : {"C02TEST00001", "12345678", "01234567890", "0F0", "None1", "(null"}) {
+    EXPECT_FALSE(inv::is_placeholder(text)) << text;
+  }
+}
+
 TEST(Machine, APlaceholderIdentifiesNothing) {
-  for (const char* serial :
-       {"Not Available", "System Serial#", "NOT AVAILABLE", " none ", "0", "000000000000", "0000-0000", "n/a",
-        "To Be Filled By O.E.M.", "Unknown", "   "}) {
+  for (const char* serial : {"Not Available", " none ", "000000000000", "123456789", "   "}) {
     EXPECT_EQ(identity_of_text(
                   "+Snapshot=\nhostname=mac\n+System=\n*Computer-system=\nuuid=U-1\n*Chassis=\nserial=" +
                   std::string(serial) + "\n-\n-\n"),

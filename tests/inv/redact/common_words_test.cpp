@@ -19,13 +19,6 @@ TEST(IsCommonWord, IsNoneThatSomebodyChose) {
   }
 }
 
-TEST(IsPlaceholder, KnowsWhatMakersLeaveBehind) {
-  EXPECT_TRUE(inv::is_placeholder("System Serial#"));
-  EXPECT_TRUE(inv::is_placeholder("000000000"));
-  EXPECT_TRUE(inv::is_placeholder(""));
-  EXPECT_FALSE(inv::is_placeholder("C02TEST00001"));
-}
-
 TEST(IsUsualFolder, KnowsFoldersOfTheSystem) {
   EXPECT_TRUE(inv::is_usual_folder("Library"));
   EXPECT_TRUE(inv::is_usual_folder("application support"));
