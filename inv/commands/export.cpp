@@ -30,6 +30,7 @@ struct Options {
   std::string output = "-";
   bool keep_secrets = false;
   std::string format;
+  std::string table;
   bool csv_safe = false;
   bool force = false;
   uint64_t max_size = kUsualMaxSize;
@@ -37,7 +38,8 @@ struct Options {
 
 ExportOptions form_of(const Options& options) {
   const bool for_terminal = options.output == "-" && output_terminal().interactive;
-  return {kFormats.at(options.format), options.csv_safe ? Formulas::disarmed : Formulas::kept, for_terminal};
+  return {kFormats.at(options.format), options.csv_safe ? Formulas::disarmed : Formulas::kept, for_terminal,
+          find_table(options.table)};
 }
 
 enum Fate : size_t { kExported, kSkipped, kRefused, kDamaged };
@@ -100,8 +102,14 @@ class Writer {
   std::set<Digest> written_;
 };
 
+bool has_rows(ExportFormat format) { return format == ExportFormat::ndjson || format == ExportFormat::csv; }
+
 int run(const Options& options) {
   int status = kDone;
+  if (!options.table.empty() && !has_rows(kFormats.at(options.format))) {
+    complain("--table", "there are no rows in " + options.format + "; choose --format ndjson or csv");
+    return kUnusable;
+  }
   const std::vector<std::string> files = find_files(options.files, status);
   if (is_over_input(options.output, files, options.force)) return kUnusable;
   OutputFile output(options.output);
@@ -132,6 +140,7 @@ constexpr char kExamples[] =
     "  inv export --format json MAC.inv | jq '.[].name'\n"
     "  inv export --format csv -o facts.csv *.inv\n"
     "  inv export --format ndjson --jobs 2 spool -o facts.ndjson   every *.inv in a folder\n"
+    "  inv export --table software --format csv *.inv   a row for each application\n"
     "  inv export --format ndjson *.inv | clickhouse-local --input-format JSONEachRow ...\n"
     "  inv export --format zxml MAC.inv            the texts as they are in the file\n";
 
@@ -145,6 +154,13 @@ void add_export(CLI::App& app, int& status) {
                ->required()
                ->type_name("NAME"),
            {"json", "ndjson", "csv", "zxml"});
+  limit_to(
+      command
+          .add_option("--table", options->table,
+                      "One kind of thing, a row each: machines, software, disks, volumes, memory, displays, "
+                      "adapters, accounts, processes, packages or security")
+          ->type_name("NAME"),
+      table_names());
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
   command.add_flag("--csv-safe", options->csv_safe,

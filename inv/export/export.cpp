@@ -55,10 +55,12 @@ void Exporter::write(std::string_view text) {
 
 void Exporter::begin() {
   if (options_.format == ExportFormat::json) write("[");
-  if (options_.format == ExportFormat::csv) write(csv_columns());
+  if (options_.format == ExportFormat::csv) write(csv_columns(rows_));
 }
 
 void Exporter::add(const Inventory& inventory) {
+  ++added_;
+  if (options_.table) return add_table(inventory);
   switch (options_.format) {
     case ExportFormat::json:
       add_json(inventory);
@@ -73,7 +75,6 @@ void Exporter::add(const Inventory& inventory) {
       add_zxml(inventory);
       break;
   }
-  ++added_;
 }
 
 void Exporter::add_rendered(std::string_view text) {
@@ -96,7 +97,7 @@ void Exporter::add_json(const Inventory& inventory) {
                         {"timestamp", scan.timestamp},
                         {"scan_id", scan.id},
                         {"scanned_at", scan.time.empty() ? Json() : Json(scan.time)}};
-  write(added_ == 0 ? "\n" : ",\n");
+  write(added_ == 1 ? "\n" : ",\n");
   write(with_open_list(machine, "trees"));
   bool first = true;
   for (const Content& content : inventory.contents) {
@@ -140,11 +141,28 @@ void Exporter::add_rows(const Rows& rows, const Inventory& inventory) {
   std::string text;
   each_fact(inventory, [&](const Fact& fact) {
     rows.append(fact, text);
-    if (text.size() < kPiece) return;
-    write(text);
-    text.clear();
+    write_piece(text);
   });
   write(text);
+}
+
+void Exporter::add_table(const Inventory& inventory) {
+  std::string text;
+  each_row(*options_.table, inventory, scan_of(inventory), [&](const std::vector<Cell>& cells) {
+    if (options_.format == ExportFormat::csv) {
+      append_csv_row(text, cells, options_.formulas);
+    } else {
+      append_ndjson_row(text, rows_, cells);
+    }
+    write_piece(text);
+  });
+  write(text);
+}
+
+void Exporter::write_piece(std::string& text) {
+  if (text.size() < kPiece) return;
+  write(text);
+  text.clear();
 }
 
 void Exporter::add_zxml(const Inventory& inventory) {

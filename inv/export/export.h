@@ -16,14 +16,18 @@ struct ExportOptions {
   ExportFormat format = ExportFormat::json;
   Formulas formulas = Formulas::kept;  // in CSV
   bool for_terminal = false;           // makes texts printable; see utf8.h
+  const TypedTable* table = nullptr;   // its rows in place of facts; of NDJSON and CSV only
 };
 
 // Writes file after file to a stream: JSON as one array with an object for each file, an element a line;
-// NDJSON and CSV with a line for each fact; zxml as the texts of the trees, one after the other. Bytes that
-// are not UTF-8 become U+FFFD, but in zxml, which is the text itself.
+// NDJSON and CSV with a line for each fact or each row of a table; zxml as the texts of the trees, one after
+// the other. Bytes that are not UTF-8 become U+FFFD, but in zxml, which is the text itself.
 class Exporter {
  public:
-  Exporter(const ExportOptions& options, std::FILE* stream) : options_(options), stream_(stream) {}
+  Exporter(const ExportOptions& options, std::FILE* stream)
+      : options_(options),
+        rows_(options.table ? row_kind_of(*options.table) : fact_rows()),
+        stream_(stream) {}
 
   void begin();
   void add(const Inventory& inventory);
@@ -40,10 +44,14 @@ class Exporter {
   void add_json_element(Element element);
   template <typename Rows>
   void add_rows(const Rows& rows, const Inventory& inventory);
+  void add_table(const Inventory& inventory);
+  // In pieces, so that not all rows have to fit into memory.
+  void write_piece(std::string& text);
   void add_zxml(const Inventory& inventory);
   void write(std::string_view text);
 
   ExportOptions options_;
+  RowKind rows_;  // of NDJSON and CSV
   std::FILE* stream_;
   size_t added_ = 0;
   bool good_ = true;

@@ -27,8 +27,32 @@ bool is_formula(std::string_view text) {
 
 }  // namespace
 
-std::string csv_columns() {
-  return "machine,path,name,value,unit,base_value,scan_id,scanned_at,section,kind,element,number\r\n";
+const RowKind& fact_rows() {
+  static const RowKind kRows = {
+      "facts",
+      "a value of a scan",
+      {{"machine", CellType::text, true, "",
+        "what identifies the Mac: its serial number, else its UUID, else its name and hardware address"},
+       {"path", CellType::text, true, "", "where the value is in the scan, for inv get"},
+       {"name", CellType::text, true, "", "the last segment of the path"},
+       {"value", CellType::text, true, "", "the value, as the scan has it"},
+       {"unit", CellType::text, true, "", "the value's unit; empty for texts and plain numbers"},
+       {"base_value", CellType::text, true, "",
+        "the exact value of a rounded one: bytes, for sizes; else empty"},
+       {"scan_id", CellType::text, true, "", "the SHA-256 of the scan's file"},
+       {"scanned_at", CellType::time, false, "", "when the scan was made"},
+       {"section", CellType::text, true, "", "what holds the value: snapshot or asset"},
+       {"kind", CellType::text, true, "", "the path without its numbers and names"},
+       {"element", CellType::text, true, "", "these numbers and names, slashes between"},
+       {"number", CellType::number, false, "",
+        "the value, where it is a decimal number of at most 15 digits"}}};
+  return kRows;
+}
+
+std::string csv_columns(const RowKind& rows) {
+  std::string line;
+  for (const RowColumn& column : rows.columns) line.append(line.empty() ? "" : ",").append(column.name);
+  return line + "\r\n";
 }
 
 void append_csv(std::string& csv, std::string_view text, Formulas formulas) {
@@ -96,6 +120,50 @@ void CsvRows::append(const Fact& fact, std::string& lines) const {
   append_next(lines, fact.kind);
   append_next(lines, fact.index);
   append_next(lines, is_number(fact.value) ? fact.value : "");
+  lines += "\r\n";
+}
+
+namespace {
+
+void append_json_cell(std::string& json, CellType type, const std::string& text) {
+  switch (type) {
+    case CellType::text:
+    case CellType::time:
+    case CellType::date:
+      append_json(json, text);
+      break;
+    case CellType::integer:
+    case CellType::size:
+    case CellType::number:
+      json += text;
+      break;
+    case CellType::boolean:
+      json += text == "1" ? "true" : "false";
+      break;
+  }
+}
+
+}  // namespace
+
+void append_ndjson_row(std::string& lines, const RowKind& rows, const std::vector<Cell>& cells) {
+  const char* separator = "{\"";
+  for (size_t i = 0; i < cells.size(); ++i) {
+    lines.append(separator).append(rows.columns[i].name).append("\":");
+    separator = ",\"";
+    if (cells[i]) {
+      append_json_cell(lines, rows.columns[i].type, *cells[i]);
+    } else {
+      lines += "null";
+    }
+  }
+  lines += "}\n";
+}
+
+void append_csv_row(std::string& lines, const std::vector<Cell>& cells, Formulas formulas) {
+  for (size_t i = 0; i < cells.size(); ++i) {
+    if (i > 0) lines += ',';
+    append_csv(lines, cells[i].value_or(""), formulas);
+  }
   lines += "\r\n";
 }
 

@@ -5,13 +5,18 @@
 #include <string>
 #include <string_view>
 
+#include "inv/export/columns.h"
+#include "inv/export/tables.h"
 #include "inv/facts/facts.h"
 #include "inv/facts/scan.h"
 
 namespace inv {
 
+// The columns of a row for each fact.
+const RowKind& fact_rows();
+
 // The first line of CSV.
-std::string csv_columns();
+std::string csv_columns(const RowKind& rows);
 
 // What a field of CSV does with a text that a spreadsheet would take for a formula: one that begins with "=",
 // "+", "-", "@", a tab or a carriage return, and is no number.
@@ -44,5 +49,10 @@ class CsvRows {
   std::string front_;
   std::string middle_;
 };
+
+// Appends a row of a typed table, whose cells are those of the columns. NDJSON has numbers, booleans and
+// null; an empty cell of CSV is nothing.
+void append_ndjson_row(std::string& lines, const RowKind& rows, const std::vector<Cell>& cells);
+void append_csv_row(std::string& lines, const std::vector<Cell>& cells, Formulas formulas);
 
 }  // namespace inv

@@ -5,6 +5,7 @@
     inv/facts/catalogue.py facts     # C++: units, identifiers, identities and passing facts by path
     inv/facts/catalogue.py reports   # C++: the tables of a report
     inv/facts/catalogue.py views     # C++: the views of the database
+    inv/facts/catalogue.py tables    # C++: the typed tables of exports
 
 Prints to standard output, or into the file that -o names."""
 
@@ -29,6 +30,11 @@ OWN_VALUE = "own value"
 # How a column shows its values: ColumnForm in report_tables.h, and the type of a view's column.
 COLUMN_FORMS = {"text": None, "date": None, "word": None, "number": "INTEGER", "amount": "INTEGER", "yes/no": "INTEGER"}
 FORMS_OF_KINDS = {"integer": "number", "decimal": "number", "yes/no": "yes/no"}
+# The same for a typed table, whose cells are not for people: CellForm in tables.h.
+CELL_FORMS = {"text": "text", "integer": "integer", "number": "number", "yes/no": "yes_no", "bytes": "bytes", "seconds": "seconds", "time": "time",
+              "date": "date"}  # fmt: skip
+CELL_FORMS_OF_KINDS = {"integer": "integer", "decimal": "number", "yes/no": "yes/no"}
+SIZE_UNITS = ("KB", "MB", "GB")
 
 
 class Mistake(Exception):
@@ -82,8 +88,8 @@ def key_of(tree, path):
 class Table:
     """What the report or the database shows of some elements: a column for each of the chosen facts."""
 
-    def __init__(self, line, use, title, rows):
-        self.line, self.use, self.title, self.rows = line, use, title, rows
+    def __init__(self, line, use, title, rows, description):
+        self.line, self.use, self.title, self.rows, self.description = line, use, title, rows, description
         self.columns = []
 
     @property
@@ -92,14 +98,19 @@ class Table:
         return re.sub(r":\w+", ":*", self.rows)
 
     @property
+    def patterns(self):
+        """Of a typed table, whose rows can come from several lists."""
+        return self.pattern.split(" or ")
+
+    @property
     def is_whole_scan(self):
         """Whether its rows are scans, and its columns are paths from the top element on."""
         return self.rows == "/"
 
 
 class Column:
-    def __init__(self, line, title, source, form):
-        self.line, self.title, self.source, self.form = line, title, source, form
+    def __init__(self, line, title, source, form, description):
+        self.line, self.title, self.source, self.form, self.description = line, title, source, form, description
         self.kind = None
 
     @property
@@ -185,11 +196,14 @@ class Catalogue:
         self.page[-1].append(fact)
 
     def read_table(self, number, line):
-        parts = re.fullmatch(r"\[(report|view) (.+): (/.*)\]", line)
+        parts = re.fullmatch(r"\[(report|view|table) ([^:]+): (/.*)\](?: (.+))?", line)
         if not parts:
-            raise Mistake(number, f"not [report TITLE: /ROWS] or [view NAME: /ROWS]: {line}")
-        self.tables.append(Table(number, *parts.groups()))
-        return self.tables[-1]
+            raise Mistake(number, f"not [report TITLE: /ROWS], [view NAME: /ROWS] or [table NAME: /ROWS] DESCRIPTION: {line}")
+        table = Table(number, *parts.groups())
+        if bool(table.description) != (table.use == "table"):
+            raise Mistake(number, f"a description belongs to a table, and to nothing else: {table.title}")
+        self.tables.append(table)
+        return table
 
     def read_field(self, number, line):
         name, colon, text = line.partition(": ")
@@ -205,12 +219,16 @@ class Catalogue:
             self.block.fields[name] = text
 
     def read_column(self, number, title, text):
+        text, _, description = text.partition(" | ")
         source, _, form = text.partition(" as ")
-        if form and form not in COLUMN_FORMS:
-            raise Mistake(number, f'"{form}" is not one of: {", ".join(COLUMN_FORMS)}')
+        forms = CELL_FORMS if self.block.use == "table" else COLUMN_FORMS
+        if form and form not in forms:
+            raise Mistake(number, f'"{form}" is not one of: {", ".join(forms)}')
         if title in (column.title for column in self.block.columns):
             raise Mistake(number, f'"{title}" is a column already')
-        self.block.columns.append(Column(number, title, source, form))
+        if bool(description) != (self.block.use == "table"):
+            raise Mistake(number, f"a description belongs to a column of a table, and to nothing else: {title}")
+        self.block.columns.append(Column(number, title, source, form, description))
 
     def check(self):
         self.by_key = {}
@@ -226,6 +244,9 @@ class Catalogue:
             if (table.use, table.title) in titles:
                 raise Mistake(table.line, f"there is a {table.use} {table.title} already")
             titles.add((table.use, table.title))
+        for table in self.tables:
+            if table.use == "table":
+                self.check_agreement(table)
 
     def check_fact(self, fact):
         if fact.key in self.by_key:
@@ -284,33 +305,47 @@ class Catalogue:
         for column in table.columns:
             self.check_column(table, column, elements)
 
+    def check_agreement(self, table):
+        """A view and a table of the same elements call nothing else by the same name."""
+        sources = {column.title: column.sources for column in table.columns}
+        for view in self.tables:
+            for column in view.columns if (view.use, view.rows) == ("view", table.rows) else ():
+                known = sources.get(column.title, column.sources)
+                if not {without_prefix(source, BASE_VALUE) for source in column.sources} <= set(known):
+                    raise Mistake(column.line, f'"{column.title}" of the view {view.title} is something else than that of the table {table.title}')
+
     def elements_of(self, table):
-        pattern = re.compile(re.escape(table.rows).replace(r"\*", "[^/]+"))
+        pattern = re.compile("|".join(re.escape(rows).replace(r"\*", "[^/]+") for rows in table.rows.split(" or ")))
         return [fact for fact in self.facts if fact.tree == "Snapshot" and pattern.fullmatch(fact.path)]
 
     def check_column(self, table, column, elements):
-        if table.use == "view" and column.source in NAMES_OF_ELEMENTS:
+        if table.use != "report" and column.source in NAMES_OF_ELEMENTS:
+            column.form = column.form or "text"
             return
-        kinds = set()
+        kinds, units = set(), set()
         for name in column.sources:
             if table.use == "view":
                 name = without_prefix(name, BASE_VALUE)
             facts = self.facts_of(elements, name)
             if not facts:
                 raise Mistake(column.line, f'{table.rows} has no "{name}"')
-            kinds |= {"text" if name == OWN_VALUE else fact.kind for fact in facts}
+            kinds |= {"text" if fact.is_element else fact.kind for fact in facts}
+            units |= {fact.fields.get("unit") for fact in facts}
         if len(kinds) > 1 and len(column.sources) == 1:
             raise Mistake(column.line, f'"{column.source}" has several kinds: {"; ".join(sorted(kinds))}')
         column.kind = kinds.pop() if len(kinds) == 1 else "text"
-        column.form = column.form or FORMS_OF_KINDS.get(column.kind, "text")
-
+        if column.form == "bytes" and not units <= set(SIZE_UNITS):
+            raise Mistake(column.line, f'"{column.source}" is not in {", ".join(SIZE_UNITS)}')
+        forms = CELL_FORMS_OF_KINDS if table.use == "table" else FORMS_OF_KINDS
+        column.form = column.form or forms.get(column.kind, "text")
 
     def facts_of(self, elements, name):
         """What a column's source names, for each of the elements that has it."""
         if name == OWN_VALUE:
             return [fact for fact in elements if fact.has_value]
         if name.startswith("/"):
-            keys = (key_of(element.tree, name.replace("*", element.key[-1])) for element in elements)
+            # Of rows from several lists each has what is beside it.
+            keys = {key_of(element.tree, name.replace("*", element.key[-1])) for element in elements}
         else:
             names = [segment.partition(":")[0] for segment in name.split("/")]
             keys = ((*element.key, *names) for element in elements)
@@ -489,6 +524,49 @@ const std::vector<ReportTable>& report_table_list() {{
 """
 
 
+# The typed tables.
+
+
+def table_column(table, column):
+    source = " or ".join("" if source == OWN_VALUE else source for source in column.sources)
+    path = " or ".join(path_for_people(table, source) for source in column.sources)
+    texts = (column.title, source, path, column.description)
+    name, source, path, description = map(cpp_text, texts)
+    return f"{{{name}, CellForm::{CELL_FORMS[column.form]}, {source}, {path}, {description}}}"
+
+
+def path_for_people(table, source):
+    if source.startswith("/") or source in NAMES_OF_ELEMENTS:
+        return "" if source in NAMES_OF_ELEMENTS else source
+    return " or ".join(rows.rstrip("/") + ("" if source == OWN_VALUE else f"/{source}") for rows in table.rows.split(" or "))
+
+
+def typed_table(table):
+    rows = ", ".join(cpp_text(pattern[1:]) for pattern in table.patterns)
+    columns = ",\n       ".join(table_column(table, column) for column in table.columns)
+    return f"      {{{cpp_text(table.title)},\n       {cpp_text(table.description)},\n       {{{rows}}},\n       {{{columns}}}}},"
+
+
+def write_tables(catalogue):
+    return TABLES.format(tables="\n".join(typed_table(table) for table in catalogue.tables if table.use == "table"))
+
+
+TABLES = """// Written by catalogue.py.
+#include "inv/export/tables.h"
+
+namespace inv {{
+
+const std::vector<TypedTable>& typed_tables() {{
+  static const std::vector<TypedTable> tables = {{
+{tables}
+  }};
+  return tables;
+}}
+
+}}  // namespace inv
+"""
+
+
 # The views of the database: a row for each element of each scan.
 
 ELEMENT_NAME, ELEMENT_NUMBER = NAMES_OF_ELEMENTS = ("its name", "its number")
@@ -580,7 +658,7 @@ const std::string_view kDatabaseViews = R"sql(
 }}  // namespace inv
 """
 
-PRODUCTS = {"page": write_page, "facts": write_facts, "reports": write_reports, "views": write_views}
+PRODUCTS = {"page": write_page, "facts": write_facts, "reports": write_reports, "views": write_views, "tables": write_tables}
 
 
 def main():

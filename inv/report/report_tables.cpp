@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "inv/base/wildcards.h"
-#include "inv/facts/counterparts.h"
 #include "inv/facts/readable.h"
+#include "inv/facts/table_values.h"
 #include "inv/report/html.h"
 
 namespace inv {
@@ -14,38 +13,8 @@ namespace {
 constexpr size_t kMostCellBytes = 64u << 20;
 constexpr size_t kLongestCell = 1u << 16;
 
-std::string_view value_of(Element element, std::string_view attribute, Counterparts& counterparts) {
-  if (attribute.empty()) return element.value();
-  const size_t slash = attribute.rfind('/');
-  if (slash == attribute.npos) return element.text(attribute);
-  const std::string_view path = attribute.substr(0, slash);
-  const Element other = path.front() == '/' ? counterparts.find(path, element) : element.child(path);
-  return other.text(attribute.substr(slash + 1));
-}
-
-// Of sources with "or" between them the first that has a value.
-std::string_view first_value(Element element, std::string_view sources, Counterparts& counterparts) {
-  constexpr std::string_view kOr = " or ";
-  size_t end = sources.find(kOr);
-  for (; end != sources.npos; end = sources.find(kOr)) {
-    const std::string_view value = value_of(element, sources.substr(0, end), counterparts);
-    if (!value.empty()) return value;
-    sources.remove_prefix(end + kOr.size());
-  }
-  return value_of(element, sources, counterparts);
-}
-
-// The children that the last segment matches, of the element that those before it name.
-std::vector<Element> rows_of(Element element, std::string_view path) {
-  for (size_t slash = path.find('/'); slash != path.npos; slash = path.find('/')) {
-    element = element.child(path.substr(0, slash));
-    path.remove_prefix(slash + 1);
-  }
-  std::vector<Element> rows;
-  for (const Element child : element.children()) {
-    if (matches(path, child.name())) rows.push_back(child);
-  }
-  return rows;
+std::string_view text_of(Element element, const ReportColumn& column, Counterparts& counterparts) {
+  return find_value(element, column.attribute, counterparts).text;
 }
 
 // An attribute for the tag of a column's cells.
@@ -94,9 +63,7 @@ std::vector<ReportColumn> filled_columns(const ReportTable& table, const std::ve
                                          Counterparts& counterparts) {
   std::vector<ReportColumn> filled;
   for (const ReportColumn& column : table.columns) {
-    const auto has_value = [&](Element element) {
-      return !first_value(element, column.attribute, counterparts).empty();
-    };
+    const auto has_value = [&](Element element) { return !text_of(element, column, counterparts).empty(); };
     if (std::any_of(elements.begin(), elements.end(), has_value)) filled.push_back(column);
   }
   return filled;
@@ -147,7 +114,7 @@ std::string report_tables(Element snapshot) {
       if (room == 0) break;
       std::vector<std::string> cells;
       for (const ReportColumn& column : columns) {
-        cells.push_back(cell(first_value(element, column.attribute, counterparts), column.form));
+        cells.push_back(cell(text_of(element, column, counterparts), column.form));
       }
       for (const std::string& text : cells) room -= std::min(room, sizeof text + text.size());
       rows.push_back(std::move(cells));

@@ -21,8 +21,7 @@ enum class ColumnForm {
 
 struct ReportColumn {
   std::string_view title;
-  // Empty: the element's own value; "a/b": b of its child a; "/a/b:N/c": c of what tells more of it (see
-  // Counterparts); "a or b": the first of these that has a value.
+  // Where its values are: sources as table_values.h explains them.
   std::string_view attribute;
   ColumnForm form = ColumnForm::text;
 };

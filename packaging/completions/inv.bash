@@ -23,6 +23,7 @@ _inv() {
         *) words="json ndjson csv zxml" ;;
         esac
         ;;
+    *,--table) words="machines software disks volumes memory displays adapters accounts processes packages security" ;;
     *,--sort) words="name model serial system memory disk age" ;;
     *,--section) words="snapshot asset" ;;
     *,--color) words="auto always never" ;;
@@ -40,7 +41,7 @@ _inv() {
         load) words="$many --quarantine $signed --secrets" ;;
         show) words="--section --depth $listed" ;;
         verify) words="-q --quiet --failures --strict $many $signed" ;;
-        export) words="-f --format -o --output --csv-safe --force --secrets $many --quarantine" ;;
+        export) words="-f --format --table -o --output --csv-safe --force --secrets $many --quarantine" ;;
         query | policy) words="-f --format --timeout --secrets $listed" ;;
         diff) words="--all -f --format --json --secrets" ;;
         report) words="--compare -o --output --force --secrets $listed" ;;

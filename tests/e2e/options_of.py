@@ -7,6 +7,9 @@ from inventories import INV, ROOT, SCANNER
 
 VERSION = re.search(r"^project\(velkaro-scanner VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text(), re.M)[1]
 
+# What `inv export --table` has rows of.
+TABLES = ("machines", "software", "disks", "volumes", "memory", "displays", "adapters", "accounts", "processes", "packages", "security")
+
 # The option that every command has, and the program itself.
 HELP = {"-h", "--help"}
 

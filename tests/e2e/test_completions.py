@@ -9,7 +9,7 @@ import options_of
 from inventories import ROOT, InventoryTestCase
 
 FOLDER = ROOT / "packaging" / "completions"
-CHOICES = {"diff": {"--format": ["json", "markdown", "text"]}, "export": {"--format": ["csv", "json", "ndjson", "zxml"]}, "query": {"--format": ["csv", "json", "table"]},
+CHOICES = {"diff": {"--format": ["json", "markdown", "text"]}, "export": {"--format": ["csv", "json", "ndjson", "zxml"], "--table": sorted(options_of.TABLES)}, "query": {"--format": ["csv", "json", "table"]},
            "policy": {"--format": ["json", "junit", "table"]}, "show": {"--section": ["asset", "snapshot"]},
            "get": {"--color": ["always", "auto", "never"]}, "help": {"--color": ["always", "auto", "never"]}}
 

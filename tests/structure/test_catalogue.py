@@ -37,6 +37,12 @@ From SPApplicationsDataType.
   Size, MB: size
   Location: location as number
 
+[table software: /Software/Soft:N] an application
+  name: own value | what it is called
+  number: its number as integer | its number
+  size_bytes: size as bytes | its size, in bytes
+  size: size | its size, in MB
+
 [view software: /Software/Soft:N]
   name: own value
   size_mb: size
@@ -175,6 +181,29 @@ class Code(unittest.TestCase):
         self.assertIn("coalesce(max(CASE f.name WHEN 'size' THEN f.value END), max(CASE f.name WHEN 'location' THEN f.value END)) AS size_mb",
                       catalogue.write_views(catalogue.Catalogue(text)))
 
+    def test_has_the_typed_tables(self):
+        made = catalogue.write_tables(catalogue.Catalogue(SMALL))
+        self.assertIn('{"software",\n       "an application",\n       {"Software/Soft:*"},\n', made)
+        self.assertIn('{{"name", CellForm::text, "", "/Software/Soft:N", "what it is called"},\n', made)
+        self.assertIn('{"number", CellForm::integer, "its number", "", "its number"},\n', made)
+        self.assertIn('{"size_bytes", CellForm::bytes, "size", "/Software/Soft:N/size", "its size, in bytes"},\n', made)
+        self.assertIn('{"size", CellForm::integer, "size", "/Software/Soft:N/size", "its size, in MB"}}},\n', made)
+        self.assertNotIn("Applications", made)
+
+    def test_a_typed_table_takes_rows_of_several_lists(self):
+        text = SMALL.replace("[report", "/More | element | nobody\n/More/Soft:N | element, text | nobody\n/More/Soft:N/old | yes/no | nobody\n\n[report")
+        text = text.replace("[table software: /Software/Soft:N]", "[table software: /Software/Soft:N or /More/Soft:N]").replace(
+            "  size: size | its size, in MB", "  old: /More/Soft:N/old | whether it is\n  more: /More/Soft:N or own value | more")
+        made = catalogue.write_tables(catalogue.Catalogue(text))
+        self.assertIn('{"Software/Soft:*", "More/Soft:*"}', made)
+        self.assertIn('{"old", CellForm::yes_no, "/More/Soft:N/old", "/More/Soft:N/old", "whether it is"}', made)
+        self.assertIn('{"more", CellForm::text, "/More/Soft:N or ", "/More/Soft:N or /Software/Soft:N or /More/Soft:N", "more"}', made)
+
+    def test_a_table_of_whole_scans_has_paths_from_the_top(self):
+        text = SMALL + "\n[table machines: /] a scan\n  size: Software/Soft:1/size | of the first\n"
+        made = catalogue.write_tables(catalogue.Catalogue(text))
+        self.assertIn('{"size", CellForm::integer, "Software/Soft:1/size", "/Software/Soft:1/size", "of the first"}', made)
+
     def test_keeps_what_is_below_the_rows_out_of_a_view(self):
         text = SMALL.replace("/Software/Soft:N/size | integer", "/Software/Soft:N/x | element | nobody\n/Software/Soft:N/size | integer")
         made = catalogue.write_views(catalogue.Catalogue(text))
@@ -276,8 +305,9 @@ class Mistakes(unittest.TestCase):
     def test_tables_have_a_use_and_rows(self):
         head = "[report Applications: /Software/Soft:N]"
         line = line_of(head)
-        self.expect(line, "not [report TITLE: /ROWS] or [view NAME: /ROWS]: [page Applications: /Software/Soft:N]", "[report", "[page")
-        self.expect(line, "not [report TITLE: /ROWS] or [view NAME: /ROWS]: [report Applications]", head, "[report Applications]")
+        problem = "not [report TITLE: /ROWS], [view NAME: /ROWS] or [table NAME: /ROWS] DESCRIPTION"
+        self.expect(line, f"{problem}: [page Applications: /Software/Soft:N]", "[report", "[page")
+        self.expect(line, f"{problem}: [report Applications]", head, "[report Applications]")
         self.expect(line, "no element is called /Software/Hard:N", head, "[report Applications: /Software/Hard:N]")
         self.expect(line, "no element is called /Software/Soft:N/size", head, "[report Applications: /Software/Soft:N/size]")
 
@@ -299,6 +329,28 @@ class Mistakes(unittest.TestCase):
     def test_columns_have_a_known_form(self):
         line = line_of("  Location")
         self.expect(line, '"digits" is not one of: text, date, word, number, amount, yes/no', "as number", "as digits")
+
+    def test_tables_and_their_columns_are_described_and_nothing_else_is(self):
+        line = line_of("[table")
+        problem = "a description belongs to a table, and to nothing else: "
+        self.expect(line, problem + "software", "] an application", "]")
+        self.expect(line_of("[view"), problem + "software", "[view software: /Software/Soft:N]", "[view software: /Software/Soft:N] an application")
+        problem = "a description belongs to a column of a table, and to nothing else: "
+        self.expect(line_of("  size_bytes"), problem + "size_bytes", " | its size, in bytes", "")
+        self.expect(line_of("  size_mb"), problem + "size_mb", "size_mb: size", "size_mb: size | its size")
+
+    def test_cells_have_a_known_form_and_sizes_a_unit_of_bytes(self):
+        line = line_of("  size_bytes")
+        self.expect(line, '"amount" is not one of: text, integer, number, yes/no, bytes, seconds, time, date', "size as bytes", "size as amount")
+        self.expect(line, '"location" is not in KB, MB, GB', "size as bytes", "location as bytes")
+
+    def test_views_and_tables_of_the_same_elements_agree(self):
+        problem = '"size_mb" of the view software is something else than that of the table software'
+        self.expect(line_of("  size_mb"), problem, "  size: size |", "  size_mb: location |")
+        catalogue.Catalogue(SMALL.replace("  size: size |", "  size_mb: location or size |"))
+        catalogue.Catalogue(SMALL.replace("  size: size |", "  size_mb: size |").replace("size_mb: size\n", "size_mb: base value of size\n"))
+        other = SMALL.replace("/Software/Soft:N | ", "/Software/Hard:N | element | nobody\n/Software/Hard:N/mass | text | nobody\n/Software/Soft:N | ")
+        catalogue.Catalogue(other + "\n[table things: /Software/Hard:N] a thing\n  size_mb: mass | its mass\n")
 
     def test_columns_have_titles_of_their_own(self):
         self.expect(line_of("  Location"), '"Name" is a column already', "  Location:", "  Name:")
