@@ -1,13 +1,16 @@
 
 "use strict";
-// Tables stand in the page as they are; this makes them searchable and sortable. What that takes of each row is
-// worked out once, so that thousands of rows answer at every keystroke.
+// The tables are in the page as they are; this makes them searchable and sortable. Taking a row out of what the
+// browser has laid out costs it more than sorting does, so of a long table only the first rows stay in the page
+// until somebody asks for all of them, or prints. What rows are compared by is worked out once for each.
+
+const kFirstRows = 500;
 
 // What a text is sorted by: marks and cases do not count, and numbers have the same number of digits. Comparing
 // such keys is many times as fast as asking the browser how people of this language order texts.
 function sortKey(text) {
-  const letters = text.normalize("NFD").replace(/\p{M}/gu, "").toLowerCase();
-  return letters.replace(/\d+/g, (digits) => digits.replace(/^0+(?=\d)/, "").padStart(20, "0"));
+  const letters = /[^\0-\x7F]/.test(text) ? text.normalize("NFD").replace(/\p{M}/gu, "") : text;
+  return letters.toLowerCase().replace(/0*(\d+)/g, (all, digits) => digits.padStart(20, "0"));
 }
 
 // Empty cells come last either way; rows of the same key stay in their order.
@@ -17,48 +20,84 @@ function compareKeys(one, other, descending) {
   return (one < other) === descending ? 1 : -1;
 }
 
-function makeSortable(table) {
-  const headings = [...table.tHead.rows[0].cells];
+// The rows of a table: all of them in their order, of which the page holds the first that a search finds.
+function rowsOf(table) {
   const body = table.tBodies[0];
+  const items = [...body.rows].map((row) => ({ row, text: null, keys: [] }));
+  const more = document.createElement("button");
+  let words = [];
+  let found = items;
+
+  function show(most) {
+    const shown = document.createDocumentFragment();
+    for (const { row } of found.slice(0, most)) shown.append(row);
+    body.replaceChildren(shown);
+    more.hidden = found.length <= most;
+    more.textContent = `Show all ${found.length} rows, not only the first ${kFirstRows}`;
+  }
+
+  function find() {
+    const hasWords = (item) => words.every((word) => item.text.includes(word));
+    found = words.length === 0 ? items : items.filter(hasWords);
+    show(kFirstRows);
+    return found.length;
+  }
+
+  more.type = "button";
+  more.className = "more";
+  more.hidden = true;
+  more.addEventListener("click", () => {
+    // While the table is short: to move the focus, the browser lays out what changed.
+    table.parentNode.focus({ preventScroll: true });
+    show(Infinity);
+  });
+  table.parentNode.after(more);
+  addEventListener("beforeprint", () => show(Infinity));
+  if (items.length > kFirstRows) show(kFirstRows);
+
+  return {
+    count: items.length,
+    // Rows of the same key stay in their order.
+    sort(column, descending) {
+      for (const item of items) item.keys[column] ??= sortKey(item.row.cells[column].textContent);
+      items.sort((one, other) => compareKeys(one.keys[column], other.keys[column], descending));
+      find();
+    },
+    // Shows the rows that have all of the words, and returns how many these are.
+    search(text) {
+      for (const item of items) item.text ??= item.row.textContent.toLowerCase();
+      words = text.toLowerCase().split(/\s+/).filter(Boolean);
+      return find();
+    },
+  };
+}
+
+function makeSortable(table, rows) {
+  const headings = [...table.tHead.rows[0].cells];
   headings.forEach((heading, column) => {
     const button = document.createElement("button");
     button.type = "button";
     button.append(...heading.childNodes);
     heading.append(button);
-    let keys = null;
     button.addEventListener("click", () => {
       const descending = heading.getAttribute("aria-sort") === "ascending";
       for (const other of headings) other.removeAttribute("aria-sort");
       heading.setAttribute("aria-sort", descending ? "descending" : "ascending");
-      keys ??= new Map([...body.rows].map((row) => [row, sortKey(row.cells[column].textContent)]));
-      const items = [...body.rows].map((row) => ({ row, key: keys.get(row) }));
-      items.sort((one, other) => compareKeys(one.key, other.key, descending));
-      // Away from the page rows move cheaply; in it the browser lays out anew for each.
-      body.remove();
-      body.append(...items.map(({ row }) => row));
-      table.append(body);
+      rows.sort(column, descending);
     });
   });
 }
 
-function makeSearchable(section, table) {
+function makeSearchable(section, rows) {
   const count = section.querySelector(".count");
   const search = document.createElement("input");
   search.type = "search";
   search.className = "search";
   search.placeholder = "Search";
   search.setAttribute("aria-label", "Search in " + section.querySelector("h2").firstChild.textContent.trim());
-  let rows = null;
   search.addEventListener("input", () => {
-    rows ??= [...table.tBodies[0].rows].map((row) => ({ row, text: row.textContent.toLowerCase(), hidden: false }));
-    const words = search.value.toLowerCase().split(/\s+/).filter(Boolean);
-    let shown = 0;
-    for (const item of rows) {
-      const hidden = !words.every((word) => item.text.includes(word));
-      if (hidden !== item.hidden) item.row.hidden = item.hidden = hidden;
-      if (!hidden) ++shown;
-    }
-    count.textContent = words.length === 0 ? String(rows.length) : shown + " of " + rows.length;
+    const found = rows.search(search.value);
+    count.textContent = search.value.trim() === "" ? String(rows.count) : found + " of " + rows.count;
   });
   section.querySelector("h2").append(search);
 }
@@ -66,6 +105,7 @@ function makeSearchable(section, table) {
 for (const section of document.querySelectorAll("section")) {
   const table = section.querySelector("table");
   if (!table) continue;
-  makeSortable(table);
-  makeSearchable(section, table);
+  const rows = rowsOf(table);
+  makeSortable(table, rows);
+  makeSearchable(section, rows);
 }

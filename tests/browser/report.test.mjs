@@ -4,41 +4,13 @@ import { createRequire } from "node:module";
 import { join } from "node:path";
 import { before, test } from "node:test";
 
-import { chromium } from "playwright-core";
-
+import { withPage } from "./browser.mjs";
 import { applications, folder, report, scan, write } from "./inventories.mjs";
-import { scriptTime } from "./script_time.mjs";
+import { timeActs } from "./script_time.mjs";
 
 const axe = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 
 const pictures = join(process.env.VELKARO_BUILD, "browser");
-const flags = ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
-  "--disable-component-update", "--disable-sync"];
-
-let started = 0;
-
-// A browser of its own for each test, so that nothing is left over from another.
-async function withPage(address, options, use) {
-  const context = await chromium.launchPersistentContext(join(folder, `profile-${++started}`), {
-    executablePath: "/usr/bin/chromium",
-    headless: true,
-    args: flags,
-    viewport: { width: 1280, height: 1000 },
-    ...options,
-  });
-  const seen = { requests: [], complaints: [] };
-  context.on("request", (request) => seen.requests.push(request.url()));
-  const page = await context.newPage();
-  page.on("console", (message) => seen.complaints.push(message.text()));
-  page.on("pageerror", (error) => seen.complaints.push(String(error)));
-  try {
-    await page.goto(address);
-    await use(page, seen);
-  } finally {
-    await context.close();
-  }
-}
-
 let imac;
 let imacReport;
 
@@ -236,7 +208,8 @@ test("a phone's volumes have bars as wide as the page", async () => {
 });
 
 test("axe finds nothing at any width, light or dark", async () => {
-  for (const address of [imacReport, comparison(), fleet()]) {
+  const long = report("long.html", write("long.inv", applications(501)));
+  for (const address of [imacReport, comparison(), fleet(), long]) {
     for (const width of widths) {
       for (const colorScheme of ["light", "dark"]) {
         await withPage(address, { viewport: { width, height: 900 }, colorScheme }, async (page) => {
@@ -267,34 +240,71 @@ test("the list of contents leads to every section, and storage, security and net
   });
 });
 
-// Adds what scripts take of each act on the table of applications, where it is less than before.
-async function timeApplications(page, times) {
-  // By their places: to look for names in so large a page takes longer than all that is measured.
-  await page.locator("#applications .search").focus();
-  const key = (name) => () => page.keyboard.press(name);
-  const sort = (column) => () => page.locator(`#applications th:nth-child(${column}) button`).evaluate((button) => button.click());
-  for (const [what, act] of [["first key", key("a")], ["second key", key("7")], ["backspace", key("Backspace")],
-    ["sort by name", sort(1)], ["sort back", sort(1)], ["sort by version", sort(2)]]) {
-    times[what] = Math.min(times[what] ?? Infinity, await scriptTime(page, act));
-  }
-}
+test("of a long table the first rows are shown, and all of them for who asks", async () => {
+  await withPage(report("long.html", write("long.inv", applications(501))), {}, async (page) => {
+    const first = () => table(page, "applications").first().locator("td").first().textContent();
+    assert.equal(await table(page, "applications").count(), 500);
+    assert.equal(await page.locator("#applications .count").textContent(), "501");
+    const more = page.getByRole("button", { name: "Show all 501 rows, not only the first 500" });
+    await more.focus();
+    await page.keyboard.press("Enter");
+    assert.equal(await table(page, "applications").count(), 501);
+    assert.equal(await more.isVisible(), false);
+    assert.equal(await page.evaluate(() => document.activeElement.className), "scroll");
+    await page.getByRole("button", { name: "Name" }).click();
+    await page.getByRole("button", { name: "Name" }).click();
+    assert.equal(await first(), "Application 500");
+    assert.equal(await table(page, "applications").count(), 500);
+    await page.getByRole("searchbox").fill("500.app");
+    assert.equal(await first(), "Application 97");
+    assert.equal(await more.isVisible(), false);
+    await page.getByRole("searchbox").fill("");
+    assert.equal(await first(), "Application 500");
+    assert.equal(await more.isVisible(), true);
+  });
+});
+
+test("a table of as many rows as are shown at first needs no button", async () => {
+  await withPage(report("whole.html", write("whole.inv", applications(500))), {}, async (page) => {
+    assert.equal(await table(page, "applications").count(), 500);
+    assert.equal(await page.locator(".more:visible").count(), 0);
+  });
+});
+
+test("a long table is printed whole, as far as the search finds its rows", async () => {
+  await withPage(report("long.html", write("long.inv", applications(1200))), {}, async (page) => {
+    await page.getByRole("searchbox").fill("5");
+    const found = Number((await page.locator("#applications .count").textContent()).split(" ")[0]);
+    assert.ok(found > 500 && found < 1200, String(found));
+    await page.pdf();
+    assert.equal(await table(page, "applications").count(), found);
+    await page.getByRole("searchbox").fill("");
+    assert.equal(await table(page, "applications").count(), 500);
+    await page.pdf();
+    assert.equal(await table(page, "applications").count(), 1200);
+  });
+});
+
+test("without scripts a long table is there from its first row to its last", async () => {
+  await withPage(report("long.html", write("long.inv", applications(1200))), { javaScriptEnabled: false }, async (page) => {
+    assert.equal(await table(page, "applications").count(), 1200);
+    assert.equal(await page.locator("button").count(), 0);
+  });
+});
 
 test("with 5,000 applications a keystroke and a sort take less than 100 ms of script", async () => {
   const address = report("large.html", write("large.inv", applications(5000)));
-  const times = {};
-  // The best of three: programs that run meanwhile cost a page its caches.
-  for (let round = 0; round < 3; ++round) {
-    await withPage(address, {}, async (page) => {
-      await timeApplications(page, times);
-      assert.equal(await page.locator("#applications .count").textContent(), "5000 of 5000");
-      const versions = await page.locator("#applications td:nth-child(2)").evaluateAll((all) => [all[0], all[4999]].map((cell) => cell.textContent));
-      assert.deepEqual(versions, ["0.0", "8.70"]);
-    });
-  }
-  for (const [what, time] of Object.entries(times)) {
-    assert.ok(time > 0, `${what} was not measured`);
-    assert.ok(time < 100, `${what}: ${time} ms`);
-  }
+  await withPage(address, {}, async (page) => {
+    const times = await timeActs(page, 3);
+    assert.equal(await page.locator("#applications .count").textContent(), "5000");
+    for (const [what, time] of Object.entries(times)) {
+      assert.ok(time > 0, `${what} was not measured`);
+      assert.ok(time < 100, `${what}: ${time} ms`);
+    }
+    await page.getByRole("button", { name: "Show all" }).click();
+    const versions = await page.locator("#applications td:nth-child(2)").evaluateAll((all) => [all[0], all[4999]].map((cell) => cell.textContent));
+    assert.deepEqual(versions, ["0.0", "8.70"]);
+  });
 });
 
 test("what is empty comes last, accents and cases do not count, and numbers go by their size", async () => {

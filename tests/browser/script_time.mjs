@@ -38,3 +38,27 @@ export async function scriptTime(page, act) {
   const threads = events.filter((event) => event.name === "thread_name" && event.args.name === "CrRendererMain");
   return Math.max(...threads.map((thread) => scriptMilliseconds(events, thread)));
 }
+
+// The acts on a page's table of applications, in their order. Elements are found by their places: to look for names in
+// so large a page takes longer than all that is measured.
+function actsOn(page) {
+  const key = (name) => () => page.keyboard.press(name);
+  const click = (element) => () => page.locator(`#applications ${element}`).evaluate((button) => button.click());
+  const sort = (column) => click(`th:nth-child(${column}) button`);
+  const search = [["first key", key("a")], ["second key", key("7")], ["backspace", key("Backspace")], ["last backspace", key("Backspace")]];
+  return [...search, ["sort by name", sort(1)], ["sort back", sort(1)], ["sort by version", sort(2)],
+    ["show all rows", click(".more")], ["sort all rows", sort(3)]];
+}
+
+const median = (numbers) => numbers.sort((one, other) => one - other)[Math.floor(numbers.length / 2)];
+
+// The milliseconds of script for each act, medians of so many rounds with the page loaded anew.
+export async function timeActs(page, rounds) {
+  const times = {};
+  for (let round = 0; round < rounds; ++round) {
+    await page.reload();
+    await page.locator("#applications .search").focus();
+    for (const [what, act] of actsOn(page)) (times[what] ??= []).push(await scriptTime(page, act));
+  }
+  return Object.fromEntries(Object.entries(times).map(([what, all]) => [what, median(all)]));
+}
