@@ -14,6 +14,7 @@ namespace {
 
 constexpr size_t kLabelWidth = 14;
 constexpr size_t kBarCells = 20;
+constexpr size_t kFewestCells = 5;
 constexpr const char* kFull = "\xE2\x96\x88";   // U+2588, a filled cell
 constexpr const char* kEmpty = "\xE2\x96\x91";  // U+2591, a shaded one
 // A disk this full is worth a colour.
@@ -27,6 +28,11 @@ std::string repeat(const char* text, size_t count) {
   return repeated;
 }
 
+// The columns beside a label; any number where nobody reads along.
+size_t room_of(const Terminal& terminal) {
+  return terminal.interactive ? terminal.width - kLabelWidth : kAnyWidth;
+}
+
 class Screen {
  public:
   explicit Screen(const Terminal& terminal) : terminal_(terminal) {}
@@ -35,9 +41,7 @@ class Screen {
   void line(const std::string& label, const std::string& said) {
     if (said.empty()) return;
     const std::string text = printable(said);
-    const size_t room = terminal_.width - kLabelWidth;
-    result += terminal_.cyan(pad_right(label, kLabelWidth)) +
-              (terminal_.interactive ? shorten(text, room) : text) + "\n";
+    result += terminal_.cyan(pad_right(label, kLabelWidth)) + shorten(text, room_of(terminal_)) + "\n";
   }
   // A line that carries its own colours and is kept short by its maker.
   void raw_line(const std::string& label, const std::string& text) {
@@ -81,34 +85,46 @@ std::string memory_line(const Memory& memory) {
          readable_count(memory.slots.size(), "slot") + " filled";
 }
 
-// What is known of a volume's space; empty for nothing.
-std::string space_text(const Volume& volume, const Terminal& terminal) {
+// So many cells, the used ones filled, and a blank; empty where so few cells show nothing.
+std::string space_bar(unsigned used, size_t cells, const Terminal& terminal) {
+  if (cells < kFewestCells) return "";
+  const size_t filled = (used * cells + 50) / 100;
+  const std::string bar = repeat(kFull, filled);
+  return (used >= kAlmostFull ? terminal.red(bar) : terminal.green(bar)) +
+         terminal.dim(repeat(kEmpty, cells - filled)) + " ";
+}
+
+// What is known of a volume's space, with a bar as far as there is room; empty for nothing.
+std::string space_text(const Volume& volume, const Terminal& terminal, size_t room) {
   if (!volume.knows_used()) {
-    if (volume.knows_free) return readable_size(volume.free_bytes) + " free";
-    return volume.bytes > 0 ? readable_size(volume.bytes) : "";
+    if (volume.knows_free) return shorten(readable_size(volume.free_bytes) + " free", room);
+    return volume.bytes > 0 ? shorten(readable_size(volume.bytes), room) : "";
   }
   const unsigned used = volume.used_percent();
-  const size_t cells = (used * kBarCells + 50) / 100;
-  const std::string bar = repeat(kFull, cells);
-  return (used >= kAlmostFull ? terminal.red(bar) : terminal.green(bar)) +
-         terminal.dim(repeat(kEmpty, kBarCells - cells)) + " " + pad_left(std::to_string(used), 3) +
-         " % of " + readable_size(volume.bytes) + ", " + readable_size(volume.free_bytes) + " free";
+  const std::string figures = pad_left(std::to_string(used), 3) + " % of " + readable_size(volume.bytes) +
+                              ", " + readable_size(volume.free_bytes) + " free";
+  const size_t taken = columns(figures) + 1;
+  const size_t cells = room > taken ? std::min(room - taken, kBarCells) : 0;
+  return space_bar(used, cells, terminal) + shorten(figures, room);
 }
 
 // A volume that shares the space of the one above it has no bar of its own.
 std::string volume_text(const Volume& volume, const Volume* above, const Terminal& terminal,
                         size_t name_width) {
   const std::string name = shorten(printable(volume.name), name_width);
+  const size_t room = room_of(terminal) - name_width - 2;
   const bool shared = above && volume.shares_space_with(*above);
-  const std::string space = shared ? terminal.dim("shares this space") : space_text(volume, terminal);
+  const std::string space =
+      shared ? terminal.dim(shorten("shares this space", room)) : space_text(volume, terminal, room);
   return space.empty() ? name : pad_right(name, name_width) + "  " + space;
 }
 
 void add_volumes(Screen& screen, const std::vector<Volume>& volumes, const Terminal& terminal) {
   constexpr size_t kWidestName = 24;
+  const size_t most = std::min(kWidestName, room_of(terminal) / 3);
   size_t name_width = 0;
   for (const Volume& volume : volumes) {
-    name_width = std::max(name_width, std::min(columns(printable(volume.name)), kWidestName));
+    name_width = std::max(name_width, std::min(columns(printable(volume.name)), most));
   }
   const size_t shown = std::min(volumes.size(), kMostLines);
   for (size_t i = 0; i < shown; ++i) {
@@ -188,7 +204,8 @@ constexpr Order kOrders[] = {
 
 std::string summary_screen(const Overview& overview, const Terminal& terminal) {
   Screen screen(terminal);
-  screen.result = terminal.bold(printable(overview.name)) + "\n";
+  const size_t width = terminal.interactive ? terminal.width : kAnyWidth;
+  screen.result = terminal.bold(shorten(printable(overview.name), width)) + "\n";
   screen.line("Model", model_text(overview));
   screen.line("Serial", overview.serial);
   screen.line("System", joined({overview.os, overview.architecture}));
@@ -213,17 +230,16 @@ std::string summary_screen(const Overview& overview, const Terminal& terminal) {
 }
 
 std::string summary_table(const std::vector<Overview>& overviews, const Terminal& terminal) {
-  std::vector<Column> columns = {{"Machine", false, GivesWay::end},
-                                 {"Model", false, GivesWay::end},
-                                 {"Serial"},
-                                 {"System", false, GivesWay::end},
-                                 {"Memory", true},
-                                 {"Disk", true},
-                                 {"Scanned"}};
+  constexpr size_t kSerial = 12;  // as long as those of Macs are
+  std::vector<Column> columns = {
+      {"Machine", false, GivesWay::end, 8},         {"Model", false, GivesWay::end, 6, 4},
+      {"Serial", false, GivesWay::end, kSerial, 1}, {"System", false, GivesWay::end, 6, 2},
+      {"Memory", true, GivesWay::nothing, 0, 5},    {"Disk", true, GivesWay::nothing, 0, 6},
+      {"Scanned", false, GivesWay::nothing, 0, 3}};
   const bool files = repeat_names(overviews);
   const bool signatures = std::any_of(overviews.begin(), overviews.end(),
                                       [](const Overview& overview) { return !overview.signed_by.empty(); });
-  if (files) columns.insert(columns.begin(), {"File", false, GivesWay::beginning});
+  if (files) columns.insert(columns.begin(), {"File", false, GivesWay::beginning, 8});
   if (signatures) columns.push_back({"Signed by", false, GivesWay::end});
   Table table(std::move(columns));
   for (const Overview& overview : overviews) {
@@ -232,7 +248,10 @@ std::string summary_table(const std::vector<Overview>& overviews, const Terminal
     if (signatures) row.push_back(printable(overview.signed_by));
     table.add(std::move(row));
   }
-  return table.text(terminal.width);
+  const std::vector<std::string> left_out = table.leave_out(terminal.width);
+  const std::string note = left_out.empty() ? "" : "No room for " + joined(left_out);
+  return table.text(terminal.width) +
+         (note.empty() ? "" : terminal.dim(shorten(note, terminal.width)) + "\n");
 }
 
 std::vector<std::string_view> sort_names() {

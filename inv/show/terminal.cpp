@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -11,7 +12,7 @@
 namespace inv {
 namespace {
 
-constexpr size_t kNarrowest = 40;
+constexpr size_t kNarrowest = 20;
 
 Colours chosen_colours = Colours::automatic;
 
@@ -32,7 +33,8 @@ Terminal terminal_of(int descriptor) {
   terminal.colour = has_colours(terminal.interactive);
   if (!terminal.interactive) return terminal;
   winsize size = {};
-  if (ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col >= kNarrowest) terminal.width = size.ws_col;
+  const bool is_known = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  if (is_known) terminal.width = std::max<size_t>(size.ws_col, kNarrowest);
   return terminal;
 }
 

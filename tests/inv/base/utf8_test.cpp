@@ -54,6 +54,29 @@ TEST(Utf8, CountsColumnsNotBytes) {
   EXPECT_EQ(inv::columns("\xE6\x97\xA5\xE6\x9C\xAC"), 4u);
 }
 
+TEST(Utf8, CountsMarksWithTheirLetters) {
+  EXPECT_EQ(inv::columns("\u304B\u3099"), 2u);  // KA with its mark, as a Mac's file system takes it apart
+  EXPECT_EQ(inv::columns("\u1112\u1161\u11AB"), 2u);  // a Korean syllable, the same
+  EXPECT_EQ(inv::columns("\u0E01\u0E34\u0E48"), 1u);  // Thai
+  EXPECT_EQ(inv::columns("\u05E9\u05C1"), 1u);        // Hebrew
+  EXPECT_EQ(inv::columns("\u0915\u0941"), 1u);        // Devanagari
+}
+
+TEST(Utf8, CountsTwoColumnsForPictures) {
+  for (const char* picture :
+       {"\u231A", "\u26A1", "\u2705", "\u2B50", "\U0001F004", "\U0001F600", "\U0001F9D1"}) {
+    EXPECT_EQ(inv::columns(picture), 2u) << picture;
+  }
+  for (const char* narrow : {"\u2318", "\u2713", "\u2605", "\u303F", "\U0001F321"}) {
+    EXPECT_EQ(inv::columns(narrow), 1u) << narrow;
+  }
+}
+
+TEST(Utf8, ABeginningIsNotShortenedBetweenALetterAndItsMark) {
+  EXPECT_EQ(inv::shorten_beginning("abce\u0301d", 2), "\u2026d");
+  EXPECT_EQ(inv::shorten_beginning("abcde\u0301", 2), "\u2026e\u0301");
+}
+
 TEST(Utf8, ShortensTheBeginningToo) {
   EXPECT_EQ(inv::shorten_beginning("abcdef", 6), "abcdef");
   EXPECT_EQ(inv::shorten_beginning("abcdefg", 6),
