@@ -66,8 +66,8 @@ bool has_path(std::string_view command, const FilesAndPaths& named) {
 }
 
 void AbsentPaths::complain_of(const std::string& path, int& status) {
-  complain(inventory_.file_name, path + ": there is no such " + std::string(wanted_) +
-                                     did_you_mean(nearest_path_in(inventory_, path)));
+  complain(inventory_.file_name,
+           path + ": no such " + std::string(wanted_) + did_you_mean(nearest_path_in(inventory_, path)));
   if (!told_of_debug_file_) advise_on_debug_file(inventory_);
   told_of_debug_file_ = true;
   status = worse(status, kNo);
@@ -75,7 +75,7 @@ void AbsentPaths::complain_of(const std::string& path, int& status) {
 
 void advise_on_debug_file(const Inventory& inventory) {
   if (!is_debug_file(inventory)) return;
-  complain(inventory.file_name, "this is a debug file; inv unpack makes a machine of it");
+  complain(inventory.file_name, "this is a debug file; inv unpack turns it into a simulated Mac");
 }
 
 }  // namespace inv

@@ -74,7 +74,7 @@ bool complain_of(const Opened& opened, int& status) {
 }
 
 void add_jobs(CLI::App& command, size_t& jobs) {
-  command.add_option("--jobs", jobs, "Read files on so many threads (1)")
+  command.add_option("--jobs", jobs, "Read files on this many threads (1)")
       ->type_name("N")
       ->check(CLI::Range(size_t{1}, kMostJobs).description(""));
 }

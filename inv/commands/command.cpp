@@ -34,7 +34,7 @@ CLI::App& add_command(CLI::App& app, const char* name, const char* summary, cons
 void limit_to(CLI::Option* option, std::vector<std::string_view> names) {
   option->check([names = std::move(names)](const std::string& given) {
     if (std::find(names.begin(), names.end(), given) != names.end()) return std::string();
-    std::string refusal = "\"" + printable(given) + "\" is none of";
+    std::string refusal = "\"" + printable(given) + "\" is not one of ";
     for (const std::string_view name : names) refusal.append(name == names.front() ? " " : ", ").append(name);
     return refusal + did_you_mean(nearest(given, names));
   });
@@ -51,8 +51,7 @@ int complain_of_command(const CLI::App& app, const std::string& word) {
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
   const std::string meant = nearest(word, {names.begin(), names.end()});
-  complain(word,
-           "there is no such command" + (meant.empty() ? "; inv help lists them" : did_you_mean(meant)));
+  complain(word, "no such command" + (meant.empty() ? "; inv help lists them" : did_you_mean(meant)));
   return kUnusable;
 }
 
@@ -90,7 +89,7 @@ bool is_over_input(const std::string& output, const std::vector<std::string>& in
   const bool is_over = !force && std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
     return !input.empty() && is_same_file(output, input);
   });
-  if (is_over) complain(output, "is an input as well; --force replaces it");
+  if (is_over) complain(output, "is also an input; --force replaces it");
   return is_over;
 }
 

@@ -35,7 +35,7 @@ class FileFinder {
     const size_t before = found.size();
     search(path);
     if (found.size() > before) return;
-    complain(path, "has no files that are called *.inv");
+    complain(path, "has no *.inv files");
     status_ = worse(status_, kNo);
   }
 
@@ -107,10 +107,11 @@ void add_files(CLI::App& command, FileOptions& options) {
 }
 
 void add_list_of_files(CLI::App& command, FileOptions& options) {
-  CLI::Option* list = command
-                          .add_option("--files-from", options.list,
-                                      "A file with names of more files, one a line; - is standard input")
-                          ->type_name("LIST");
+  CLI::Option* list =
+      command
+          .add_option("--files-from", options.list,
+                      "A file with the names of more files, one per line; - is standard input")
+          ->type_name("LIST");
   command.add_flag("-0,--null", options.null_terminated, "The names in LIST end with NUL")->needs(list);
 }
 

@@ -118,7 +118,7 @@ constexpr char kExamples[] =
 void add_get(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
   CLI::App& command =
-      add_command(app, "get", "Print bare values; status 1 when a path matches none", kExamples);
+      add_command(app, "get", "Print bare values; status 1 when a path matches nothing", kExamples);
   command.add_option("FILE|PATH", options->arguments,
                      "Inventory files, or folders that are searched for *.inv; - is standard input. What to "
                      "print of each; * matches any text within a segment");
@@ -126,11 +126,10 @@ void add_get(CLI::App& app, int& status) {
   // As in grep, where -h is no help either.
   command.set_help_flag("--help", "Print this help message and exit");
   command.add_flag_callback(
-      "-h,--no-filename", [options] { options->file_names = FileNames::never; },
-      "Print no file's name, even of several");
+      "-h,--no-filename", [options] { options->file_names = FileNames::never; }, "Never print file names");
   command.add_flag_callback(
       "-H,--with-filename", [options] { options->file_names = FileNames::always; },
-      "Print the file's name before each value, even of one");
+      "Print the file name before each value, even for a single file");
   command.add_flag("--json", options->json, "Print an array of objects");
   command.add_flag("--trim", options->trim, "Leave out blanks and line ends at the end of values");
   add_max_size(command, options->max_size);

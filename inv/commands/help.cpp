@@ -19,14 +19,14 @@ int run(const CLI::App& app, const Options& options) {
 }
 
 constexpr char kExamples[] =
-    "  inv help                     what there is\n"
+    "  inv help                     a list of the commands\n"
     "  inv help get                 the same as inv get --help\n";
 
 }  // namespace
 
 void add_help(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
-  CLI::App& command = add_command(app, "help", "Tell about a command", kExamples);
+  CLI::App& command = add_command(app, "help", "Show the help of a command", kExamples);
   command.add_option("COMMAND", options->command, "The command; all of them when none is named");
   command.callback([options, &app, &status] { status = run(app, *options); });
 }

@@ -69,7 +69,8 @@ void add_key_options(CLI::App& command, KeyOptions& options) {
   command.add_option("--key-file", options.key_file, "A file with the key; - is standard input")
       ->type_name("FILE")
       ->excludes(key);
-  command.add_option("--salt-of", options.salt_of, "Use the same pseudonyms as this file of the same key")
+  command
+      .add_option("--salt-of", options.salt_of, "Use the pseudonyms of this file, redacted with the same key")
       ->type_name("REDACTED");
 }
 
@@ -78,7 +79,7 @@ std::optional<ChosenKey> choose_key(const KeyOptions& options, uint64_t max_size
   if (!chosen) return std::nullopt;
   if (chosen->source.empty()) {
     if (options.salt_of.empty()) return forgotten_key();
-    return refuse("--salt-of", "needs the key of that file (--key-file, VELKARO_KEY)");
+    return refuse("--salt-of", "needs that file's key (--key-file, VELKARO_KEY)");
   }
   if (chosen->key.size() < kShortestKey) {
     return refuse(chosen->source, "a key of fewer than " + std::to_string(kShortestKey) +
@@ -87,7 +88,7 @@ std::optional<ChosenKey> choose_key(const KeyOptions& options, uint64_t max_size
   const std::optional<std::string> salt = choose_salt(options.salt_of, max_size);
   if (!salt) return std::nullopt;
   const std::optional<std::string> key = stretched_key(chosen->key, *salt);
-  if (!key) return refuse("redact", "there are not 256 MB of memory for stretching the key");
+  if (!key) return refuse("redact", "stretching the key needs 256 MB of memory");
   return ChosenKey{*key, *salt};
 }
 

@@ -65,7 +65,7 @@ int run(const Options& options) {
 }
 
 constexpr char kExamples[] =
-    "  inv list MAC.inv          sections, where they lie, and the header's text\n"
+    "  inv list MAC.inv          sections, where they are, and the header's text\n"
     "  inv list - < MAC.inv\n";
 
 }  // namespace

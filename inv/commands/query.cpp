@@ -43,7 +43,7 @@ constexpr char kExamples[] =
 
 void add_query(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
-  CLI::App& command = add_command(app, "query", "Answer a question in SQL about files", kExamples);
+  CLI::App& command = add_command(app, "query", "Run an SQL query over files", kExamples);
   command.add_option("SQL", options->sql, "One SELECT over the tables and views of inv load")->required();
   add_files(command, options->files);
   limit_to(

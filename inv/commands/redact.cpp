@@ -24,7 +24,7 @@ void warn_of_name(const Redaction& redaction, const std::string& path) {
 
 std::string closing_line(const Redaction& redaction) {
   std::string line = std::to_string(redaction.pseudonyms.count()) + " names, numbers and addresses replaced";
-  if (!redaction.remains.empty()) line += "; may still tell: " + printable(redaction.remains);
+  if (!redaction.remains.empty()) line += "; may still identify it: " + printable(redaction.remains);
   return line + "\n";
 }
 
@@ -48,9 +48,9 @@ int run(const Options& options) {
 }
 
 constexpr char kExamples[] =
-    "  inv redact MAC.inv -o shared.inv                    other names in every run\n"
-    "  inv redact MAC.inv -o shared.inv --key-file KEY     names that its owner can make again\n"
-    "  inv redact B.inv -o b.inv --key-file KEY --salt-of shared.inv    the same ones in both files\n"
+    "  inv redact MAC.inv -o shared.inv                    new pseudonyms in every run\n"
+    "  inv redact MAC.inv -o shared.inv --key-file KEY     pseudonyms that KEY can reproduce\n"
+    "  inv redact B.inv -o b.inv --key-file KEY --salt-of shared.inv    the same pseudonyms in both files\n"
     "  inv redact DEBUG.inv -o shared.inv --drop-opaque    without the profiler's output\n";
 
 }  // namespace

@@ -116,11 +116,11 @@ int unusable(const char* complaint) {
 int run(const Options& options) {
   int status = kDone;
   const std::vector<std::string> files = find_files(options.files, status);
-  if (files.empty()) return status == kDone ? unusable("no file is named") : status;
+  if (files.empty()) return status == kDone ? unusable("no file is given") : status;
   const bool is_fleet = !options.compare && options.files.are_many();
   if (options.compare && files.size() != 2) return unusable("--compare takes two files, OLD and NEW");
   if (is_fleet && options.output == "-")
-    return unusable("several machines have a page each, so their place must be given: -o FILE");
+    return unusable("several machines get a page each; say where with -o FILE");
   if (is_over_input(options.output, files, options.force)) return kUnusable;
   PageMaker maker(options, status);
   if (options.compare) {
@@ -144,7 +144,7 @@ constexpr char kExamples[] =
 
 void add_report(CLI::App& app, int& status) {
   auto options = std::make_shared<Options>();
-  CLI::App& command = add_command(app, "report", "Make a page of HTML that needs no network", kExamples);
+  CLI::App& command = add_command(app, "report", "Make an HTML page that needs no network", kExamples);
   add_files(command, options->files);
   command.add_flag("--compare", options->compare, "Show what changed from OLD to NEW, the two files");
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")

@@ -66,7 +66,7 @@ std::string json_of(const QueryResult& result) {
 }  // namespace
 
 void add_timeout(CLI::App& command, unsigned& patience) {
-  command.add_option("--timeout", patience, "Give a question up after so many seconds (60)")
+  command.add_option("--timeout", patience, "Give up on a query after this many seconds (60)")
       ->type_name("SECONDS")
       ->check(CLI::Range(1u, 86'400u).description(""));
 }

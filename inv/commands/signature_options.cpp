@@ -46,12 +46,12 @@ CLI::Option* add_text(CLI::App& command, const char* name, const char* kind, std
 
 void add_signature_options(CLI::App& command, SignatureOptions& options) {
   CLI::Option* signers = add_text(command, "--allowed-signers", "LIST", options.allowed_signers,
-                                  "Want a signature of ssh-keygen beside each file, by one of this list");
+                                  "Require an ssh-keygen signature beside each file, by a key in LIST");
   add_text(command, "--signature", "SIG", options.signature, "The signature of the one file (FILE.sig)")
       ->needs(signers);
   add_text(command, "--identity", "NAME", options.identity, "Who must have signed (anyone in the list)")
       ->needs(signers);
-  add_text(command, "--revoked-keys", "LIST", options.revoked_keys, "Public keys that do not count any more")
+  add_text(command, "--revoked-keys", "LIST", options.revoked_keys, "Public keys that are no longer accepted")
       ->needs(signers);
 }
 

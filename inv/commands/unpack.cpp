@@ -39,7 +39,9 @@ void add_unpack(CLI::App& app, int& status) {
   CLI::App& command =
       add_command(app, "unpack", "Take a file apart; a debug file becomes a simulated Mac", kExamples);
   command.add_option("FILE", options->file, "An inventory file; - is standard input")->required();
-  command.add_option("FOLDER", options->folder, "Where to; created if missing, else it must be empty")
+  command
+      .add_option("FOLDER", options->folder,
+                  "The folder to write to; created if missing, else it must be empty")
       ->required();
   add_max_size(command, options->max_size);
   command.callback([options, &status] { status = run(*options); });

@@ -118,7 +118,7 @@ constexpr char kExamples[] =
     "  inv verify --jobs 2 spool               every *.inv in a folder\n"
     "  inv verify --failures *.inv             a line for each that is not valid\n"
     "  inv verify --quiet MAC.inv && import MAC.inv\n"
-    "  inv verify --strict *.inv               and whether each Mac told all\n"
+    "  inv verify --strict *.inv               and whether each scan is complete\n"
     "  inv verify --allowed-signers allowed_signers *.inv     and each has its FILE.sig\n";
 
 }  // namespace
@@ -128,8 +128,8 @@ void add_verify(CLI::App& app, int& status) {
   CLI::App& command = add_command(app, "verify", "Check whether a console can import files", kExamples);
   add_files(command, options->files);
   command.add_flag("-q,--quiet", options->quiet, "Only the exit status");
-  command.add_flag("--failures", options->failures, "Tell only of files that are not valid");
-  command.add_flag("--strict", options->strict, "Say what the scan did not learn, and end with 1 then");
+  command.add_flag("--failures", options->failures, "Report only files that are not valid");
+  command.add_flag("--strict", options->strict, "Report what the scan did not learn; status 1 then");
   add_jobs(command, options->jobs);
   add_signature_options(command, options->signature);
   add_max_size(command, options->max_size);

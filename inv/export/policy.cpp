@@ -47,7 +47,7 @@ std::string fault_of_keys(const Json& object, std::initializer_list<const char*>
   for (const char* key : keys) {
     if (!object.contains(key)) return std::string("has no \"") + key + "\"";
     const std::optional<std::string> text = text_of(object[key]);
-    if (!text || text->empty()) return std::string("has a \"") + key + "\" that is no text";
+    if (!text || text->empty()) return std::string("has a \"") + key + "\" that is not a text";
   }
   for (const auto& item : object.items()) {
     const bool known =
@@ -58,14 +58,14 @@ std::string fault_of_keys(const Json& object, std::initializer_list<const char*>
 }
 
 std::string fault_of_rule(const Json& rule, const std::set<std::string>& names) {
-  if (!rule.is_object()) return "is no object";
+  if (!rule.is_object()) return "is not an object";
   const std::string fault = fault_of_keys(rule, {"name", "severity", "message", "sql"});
   if (!fault.empty()) return fault;
   const std::string severity = *text_of(rule["severity"]);
   if (std::find(std::begin(kSeverities), std::end(kSeverities), severity) == std::end(kSeverities)) {
-    return "has a severity other than high, medium and low";
+    return "has a severity that is not high, medium or low";
   }
-  return names.count(*text_of(rule["name"])) > 0 ? "has the name of another" : "";
+  return names.count(*text_of(rule["name"])) > 0 ? "has the name of another rule" : "";
 }
 
 // The message with the values of a row in place of their columns' names in braces.
@@ -132,7 +132,7 @@ std::string junit_case(const PolicyVerdict& verdict) {
 std::optional<std::vector<PolicyRule>> read_policy(std::string_view text, std::string* error) {
   const std::optional<Json> policy = parse(text, error);
   if (!policy) return std::nullopt;
-  *error = "has no list of \"rules\", or something beside it";
+  *error = "needs a list of \"rules\" and nothing else";
   if (!policy->is_object() || policy->size() != 1 || !policy->contains("rules")) return std::nullopt;
   const Json& list = (*policy)["rules"];
   if (!list.is_array() || list.empty()) return std::nullopt;

@@ -128,7 +128,7 @@ std::optional<QueryResult> QueryDatabase::ask(const std::string& sql) {
   const int status = sqlite3_prepare_v2(database_.handle(), sql.c_str(), -1, &prepared, &rest);
   const std::unique_ptr<sqlite3_stmt, FinishStatement> statement(prepared);
   if (status != SQLITE_OK) return fail(status);
-  if (!statement) return refuse("there is no question in it");
+  if (!statement) return refuse("there is no query in it");
   if (has_more(rest)) return refuse("it is more than one statement");
   return run(statement.get());
 }
@@ -164,7 +164,7 @@ std::nullopt_t QueryDatabase::fail(int status) {
     return refuse("it takes longer than " + std::to_string(patience_.count()) + " s");
   const std::string reason = to_utf8(sqlite3_errmsg(database_.handle()));
   const bool denied = status == SQLITE_AUTH || reason.rfind("not authorized", 0) == 0;
-  return refuse(denied ? "it may only read: SELECT" : reason);
+  return refuse(denied ? "only SELECT is allowed" : reason);
 }
 
 }  // namespace inv

@@ -12,7 +12,7 @@ using Reason = std::string;
 
 constexpr char kUnknownOption[] = "there is an unknown option";
 constexpr char kNoKey[] = "there is no key such as \"ssh-ed25519 AAAA...\"";
-constexpr char kBinaryList[] = "binary revocation lists are not supported; name public keys, one a line";
+constexpr char kBinaryList[] = "binary revocation lists are not supported; list public keys, one per line";
 
 bool same_word(std::string_view one, std::string_view other) {
   return one.size() == other.size() && strncasecmp(one.data(), other.data(), one.size()) == 0;

@@ -12,7 +12,7 @@ struct Options {
   bool debug = false;   // save the raw profiler output instead of a snapshot
   Text ip;  // the address of the adapter to use; none when not given; an empty one is an address too
   Text login = copy_text("");  // stored as it is
-  bool extended = false;       // also collect what only recent systems report
+  bool extended = false;       // also collect what only newer systems report
   Omissions omitted;           // what not to collect
   bool help = false;           // tell how the program is used, instead of scanning
   bool version = false;        // tell which one it is, instead of scanning

@@ -192,7 +192,7 @@ class Commands(InventoryTestCase):
                 os.link(file, twin)
                 with self.subTest(command=command, output=output.name):
                     self.check(2, *command, file, "-o", output)
-                    self.assertEqual(self.messages, f"inv: {output}: is an input as well; --force replaces it\n")
+                    self.assertEqual(self.messages, f"inv: {output}: is also an input; --force replaces it\n")
                     if len(command) == 1:
                         with open(file, "rb") as stream:
                             self.check(2, *command, "-", "-o", output, stdin=stream)
@@ -266,7 +266,7 @@ class Commands(InventoryTestCase):
                 self.assertIn(b"\x1b[", on_terminal(*arguments, "--color=always", NO_COLOR="1"))
                 self.assertIn(b"\x1b[", inv(*arguments, "--color=always").stdout)
         self.check(2, "show", self.file, "--color", "sometimes")
-        self.assertIn('"sometimes" is none of auto, always, never\n', self.messages)
+        self.assertIn('"sometimes" is not one of  auto, always, never\n', self.messages)
 
     def test_help_tells_what_the_option_does(self):
         self.assertEqual(self.check(0, "help"), self.check(0, "--help"))
@@ -277,24 +277,24 @@ class Commands(InventoryTestCase):
     def test_a_mistyped_command_is_answered_with_the_right_one(self):
         for arguments in (["sumary"], ["sumary", self.file], ["help", "sumary"]):
             self.check(2, *arguments)
-            self.assertEqual(self.messages, "inv: sumary: there is no such command; did you mean summary?\n")
+            self.assertEqual(self.messages, "inv: sumary: no such command; did you mean summary?\n")
         self.check(2, "frobnicate", "--help")
-        self.assertEqual(self.messages, "inv: frobnicate: there is no such command; inv help lists them\n")
+        self.assertEqual(self.messages, "inv: frobnicate: no such command; inv help lists them\n")
 
     def test_a_mistyped_format_is_answered_with_the_list(self):
-        for given, answer in (("cvs", '"cvs" is none of json, ndjson, csv, zxml; did you mean csv?'),
-                              ("2", '"2" is none of json, ndjson, csv, zxml')):
+        for given, answer in (("cvs", '"cvs" is not one of  json, ndjson, csv, zxml; did you mean csv?'),
+                              ("2", '"2" is not one of  json, ndjson, csv, zxml')):
             with self.subTest(given=given):
                 self.assertEqual(self.check(2, "export", f"--format={given}", self.file), "")
                 self.assertIn(f"--format: {answer}\n", self.messages)
         self.check(2, "show", self.file, "--section", "asset,snapshto")
-        self.assertIn('--section: "snapshto" is none of snapshot, asset; did you mean snapshot?\n', self.messages)
+        self.assertIn('--section: "snapshto" is not one of  snapshot, asset; did you mean snapshot?\n', self.messages)
 
     def test_a_mistyped_path_is_answered_with_the_right_one(self):
         self.check(1, "get", self.file, "/System/Chasis/serial")
-        self.assertIn("/System/Chasis/serial: there is no such value; did you mean /System/Chassis/serial?\n", self.messages)
+        self.assertIn("/System/Chasis/serial: no such value; did you mean /System/Chassis/serial?\n", self.messages)
         self.check(1, "show", self.file, "AssetInfo/int-nam")
-        self.assertIn("AssetInfo/int-nam: there is no such path; did you mean AssetInfo/int-name?\n", self.messages)
+        self.assertIn("AssetInfo/int-nam: no such path; did you mean AssetInfo/int-name?\n", self.messages)
 
     def test_verify_tells_only_of_failures_when_asked(self):
         bad = damaged_snapshot("failure.inv")

@@ -47,9 +47,9 @@ class SeveralFiles(InventoryTestCase):
 
     def test_absent_paths_are_named_with_their_file(self):
         self.assertEqual(self.check(1, "get", "imac.inv", "pro.inv", SERIAL, "/nothing"), "imac.inv:SIM0IMAC106\npro.inv:SIM0MACPRO5\n")
-        self.assertEqual(self.messages, "inv: imac.inv: /nothing: there is no such value\ninv: pro.inv: /nothing: there is no such value\n")
+        self.assertEqual(self.messages, "inv: imac.inv: /nothing: no such value\ninv: pro.inv: /nothing: no such value\n")
         self.assertEqual(self.check(1, "show", "imac.inv", "/nothing"), "")
-        self.assertEqual(self.messages, "inv: imac.inv: /nothing: there is no such path\n")
+        self.assertEqual(self.messages, "inv: imac.inv: /nothing: no such path\n")
 
     def test_get_writes_json(self):
         found = json.loads(self.check(1, "get", "--json", "imac.inv", "pro.inv", "/Memory/Memory-slot:1/capacity", "/hostnam"))
@@ -101,7 +101,7 @@ class SeveralFiles(InventoryTestCase):
         names = [line.split()[0] for line in self.check(0, "summary", "imac.inv", "pro.inv", "--sort", "system").splitlines()]
         self.assertEqual(names, ["Machine", "Render", "Studio"])
         self.check(2, "summary", "imac.inv", "--sort", "modle")
-        self.assertIn('"modle" is none of name, model, serial, system, memory, disk, age; did you mean model?', self.messages)
+        self.assertIn('"modle" is not one of  name, model, serial, system, memory, disk, age; did you mean model?', self.messages)
 
     def test_summary_writes_json(self):
         machines = json.loads(self.check(2, "summary", "--json", "--sort", "memory", "pro.inv", "missing.inv", "imac.inv"))
@@ -116,7 +116,7 @@ class SeveralFiles(InventoryTestCase):
             with self.subTest(command=command):
                 self.assertEqual(self.check(0, command, folder, *arguments), self.check(0, command, *files, *arguments))
         self.check(1, "get", "spool/b", SERIAL, "/nothing")
-        self.assertEqual(self.messages, "inv: spool/b/imac.inv: /nothing: there is no such value\n")
+        self.assertEqual(self.messages, "inv: spool/b/imac.inv: /nothing: no such value\n")
 
     def test_the_one_file_of_a_folder_or_a_list_is_named_too(self):
         self.folder_of_two()
@@ -130,7 +130,7 @@ class SeveralFiles(InventoryTestCase):
         for command, arguments in (("get", [SERIAL]), ("show", [SERIAL]), ("list", [])):
             with self.subTest(command=command):
                 self.assertIn("SIM0IMAC106" if arguments else "imac.inv", self.check(1, command, "empty", "imac.inv", *arguments))
-                self.assertEqual(self.messages, "inv: empty: has no files that are called *.inv\n")
+                self.assertEqual(self.messages, "inv: empty: has no *.inv files\n")
 
     def test_files_are_read_from_a_list(self):
         Path("names").write_text("imac.inv\npro.inv\n")
@@ -166,12 +166,12 @@ class SeveralFiles(InventoryTestCase):
         self.assertIn("missing.inv: cannot be read: No such file or directory", self.messages)
 
     def test_a_debug_file_is_told_what_to_do_with(self):
-        advice = "inv: debug.inv: this is a debug file; inv unpack makes a machine of it\n"
+        advice = "inv: debug.inv: this is a debug file; inv unpack turns it into a simulated Mac\n"
         self.assertIn("STUDIO-IMAC", self.check(0, "summary", "debug.inv"))
         self.assertEqual(self.messages, advice)
         self.check(1, "get", "debug.inv", SERIAL, "/hostname")
-        self.assertEqual(self.messages, f"inv: debug.inv: {SERIAL}: there is no such value\n{advice}"
-                                        "inv: debug.inv: /hostname: there is no such value\n")
+        self.assertEqual(self.messages, f"inv: debug.inv: {SERIAL}: no such value\n{advice}"
+                                        "inv: debug.inv: /hostname: no such value\n")
         self.check(0, "get", "debug.inv", "AssetInfo/int-name")
         self.assertEqual(self.messages, "")
         self.check(0, "summary", "imac.inv")

@@ -165,7 +165,7 @@ class Load(InventoryTestCase):
         empty = Path(tempfile.mkdtemp(dir=FOLDER))
         self.check(1, "load", self.path, empty)
         self.assert_tally()
-        self.assertEqual(self.complaints, [f"inv: {empty}: has no files that are called *.inv"])
+        self.assertEqual(self.complaints, [f"inv: {empty}: has no *.inv files"])
 
     def test_files_are_read_from_a_list(self):
         names = FOLDER / "names.txt"

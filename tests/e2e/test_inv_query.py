@@ -83,7 +83,7 @@ class Query(InventoryTestCase):
         other = FOLDER / "other.db"
         for sql in (f"ATTACH '{other}' AS other", f"VACUUM INTO '{other}'", "DELETE FROM machines", "PRAGMA database_list"):
             self.assertEqual(self.check(2, "query", sql, self.files[0]), "")
-            self.assertEqual(self.messages, "inv: query: it may only read: SELECT\n")
+            self.assertEqual(self.messages, "inv: query: only SELECT is allowed\n")
         self.assertFalse(other.exists())
 
     def test_gives_up_in_time(self):
@@ -154,7 +154,7 @@ class Policy(InventoryTestCase):
     def test_rules_that_cannot_be_read_end_with_2(self):
         wrong = FOLDER / "wrong.json"
         wrong.write_text("{")
-        for path, message in ((wrong, "is not JSON: "), (FOLDER / "missing.json", "cannot be read: "), (self.policy(), 'has no list of "rules"')):
+        for path, message in ((wrong, "is not JSON: "), (FOLDER / "missing.json", "cannot be read: "), (self.policy(), 'needs a list of "rules"')):
             self.assertEqual(self.check(2, "policy", path, self.file), "")
             self.assertTrue(self.messages.startswith(f"inv: {path}: {message}"), self.messages)
 

@@ -219,7 +219,7 @@ class Redact(InventoryTestCase):
     def test_refuses_a_key_or_salt_that_is_not_there(self):
         self.assert_refused(2, "cannot be read", scanned(IMAC), "--key-file", FOLDER / "absent")
         self.assert_refused(2, "has no salt: it was not redacted with a key", scanned(IMAC), "--key", KEY, "--salt-of", scanned(IMAC))
-        self.assert_refused(2, "--salt-of: needs the key", scanned(IMAC), "--salt-of", scanned(IMAC))
+        self.assert_refused(2, "--salt-of: needs that file's key", scanned(IMAC), "--salt-of", scanned(IMAC))
         self.assert_refused(2, "--key", scanned(IMAC), "--key", KEY, "--key-file", FOLDER / "key")
 
     def test_without_a_key_names_differ_between_runs(self):
@@ -236,7 +236,7 @@ class Redact(InventoryTestCase):
     def test_tells_what_it_did(self):
         out = FOLDER / "told.inv"
         self.assertRegex(self.check(0, "redact", scanned(IMAC), "-o", out),
-                         rf"^{re.escape(str(out))}: \d+ names, numbers and addresses replaced; may still tell: "
+                         rf"^{re.escape(str(out))}: \d+ names, numbers and addresses replaced; may still identify it: "
                          r"150 application names, 1 process name, \d+ variable names, 2 monitor names, 4 device names\n$")
         self.assertEqual(self.messages, "")
 
@@ -277,7 +277,7 @@ class Redact(InventoryTestCase):
                                   (FOLDER / "first.inv", ["--key", KEY, "--salt-of", FOLDER / "first.inv"])]:
             before = output.read_bytes()
             self.check(2, "redact", scanned(IMAC), "-o", output, *arguments)
-            self.assertIn(f"inv: {output}: is an input as well; --force replaces it\n", self.messages)
+            self.assertIn(f"inv: {output}: is also an input; --force replaces it\n", self.messages)
             self.assertEqual(output.read_bytes(), before)
 
     def test_an_existing_file_stays_when_refused(self):

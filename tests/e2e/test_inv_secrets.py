@@ -126,7 +126,7 @@ class Secrets(ScanTestCase):
     def test_are_counted_in_one_line(self):
         for form, result in self.outputs():
             if form in ("json", "ndjson", "csv", "report", "load", "query"):
-                told = re.findall(r"^inv: (?:\w+: (\d+) secrets are masked; --secrets keeps what is there$)?", result.stderr.decode(), re.MULTILINE)
+                told = re.findall(r"^inv: (?:\w+: (\d+) secrets are masked; --secrets keeps them$)?", result.stderr.decode(), re.MULTILINE)
                 self.assertEqual(len(told), 1, form)
                 self.assertGreaterEqual(int(told[0]), len(SECRETS), form)
 

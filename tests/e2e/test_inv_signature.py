@@ -220,7 +220,7 @@ class Verify(SignatureTestCase):
                 ((*allowed, "--revoked-keys", "/nowhere"), f"inv: /nowhere: {missing}\n"),
                 ((*allowed, "--revoked-keys", bad), LISTED.format(bad, 2, NO_KEY)),
                 ((*allowed, "--revoked-keys", binary),
-                 LISTED.format(binary, 1, "binary revocation lists are not supported; name public keys, one a line")),
+                 LISTED.format(binary, 1, "binary revocation lists are not supported; list public keys, one per line")),
                 ((*allowed, "--signature", self.signature, self.file),
                  "inv: --signature: is for one file; without it, the signature of FILE is FILE.sig\n"),
                 ((*allowed, "-"), "inv: standard input: has no signature beside it; name one with --signature\n")):

@@ -34,7 +34,7 @@ class ManPages(InventoryTestCase):
         return re.findall(r"^\.Cm (\w+)$", section(INV_PAGE, "SYNOPSIS"), re.M)
 
     def test_every_option_is_described(self):
-        described, common = section(INV_PAGE, "DESCRIPTION").split("All commands know:")
+        described, common = section(INV_PAGE, "DESCRIPTION").split("All commands have these options:")
         for command in options_of.commands():
             with self.subTest(command=command):
                 text = re.search(rf"^\.It Cm {command}\n(.*?)(?=^\.It Cm |\Z)", described, re.M | re.S)[1]

@@ -37,7 +37,7 @@ TEST(ReadPolicy, ReadsRulesWithCommentsAndLines) {
 TEST(ReadPolicy, RefusesWhatIsNoPolicy) {
   for (const char* text :
        {"[]", "1", "{}", "{\"rules\": []}", "{\"rules\": 1}", "{\"rules\": [], \"x\": 1}"}) {
-    EXPECT_EQ(refusal(text), "has no list of \"rules\", or something beside it") << text;
+    EXPECT_EQ(refusal(text), "needs a list of \"rules\" and nothing else") << text;
   }
   EXPECT_EQ(refusal("").substr(0, 12), "is not JSON:");
   EXPECT_EQ(refusal(std::string(100'000, '[')).substr(0, 12), "is not JSON:");
@@ -45,16 +45,16 @@ TEST(ReadPolicy, RefusesWhatIsNoPolicy) {
 }
 
 TEST(ReadPolicy, NamesTheRuleThatIsWrong) {
-  EXPECT_EQ(refusal(policy_of("1")), "rule 1 is no object");
-  EXPECT_EQ(refusal(policy_of(std::string(kRule) + "," + kRule)), "rule 2 has the name of another");
+  EXPECT_EQ(refusal(policy_of("1")), "rule 1 is not an object");
+  EXPECT_EQ(refusal(policy_of(std::string(kRule) + "," + kRule)), "rule 2 has the name of another rule");
   EXPECT_EQ(refusal(policy_of(R"({"severity": "low", "message": "m", "sql": "s"})")),
             "rule 1 has no \"name\"");
   EXPECT_EQ(refusal(policy_of(R"({"name": "", "severity": "low", "message": "m", "sql": "s"})")),
-            "rule 1 has a \"name\" that is no text");
+            "rule 1 has a \"name\" that is not a text");
   EXPECT_EQ(refusal(policy_of(R"({"name": "n", "severity": "low", "message": "m", "sql": ["s", 1]})")),
-            "rule 1 has a \"sql\" that is no text");
+            "rule 1 has a \"sql\" that is not a text");
   EXPECT_EQ(refusal(policy_of(R"({"name": "n", "severity": "urgent", "message": "m", "sql": "s"})")),
-            "rule 1 has a severity other than high, medium and low");
+            "rule 1 has a severity that is not high, medium or low");
   EXPECT_EQ(
       refusal(policy_of(R"({"name": "n", "severity": "low", "message": "m", "sql": "s", "sqll": "s"})")),
       "rule 1 has an unknown \"sqll\"");
@@ -99,7 +99,7 @@ TEST_F(CheckRule, FillsTheMessageFromTheRow) {
 
 TEST_F(CheckRule, AQuestionWithoutAnAnswerIsAnError) {
   const inv::PolicyVerdict none = verdict("DROP TABLE facts");
-  EXPECT_EQ(none.error, "it may only read: SELECT");
+  EXPECT_EQ(none.error, "only SELECT is allowed");
   EXPECT_TRUE(none.breaches.empty());
 }
 

@@ -65,7 +65,7 @@ TEST_F(QueryTest, OnlyReads) {
         "CREATE TEMP VIEW v AS SELECT 1", "DROP VIEW software", "ATTACH 'x.db' AS x", "PRAGMA journal_mode",
         "SELECT * FROM pragma_database_list", "VACUUM", "VACUUM INTO 'x.db'", "BEGIN", "COMMIT",
         "SAVEPOINT s", "REINDEX", "ANALYZE", "SELECT load_extension('x')"}) {
-    EXPECT_EQ(refusal(sql), "it may only read: SELECT") << sql;
+    EXPECT_EQ(refusal(sql), "only SELECT is allowed") << sql;
   }
   EXPECT_EQ(rows("SELECT count(*) > 10 FROM facts"), (Rows{{1}}));
 }
@@ -77,8 +77,8 @@ TEST_F(QueryTest, HasNoFunctionsForFiles) {
 }
 
 TEST_F(QueryTest, SaysWhatIsWrong) {
-  EXPECT_EQ(refusal(""), "there is no question in it");
-  EXPECT_EQ(refusal(" -- nothing\n;"), "there is no question in it");
+  EXPECT_EQ(refusal(""), "there is no query in it");
+  EXPECT_EQ(refusal(" -- nothing\n;"), "there is no query in it");
   EXPECT_EQ(refusal("SELECT 1; SELECT 2"), "it is more than one statement");
   EXPECT_EQ(rows("SELECT 1; \n;"), (Rows{{1}}));
   EXPECT_EQ(refusal("SELECT colour FROM software"), "no such column: colour");

@@ -168,7 +168,7 @@ TEST(RevokedKeys, ALineThatCannotBeReadSpoilsTheList) {
 
 TEST(RevokedKeys, BinaryListsAreNamed) {
   EXPECT_EQ(revoked(std::string("SSHKRL\n\0\0\0\0\1", 12)),
-            "1: binary revocation lists are not supported; name public keys, one a line");
+            "1: binary revocation lists are not supported; list public keys, one per line");
 }
 
 }  // namespace
