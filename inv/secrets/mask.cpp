@@ -32,7 +32,7 @@ std::vector<TextPart> secrets_at(const TextPlace& place, std::string_view text) 
                               : secrets_in_line(text);
 }
 
-// A variable's name stands three times.
+// A variable's name occurs three times.
 bool is_repeated(const TextPlace& place) {
   return (place.is_name && place.attribute) || is_own_value_of_variable(place);
 }

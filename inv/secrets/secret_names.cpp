@@ -30,7 +30,7 @@ constexpr SecretWord kSecretWords[] = {
     {"secretkey", SecretWord::Place::ending},  {"privatekey", SecretWord::Place::ending},
 };
 
-// As the last word these say what about a secret is told.
+// As the last word these name something about a secret, not the secret itself.
 constexpr std::string_view kAboutSecrets[] = {
     "file", "path", "dir",    "directory", "folder",  "sock", "socket", "type", "size", "length",  "bits",
     "mode", "alg",  "method", "algorithm", "version", "url",  "uri",    "host", "port", "timeout", "format",
@@ -64,12 +64,12 @@ bool tells_about_secrets(std::string_view word) {
   return std::find(std::begin(kAboutSecrets), std::end(kAboutSecrets), word) != std::end(kAboutSecrets);
 }
 
-// The working directory is the one whose name is that word alone.
+// "PWD" alone is the working directory.
 bool is_abbreviated_password(const std::vector<std::string>& words) {
   return words.size() > 1 && words.back() == "pwd";
 }
 
-// Of a longer one the end says what it is.
+// The end of a longer name says what it is.
 constexpr size_t kLongestName = 256;
 
 }  // namespace

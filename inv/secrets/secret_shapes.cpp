@@ -13,14 +13,14 @@ namespace {
 bool is_token_character(char c) { return is_letter_or_digit(c) || c == '_' || c == '-'; }
 bool is_dotted_token_character(char c) { return is_token_character(c) || c == '.'; }
 
-// A token that its issuer made recognisable.
+// A token with a prefix by which its issuer makes it recognisable.
 struct TokenShape {
   std::string_view start;
-  size_t shortest_rest;  // fewer characters behind the start are no such token
+  size_t shortest_rest;  // with fewer characters after the start it is no such token
   bool (*belongs)(char c) = is_token_character;
 };
 
-// Those with the same first character lie together.
+// Those with the same first character are adjacent.
 constexpr TokenShape kTokenShapes[] = {
     {"AGE-SECRET-KEY-1", 50},
     {"AIza", 30},
@@ -71,7 +71,7 @@ constexpr TokenShape kTokenShapes[] = {
     {"ya29.", 20, is_dotted_token_character},
 };
 
-// For each character the number, from 1 on, of the first shape that begins with it; 0 for none.
+// For each character the number, counted from 1, of the first shape that begins with it; 0 if none does.
 using FirstCharacters = std::array<uint8_t, 128>;
 
 FirstCharacters first_characters() {
@@ -91,13 +91,14 @@ constexpr size_t kLongestKeyLabel = 64;
 
 constexpr std::string_view kBehindScheme = "://";
 
-// Where the characters from `from` on that belong end.
+// The end of the run of characters from `from` on that belong.
 size_t end_of_run(std::string_view text, size_t from, bool (*belongs)(char c)) {
   while (from < text.size() && belongs(text[from])) ++from;
   return from;
 }
 
-// One walk over a text. Each find_... gives the end of what it added, or where it stands when it found none.
+// One walk over a text. Each find_... returns the end of what it added, or its starting point if it found
+// nothing.
 class ShapeFinder {
  public:
   explicit ShapeFinder(std::string_view text) : text_(text) {}
@@ -133,8 +134,8 @@ class ShapeFinder {
     return at;
   }
 
-  // Header, payload, and a signature, which may be empty. What follows a run of characters is looked at once,
-  // though many tokens may seem to begin in it.
+  // Header, payload, and a signature, which may be empty. Many tokens may seem to begin in a run of
+  // characters, but what follows it is examined only once.
   size_t find_json_web_token(size_t at) {
     if (!starts_with(text_.substr(at), kJsonWebToken)) return at;
     if (at >= header_end_) {
@@ -146,13 +147,13 @@ class ShapeFinder {
     return add(at, end_of_part(payload_end_));
   }
 
-  // Of the part that a dot here begins; here without one.
+  // The end of the part that begins with a dot here; here if there is no dot.
   size_t end_of_part(size_t dot) const {
     const bool begins = dot < text_.size() && text_[dot] == '.';
     return begins ? end_of_run(text_, dot + 1, is_token_character) : dot;
   }
 
-  // A key that is cut off goes on to the end.
+  // A truncated key extends to the end of the text.
   size_t find_private_key(size_t at) {
     if (!starts_with(text_.substr(at), kKeyStart)) return at;
     const std::string_view label = text_.substr(at + kKeyStart.size(), kLongestKeyLabel);
@@ -163,7 +164,7 @@ class ShapeFinder {
     return add(at, dashes == text_.npos ? text_.size() : dashes + kDashes.size());
   }
 
-  // "user:password@" behind a scheme.
+  // "user:password@" after a scheme.
   size_t find_password(size_t at) {
     if (!starts_with(text_.substr(at), kBehindScheme)) return at;
     const size_t from = at + kBehindScheme.size();
@@ -186,7 +187,7 @@ struct Mixture {
   size_t lower = 0;
   size_t digits = 0;
   size_t others = 0;
-  size_t changes = 0;  // from one of the first three kinds to another, but for a capital before small letters
+  size_t changes = 0;  // between the first three kinds, except from a capital to small letters
   bool hexadecimal = true;
 
   size_t characters() const { return upper + lower + digits; }
@@ -233,17 +234,17 @@ bool is_bare_uuid(std::string_view text) {
          std::string_view("89abAB").find(text[16]) != std::string_view::npos;
 }
 
-// What random texts have at least: characters, and changes among a hundred pairs of them. A name of several
-// words has about twenty. Of a longer text fewer are enough.
+// The least that random texts have: characters, and changes per hundred pairs of them. A name of several
+// words has about twenty changes. Longer texts need fewer.
 struct Randomness {
   size_t characters;
   size_t changes;
 };
 constexpr Randomness kRandomOfThreeKinds = {20, 30};
 constexpr Randomness kRandomOfTwoKinds = {32, 25};
-// 30 bytes in Base64, as clouds make their keys: too many not to count those with few changes.
+// 30 bytes in Base64, as cloud services make their keys: so common that those with few changes count too.
 constexpr size_t kAccessKey = 40;
-// Of so many characters one may be another sign: words that dashes join have more of those.
+// One in this many characters may be a punctuation mark: words joined by dashes have more of them.
 constexpr size_t kCharactersPerSign = 8;
 
 bool is_random(const Mixture& mixture, const Randomness& least) {
@@ -251,7 +252,7 @@ bool is_random(const Mixture& mixture, const Randomness& least) {
   return count >= least.characters && mixture.changes * 100 >= (count - 1) * least.changes;
 }
 
-// The folders at the top of a Mac, and of systems whose variables come along.
+// Top-level folders of a Mac, and of systems whose variables are passed on to it.
 constexpr std::string_view kTopFolders[] = {
     "Applications", "Library", "Network", "System", "Users", "Volumes", "bin",     "cores",
     "dev",          "etc",     "home",    "mnt",    "nix",   "opt",     "private", "proc",

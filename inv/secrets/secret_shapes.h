@@ -1,4 +1,4 @@
-// Texts that are secrets by what they look like, whatever they are called.
+// Texts that are recognised as secrets by their shape, whatever their name.
 #pragma once
 
 #include <string_view>
@@ -13,11 +13,11 @@ struct TextPart {
 };
 
 // Private keys, tokens with well-known beginnings, JSON web tokens, and the passwords of URLs, in the order
-// of the text. None lies in another.
+// of the text. They do not overlap.
 std::vector<TextPart> secret_shapes_in(std::string_view text);
 
-// Whether a text that stands alone is long and random: of letters and digits mixed as nobody writes them. A
-// UUID is not, with dashes or without; nor is a path, or a name of several words.
+// Whether a text by itself is long and random: letters and digits mixed as nobody writes them. UUIDs with or
+// without dashes are not, nor are paths or names of several words.
 bool is_random_text(std::string_view text);
 
 // Whether a text is an absolute path, or one that begins at a home folder.

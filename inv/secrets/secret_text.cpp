@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kQuotes = "\"'\\";
-// What ends a value within a word: the next one of a query, a list or a structure.
+// What ends a value within a word: the next item of a query, a list or a structure.
 constexpr std::string_view kBehindValue = "&;,#\"'}";
 
 bool is_any_of(char c, std::string_view set) { return set.find(c) != set.npos; }
@@ -28,10 +28,10 @@ bool is_one_of(std::string_view text, const std::string_view (&words)[count]) {
 }
 
 constexpr std::string_view kAnswers[] = {"true", "false", "yes", "no", "on", "off", "none", "null", "0", "1"};
-// What may stand between the name of a header and its secret.
+// What may come between the name of a header and its secret.
 constexpr std::string_view kSchemes[] = {"bearer", "basic", "token", "digest"};
 
-// Where a secret would stand, but nothing is told by what stands there.
+// A value in the place of a secret that gives nothing away.
 bool tells_nothing(std::string_view text) {
   const bool is_reference = !text.empty() && text[0] == '$';
   const bool has_content = std::any_of(text.begin(), text.end(), [](char c) {
@@ -40,7 +40,7 @@ bool tells_nothing(std::string_view text) {
   return is_reference || !has_content || is_path(text) || is_one_of(text, kAnswers);
 }
 
-// A walk over the words of a line.
+// Walks over the words of a line.
 class LineReader {
  public:
   explicit LineReader(std::string_view line) : line_(line), found_(secret_shapes_in(line)) {}
@@ -55,7 +55,7 @@ class LineReader {
   }
 
  private:
-  // What the next word is, because of the words before it.
+  // What the words before the next one say it is.
   enum class Next { anything, value_of_option, value_of_header };
 
   std::string_view text(const TextPart& part) const { return line_.substr(part.offset, part.length); }
@@ -70,7 +70,7 @@ class LineReader {
     if (is_secret_option(text(word))) next_ = Next::value_of_option;
   }
 
-  // The scheme stays. A cookie goes on behind its semicolons.
+  // The scheme stays. A cookie continues after its semicolons.
   void read_header_value(const TextPart& word) {
     const TextPart bare = unquoted(word);
     const bool goes_on = line_[word.offset + word.length - 1] == ';' || is_one_of(text(bare), kSchemes);
@@ -87,7 +87,7 @@ class LineReader {
   // Names with their values: "--password=x", "?a=1&token=x", "\"secret\":\"x\"".
   void read_names(const TextPart& word) {
     const size_t end = word.offset + word.length;
-    size_t name = word.offset;  // where the name begins that may end here
+    size_t name = word.offset;  // where a name that may end here begins
     for (size_t at = word.offset; at < end; ++at) {
       const char c = line_[at];
       if ((c == '=' || c == ':') && names_secret(line_.substr(name, at - name))) {
@@ -99,8 +99,8 @@ class LineReader {
     }
   }
 
-  // The value of a secret name from here on; its end. Of the name that the word begins with it is all the
-  // rest.
+  // Adds the value of a secret name from here on, and returns its end. If the word begins with the name, the
+  // value is the whole rest.
   size_t read_value(const TextPart& word, size_t name, size_t from) {
     const size_t end = word.offset + word.length;
     while (from < end && is_any_of(line_[from], kQuotes)) ++from;
@@ -115,7 +115,7 @@ class LineReader {
     return value_end;
   }
 
-  // Random texts between the signs that part a word.
+  // Random texts between the punctuation marks of a word.
   void read_pieces(const TextPart& word) {
     const size_t end = word.offset + word.length;
     for (size_t at = word.offset; at < end;) {
@@ -124,14 +124,14 @@ class LineReader {
       const bool alone = (at == word.offset || is_any_of(line_[at - 1], "=:,;\"'")) &&
                          (piece_end == end || is_any_of(line_[piece_end], "=:,;&\"'"));
       if (alone && is_random_text(line_.substr(at, piece_end - at))) {
-        while (piece_end < end && line_[piece_end] == '=') ++piece_end;  // of Base64
+        while (piece_end < end && line_[piece_end] == '=') ++piece_end;  // Base64 padding
         found_.push_back({at, piece_end - at});
       }
       at = piece_end + 1;
     }
   }
 
-  // What stands between quotes where the part begins with one; else the part without those at its end.
+  // The text between quotes if the part begins with one; else the part without quotes at its end.
   TextPart unquoted(const TextPart& part) const {
     const std::string_view all = text(part);
     const size_t start = std::min(all.find_first_not_of(kQuotes), all.size());
@@ -144,7 +144,7 @@ class LineReader {
     if (!tells_nothing(text(value))) found_.push_back(value);
   }
 
-  // What was found twice, or in part, is one secret.
+  // Overlapping finds are one secret.
   std::vector<TextPart> in_order() {
     std::sort(found_.begin(), found_.end(),
               [](const TextPart& one, const TextPart& other) { return one.offset < other.offset; });
@@ -167,7 +167,7 @@ class LineReader {
 
 constexpr std::string_view kMask = "••• (";
 
-// Of UTF-8: bytes that continue none.
+// In UTF-8: bytes that are no continuation bytes.
 size_t character_count(std::string_view text) {
   return static_cast<size_t>(std::count_if(
       text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
