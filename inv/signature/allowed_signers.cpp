@@ -7,7 +7,7 @@
 namespace inv {
 namespace {
 
-// All below that can fail say why; empty is success.
+// Why a function failed; empty on success.
 using Reason = std::string;
 
 constexpr char kUnknownOption[] = "there is an unknown option";
@@ -47,7 +47,7 @@ constexpr Option kOptions[] = {
      }},
 };
 
-// Takes a text in quotes off the front, in which \" means a quote. None when there is no such text.
+// Takes a quoted text off the front, in which \" means a quote; std::nullopt if there is none.
 std::optional<std::string> take_quoted(std::string_view& text) {
   if (text.substr(0, 1) != "\"") return std::nullopt;
   std::string value;
@@ -107,7 +107,7 @@ std::string_view take_options(std::string_view& text) {
   return options;
 }
 
-// Takes the names off the front; a part of them, or all, may be in quotes. None when a quote does not end.
+// Takes the names off the front, which may be quoted wholly or in part; std::nullopt if a quote does not end.
 std::optional<std::string> take_principals(std::string_view& text) {
   std::string names(text.substr(0, text.find_first_of(" \t\r\n\"")));
   text.remove_prefix(names.size());
@@ -137,8 +137,8 @@ Reason read_signer(std::string_view line, AllowedSigner& signer) {
   return signer.key.is_ed25519() ? "" : "keys of the type " + signer.key.type + " are not supported";
 }
 
-// Calls visit(line, number) for every line that is neither empty nor a comment, without the blanks before it;
-// stops when that returns false.
+// Calls visit(line, number) for every line that is neither empty nor a comment, without leading blanks; stops
+// when visit returns false.
 template <typename Visit>
 void each_entry(std::string_view text, Visit visit) {
   for (uint64_t number = 1; !text.empty(); ++number) {

@@ -16,8 +16,8 @@ namespace inv {
 struct AllowedSigner {
   std::string principals;                 // the patterns of those who sign with the key
   PublicKey key;                          // of type Ed25519
-  std::optional<std::string> namespaces;  // the patterns of what it may sign for; none: anything
-  std::optional<int64_t> valid_after;  // in seconds since 1970; both moments belong to the time between them
+  std::optional<std::string> namespaces;  // the patterns of what it may sign for; std::nullopt: anything
+  std::optional<int64_t> valid_after;     // in seconds since 1970; both bounds are inclusive
   std::optional<int64_t> valid_before;
 };
 
@@ -29,14 +29,14 @@ struct LineFault {
 
 struct AllowedSigners {
   std::vector<AllowedSigner> signers;
-  // A line that cannot be read, or is of a kind that is not supported, allows nobody and spoils no other.
+  // A line that cannot be read or is not supported allows nobody; the other lines still count.
   std::vector<LineFault> faults;
 };
 
 AllowedSigners read_allowed_signers(std::string_view text);
 
-// A revocation list: public keys, one a line. None, with the fault, when a line cannot be read or the list is
-// one of OpenSSH's binary ones: what it revokes must not pass.
+// A revocation list: public keys, one per line. std::nullopt, with the fault, if a line cannot be read or the
+// list is one of OpenSSH's binary ones: a key that it revokes must not be accepted.
 std::optional<std::vector<PublicKey>> read_revoked_keys(std::string_view text, LineFault* fault);
 
 }  // namespace inv

@@ -14,7 +14,7 @@ struct Field {
   int tm::*member;
   uint64_t least;
   uint64_t most;
-  int origin;  // what the member counts from
+  int origin;  // the value that the member counts from
 };
 
 // A minute may have a leap second.
@@ -43,7 +43,7 @@ std::optional<int64_t> parse_moment(std::string_view text) {
     parts.*field.member = static_cast<int>(*number) - field.origin;
     text.remove_prefix(field.width);
   }
-  // Whether it is summer there is for the machine to know.
+  // Daylight saving time is left to the machine's time zone.
   parts.tm_isdst = -1;
   const time_t seconds = utc ? timegm(&parts) : mktime(&parts);
   if (seconds <= 0) return std::nullopt;

@@ -7,9 +7,9 @@
 
 namespace inv {
 
-// Seconds since 1970 began in UTC, for "YYYYMMDD", "YYYYMMDDHHMM" or "YYYYMMDDHHMMSS"; with "Z" or "UTC"
-// behind it, in UTC, else in this machine's time zone. None for anything else, and for times that are not
-// after 1970 began. A day that its month does not have is one of the next month, as for ssh-keygen.
+// Seconds since 1970 began in UTC, for "YYYYMMDD", "YYYYMMDDHHMM" or "YYYYMMDDHHMMSS"; in UTC if "Z" or "UTC"
+// follows, else in this machine's time zone. std::nullopt for anything else, and for times that are not after
+// the beginning of 1970. Days beyond the end of a month roll over into the next one, as with ssh-keygen.
 std::optional<int64_t> parse_moment(std::string_view text);
 
 }  // namespace inv

@@ -5,8 +5,8 @@
 
 namespace inv {
 
-// Whether a text matches one of a list's patterns and none of those that begin with "!". In a pattern, "*"
-// matches any text and "?" any one byte.
+// Whether a text matches one of the patterns and none of those that begin with "!". In a pattern, "*" matches
+// any text and "?" any single byte.
 bool matches_list(std::string_view list, std::string_view text);
 
 }  // namespace inv

@@ -10,7 +10,7 @@
 namespace inv {
 namespace {
 
-// Takes the text up to the next blank off the front of another.
+// Takes the text up to the next blank off the front.
 std::string_view take_word(std::string_view& text) {
   const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
   text.remove_prefix(word.size());

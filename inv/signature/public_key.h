@@ -7,7 +7,7 @@
 
 namespace inv {
 
-// The one type of key whose signatures are checked here.
+// The only type of key whose signatures are checked here.
 constexpr std::string_view kEd25519 = "ssh-ed25519";
 
 struct PublicKey {
@@ -15,7 +15,7 @@ struct PublicKey {
   std::string blob;  // its bytes, which begin with the type
 
   bool is_ed25519() const { return type == kEd25519; }
-  // The 32 bytes after the type; only of a key of that type.
+  // The 32 bytes after the type; only for an Ed25519 key.
   std::string_view ed25519_bytes() const;
   // "SHA256:" and the digest, as ssh-keygen -l shows it.
   std::string fingerprint() const;
@@ -23,12 +23,12 @@ struct PublicKey {
   bool operator==(const PublicKey& other) const { return blob == other.blob; }
 };
 
-// The key of these bytes. None when they name no type, or are an Ed25519 key of the wrong length; what other
-// types are made of is not looked at.
+// The key with these bytes; std::nullopt if they name no type, or are an Ed25519 key of the wrong length. The
+// contents of other types are not checked.
 std::optional<PublicKey> read_key(std::string_view blob);
 
-// Takes a type and a key in Base64 off the front of a text, which may go on after a blank; blanks before them
-// are skipped. None, and the text as it was, when it begins otherwise or the two do not agree.
+// Takes a type and a key in Base64 off the front of a text, which may continue after a blank; leading blanks
+// are skipped. std::nullopt, and the text unchanged, if it begins otherwise or the two do not agree.
 std::optional<PublicKey> take_key(std::string_view& text);
 
 // What separates the words of a line.

@@ -21,8 +21,8 @@ const unsigned char* bytes_of(std::string_view text) {
   return reinterpret_cast<const unsigned char*>(text.data());
 }
 
-// What the armor holds. As for ssh-keygen, the first line is the armor's own, and what follows its end does
-// not count.
+// The bytes inside the armor. As with ssh-keygen, the armor begins with the first line, and anything after
+// its end is ignored.
 std::optional<std::string> read_armor(std::string_view text) {
   if (!starts_with(text, kBegin)) return std::nullopt;
   text.remove_prefix(kBegin.size());
@@ -45,7 +45,7 @@ std::string digest_of(std::string_view file, std::string_view hash) {
   return std::string(digest.begin(), digest.end());
 }
 
-// The 64 bytes after the type of signature, which must be the key's.
+// The 64 bytes after the signature's type, which must be that of the key.
 std::optional<std::string> read_ed25519_signature(std::string_view blob) {
   WireReader reader(blob);
   const std::optional<std::string_view> type = reader.take_string();
@@ -61,7 +61,7 @@ std::optional<Signature> refuse(std::string reason, std::string* error) {
   return std::nullopt;
 }
 
-// Why a whole signature is of a kind that is not checked here; empty: it is of the one that is.
+// Why an intact signature is of a kind that is not supported; empty if it is supported.
 std::string unsupported(const PublicKey& key, std::string_view hash) {
   if (!key.is_ed25519()) {
     return "it is signed with a key of the type " + key.type + ", and only " + std::string(kEd25519) +
@@ -78,7 +78,7 @@ std::string unsupported(const PublicKey& key, std::string_view hash) {
 std::optional<Signature> read_fields(WireReader& reader, std::string* error) {
   const std::optional<std::string_view> key_blob = reader.take_string();
   const std::optional<std::string_view> signed_for = reader.take_string();
-  reader.take_string();  // reserved: who does not know what it holds is to pass over it
+  reader.take_string();  // reserved: to be ignored
   const std::optional<std::string_view> hash = reader.take_string();
   const std::optional<std::string_view> blob = reader.take_string();
   if (!blob || !reader.at_end()) return refuse(kDamaged, error);

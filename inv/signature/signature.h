@@ -9,8 +9,8 @@
 
 namespace inv {
 
-// What signatures of inventory files are made for (ssh-keygen -n), so that one that somebody was talked into
-// for another purpose does not pass for one.
+// The namespace of inventory signatures (ssh-keygen -n), so that a signature that somebody was talked into
+// for another purpose is not accepted.
 constexpr std::string_view kSignedFor = "velkaro-inventory";
 
 struct Signature {
@@ -20,11 +20,11 @@ struct Signature {
   std::string bytes;       // 64 of them
 };
 
-// A signature from its armored text. None, and the reason as a sentence's end, when it is damaged or of a
-// kind that is not checked here.
+// A signature from its armored text. std::nullopt, and the reason as the end of a sentence, if it is damaged
+// or of a kind that is not supported.
 std::optional<Signature> read_signature(std::string_view text, std::string* error);
 
-// Whether it is its key's signature of exactly these bytes.
+// Whether it is the key's signature of exactly these bytes.
 bool is_signature_of(const Signature& signature, std::string_view file);
 
 }  // namespace inv

@@ -8,7 +8,7 @@
 namespace inv {
 namespace {
 
-// Why a line that has the key does not allow it; empty: it does.
+// Why a line with the key does not allow it; empty if it does.
 std::string reason_against(const AllowedSigner& signer, const std::string& identity, int64_t now) {
   if (!identity.empty() && !matches_list(signer.principals, identity)) return "is not that of " + identity;
   if (signer.namespaces && !matches_list(*signer.namespaces, kSignedFor)) {
@@ -19,7 +19,7 @@ std::string reason_against(const AllowedSigner& signer, const std::string& ident
   return "";
 }
 
-// The same for all lines. A key may be in several: one that allows it is enough.
+// The same for all lines. A key may be in several lines; one that allows it is enough.
 SignatureVerdict judge_key(const PublicKey& key, const Trust& trust, int64_t now) {
   std::string reason = "is not an allowed signer's";
   for (const AllowedSigner& signer : trust.signers) {

@@ -1,5 +1,5 @@
-// The fields of keys and signatures, as SSH has them: numbers of four bytes, the most significant first, and
-// strings after their length.
+// The fields of keys and signatures in SSH's format: four-byte big-endian numbers, and strings preceded by
+// their length.
 #pragma once
 
 #include <cstdint>
@@ -9,13 +9,13 @@
 
 namespace inv {
 
-// Takes fields off the front of bytes, which must outlive what it gives. After a field that is cut short
-// there are no others: when the last one is there, all of them are.
+// Takes fields off the front of bytes, which must outlive what it returns. After a truncated field there are
+// no others, so if the last one is there, all are.
 class WireReader {
  public:
   explicit WireReader(std::string_view bytes) : rest_(bytes) {}
 
-  // This many bytes; none when there are fewer.
+  // This many bytes; std::nullopt if there are fewer.
   std::optional<std::string_view> take(size_t length);
   std::optional<uint32_t> take_number();
   std::optional<std::string_view> take_string();
@@ -26,7 +26,7 @@ class WireReader {
   std::string_view rest_;
 };
 
-// A string after its length, which must be less than 4 GiB.
+// A string preceded by its length, which must be less than 4 GiB.
 std::string wire_string(std::string_view text);
 
 }  // namespace inv
