@@ -15,12 +15,12 @@ constexpr char kIgnored[] = " \t\n\v\f\r";
 std::string base64(const Digest& digest) {
   std::string text(sodium_base64_ENCODED_LEN(sizeof(Digest), kVariant), '\0');
   sodium_bin2base64(text.data(), text.size(), digest.data(), digest.size(), kVariant);
-  text.pop_back();  // the end of a C string
+  text.pop_back();  // the terminating NUL
   return text;
 }
 
 std::optional<std::string> from_base64(std::string_view text) {
-  // libsodium takes the byte 0 for one to be ignored, and those beyond ASCII for slashes.
+  // libsodium ignores NUL bytes, and takes bytes beyond ASCII for slashes.
   const auto misread = [](char character) { return static_cast<signed char>(character) <= 0; };
   if (std::any_of(text.begin(), text.end(), misread)) return std::nullopt;
   std::string bytes(text.size(), '\0');

@@ -1,4 +1,4 @@
-// Base64, as pages, keys and signatures write bytes down.
+// Base64, as used in pages, keys and signatures.
 #pragma once
 
 #include <optional>
@@ -11,8 +11,8 @@ namespace inv {
 
 std::string base64(const Digest& digest);
 
-// The bytes that a text encodes; blanks and line ends anywhere in it do not count. None when it has anything
-// else, is not padded to whole groups, or ends with bits that belong to no byte.
+// The bytes that a text encodes; blanks and line ends anywhere in it are ignored. std::nullopt if it contains
+// anything else, is not padded to whole groups, or ends with bits that belong to no byte.
 std::optional<std::string> from_base64(std::string_view text);
 
 }  // namespace inv

@@ -7,7 +7,7 @@
 
 namespace inv {
 
-// An unsigned number of all the bytes given, at most eight.
+// An unsigned number made of all bytes, at most eight.
 inline uint64_t read_number(std::string_view bytes, bool big_endian) {
   uint64_t number = 0;
   for (size_t i = 0; i < bytes.size(); ++i) {
@@ -17,7 +17,7 @@ inline uint64_t read_number(std::string_view bytes, bool big_endian) {
   return number;
 }
 
-// Decimal digits and nothing else; none for anything else and for numbers of 64 bits and more.
+// Parses decimal digits; std::nullopt for anything else and for numbers that do not fit into 64 bits.
 inline std::optional<uint64_t> parse_decimal(std::string_view digits) {
   if (digits.empty() || digits.size() > 19) return std::nullopt;
   uint64_t number = 0;
@@ -33,7 +33,7 @@ inline bool fits(uint64_t offset, uint64_t length, uint64_t size) {
   return length <= size && offset <= size - length;
 }
 
-// Takes the text up to the next line feed off the front; none when there is no further line feed.
+// Takes the text up to the next line feed off the front; std::nullopt if there is no line feed left.
 inline std::optional<std::string_view> take_line(std::string_view& text) {
   const size_t end = text.find('\n');
   if (end == std::string_view::npos) return std::nullopt;

@@ -9,13 +9,13 @@ using Day = int64_t;  // since 1970-01-01
 
 Day floor_divide(Day number, Day divisor) { return number / divisor - (number % divisor < 0 ? 1 : 0); }
 
-// The first day of a month, which may be one more than the year has: where the last one ends. None for a
-// month further out.
+// The first day of a month; the month after the year's last one gives the end of that one. std::nullopt for
+// months beyond that.
 using MonthStart = std::optional<Day> (*)(int year, int month);
 
 std::optional<Day> gregorian_month(int year, int month) {
   if (month > 13) return std::nullopt;
-  // Years from March on have their leap day at the end.
+  // Years counted from March have their leap day at the end.
   const Day from_march = year - (month <= 2 ? 1 : 0);
   const Day months = month <= 2 ? month + 9 : month - 3;
   return 365 * from_march + floor_divide(from_march, 4) - floor_divide(from_march, 100) +
@@ -26,14 +26,14 @@ std::optional<Day> buddhist_month(int year, int month) { return gregorian_month(
 
 std::optional<Day> minguo_month(int year, int month) { return gregorian_month(year + 1911, month); }
 
-// The scanner is younger than the 24th year of Heisei, and Reiwa has not come that far.
+// The scanner did not exist before the 24th year of Heisei, and Reiwa has not reached that year.
 std::optional<Day> japanese_month(int year, int month) {
   constexpr int kBeforeHeisei = 1988;
   constexpr int kBeforeReiwa = 2018;
   return gregorian_month(year + (year < 24 ? kBeforeReiwa : kBeforeHeisei), month);
 }
 
-// Twelve months of 30 days, and those that are left.
+// Twelve months of 30 days, and a thirteenth with the rest.
 std::optional<Day> alexandrian_month(int year, int month, Day epoch) {
   if (month > 14) return std::nullopt;
   if (month == 14) return alexandrian_month(year + 1, 1, epoch);
@@ -68,7 +68,7 @@ std::optional<Day> persian_month(int year, int month) {
          (month <= 7 ? 31 * (month - 1) : 30 * (month - 1) + 6);
 }
 
-// The first day of the Hebrew year: that of its new moon, unless a rule puts it off.
+// The first day of the Hebrew year: that of its new moon, unless a rule postpones it.
 Day hebrew_year(int year) {
   constexpr Day kEpoch = -2'092'590;
   constexpr Day kPartsOfDay = 25'920;
@@ -83,7 +83,7 @@ Day hebrew_year(int year) {
   return kEpoch + its + delay;
 }
 
-// Months are counted through from Tishri: a leap year has 13.
+// Months are numbered from Tishri: a leap year has 13.
 std::optional<Day> hebrew_month(int year, int month) {
   const Day start = hebrew_year(year);
   const Day length = hebrew_year(year + 1) - start;
@@ -94,7 +94,7 @@ std::optional<Day> hebrew_month(int year, int month) {
   const bool short_kislev = length % 10 == 3;
   Day first = start;
   for (int before = 1; before < month; ++before) {
-    // A leap year has a whole Adar before the usual one.
+    // A leap year has an extra Adar before the usual one.
     const int usual = leap && before > 6 ? before - 1 : before;
     const bool whole = usual % 2 == 1 || (leap && before == 6);
     first += (whole && !(usual == 3 && short_kislev)) || (usual == 2 && long_heshvan) ? 30 : 29;
@@ -112,8 +112,8 @@ std::optional<Day> islamic_civil_month(int year, int month) { return islamic_mon
 
 std::optional<Day> islamic_tabular_month(int year, int month) { return islamic_month(year, month, -492'149); }
 
-// The months that the calendar of Umm al-Qura gives 30 days, the first of a year in the highest of twelve
-// bits. It follows the moon over Mecca, and is published rather than calculated.
+// The months with 30 days in the Umm al-Qura calendar, a year's first month in the highest of twelve bits. It
+// follows the moon over Mecca, and is published rather than calculated.
 constexpr int kFirstUmalquraYear = 1433;
 constexpr Day kFirstUmalquraDay = 15'304;
 constexpr unsigned kLongMonths[] = {0xB6A, 0x56C, 0xAAD, 0x555, 0xB29, 0xB92, 0xBA9, 0x5D4, 0xADA, 0x55A,
@@ -134,8 +134,8 @@ std::optional<Day> umalqura_month(int year, int month) {
   return first;
 }
 
-// The years in which scans are made. Only a name decides between the rows in which a year stands twice:
-// without one the first of them is meant.
+// The years in which scans are made. If a year is in several rows, only the calendar's name decides between
+// them; without one the first row counts.
 struct Calendar {
   std::string_view name;
   int first_year;

@@ -1,4 +1,4 @@
-// Dates of the calendars that a Mac's user can choose.
+// Dates in the calendars that a Mac's user can choose.
 #pragma once
 
 #include <cstdint>
@@ -7,17 +7,17 @@
 
 namespace inv {
 
-// Counted as the calendar itself does, from 1; a Japanese year is that of its era.
+// Numbered from 1 as in the calendar itself; a Japanese year is that of its era.
 struct CalendarDate {
   int year;
   int month;
   int day;
 };
 
-// The days from 1970-01-01 to a date in the calendar of this name ("buddhist", as the system calls it), or
-// without a name in the one whose years of our time are such numbers. So is a date whose year cannot be one
-// of the named calendar: the scanner falls back on the Gregorian calendar where a locale has digits of its
-// own. None when there is no such date, or no calendar that has it.
+// The days from 1970-01-01 to a date in the calendar of this name ("buddhist", as the system calls it).
+// Without a name, or if the year does not fit the named calendar, it is the calendar whose present-day years
+// have such numbers: the scanner falls back on the Gregorian calendar for locales with their own digits.
+// std::nullopt if there is no such date, or no calendar has it.
 std::optional<int64_t> days_since_1970(const CalendarDate& date, std::string_view calendar);
 
 }  // namespace inv

@@ -8,7 +8,7 @@
 namespace inv {
 namespace {
 
-// All of a stream, or a byte more than the limit of one that is longer.
+// Reads a whole stream, or one byte more than the limit if it is longer.
 bool read_stream(std::FILE* stream, uint64_t limit, std::string& bytes) {
   constexpr size_t kPiece = 1 << 16;
   size_t length = 0;

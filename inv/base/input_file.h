@@ -1,4 +1,4 @@
-// A file that is read whole.
+// Reads whole files.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace inv {
 
-// The bytes of a file; "-" is standard input. None, and the reason as a clause, when it cannot be read or has
-// more than `limit` bytes.
+// The bytes of a file; "-" is standard input. std::nullopt, and the reason as a clause, if it cannot be read
+// or has more than `limit` bytes.
 std::optional<std::string> read_file(const std::string& path, uint64_t limit, std::string* error);
 
 }  // namespace inv

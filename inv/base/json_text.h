@@ -1,4 +1,4 @@
-// Text for JSON: what is not UTF-8 becomes U+FFFD, so that no writer of JSON can refuse it.
+// Text for JSON: what is not UTF-8 becomes U+FFFD, so that no JSON writer refuses it.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -13,8 +13,8 @@ using Json = nlohmann::ordered_json;
 
 inline Json json_text(std::string_view text) { return to_utf8(text); }
 
-// Appends a text as JSON has it, in quotes. For rows in their millions; it makes the same of a text as the
-// writer of a Json does.
+// Appends a text as a quoted JSON string, exactly as Json's own writer does, but fast enough for millions of
+// rows.
 void append_json(std::string& json, std::string_view text);
 
 }  // namespace inv

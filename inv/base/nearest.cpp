@@ -7,7 +7,8 @@
 namespace inv {
 namespace {
 
-// Nobody mistypes a longer one, and files can hold any: comparing takes time by the product of both lengths.
+// Nobody mistypes longer words, but files can hold them, and comparing takes time in proportion to the
+// product of both lengths.
 constexpr size_t kLongest = 200;
 
 size_t most_differences(std::string_view text) { return std::max<size_t>(1, text.size() / 3); }
@@ -16,8 +17,8 @@ size_t length_difference(std::string_view one, std::string_view other) {
   return one.size() > other.size() ? one.size() - other.size() : other.size() - one.size();
 }
 
-// How many letters have to be added, left out, exchanged or swapped with their neighbour to get from one to
-// the other.
+// How many letters must be added, omitted, replaced or swapped with their neighbour to turn one into the
+// other.
 size_t differences(std::string_view from, std::string_view to) {
   using Row = std::vector<size_t>;
   Row before_last(to.size() + 1);

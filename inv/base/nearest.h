@@ -1,4 +1,4 @@
-// What somebody may have meant who wrote a word a little wrong.
+// Guesses what a slightly misspelt word was meant to be.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@
 
 namespace inv {
 
-// The word that differs least from a text, the first of several: by letters missing, added, exchanged for
-// others or for their neighbours, and by capitals. Empty when none differs by less than about a third.
+// The word that differs least from a text, the first of several, counting letters that are missing, added,
+// replaced or swapped, and capitals. Empty if all differ by more than about a third.
 std::string nearest(std::string_view text, const std::vector<std::string_view>& words);
 
-// "; did you mean WORD?" Nothing when there is no such word.
+// "; did you mean WORD?", or nothing if the word is empty.
 std::string did_you_mean(std::string_view word);
 
 }  // namespace inv

@@ -11,27 +11,27 @@
 namespace inv {
 namespace {
 
-// The file that a path leads to through links; the path itself when there is none yet.
+// The file that a path leads to through links; the path itself if it does not exist yet.
 std::string resolve_links(const std::string& path) {
   char resolved[PATH_MAX];
   return realpath(path.c_str(), resolved) ? resolved : path;
 }
 
-// What is known of what stands at a path, or is open there; none when there is nothing.
+// The status of the file at a path, or of the standard stream; std::nullopt if there is none.
 std::optional<struct stat> status_of(const std::string& path, int standard_stream) {
   struct stat status;
   const bool known = (path == "-" ? fstat(standard_stream, &status) : stat(path.c_str(), &status)) == 0;
   return known ? std::make_optional(status) : std::nullopt;
 }
 
-// A new file tells whose machine it is of, so it is its owner's alone; a file that is replaced keeps its
+// A new file reveals whose machine it describes, so only its owner may read it; a replaced file keeps its
 // mode.
 mode_t mode_for(const std::optional<struct stat>& replaced) {
   constexpr mode_t kPermissions = 0777;
   return replaced ? replaced->st_mode & kPermissions : S_IRUSR | S_IWUSR;
 }
 
-// A new file beside the target, under a name that nobody can have prepared a link at; the path is filled in.
+// Creates a file beside the target, under a name where nobody can have planted a link, and fills in the path.
 std::FILE* open_beside(std::string& path, mode_t mode) {
   constexpr char kSuffix[] = ".part";
   path += std::string(".XXXXXX") + kSuffix;
@@ -60,7 +60,7 @@ OutputFile::OutputFile(const std::string& path) : path_(path) {
   if (path == "-") {
     stream_ = stdout;
   } else if (there && !S_ISREG(there->st_mode)) {
-    // A device, for example. (Or a folder, which then cannot be opened.)
+    // For example a device. (Or a folder, which cannot be opened.)
     stream_ = std::fopen(path.c_str(), "wb");
   } else {
     path_ = temporary_path_ = resolve_links(path);

@@ -7,10 +7,10 @@
 
 namespace inv {
 
-// Writes beside its target, under a name that nobody can foresee, and takes its place at the end; what is not
-// committed is removed. A new file can be read by its owner only, one that is replaced keeps its mode. A link
-// stays and the file that it leads to is replaced. "-" is standard output. Anything else, such as a device or
-// a pipe, is written to directly.
+// Writes beside its target, under an unpredictable name, and replaces it at the end; what is not committed is
+// removed. A new file is readable by its owner only; a replaced one keeps its mode. A link is kept, and the
+// file that it leads to is replaced. "-" is standard output. Anything else, such as a device or a pipe, is
+// written to directly.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path);
@@ -18,10 +18,9 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
   ~OutputFile();
 
-  // None, with the reason in errno, when it cannot be created.
+  // Null, with the reason in errno, if it cannot be created.
   std::FILE* stream() { return stream_; }
-  // Closes the file and puts it in place. False, with the reason in errno, when anything of it could not be
-  // written.
+  // Closes the file and puts it in place. False, with the reason in errno, if any of it could not be written.
   [[nodiscard]] bool commit();
 
  private:
@@ -34,7 +33,7 @@ class OutputFile {
 // standard output and standard input.
 bool is_same_file(const std::string& output, const std::string& input);
 
-// Writes a whole file this way. False, with the reason in errno, when it could not be written.
+// Writes a whole file this way. False, with the reason in errno, if it could not be written.
 [[nodiscard]] bool write_file(const std::string& path, std::string_view content);
 
 }  // namespace inv

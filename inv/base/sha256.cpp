@@ -20,7 +20,7 @@ Digest sha256(std::string_view bytes) {
 std::string hexadecimal(const Digest& digest) {
   std::string digits(2 * digest.size() + 1, '\0');
   sodium_bin2hex(digits.data(), digits.size(), digest.data(), digest.size());
-  digits.pop_back();  // the end of a C string
+  digits.pop_back();  // the terminating NUL
   return digits;
 }
 

@@ -1,5 +1,4 @@
-// SHA-256 and its HMAC, as libsodium computes them: what names the page's own script to a browser, and what
-// makes pseudonyms.
+// SHA-256 and its HMAC from libsodium: a page's script is allowed by its digest, and pseudonyms are HMACs.
 #pragma once
 
 #include <array>
@@ -12,7 +11,7 @@ namespace inv {
 using Digest = std::array<unsigned char, 32>;
 
 Digest sha256(std::string_view bytes);
-// In 64 digits.
+// 64 digits.
 std::string hexadecimal(const Digest& digest);
 Digest hmac_sha256(std::string_view key, std::string_view message);
 

@@ -7,7 +7,7 @@
 namespace inv {
 namespace {
 
-// Calls visit(const plist::Utf8Sequence&, bytes) for each character, and for each sequence that is broken.
+// Calls visit(const plist::Utf8Sequence&, bytes) for each character and each broken sequence.
 template <typename Visit>
 void each_character(std::string_view text, Visit visit) {
   while (!text.empty()) {
@@ -30,8 +30,8 @@ bool in_ranges(uint32_t code, const CodeRange (&ranges)[count]) {
   return false;
 }
 
-// Control characters; what has no width; marks and overrides of the writing direction; line and paragraph
-// separators; marks of annotations; tags.
+// Control characters; characters without a width; marks and overrides of the writing direction; line and
+// paragraph separators; annotation marks; tags.
 constexpr CodeRange kUnprintable[] = {{0x00, 0x1F},     {0x7F, 0x9F},      {0x061C, 0x061C}, {0x180E, 0x180E},
                                       {0x200B, 0x200F}, {0x2028, 0x202E},  {0x2060, 0x206F}, {0xFEFF, 0xFEFF},
                                       {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}};

@@ -6,7 +6,7 @@
 namespace inv {
 namespace {
 
-// Of versions that are still to come.
+// Words for pre-releases.
 constexpr std::string_view kAnnouncements[] = {"a",   "alpha", "b",   "beta", "d",
                                                "dev", "fc",    "pre", "rc",   "preview"};
 
@@ -31,7 +31,7 @@ Part::Kind kind_of_word(const std::string& word) {
   return announces ? Part::Kind::announcement : Part::Kind::word;
 }
 
-// Takes the first characters of a text, as long as they are of the same sort.
+// Takes the leading characters of the same sort off a text.
 template <typename Belongs>
 std::string_view take(std::string_view& text, Belongs belongs) {
   const auto end = std::find_if_not(text.begin(), text.end(), belongs);
@@ -40,7 +40,7 @@ std::string_view take(std::string_view& text, Belongs belongs) {
   return taken;
 }
 
-// The next part, which is taken away from the version; a zero at its end.
+// Takes the next part off the version; a zero at its end.
 Part take_part(std::string_view& version) {
   take(version, [](char character) { return !is_digit(character) && !is_letter(character); });
   if (version.empty() || is_digit(version.front())) {

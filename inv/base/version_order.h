@@ -5,10 +5,10 @@
 
 namespace inv {
 
-// Less than 0 when the first is the earlier one, 0 when they are equal, more when it is the later one.
-// Numbers count as numbers, what is missing counts as 0 ("6" is "6.0"), capitals do not count, and what
-// stands between numbers and words is skipped. Words that announce a version (alpha, a, beta, b, rc, ...) are
-// before it: "6.0b2" is earlier than "6.0", and "1.0.2k" later than "1.0.2".
+// Negative if the first is earlier, 0 if they are equal, positive if it is later. Numbers are compared as
+// numbers, a missing part is 0 ("6" is "6.0"), case does not matter, and separators are skipped. Pre-release
+// words (alpha, a, beta, b, rc, ...) come before the release: "6.0b2" is earlier than "6.0", and "1.0.2k"
+// later than "1.0.2".
 int compare_versions(std::string_view one, std::string_view other);
 
 }  // namespace inv

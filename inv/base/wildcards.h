@@ -1,4 +1,4 @@
-// Patterns: texts in which some characters match others.
+// Patterns in which some characters match any others.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@ namespace inv {
 
 enum class Wildcards {
   star,           // "*" matches any text, the empty one included
-  star_and_mark,  // "?" as well, for any one byte
+  star_and_mark,  // also "?", for any single byte
 };
 
 bool matches(std::string_view pattern, std::string_view text, Wildcards wildcards = Wildcards::star);
