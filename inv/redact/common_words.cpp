@@ -184,7 +184,7 @@ bool is_one_of(const std::string_view (&words)[count], std::string_view word) {
   return std::find(std::begin(words), std::end(words), small) != std::end(words);
 }
 
-// "Macintosh HD 2", "Untitled-1": a second volume of a name gets a number.
+// "Macintosh HD 2", "Untitled-1": a second volume of the same name gets a number.
 std::string_view without_number(std::string_view name) {
   const size_t end = name.find_last_not_of("0123456789");
   if (end == std::string_view::npos || end + 1 == name.size()) return name;
@@ -192,7 +192,7 @@ std::string_view without_number(std::string_view name) {
   return is_apart ? name.substr(0, end) : name;
 }
 
-// The volume that holds what people make, beside the system's: "Macintosh HD - Data".
+// The volume with people's data, beside the system's: "Macintosh HD - Data".
 std::string_view without_data(std::string_view name) {
   constexpr std::string_view kData = " - Data";
   const bool ends_so = name.size() > kData.size() && name.substr(name.size() - kData.size()) == kData;

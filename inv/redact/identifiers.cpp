@@ -12,12 +12,13 @@ namespace {
 
 using Kind = IdentifierKind;
 
-// Directories count their people from 1000 on or far above; a Mac its own from 501, with the group 20.
+// Directory services number their users from 1000 or far above; a Mac numbers its own from 501, with the
+// group 20.
 constexpr uint64_t kFirstDirectoryId = 1000;
 
 constexpr std::string_view kNobodysAddresses[] = {"0.0.0.0", "127.0.0.1", "::", "::1"};
 
-// As the system names them; people name their own after firms and places.
+// The system's own names; people name theirs after companies and places.
 constexpr std::string_view kUsualNetworkNames[] = {"AirPort",
                                                    "Bluetooth",
                                                    "Bluetooth DUN",
@@ -42,7 +43,7 @@ constexpr std::string_view kUsualNetworkNames[] = {"AirPort",
                                                    "VPN (PPTP)",
                                                    "Wi-Fi"};
 
-// Constant texts that the scanner writes, and names of systems that it makes up from a digit.
+// Constant texts that the scanner writes, and system names that it derives from a digit.
 constexpr std::string_view kScannerWords[] = {"mac",
                                               "mac:1",
                                               "12.01.18.0",
@@ -135,11 +136,11 @@ bool is_nobodys(Kind kind, std::string_view text) {
   return false;
 }
 
-// What of a separated part is the identifier; empty for none.
+// The identifier in a separated part; empty if there is none.
 std::string_view identifier_of(Kind kind, std::string_view part) {
   std::string_view text = trimmed(part);
   if (kind == Kind::uri) text = behind_scheme(text);
-  // The adapter that an address holds on: "fe80::1%en0".
+  // The adapter that an address belongs to: "fe80::1%en0".
   if (kind == Kind::addresses) text = text.substr(0, text.find('%'));
   return text.empty() || is_nobodys(kind, text) ? std::string_view() : text;
 }
@@ -159,7 +160,7 @@ bool is_time(std::string_view text) {
   return true;
 }
 
-// A part of a name that is worth looking for: initials would be found everywhere.
+// Whether a part of a name is worth looking for: initials would be found everywhere.
 bool is_word_of_name(std::string_view word) {
   constexpr size_t kShortest = 3;
   return word.size() >= kShortest && !is_common_word(word) &&

@@ -1,5 +1,5 @@
-// Where an inventory says whose machine it is: the places that hold names, serial numbers, addresses, UUIDs,
-// accounts, command lines and environment values.
+// Where an inventory reveals whose machine it is: the places that hold names, serial numbers, addresses,
+// UUIDs, accounts, command lines and environment values.
 #pragma once
 
 #include <optional>
@@ -10,13 +10,13 @@
 
 namespace inv {
 
-// What the places of a tree hold. It remembers the last tag, so the lines of a text are cheap to ask about
-// one after another.
+// What the places of a tree hold. It caches the last tag, so asking about the lines of a text in order is
+// cheap.
 class Places {
  public:
-  // The kind of identifier that an attribute of a tag holds, or the tag's own value when the attribute is
-  // empty; none for everything that could be any machine's. In a place that the catalogue does not know, a
-  // name means what it means in one that it knows.
+  // The kind of identifier in an attribute of a tag, or in the tag's own value if `attribute` is empty;
+  // std::nullopt for what any machine could have. In a place that the catalogue does not know, a name means
+  // what it means elsewhere.
   std::optional<IdentifierKind> kind(Element element, std::string_view attribute);
 
  private:
@@ -24,13 +24,13 @@ class Places {
   const CatalogueFact* tag_ = nullptr;
 };
 
-// The identifiers in a value of this kind, in order, as views into it. Line ends and other control characters
-// separate, and blanks around an identifier do not belong to it. A full name is followed by the words in it.
-// What identifies nobody is none: common words, placeholders, the system's own accounts and addresses.
+// The identifiers in a value of this kind, in order, as views into it. Control characters such as line ends
+// separate them, and surrounding blanks do not belong to them. A full name is followed by its words. Common
+// words, placeholders and the system's own accounts and addresses identify nobody and are left out.
 std::vector<std::string_view> identifiers_in(IdentifierKind kind, std::string_view value);
 
-// Whether a text as a whole is one of the scanner's own words ("mac:1", "Apple Inc.") or a time, and
-// so is no identifier even when somebody is called so.
+// Whether a whole text is one of the scanner's own words ("mac:1", "Apple Inc.") or a time, and so is not an
+// identifier even if somebody has that name.
 bool is_scanner_word(std::string_view text);
 
 }  // namespace inv

@@ -12,14 +12,14 @@
 namespace inv {
 namespace {
 
-// FireWire has addresses of eight octets.
+// FireWire addresses have eight octets.
 constexpr std::string_view kMacForms[] = {"XX-XX-XX-XX-XX-XX", "XX:XX:XX:XX:XX:XX", "XX-XX-XX-XX-XX-XX-XX-XX",
                                           "XX:XX:XX:XX:XX:XX:XX:XX"};
 constexpr std::string_view kUuidForm = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
-constexpr size_t kMakerDigits = 6;  // of a MAC address
+constexpr size_t kMakerDigits = 6;  // the maker's part of a MAC address
 constexpr size_t kUuidVersionDigit = 12;
 constexpr size_t kUuidVariantDigit = 16;
-// A serial number of fewer letters and digits has too few others of its form.
+// Shorter serial numbers have too few possible pseudonyms of the same form.
 constexpr size_t kShortestSerial = 4;
 constexpr size_t kNameLength = 10;
 
@@ -44,7 +44,7 @@ Shape serial_shape(std::string_view text) {
   return static_cast<size_t>(letters) < kShortestSerial ? Shape::name : Shape::serial;
 }
 
-// Digits of a hexadecimal form, in the form.
+// Puts hexadecimal digits into the form.
 std::string filled(std::string_view form, std::string_view digits) {
   std::string text(form);
   for (char& character : text) {
@@ -59,7 +59,7 @@ bool is_in_capitals(std::string_view text) {
   return std::any_of(text.begin(), text.end(), is_upper) && std::none_of(text.begin(), text.end(), is_lower);
 }
 
-// Random numbers, always the same ones for the same key and original.
+// Pseudo-random numbers, always the same for the same key and original.
 class Numbers {
  public:
   Numbers(std::string_view key, std::string_view canonical, unsigned attempt)
@@ -132,7 +132,7 @@ std::string make_ipv6(Numbers& numbers) {
   char group[5];
   std::string address;
   for (unsigned i = 0; i < 8; ++i) {
-    // The block set aside for private use.
+    // The block reserved for private use.
     const unsigned number = i == 0 ? 0xFD00 + numbers.below(0x100) : numbers.below(0x10000);
     std::snprintf(group, sizeof group, "%04x", number);
     address += (i == 0 ? "" : ":") + std::string(group);
@@ -140,7 +140,7 @@ std::string make_ipv6(Numbers& numbers) {
   return address;
 }
 
-// The digit at this place among the hexadecimal ones, before its case is set.
+// The hexadecimal digit at this place, before its case is set.
 char make_hex_digit(Numbers& numbers, Shape shape, size_t place, char original) {
   const char digit = numbers.one_of("0123456789abcdef");
   if (shape == Shape::mac) return place < kMakerDigits ? original : digit;

@@ -10,8 +10,8 @@
 
 namespace inv {
 
-// What a pseudonym looks like. A console reads addresses and UUIDs by their form, so they keep it. Where one
-// original turns up in two kinds of places, the later shape of this list holds.
+// What a pseudonym looks like. A console parses addresses and UUIDs, so they keep their form. If an original
+// occurs in two kinds of places, the later shape in this list wins.
 enum class Shape {
   name,    // "anon" and ten letters and digits: one token, whatever the original
   number,  // 1000000000 to 1999999999
@@ -24,14 +24,14 @@ enum class Shape {
 
 Shape shape_of(IdentifierKind kind, std::string_view original);
 
-// The same for all spellings of one original: small letters, and no separators in MAC addresses and UUIDs.
+// One form for all spellings of an original: lower case, and no separators in MAC addresses and UUIDs.
 std::string canonical_form(Shape shape, std::string_view original);
 
-// The ways in which other texts may write an original.
+// The ways in which an original may be written in other texts.
 std::vector<std::string> spellings(Shape shape, std::string_view original);
 
-// The pseudonym in place of `occurrence`, which is one of the spellings: in capitals where that is in
-// capitals, and with its separators. Another attempt gives another pseudonym.
+// The pseudonym for `occurrence`, which is one of the spellings: with the same separators, and in capitals if
+// that is. Another attempt gives another pseudonym.
 std::string make_pseudonym(std::string_view key, std::string_view canonical, unsigned attempt, Shape shape,
                            std::string_view occurrence);
 

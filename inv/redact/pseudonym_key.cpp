@@ -5,7 +5,7 @@
 namespace inv {
 namespace {
 
-// Never to be changed: files that were redacted with one key would not compare any more.
+// Never change these: files redacted with the same key could no longer be compared.
 constexpr unsigned long long kPasses = 3;
 constexpr size_t kMemory = 256u << 20;
 constexpr size_t kKeySize = 32;
@@ -20,7 +20,7 @@ std::optional<std::string> random_bytes(size_t size) {
   return bytes;
 }
 
-// None for anything but a salt as it is written into files.
+// std::nullopt for anything but a salt as written into files.
 std::optional<std::string> decoded_salt(std::string_view digits) {
   std::string salt(kSaltSize, '\0');
   size_t size = 0;
@@ -40,7 +40,7 @@ std::optional<std::string> random_salt() {
   if (!bytes) return std::nullopt;
   std::string digits(2 * kSaltSize + 1, '\0');
   sodium_bin2hex(digits.data(), digits.size(), bytes_of(*bytes), bytes->size());
-  digits.pop_back();  // the end of a C string
+  digits.pop_back();  // the terminating NUL
   return digits;
 }
 

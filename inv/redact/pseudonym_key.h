@@ -1,5 +1,5 @@
-// The key that pseudonyms depend on, made of what an operator chose. Hardware addresses and serial numbers
-// have few bits, so whoever has a redacted file could try keys until one fits: each try is made expensive.
+// The key that pseudonyms depend on, derived from the operator's. Hardware addresses and serial numbers have
+// few bits, so anyone with a redacted file could try keys until one fits: each try is made expensive.
 #pragma once
 
 #include <optional>
@@ -10,25 +10,25 @@
 
 namespace inv {
 
-// The attribute of a redacted tree's top element that holds the salt, as hexadecimal digits: whoever has the
-// key can make the same pseudonyms again, and a table of keys tried in advance serves for no second salt.
+// The attribute of a redacted tree's top element that holds the salt, in hexadecimal: whoever has the key can
+// make the same pseudonyms again, and a precomputed table of keys is useless for any other salt.
 constexpr std::string_view kSaltAttribute = "pseudonym-salt";
 
-// Bytes of a chosen key. Fewer could be guessed in spite of the stretching.
+// The minimum in bytes. Shorter keys could be guessed in spite of the stretching.
 constexpr size_t kShortestKey = 12;
 
-// Random bytes that nobody keeps, for pseudonyms that nobody can make again. None when the machine provides
-// no random numbers.
+// Random bytes that are never stored, so that nobody can make the same pseudonyms again. std::nullopt if the
+// machine provides no random numbers.
 std::optional<std::string> random_key();
 
-// A random salt, in hexadecimal digits; none when the machine provides no random numbers.
+// A random salt, in hexadecimal; std::nullopt if the machine provides no random numbers.
 std::optional<std::string> random_salt();
 
-// The salt that a redacted file carries; none when it was not redacted with a chosen key.
+// The salt in a redacted file; std::nullopt if it was not redacted with a chosen key.
 std::optional<std::string> salt_of(const Inventory& inventory);
 
-// The key stretched with a salt of those above (Argon2id, 256 MiB, three passes: about a second). None when
-// there is not enough memory, or the salt is none.
+// The key stretched with such a salt (Argon2id, 256 MiB, three passes: about a second). std::nullopt if there
+// is not enough memory or the salt is invalid.
 std::optional<std::string> stretched_key(std::string_view key, std::string_view salt);
 
 }  // namespace inv

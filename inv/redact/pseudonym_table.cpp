@@ -8,7 +8,7 @@
 namespace inv {
 namespace {
 
-// After this many pseudonyms of a shape that were taken there may be no free one: a name is used instead.
+// If this many pseudonyms of a shape were taken, there may be no free one: a name is used instead.
 constexpr unsigned kMostAttempts = 16;
 
 // Versions, sizes and counts are full of shorter numbers.
@@ -23,7 +23,7 @@ bool is_findable(Shape shape, std::string_view text) {
   return static_cast<size_t>(std::count_if(text.begin(), text.end(), is_digit)) >= kFewestDigits;
 }
 
-// Short names are parts of many words: "rob" of "problem".
+// Short names are part of many words: "rob" is in "problem".
 constexpr size_t kShortestPart = 4;
 
 bool is_part_worth_finding(std::string_view name) {
@@ -34,7 +34,7 @@ bool is_part_worth_finding(std::string_view name) {
 }  // namespace
 
 void Pseudonyms::add(IdentifierKind kind, std::string_view original, Reach reach) {
-  // Most identifiers stand in a file many times, and what follows is expensive.
+  // Most identifiers occur many times in a file, and what follows is expensive.
   std::string once(1, static_cast<char>(kind));
   once.append(1, static_cast<char>(reach)).append(original);
   if (!seen_.insert(std::move(once)).second) return;

@@ -17,21 +17,21 @@ class Pseudonyms {
  public:
   explicit Pseudonyms(std::string key) : key_(std::move(key)) {}
 
-  // First all identifiers are made known; what was added once to be replaced everywhere, is.
+  // First add all identifiers. One that was ever added with Reach::everywhere is replaced everywhere.
   void add(IdentifierKind kind, std::string_view original, Reach reach = Reach::everywhere);
-  // The name of a process or a variable. It is an identifier, in place, when somebody's name is a part of a
-  // word in it: "janetool".
+  // Adds the name of a process or a variable. In its place it is an identifier if somebody's name is part of
+  // a word in it: "janetool".
   void add_program(std::string_view name) { programs_.emplace_back(name); }
-  // Then each one gets its pseudonym, which is no identifier of the file, holds none as a token, and is no
-  // other one's.
+  // Then gives each a unique pseudonym, which neither is an identifier of the file nor contains one as a
+  // token.
   void assign();
 
   size_t count() const { return entries_.size(); }
   bool knows(std::string_view original) const;
 
   // Whether an identifier that is replaced everywhere occurs in a text as a token (see TokenFinder). Those
-  // that cannot be distinguished from ordinary text are not looked for: a single character, and fewer than
-  // six digits without a letter.
+  // that look like ordinary text are not looked for: single characters, and fewer than six digits without a
+  // letter.
   bool occurs_in(std::string_view text) const { return finder_.find(text).has_value(); }
 
   // The pseudonym of a whole identifier.

@@ -14,12 +14,12 @@ namespace {
 
 // A text that the machine, and not the format, put into a line.
 struct OwnText {
-  std::optional<IdentifierKind> kind;  // when its place holds identifiers
+  std::optional<IdentifierKind> kind;  // if its place holds identifiers
   std::string_view text;
   bool names_program = false;  // a process or a variable of the environment
 };
 
-// What of a line is the machine's own.
+// The parts of a line that come from the machine.
 struct OwnTexts {
   OwnText name;  // the end of the line's name
   OwnText value;
@@ -49,14 +49,14 @@ OwnTexts own_texts(const TextLine& line, Places& places) {
   return own;
 }
 
-// A secret that is a common word, or a path of the system such as that of a shell, means nothing elsewhere.
+// A secret that is a common word, or a system path such as that of a shell, means nothing elsewhere.
 Reach reach_of(IdentifierKind kind, std::string_view identifier) {
   const bool is_plain =
       is_common_word(identifier) || (identifier.front() == '/' && traces_in(identifier).empty());
   return kind == IdentifierKind::secret && is_plain ? Reach::in_place : Reach::everywhere;
 }
 
-// What is an identifier in a text however short it is: by its place, or as part of a path.
+// What is an identifier regardless of its length: because of its place, or as part of a path.
 std::vector<Trace> whole_identifiers(const OwnText& own) {
   if (!own.kind) return traces_in(own.text);
   std::vector<Trace> whole;
@@ -71,7 +71,7 @@ void learn(const OwnText& own, Pseudonyms& pseudonyms) {
   for (const Trace& whole : whole_identifiers(own)) pseudonyms.add(kind, whole.text, whole.reach);
   if (own.names_program) pseudonyms.add_program(own.text);
   if (!own.kind) return;
-  // A command line is one identifier, and reveals others.
+  // A command line is itself an identifier, and reveals others.
   for (const Trace& trace : traces_in(own.text)) {
     if (trace.reach == Reach::everywhere) pseudonyms.add(IdentifierKind::text, trace.text);
   }
@@ -99,7 +99,7 @@ std::string redacted(const OwnText& own, const Pseudonyms& pseudonyms) {
   };
   for (const Trace& whole : whole_identifiers(own)) {
     const size_t start = static_cast<size_t>(whole.text.data() - own.text.data());
-    // What a path names may be the beginning of something longer, which is found as a token.
+    // A name in a path may be the beginning of a longer identifier, which is found as a token.
     const bool is_found_later =
         !own.kind && whole.reach == Reach::everywhere && pseudonyms.occurs_in(whole.text);
     if (is_found_later || start < end) continue;
@@ -125,7 +125,7 @@ bool is_salt(const TextLine& line) {
   return line.marker == 0 && line.name == kSaltAttribute && line.element.depth() == 0;
 }
 
-// The top element's attributes begin behind its annotations.
+// The top element's attributes begin after its annotations.
 class SaltLine {
  public:
   explicit SaltLine(const std::string& salt) {
@@ -160,9 +160,9 @@ bool holds_identifier(const OwnText& own, const Pseudonyms& pseudonyms) {
                      [&](const Trace& trace) { return pseudonyms.knows(trace.text); });
 }
 
-// The number of the first line that still holds an identifier; 0 for none.
+// The number of the first line that still contains an identifier; 0 if none does.
 size_t surviving_line(const Pseudonyms& pseudonyms, const Document& document) {
-  size_t number = 1;  // the mark's
+  size_t number = 1;  // the mark
   size_t found = 0;
   Places places;
   each_line(document, [&](const TextLine& line) {
@@ -178,7 +178,7 @@ bool is_tree(const Section& section) {
   return section.kind == Section::Kind::snapshot || section.kind == Section::Kind::asset_info;
 }
 
-// Why the file as it is cannot be redacted, as a clause; empty when it can.
+// Why the file cannot be redacted, as a clause; empty if it can.
 std::string refusal(const Inventory& inventory, bool drop_opaque) {
   if (!inventory.container) return "it is not an inventory";
   if (!inventory.faults.empty()) return "it is damaged";
@@ -200,7 +200,7 @@ std::vector<TreeText> redacted_trees(const Inventory& inventory, const Pseudonym
   for (size_t i = 0; i < inventory.contents.size(); ++i) {
     const Section& section = inventory.container->sections[i];
     if (!is_tree(section)) continue;
-    // As the attributes of these names are, which the header repeats.
+    // Treated like the attributes of these names, which the header repeats.
     const auto header_text = [&](const std::string& text) {
       return is_scanner_word(text) ? text : pseudonyms.replace_tokens(text);
     };

@@ -13,7 +13,7 @@
 namespace inv {
 namespace {
 
-// Tags whose own values are names that anybody could have given.
+// Tags whose own values are names that somebody may have made up.
 struct NameRow {
   std::string_view tag;
   const char* one;
@@ -24,14 +24,14 @@ constexpr NameRow kNames[] = {
     {"process", "process name", "process names"},      {"env-var", "variable name", "variable names"},
     {"Monitor", "monitor name", "monitor names"},      {"Device", "device name", "device names"}};
 
-// The last parts of hosts' names that are seen most. Names of files and bundles end, or begin, otherwise.
+// The most common top-level domains. Names of files and bundles end, or begin, differently.
 constexpr std::string_view kDomains[] = {
     "ar",       "arpa", "at",       "au", "be", "biz",     "br", "ca",  "ch",    "cn",  "com", "corp", "cz",
     "de",       "dk",   "edu",      "es", "eu", "example", "fi", "fr",  "gov",   "hu",  "ie",  "il",   "info",
     "internal", "int",  "intranet", "io", "it", "jp",      "kr", "lan", "local", "mil", "mx",  "net",  "nl",
     "no",       "nz",   "org",      "pl", "pt", "ru",      "se", "tr",  "ua",    "uk",  "us",  "za"};
 
-// So many are named.
+// At most this many are listed.
 constexpr size_t kMostWords = 5;
 
 bool is_domain(std::string_view label) {

@@ -1,4 +1,4 @@
-// What no pseudonym stands for in a redacted file, and may still tell whose it is.
+// What has no pseudonym in a redacted file, and may still identify the machine.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace inv {
 
-// As a list with numbers, for the one who gives the file away: "150 application names, 12 process names, 3
-// host-like words: www.example.com, ...". Empty for a file that has none of it.
+// As a list with counts, for whoever gives the file away: "150 application names, 12 process names, 3
+// host-like words: www.example.com, ...". Empty if there is nothing of the kind.
 std::string what_remains(const Inventory& inventory);
 
 }  // namespace inv

@@ -38,7 +38,7 @@ void TokenFinder::prepare() {
   patterns_.erase(std::unique(patterns_.begin(), patterns_.end(), same_text), patterns_.end());
 }
 
-// Byte by byte, the patterns that still agree are a shrinking range; the first of it is the one that ends.
+// Byte by byte, the patterns that still match form a shrinking range; its first one may end here.
 template <typename Visit>
 void TokenFinder::each_at(std::string_view text, size_t offset, Visit visit) const {
   auto first = patterns_.begin();
@@ -50,7 +50,7 @@ void TokenFinder::each_at(std::string_view text, size_t offset, Visit visit) con
     const auto byte_at_depth = [depth](const Pattern& pattern) {
       return static_cast<unsigned char>(pattern.text[depth]);
     };
-    // Mostly all of them agree, and there is nothing to search.
+    // Mostly all of them match, and there is nothing to search.
     if (byte_at_depth(*first) == wanted && byte_at_depth(*std::prev(last)) == wanted) continue;
     first = std::partition_point(first, last,
                                  [&](const Pattern& pattern) { return byte_at_depth(pattern) < wanted; });

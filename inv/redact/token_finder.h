@@ -1,4 +1,4 @@
-// Looking for many texts in many texts at once.
+// Searches texts for many patterns at once.
 #pragma once
 
 #include <optional>
@@ -8,13 +8,12 @@
 
 namespace inv {
 
-// The letters A to Z as small ones; other bytes stay.
+// A to Z in lower case; other bytes unchanged.
 std::string folded(std::string_view text);
 
-// Finds known texts that are whole tokens. A text is a whole token where neither of its ends cuts through a
-// run of ASCII letters and digits: "jane" does in "/Users/jane", "Jane's", "jane_old" and "JANE", not in
-// "janet" or "jane2". Bytes of other characters end a run, because many languages put no blanks between
-// words.
+// Finds known texts that are whole tokens. A text is a whole token if neither of its ends cuts through a run
+// of ASCII letters and digits: "jane" is one in "/Users/jane", "Jane's", "jane_old" and "JANE", but not in
+// "janet" or "jane2". Other characters end a run, because many languages put no blanks between words.
 class TokenFinder {
  public:
   struct Match {
@@ -23,19 +22,19 @@ class TokenFinder {
     size_t id;
   };
 
-  // A text to look for, in any case, and the number that matches carry; the first number given holds. The
-  // empty text is never found. Of a longer text only the first kLongest bytes are compared.
+  // Adds a text to look for, ignoring case, with the id of its matches; a text keeps its first id. The empty
+  // text is never found. Only the first kLongest bytes of a text are compared.
   void add(std::string_view text, size_t id);
-  // To be called once, when all have been added.
+  // Call once, after all texts have been added.
   void prepare();
 
-  // The first match at or after `from`; the longest of those that begin at one place.
+  // The first match at or after `from`; the longest if several begin there.
   std::optional<Match> find(std::string_view text, size_t from = 0) const;
 
-  // Whether one of them occurs as a part of a longer word: "jane" in "janetool" and "x_janes".
+  // Whether one of them occurs as part of a longer word: "jane" in "janetool" and "x_janes".
   bool cuts_word(std::string_view text) const;
 
-  // What bounds the time a byte of text can cost.
+  // Bounds the time that each byte of text can cost.
   static constexpr size_t kLongest = 256;
 
  private:
@@ -44,7 +43,7 @@ class TokenFinder {
     size_t id;
   };
 
-  // Calls visit(const Pattern&) for each that stands at this place, the shortest first.
+  // Calls visit(const Pattern&) for each one at this place, the shortest first.
   template <typename Visit>
   void each_at(std::string_view text, size_t offset, Visit visit) const;
   std::optional<Match> match_at(std::string_view text, size_t offset) const;

@@ -11,36 +11,36 @@
 namespace inv {
 namespace {
 
-// Folders whose entries are named by people, and what ends such a name beside control characters: short names
-// of accounts have no blanks and no typography, names of volumes do.
+// Folders whose entries are named by people, and what ends such a name besides control characters: short
+// account names have no blanks or typographic characters, volume names may.
 struct FolderRow {
   std::string_view path;
   std::string_view ends;
   bool holds_typography;
-  bool is_a_persons;  // all below an entry is that person's
+  bool is_a_persons;  // everything below an entry belongs to that person
 };
 constexpr std::string_view kEndsOfWord = "/ \"':;,()<>|&";
 constexpr FolderRow kFolders[] = {{"/users/", kEndsOfWord, false, true},
                                   {"/home/", kEndsOfWord, false, true},
                                   {"/volumes/", "/\"", true, false}};
-// Below them stands a host's name.
+// They are followed by a host name.
 constexpr std::string_view kHostFolders[] = {"/network/servers/", "/net/"};
 constexpr std::string_view kTemporaryFolder = "/var/folders/";
 // How the quotation marks, dashes and blanks of printed text begin in UTF-8: U+0080 to U+00BF, U+2000 to
 // U+203F and U+3000 to U+303F.
 constexpr std::string_view kTypography[] = {"\xC2", "\xE2\x80", "\xE3\x80"};
-// What no name of a folder contains; a slash among them shows that what comes before it is the whole name.
+// What no folder name contains. If it is a slash, what comes before it is the whole name.
 constexpr std::string_view kEndsOfAnyName = "/\":;<>|";
 constexpr std::string_view kSharedFolder = "shared";
-// Folders that are shown as one thing, and named after it.
+// Folders that appear as a single item, and are named after it.
 constexpr std::string_view kBundles[] = {".app",    ".bundle", ".component",  ".framework",  ".kext",
                                          ".plugin", ".saver",  ".prefpane",   ".service",    ".wdgt",
                                          ".appex",  ".xpc",    ".mdimporter", ".qlgenerator"};
 
 constexpr std::string_view kEndsOfAuthority = "/?# \t\"'<>,;()|\\`{}";
-// Hosts of the system's maker and of the writers of markup stand in every system.
+// Hosts of the system's maker and of markup standards occur on every system.
 constexpr std::string_view kNobodysHosts[] = {"apple.com", "icloud.com", "me.com", "mac.com", "w3.org"};
-// What stands before a name in domains of countries: "firm.co.uk" is one domain, "co.uk" is nobody's.
+// Second levels of country domains: "firm.co.uk" is a domain, "co.uk" is nobody's.
 constexpr std::string_view kSecondLevels[] = {"ac",  "co", "com", "edu", "go",
                                               "gov", "ne", "net", "or",  "org"};
 
@@ -74,7 +74,7 @@ bool begins_with_typography(std::string_view text) {
   });
 }
 
-// The beginning of a text up to a control character or one of the others.
+// The beginning of a text up to a control character or one of these ends.
 std::string_view up_to(std::string_view ends, bool holds_typography, std::string_view text) {
   size_t end = 0;
   while (end < text.size() && !is_control(text[end]) && ends.find(text[end]) == std::string_view::npos &&
@@ -93,7 +93,7 @@ bool is_bundle(std::string_view folder) {
                      [folder](std::string_view end) { return ends_in_any_case(folder, end); });
 }
 
-// Whether a host is this domain or in it.
+// Whether a host is this domain or within it.
 bool is_of_domain(std::string_view host, std::string_view domain) {
   return ends_in_any_case(host, domain) &&
          (host.size() == domain.size() || host[host.size() - domain.size() - 1] == '.');
@@ -164,7 +164,7 @@ class Tracer {
     if (begins_in_any_case(rest, kTemporaryFolder)) add_temporary_folder(slash + kTemporaryFolder.size());
   }
 
-  // The names that a folder's entry may have: first the whole one up to a slash, if it is longer than the
+  // Adds the possible names of a folder's entry: first the one up to a slash, if that is longer than the
   // usual one.
   void add_entry(const FolderRow& folder, size_t slash) {
     const std::string_view text = text_.substr(slash + folder.path.size());
@@ -181,15 +181,15 @@ class Tracer {
     }
   }
 
-  // What stands below a person's folder, from `start` on, folder by folder. A path in such a path is part of
-  // it.
+  // Adds what is below a person's folder, from `start` on, folder by folder. A path within such a path is
+  // part of it.
   void add_persons_path(size_t path_start, size_t start) {
     if (start <= persons_path_end_) return;
     while (start < text_.size()) {
       const std::string_view rest = text_.substr(start);
       std::string_view folder = up_to(kEndsOfAnyName, true, rest);
       const bool is_last = !is_followed_by_slash(rest, folder.size());
-      // A path in a sentence ends with its word; one that is all of the text, with it.
+      // A path within a sentence ends with its word; one that is the whole text ends with the text.
       if (is_last && path_start > 0) folder = up_to(kEndsOfWord, false, rest);
       persons_path_end_ = start + folder.size();
       if (is_bundle(folder)) return;
@@ -232,7 +232,7 @@ class Tracer {
     return authority.substr(0, authority.find(':'));
   }
 
-  // "jane.doe@firm.example". (A picture of double size is "name@2x.png".)
+  // "jane.doe@firm.example", but not "name@2x.png", a picture of double size.
   void look_at_mail(size_t at) {
     size_t start = at;
     while (start > 0 && is_in_mailbox(text_[start - 1])) --start;
@@ -262,7 +262,7 @@ class Tracer {
 
   std::string_view text_;
   size_t first_slash_;
-  size_t persons_path_end_ = 0;  // of the last one
+  size_t persons_path_end_ = 0;  // end of the last one
   std::vector<Trace> found_;
 };
 
