@@ -23,7 +23,7 @@ bool is_file(const std::string& argument) {
   return argument == "-" || ends_like_file(argument) || !looks_like_path(argument);
 }
 
-// What was given in place of what is missing: ": a.inv is a file". Nothing when nothing was.
+// What was given instead of what is missing: ": a.inv is a file"; empty if nothing was.
 std::string what_else(const std::vector<std::string>& arguments, const char* is_one, const char* are_some) {
   std::string text;
   for (const std::string& argument : arguments) text += (text.empty() ? ": " : ", ") + argument;

@@ -1,4 +1,4 @@
-// Files and paths as arguments of one command: they may stand in any order, and each says what it is.
+// Files and paths as arguments of one command. They may come in any order, as each shows what it is.
 #pragma once
 
 #include <string>
@@ -15,17 +15,17 @@ struct FilesAndPaths {
   std::vector<std::string> paths;
 };
 
-// An argument is a file when it is "-", when there is a file of that name, or when it looks like one: paths
-// begin with "/" or the name of a tree. A folder is one too, unless the scanner writes such a path: /System
-// is both on a Mac, and the path is meant. The files of a list come after them.
+// An argument is a file if it is "-", if a file of that name exists, or if it does not look like a path:
+// paths begin with "/" or the name of a tree. So is a folder, unless the scanner writes such a path: /System
+// is both on a Mac, and the path is meant. The files of a list come last.
 FilesAndPaths sort_arguments(const std::vector<std::string>& arguments, const FileOptions& listed);
 
-// Complains of a command without a file, or without a path where it needs one. False when it did.
+// Complains, and returns false, if a command has no file, or no path although it needs one.
 bool has_file(std::string_view command, const FilesAndPaths& named);
 bool has_path(std::string_view command, const FilesAndPaths& named);
 
-// Complains of what is asked of a file and not there; `wanted` is what the command looks for: "value".
-// The status becomes kNo, unless it is worse already.
+// Complains of paths that a file does not have; `wanted` is what the command looks for: "value". The status
+// becomes kNo, unless it is already worse.
 class AbsentPaths {
  public:
   AbsentPaths(const Inventory& inventory, std::string_view wanted) : inventory_(inventory), wanted_(wanted) {}
@@ -37,7 +37,7 @@ class AbsentPaths {
   bool told_of_debug_file_ = false;
 };
 
-// Says what to do with a debug file, which has none of the facts that are asked of it; nothing for any other.
+// Says what to do with a debug file, which has none of the facts; prints nothing for other files.
 void advise_on_debug_file(const Inventory& inventory);
 
 }  // namespace inv

@@ -29,7 +29,7 @@ bool is_aside(const std::string& target, const std::string& text) {
   return read_file(target + ".txt", kUsualMaxSize, &error) == text;
 }
 
-// The name that a file gets beside others of all folders: its own, with a number when that is taken.
+// The name that a file gets among files from all folders: its own, with a number if that is taken.
 std::string name_aside(const std::string& folder, const std::string& path, const std::string& text) {
   const std::string name = path == "-" ? "standard-input" : path.substr(path.rfind('/') + 1);
   std::string target = folder + "/" + name;
@@ -95,7 +95,7 @@ void set_aside(const Opened& opened, const std::string& folder, int& status) {
   for (const std::string& fault : opened.faults) text += fault + "\n";
   const std::string target = name_aside(folder, opened.path, text);
   if (exists(target + ".txt")) return;
-  // What cannot even be read leaves only the text.
+  // A file that cannot even be read leaves only the text.
   const bool kept = link(opened.path.c_str(), target.c_str()) == 0 || copy_file(opened.path, target);
   if (!kept && access(opened.path.c_str(), R_OK) == 0) return fail(target);
   if (!write_file(target + ".txt", text)) fail(target + ".txt");

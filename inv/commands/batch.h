@@ -1,5 +1,5 @@
-// What commands over many files have in common beside the list of them: threads, what becomes of files that
-// cannot be read, progress, and the line at the end.
+// What commands over many files have in common besides the list of files: threads, what happens to files that
+// cannot be read, progress, and the final line.
 #pragma once
 
 #include <chrono>
@@ -10,33 +10,31 @@
 
 namespace inv {
 
-// An opened file with all that is to be said about it; nothing is printed yet.
+// An opened file with everything to report about it; nothing is printed yet.
 struct Opened {
   std::string path;
-  std::unique_ptr<Inventory> inventory;  // none when it cannot be read as one at all
+  std::unique_ptr<Inventory> inventory;  // null if it cannot be read as an inventory at all
   std::vector<std::string> faults;       // clauses
-  size_t masked = 0;                     // secrets, by the command
+  size_t masked = 0;                     // number of masked secrets
 };
 
 Opened open_quietly(const std::string& path, uint64_t max_size);
-// Complains of the faults. The status becomes kUnusable for a file that cannot be read, kNo for one that is
-// damaged, unless it is worse already. False when it cannot be read.
+// Reports the faults. The status becomes kUnusable for a file that cannot be read and kNo for a damaged one,
+// unless it is already worse. False if it cannot be read.
 bool complain_of(const Opened& opened, int& status);
 
-// The options --jobs, on how many threads files are read, and --quarantine, a folder for those that cannot
-// be.
+// The options --jobs, the number of threads that read files, and --quarantine, a folder for unreadable files.
 void add_jobs(CLI::App& command, size_t& jobs);
 void add_quarantine(CLI::App& command, std::string& folder);
 
-// Puts a file that cannot be read into the folder, which is made when it is missing: another name of the same
-// file, or a copy of it, and beside it a text with what is wrong. The file itself stays. Complains of what
-// fails, with status kUnusable.
+// Puts a file that cannot be read into the folder, which is created if missing: a hard link to the file, or a
+// copy, and a text that says what is wrong. The file itself stays. Reports what fails, with status kUnusable.
 void set_aside(const Opened& opened, const std::string& folder, int& status);
 
-// A line on standard error, for a person at a terminal: a bar, the rate, and the time that remains.
+// A progress line on standard error if that is a terminal: a bar, the rate, and the remaining time.
 class Progress {
  public:
-  // Quiet where the output itself goes to the terminal.
+  // `quiet` if the output itself goes to the terminal.
   explicit Progress(size_t total, bool quiet = false) : total_(total), terminal_(error_terminal()) {
     terminal_.interactive = terminal_.interactive && !quiet;
   }
@@ -55,13 +53,13 @@ class Progress {
   Terminal terminal_;
 };
 
-// How many files had which fate, told in one line at the end: "12 loaded, 1 skipped, 0 refused, 0.4 s".
+// Counts what became of the files, for a line at the end: "12 loaded, 1 skipped, 0 refused, 0.4 s".
 class Tally {
  public:
-  // The fates in their order; those that are never reached are told too.
+  // The fates in order; those with a count of 0 are listed too.
   explicit Tally(std::vector<std::string> fates);
   void count(size_t fate) { ++counts_[fate]; }
-  // On standard error.
+  // Prints the line on standard error.
   void tell() const;
 
  private:

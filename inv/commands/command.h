@@ -16,47 +16,47 @@ namespace inv {
 enum ExitStatus : int {
   kDone = 0,      // done, yes, valid, the same
   kNo = 1,        // absent, different, invalid, or a part of a file is damaged
-  kUnusable = 2,  // arguments or files that nothing can be done with
+  kUnusable = 2,  // unusable arguments or files
 };
 
 // The program's version and those of its libraries, a line each; without a line end.
 std::string version_text();
 
-// A command whose help begins with examples, and which knows when to use colours. `run` is called when the
-// command line asks for it; its status is the program's.
+// Adds a command whose help begins with examples, with the option --color.
 CLI::App& add_command(CLI::App& app, const char* name, const char* summary, const char* examples);
 
-// Lets an option take only one of these names; another is refused with all of them, and with the one that
-// may have been meant.
+// Restricts an option to these names; any other is refused with the list and the name that may have been
+// meant.
 void limit_to(CLI::Option* option, std::vector<std::string_view> names);
 
 // The option --max-size, for every command that opens files.
 void add_max_size(CLI::App& command, uint64_t& max_size);
 
-// Opens a file and complains of what is wrong with it. None, and status kUnusable, when it cannot be read as
-// an inventory at all; status kNo, unless it is already worse, when a part is damaged.
+// Opens a file and reports what is wrong with it. Null, and status kUnusable, if it cannot be read as an
+// inventory at all; status kNo, unless it is already worse, if a part is damaged.
 std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t max_size, int& status);
 
 // The option --force, for every command that writes a file.
 void add_force(CLI::App& command, bool& force);
-// Whether a command must not write there, after a complaint: the output is one of the inputs, and there is no
-// --force. Empty inputs are none.
+// Whether the output is one of the inputs and --force is not given; then complains. Empty names of inputs are
+// ignored.
 bool is_over_input(const std::string& output, const std::vector<std::string>& inputs, bool force);
 
 // The worse of two statuses.
 inline int worse(int one, int other) { return one > other ? one : other; }
 
-// Complains that an output could not be written ("-" is standard output), with the reason in errno.
+// Complains that an output could not be written ("-" is standard output), with the reason from errno. Returns
 // kUnusable.
 int complain_of_output(const std::string& path);
-// kDone, or kUnusable after a complaint when standard output could not be written.
+// Returns kDone, or kUnusable after a complaint if standard output could not be written.
 int print_result(const std::string& text);
-// The same for a file that appears whole or not at all; "-" is standard output.
+// The same for a file, which appears whole or not at all; "-" is standard output.
 int write_result(const std::string& path, const std::string& content);
 
-// None when there is no command of this name.
+// Null if there is no command of this name.
 const CLI::App* find_command(const CLI::App& app, const std::string& name);
-// Complains of a word that is no command, and names the one that may have been meant. kUnusable.
+// Complains of a word that is not a command, and suggests the one that may have been meant. Returns
+// kUnusable.
 int complain_of_command(const CLI::App& app, const std::string& word);
 
 void add_summary(CLI::App& app, int& status);

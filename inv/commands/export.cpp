@@ -19,7 +19,7 @@ const std::map<std::string, ExportFormat> kFormats = {{"json", ExportFormat::jso
                                                       {"csv", ExportFormat::csv},
                                                       {"zxml", ExportFormat::zxml}};
 
-// A file of at most so many bytes is put into words by the thread that has read it; the text of a larger one
+// A file of at most this many bytes is rendered by the thread that has read it; the text of a larger one
 // would take too much memory, and is written as it is made.
 constexpr uint64_t kMostRendered = 1 << 23;
 
@@ -46,7 +46,7 @@ enum Fate : size_t { kExported, kSkipped, kRefused, kDamaged };
 
 struct Rendered {
   Opened opened;
-  Digest digest = {};  // of the file's bytes
+  Digest digest = {};  // the file's SHA-256
   size_t masked = 0;   // secrets
   std::optional<std::string> text;
 };
@@ -64,13 +64,13 @@ Rendered render_file(const std::string& path, const Options& options) {
   return rendered;
 }
 
-// Writes file after file; what was written before is left out.
+// Writes file after file; a file that was already written is skipped.
 class Writer {
  public:
   Writer(const Options& options, Exporter& exporter, Tally& tally, int& status)
       : options_(options), exporter_(exporter), tally_(tally), status_(status) {}
 
-  // False when nothing more can be written.
+  // False if nothing more can be written.
   bool take(const Rendered& rendered) {
     if (!complain_of(rendered.opened, status_)) {
       if (!options_.quarantine.empty()) set_aside(rendered.opened, options_.quarantine, status_);

@@ -90,7 +90,7 @@ void add_listed(const FileOptions& options, FileFinder& finder, int& status) {
   for (size_t start = 0; start < list->size();) {
     const size_t stop = std::min(list->find(end, start), list->size());
     const std::string name = list->substr(start, stop - start);
-    // Only an argument means standard input by it.
+    // Only as an argument does "-" mean standard input.
     if (!name.empty()) finder.add(name == "-" ? "./-" : name);
     start = stop + 1;
   }

@@ -12,20 +12,20 @@ namespace inv {
 struct FileOptions {
   std::vector<std::string> given;  // files, folders, or "-"
   std::string list;                // a file with more of them; "-" is standard input
-  bool null_terminated = false;    // names in it end with a NUL, not with a line
+  bool null_terminated = false;    // names in it end with NUL instead of a line feed
 
-  // Whether they are more than one file that somebody has named.
+  // Whether this is more than a single named file.
   bool are_many() const;
 };
 
-// FILE, --files-from and -0. A command line with neither files nor list is unusable.
+// FILE, --files-from and -0. A command line needs files or a list.
 void add_files(CLI::App& command, FileOptions& options);
-// --files-from and -0 alone, for a command whose files stand among other arguments.
+// Only --files-from and -0, for commands whose files are among other arguments.
 void add_list_of_files(CLI::App& command, FileOptions& options);
 
-// All files, in the order in which they were named; those of a folder and of the folders in it, called *.inv,
-// by their names. Symbolic links in a folder are not followed. What cannot be listed is complained of, with
-// status kUnusable; a folder without files, with kNo.
+// All files, in the order in which they were named; for a folder, every *.inv in it and below, sorted by
+// name. Symbolic links in a folder are not followed. Complains of what cannot be listed, with status
+// kUnusable, and of folders without files, with kNo.
 std::vector<std::string> find_files(const FileOptions& options, int& status);
 
 }  // namespace inv

@@ -32,12 +32,12 @@ std::optional<Value> value_of(const Match& match) {
                unit_of(find_fact(match.element), *match.attribute)};
 }
 
-// A name is shown as its file has it; some end in the carriage return of a display's own memory.
+// A name is shown as in its file; some end in a carriage return that a display reported.
 std::string_view without_end_of_line(std::string_view text) {
   return text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
 }
 
-// The values of a file, in the form that was asked for.
+// The values of a file, in the requested form.
 class Output {
  public:
   Output(const Options& options, bool of_several)
@@ -75,7 +75,7 @@ class Output {
   Json list_ = Json::array();
 };
 
-// Whether the file has a value at the path at all.
+// Whether the file has any value at the path.
 bool add_values(const Inventory& inventory, const std::string& path, Output& output) {
   bool found = false;
   for (const Content& content : inventory.contents) {
@@ -123,7 +123,7 @@ void add_get(CLI::App& app, int& status) {
                      "Inventory files, or folders that are searched for *.inv; - is standard input. What to "
                      "print of each; * matches any text within a segment");
   add_list_of_files(command, options->listed);
-  // As in grep, where -h is no help either.
+  // As in grep, -h is not the help.
   command.set_help_flag("--help", "Print this help message and exit");
   command.add_flag_callback(
       "-h,--no-filename", [options] { options->file_names = FileNames::never; }, "Never print file names");
@@ -134,7 +134,7 @@ void add_get(CLI::App& app, int& status) {
   command.add_flag("--trim", options->trim, "Leave out blanks and line ends at the end of values");
   add_max_size(command, options->max_size);
   command.callback([options, &status] {
-    // On its own it asks for help, as with the other commands.
+    // Without arguments it is the help, as with the other commands.
     if (options->arguments.empty() && options->file_names == FileNames::never) throw CLI::CallForHelp();
     status = run(*options);
   });

@@ -7,7 +7,7 @@ struct Options {
   std::string command;
 };
 
-// App::help would tell about the command that runs, which is this one.
+// App::help would show the help of the running command, which is this one.
 std::string help_of_program(const CLI::App& app) {
   return app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal);
 }

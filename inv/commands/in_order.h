@@ -1,4 +1,4 @@
-// Work on many items that several threads share, and whose results are used one after the other.
+// Work on many items, shared by several threads, with results used in order.
 #pragma once
 
 #include <algorithm>
@@ -14,9 +14,9 @@
 namespace inv {
 
 // Calls use(make(i)) for each i from 0 to count - 1, in this order, on this thread, until `use` returns
-// false; make(i) is called on `jobs` other threads, or on this one when that is 1. Only a few results are
-// ever waiting, so memory does not grow with `count`. What `make` throws is thrown here, when its turn comes.
-// Where the system allows fewer threads, there are fewer.
+// false; make(i) is called on `jobs` other threads, or on this one if that is 1. Only a few results are ever
+// waiting, so memory does not grow with `count`. What `make` throws is rethrown here in its turn. If the
+// system allows fewer threads, there are fewer.
 template <typename Make, typename Use>
 bool in_order(size_t count, size_t jobs, Make make, Use use) {
   if (jobs <= 1 || count <= 1) {
@@ -28,7 +28,7 @@ bool in_order(size_t count, size_t jobs, Make make, Use use) {
 
   using Made = decltype(make(size_t{0}));
   struct Result {
-    std::vector<Made> made;  // one, or none
+    std::vector<Made> made;  // at most one
     std::exception_ptr thrown;
   };
   const size_t most_ahead = 4 * jobs;
@@ -60,7 +60,7 @@ bool in_order(size_t count, size_t jobs, Make make, Use use) {
   try {
     for (size_t i = 0; i < std::min(jobs, count); ++i) threads.emplace_back(work);
   } catch (const std::system_error&) {
-    // The system allows no more threads; those that there are do the work.
+    // The system allows no more threads; the existing ones do the work.
     if (threads.empty()) return in_order(count, 1, make, use);
   }
   const auto stop = [&] {

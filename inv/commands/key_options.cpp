@@ -17,14 +17,14 @@ std::nullopt_t refuse(const std::string& about, const std::string& reason) {
   return std::nullopt;
 }
 
-// An editor ends the last line of a file, which is no part of the key.
+// The line end that editors append is not part of the key.
 std::string without_line_end(std::string text) {
   while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
   return text;
 }
 
 struct SourcedKey {
-  std::string source;  // for complaints; empty when no key was chosen
+  std::string source;  // for messages; empty if no key was chosen
   std::string key;
 };
 

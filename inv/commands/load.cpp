@@ -10,8 +10,8 @@
 namespace inv {
 namespace {
 
-// This many files, or files of so many bytes inflated, are one transaction: enough that writing to the disk
-// takes little of the time, few enough that others who load get their turn.
+// A transaction has at most this many files and inflated bytes: enough that writing to the disk takes little
+// of the time, few enough that other loading processes get their turn.
 constexpr size_t kMostFiles = 64;
 constexpr uint64_t kMostBytes = uint64_t{1} << 26;
 
@@ -27,15 +27,15 @@ struct Options {
 
 enum Fate : size_t { kLoaded, kReplaced, kSkipped, kRefused, kDamaged };
 
-// Takes opened files one after the other, and puts them into the database some at a time, so that nobody
-// waits for the database while a file is read.
+// Takes opened files one by one and puts them into the database in batches, so that nobody waits for the
+// database while a file is read.
 class Loader {
  public:
   Loader(const Options& options, const SignatureCheck& signatures, Database& database, Tally& tally,
          int& status)
       : options_(options), signatures_(signatures), database_(database), tally_(tally), status_(status) {}
 
-  // False when the database takes nothing more.
+  // False if the database accepts nothing more.
   bool take(Opened opened) {
     if (!complain_of(opened, status_)) {
       if (!options_.quarantine.empty()) set_aside(opened, options_.quarantine, status_);
@@ -55,7 +55,7 @@ class Loader {
 
   size_t masked = 0;  // secrets
 
-  // Puts in what is waiting.
+  // Loads the files that are waiting.
   bool finish() {
     if (waiting_.empty()) return true;
     if (!database_.begin()) return false;

@@ -34,7 +34,7 @@ std::optional<std::vector<PolicyRule>> open_policy(const std::string& path) {
   return rules;
 }
 
-// A line for each breach, and one for each rule that is kept.
+// A line for each breach, and one for each rule without any.
 std::string verdict_table(const std::vector<PolicyVerdict>& verdicts) {
   Table table({{"Rule"}, {"Severity"}, {"Result"}});
   for (const PolicyVerdict& verdict : verdicts) {

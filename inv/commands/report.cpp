@@ -21,7 +21,7 @@ struct Options {
   uint64_t max_size = kUsualMaxSize;
 };
 
-// Opens files for pages without their secrets, writes the pages, and tells how much is masked in them.
+// Opens files for pages with their secrets masked, writes the pages, and reports how many secrets there were.
 class PageMaker {
  public:
   PageMaker(const Options& options, int& status) : options_(options), status_(status) {}
@@ -29,11 +29,12 @@ class PageMaker {
     if (!options_.keep_secrets) tell_masked("report", masked_);
   }
 
-  // None, after a complaint, when it cannot be read.
+  // Null, after a complaint, if it cannot be read.
   std::unique_ptr<Inventory> open(const std::string& file) {
     return without_secrets(open_for_command(file, options_.max_size, status_));
   }
-  // The same for a file whose faults are told already. None for standard input, which is read only once.
+  // The same for a file whose faults have already been reported. Null for standard input, which can only be
+  // read once.
   std::unique_ptr<Inventory> open_again(const std::string& file) const {
     std::string error;
     return file == "-" ? nullptr : without_secrets(open_file(file, options_.max_size, &error));
@@ -76,7 +77,7 @@ std::vector<FleetMachine> machines_in(const std::vector<std::string>& files, Pag
   return last_scans(std::move(scans));
 }
 
-// The files that a page might replace. Those of folders are called otherwise.
+// The files that a page might replace. Those in folders end in .inv.
 std::vector<std::string> pages_among(const std::vector<std::string>& files) {
   constexpr std::string_view kEnding = ".html";
   std::vector<std::string> pages;
@@ -87,8 +88,8 @@ std::vector<std::string> pages_among(const std::vector<std::string>& files) {
   return pages;
 }
 
-// Each file is opened twice, so that no more than one is in memory: once for what the fleet's page says of
-// it, and when it is known which scan of a machine is the last, for the page of that.
+// Each file is opened twice, so that only one is in memory at a time: first for the fleet's page, and once
+// the last scan of each machine is known, for the machine's page.
 int report_fleet(const std::vector<std::string>& files, const Options& options, PageMaker& maker) {
   std::vector<FleetMachine> machines = machines_in(files, maker);
   if (machines.empty()) return kDone;
@@ -126,7 +127,7 @@ int run(const Options& options) {
   if (options.compare) {
     report_changes(files, options.output, maker);
   } else if (is_fleet) {
-    // The maker notes faults of files in the status meanwhile.
+    // Meanwhile the maker may set the status because of faulty files.
     const int written = report_fleet(files, options, maker);
     status = worse(status, written);
   } else {

@@ -14,7 +14,7 @@ bool complain_of_database(const QueryDatabase& database) {
   return false;
 }
 
-// Numbers line up at their ends, in columns that have nothing else.
+// Columns that contain only numbers are right-aligned.
 bool has_numbers(const QueryResult& result, size_t column) {
   bool found = false;
   for (const std::vector<Json>& row : result.rows) {
@@ -38,7 +38,7 @@ std::string table_of(const QueryResult& result) {
   return table.text();
 }
 
-// Lines end as RFC 4180 has it.
+// Lines end as RFC 4180 says.
 std::string csv_of(const QueryResult& result) {
   std::string csv;
   const auto append_field = [&](size_t i, const std::string& text) {

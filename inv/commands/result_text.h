@@ -1,4 +1,4 @@
-// What the commands that ask in SQL have in common: their files, their patience, and answers as texts.
+// What the SQL commands have in common: their files, their timeout, and results as text.
 #pragma once
 
 #include <string>
@@ -9,18 +9,18 @@
 
 namespace inv {
 
-// How long a question may take unless the caller says otherwise, in seconds.
+// How long a query may take by default, in seconds.
 constexpr unsigned kUsualPatience = 60;
 
 // The option --timeout.
 void add_timeout(CLI::App& command, unsigned& patience);
 
-// Adds the files that can be read, complaining of those that cannot, without their secrets unless they are
-// kept. False, after a complaint, when there is no database to ask.
+// Adds the readable files, with their secrets masked unless they are to be kept, and complains of the others.
+// False, after a complaint, if there is no database to query.
 bool open_for_questions(const char* command, QueryDatabase& database, const std::vector<std::string>& files,
                         uint64_t max_size, bool keep_secrets, int& status);
 
-// An answer as "table", "csv" or "json", an array of objects.
+// A result as "table", "csv" or "json", an array of objects.
 std::string result_text(const QueryResult& result, const std::string& format);
 
 }  // namespace inv

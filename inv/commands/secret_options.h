@@ -7,10 +7,10 @@ namespace inv {
 
 void add_secrets(CLI::App& command, bool& keep_secrets);
 
-// Masks the secrets of an inventory unless they are kept. How many there were.
+// Masks the secrets of an inventory unless they are to be kept, and returns how many.
 size_t mask_unless_kept(bool keep_secrets, Inventory& inventory);
 
-// Says on standard error how many secrets a command masked; nothing when there were none.
+// Says on standard error how many secrets a command masked, if any.
 void tell_masked(const char* command, size_t count);
 
 }  // namespace inv

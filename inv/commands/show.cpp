@@ -16,7 +16,7 @@ struct Options {
   uint64_t max_size = kUsualMaxSize;
 };
 
-// The readable trees of the sections asked for.
+// The readable trees of the requested sections.
 std::vector<const Document*> wanted_trees(const Inventory& inventory, const Options& options) {
   std::vector<const Document*> trees;
   for (size_t i = 0; i < inventory.contents.size(); ++i) {
@@ -39,7 +39,7 @@ std::vector<Match> matches_in(const std::vector<const Document*>& trees, const s
   return all;
 }
 
-// What of one file is shown.
+// What is shown of one file.
 std::string shown_of(const Inventory& inventory, const std::vector<std::string>& paths,
                      const Options& options, const Terminal& terminal, int& status) {
   const std::vector<const Document*> trees = wanted_trees(inventory, options);

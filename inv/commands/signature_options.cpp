@@ -9,12 +9,12 @@
 namespace inv {
 namespace {
 
-// A signature by an Ed25519 key has 300 bytes, and one by the largest of other keys some thousands.
+// A signature by an Ed25519 key has 300 bytes, and one by the largest of other keys a few thousand.
 constexpr uint64_t kLargestSignature = 1 << 16;
-// A line for each of a hundred thousand Macs is a tenth of this.
+// Lines for a hundred thousand Macs take a tenth of this.
 constexpr uint64_t kLargestList = 1 << 28;
 
-// Complains of what makes all of these options unusable.
+// Complains of what makes these options unusable, and returns false.
 bool refuse(const std::string& about, const std::string& reason) {
   complain(about, reason);
   return false;
@@ -34,7 +34,7 @@ bool names_signatures(const SignatureOptions& options, const std::vector<std::st
   return !has_input || refuse("standard input", "has no signature beside it; name one with --signature");
 }
 
-// None of them may be empty: a variable that a script forgot to set must not mean that nothing is checked.
+// None of them may be empty: a variable that a script forgot to set must not disable the check.
 CLI::Option* add_text(CLI::App& command, const char* name, const char* kind, std::string& text,
                       const char* description) {
   return command.add_option(name, text, description)->type_name(kind)->check([](const std::string& given) {

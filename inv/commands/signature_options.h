@@ -1,4 +1,4 @@
-// The options of the commands that ask who signed a file.
+// The options of commands that check who signed a file.
 #pragma once
 
 #include <optional>
@@ -19,21 +19,22 @@ struct SignatureOptions {
 
 void add_signature_options(CLI::App& command, SignatureOptions& options);
 
-// What those options ask for, with the lists that they name already read.
+// The check that those options ask for, with their lists already read.
 class SignatureCheck {
  public:
-  // None, after a complaint, when they cannot be met for these files; such a run ends with kUnusable.
+  // std::nullopt, after a complaint, if the check is impossible for these files; the run then ends with
+  // kUnusable.
   static std::optional<SignatureCheck> create(const SignatureOptions& options,
                                               const std::vector<std::string>& files);
 
-  // Whether signatures are asked for at all.
+  // Whether signatures are checked at all.
   bool wanted() const { return wanted_; }
 
-  // Judges the signature of a file that was opened from this path, from the bytes that were read of it.
+  // Judges the signature of a file that was opened from this path, using the bytes that were read.
   SignatureVerdict judge(const std::string& path, const Inventory& inventory) const;
 
-  // For commands that use only files whose signature counts: who signed, empty when nobody asked. None, after
-  // a complaint and with status kNo, when the signature does not count.
+  // For commands that use only properly signed files: the signer, empty if signatures are not checked.
+  // std::nullopt, after a complaint and with status kNo, if the signature does not count.
   std::optional<std::string> signer_of(const std::string& path, const Inventory& inventory,
                                        int& status) const;
 

@@ -40,7 +40,7 @@ std::string gaps_text(const std::vector<std::string>& gaps, const Terminal& term
   return text.empty() ? "" : ", but " + terminal.yellow("incomplete") + text;
 }
 
-// What is said about the signature, after the verdict on the file itself.
+// The text about the signature, after the verdict on the file itself.
 std::string signature_text(const SignatureVerdict& signature, const Terminal& terminal) {
   if (signature.refusal.empty()) return ", signed by " + printable(signature.signer);
   return "; " + terminal.red("signature refused") + ": " + printable(signature.refusal);
@@ -48,7 +48,7 @@ std::string signature_text(const SignatureVerdict& signature, const Terminal& te
 
 struct Checked {
   std::string path;
-  std::unique_ptr<Inventory> inventory;  // none when the file cannot be opened
+  std::unique_ptr<Inventory> inventory;  // null if the file cannot be opened
   std::string error;                     // why
   Verdict verdict;
 };
@@ -61,13 +61,13 @@ Checked check(const std::string& path, uint64_t max_size) {
   return checked;
 }
 
-// What is said about one file, and whether it and its signature are any good.
+// The text about one file, and whether it and its signature are good.
 struct Judgement {
   std::string line;
   bool good;
 };
 
-// Strictly, a file of a scan that did not learn all is no good either.
+// If strict, a file of an incomplete scan is not good either.
 Judgement judge(const Checked& checked, bool strict, const SignatureCheck& signatures,
                 const Terminal& terminal) {
   const bool valid = checked.verdict.faults.empty();
@@ -86,7 +86,7 @@ Judgement judge(const Checked& checked, bool strict, const SignatureCheck& signa
 }
 
 int run(const Options& options) {
-  // Lines are printed in pieces of about this size.
+  // Lines are printed in chunks of about this size.
   constexpr size_t kPiece = 1 << 16;
   int status = kDone;
   const std::vector<std::string> files = find_files(options.files, status);

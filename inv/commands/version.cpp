@@ -9,7 +9,7 @@
 namespace inv {
 namespace {
 
-// This library gives its version as three numbers.
+// This library has its version as three numbers.
 std::string json_version() {
   return std::to_string(NLOHMANN_JSON_VERSION_MAJOR) + '.' + std::to_string(NLOHMANN_JSON_VERSION_MINOR) +
          '.' + std::to_string(NLOHMANN_JSON_VERSION_PATCH);
