@@ -11,14 +11,14 @@
 namespace inv {
 namespace {
 
-// Room for some ten thousand entries, where files have two or three.
+// Room for ten thousand entries or so; files have two or three.
 constexpr uint64_t kLargestHeader = 1 << 20;
-// In a message, in columns.
+// Of a quote in a message, in columns.
 constexpr size_t kLongestQuote = 40;
 
 struct KindRow {
   std::string_view type;
-  std::string_view id;  // empty for a kind whose entry has none
+  std::string_view id;  // empty if entries of this kind have none
   Section::Kind kind;
 };
 constexpr KindRow kKinds[] = {
@@ -86,8 +86,8 @@ bool read_header_text(std::string_view file, Container& container, Faults& fault
   return true;
 }
 
-// The header's lines, entry by entry. A fault in it has the byte of the file when the header is plain text,
-// else the header's first byte.
+// Parses the header's lines, entry by entry. A fault is located at its byte in the file if the header is
+// plain text, else at the header's first byte.
 class HeaderParser {
  public:
   HeaderParser(Container& container, Faults& faults) : container_(container), faults_(faults) {}
@@ -156,7 +156,7 @@ class HeaderParser {
     return true;
   }
 
-  // At the end of each entry.
+  // Called at the end of each entry.
   bool check_entry() {
     if (container_.sections.empty()) return true;
     if (!has_offset_ || !has_length_) return fail("a header entry has no offset or no length");
@@ -201,8 +201,8 @@ void locate_data(std::string_view file, const Container& container, Section& sec
   }
 }
 
-// Sections are back to back in the order of their numbers; a number that the header skips leaves room for
-// bytes of its own.
+// Sections follow each other in the order of their numbers without gaps, so bytes between two of them belong
+// to a number that the header skips.
 void add_unlisted_sections(std::string_view file, Container& container, Faults& faults) {
   std::vector<Section> all;
   uint64_t end = 0;

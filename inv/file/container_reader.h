@@ -1,4 +1,4 @@
-// The .inv container as it is read: from the end of the file to its header, from there to the sections.
+// Reading the .inv container: from the end of the file to its header, and from there to the sections.
 // docs/inv-format.md describes it byte by byte.
 #pragma once
 
@@ -12,9 +12,9 @@
 
 namespace inv {
 
-// What a section as stored, or all inflated sections of a file, may measure unless the caller says otherwise:
-// 256 MiB; the largest real inventories have less than a tenth. bench/memory.py tells how many times this
-// much memory each command takes.
+// The default limit for a section as stored, and for all inflated sections of a file together: 256 MiB. The
+// largest real inventories have less than a tenth of it. bench/memory.py measures how many times this much
+// memory each command takes.
 constexpr uint64_t kUsualMaxSize = 256ull << 20;
 
 struct Section {
@@ -23,18 +23,18 @@ struct Section {
     asset_info,
     raw_data,
     other,     // listed with a type that this reader does not know
-    unlisted,  // bytes between the others, of a kind that gets no header entry
+    unlisted,  // bytes between the others, of a kind without a header entry
   };
 
   Kind kind = Kind::unlisted;
-  // Of the header's entry; for unlisted bytes, the first number that the header skips there.
+  // The number in the header's entry; for unlisted bytes, the first number that the header skips there.
   uint64_t number = 0;
-  std::string type;  // the entry's own words, "ID=" included: "snapshot", "customdata rawdata"
+  std::string type;  // as in the entry, including its ID: "snapshot", "customdata rawdata"
   std::string timestamp;
   std::string snaptype;
   uint64_t offset = 0;  // from the start of the file
   uint64_t length = 0;
-  // The section's bytes within the file; empty when offset or length do not fit, which is a fault of the
+  // The section's bytes within the file; empty if offset or length do not fit, which is a fault of the
   // container.
   std::string_view data;
 };
@@ -45,7 +45,7 @@ const char* kind_name(Section::Kind kind);
 struct Container {
   bool big_endian = false;
   bool header_compressed = false;
-  uint64_t header_offset = 0;  // and so the number of bytes that sections take
+  uint64_t header_offset = 0;  // also the total size of the sections
   uint64_t header_size = 0;    // as stored
   std::string header_text;
   uint64_t count = 0;
@@ -53,8 +53,8 @@ struct Container {
   std::vector<Section> sections;  // by offset
 };
 
-// Reads trailer and header. None when no header can be found or it is not text of the known form; otherwise
-// what it lists, with a fault for each entry that does not fit the file. `file` must outlive the container.
+// Reads trailer and header. std::nullopt if there is no header or its text is malformed; otherwise what it
+// lists, with a fault for each entry that does not fit the file. `file` must outlive the container.
 std::optional<Container> read_container(std::string_view file, uint64_t max_size, Faults& faults);
 
 }  // namespace inv

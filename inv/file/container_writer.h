@@ -1,5 +1,5 @@
-// The .inv container as the scanner writes it, made of finished texts. docs/inv-format.md describes it byte
-// by byte.
+// Makes the .inv container, as the scanner writes it, from finished texts. docs/inv-format.md describes it
+// byte by byte.
 #pragma once
 
 #include <string>
@@ -12,11 +12,11 @@ namespace inv {
 struct TreeText {
   Section::Kind kind;     // snapshot or asset_info
   std::string text;       // "?zxml" text
-  std::string timestamp;  // for the header's entry of a snapshot, as is the next one
+  std::string timestamp;  // this and the next one are for a snapshot's header entry
   std::string snaptype;
 };
 
-// A file of these sections in this order, trees whole and compressed, the header compressed.
+// A file with these sections in this order, trees whole and compressed, header compressed.
 std::string write_container(const std::vector<TreeText>& trees);
 
 }  // namespace inv

@@ -5,7 +5,7 @@
 namespace inv {
 namespace {
 
-// 172 bytes before the dictionary and 18 after it: the scanner cuts them off by their lengths.
+// 172 bytes before the dictionary and 18 after it: the scanner removes them by their lengths.
 constexpr std::string_view kPrologue =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
@@ -23,12 +23,12 @@ bool is_type_name(std::string_view name) {
   });
 }
 
-// Moves from tag to tag; text between them is left alone, as are comments and CDATA sections.
+// Moves from tag to tag; skips text between them, comments and CDATA sections.
 class TagWalker {
  public:
   explicit TagWalker(std::string_view text) : text_(text) {}
 
-  // False after the last tag.
+  // Moves to the next tag; false after the last one.
   bool next() {
     for (;;) {
       start_ = text_.find('<', end_);
@@ -41,7 +41,7 @@ class TagWalker {
     }
   }
 
-  // "dict", "/dict" or "array/": what is between the angle brackets.
+  // What is between the angle brackets: "dict", "/dict" or "array/".
   std::string_view tag() const { return text_.substr(start_ + 1, end_ - start_ - 2); }
   // The text after the tag, up to the next one.
   std::string_view content() const { return text_.substr(end_, text_.find('<', end_) - end_); }
@@ -60,7 +60,7 @@ class TagWalker {
   size_t end_ = 0;
 };
 
-// From the start of the line, when only blanks come before the tag, to the end of the line after it.
+// From the start of the line, if only blanks precede the tag, to the end of the line after it.
 std::string_view with_line(std::string_view text, size_t start, size_t end) {
   size_t first = start;
   while (first > 0 && (text[first - 1] == ' ' || text[first - 1] == '\t')) --first;

@@ -1,9 +1,9 @@
-// A section's tree as it is read: the text itself, and where everything is in it. The tags are in one array
-// in the order of the text, so opening a large inventory costs four allocations and walking it is a loop.
-// (The scanner's Tag is made for writing by path: a node of it is half a dozen allocations, and its texts end
-// at the first NUL.)
+// A section's tree for reading: the text itself, and where everything is in it. The tags are in one array in
+// the order of the text, so opening a large inventory costs four allocations and walking it is a loop. (The
+// scanner's Tag is made for writing by path: a node takes half a dozen allocations, and its texts end at the
+// first NUL.)
 //
-// Looking up what is not there gives an empty answer, so lookups chain:
+// Looking up something that does not exist yields an empty result, so lookups chain:
 //   document.top().child("System").child("Chassis").text("serial")
 #pragma once
 
@@ -34,7 +34,7 @@ struct Annotation {
   std::string_view text;
 };
 
-// The text of the first annotation with this key; none when there is no match.
+// The text of the first annotation with this key; null if there is none.
 const std::string_view* find_annotation(const Range<Annotation>& annotations, std::string_view key);
 
 struct Attribute {
@@ -47,12 +47,12 @@ struct Attribute {
   std::string_view annotation(std::string_view key) const;
 };
 
-// What the text says of one tag.
+// A tag as it is in the text.
 struct Record {
   std::string_view name;
   std::string_view value;
   bool branch = false;           // written with "+" and a closing line
-  uint32_t depth = 0;            // of the top element: 0
+  uint32_t depth = 0;            // 0 for the top element
   uint32_t parent_distance = 0;  // how many records before this one its parent is; 0 for the top element
   uint32_t subtree_size = 1;     // this tag and all below it
   Range<Attribute> attributes;
@@ -61,7 +61,7 @@ struct Record {
 
 class Children;
 
-// One tag, or none. It is a pointer into its document.
+// A tag, or none: a pointer into its document.
 class Element {
  public:
   Element() = default;
@@ -80,15 +80,15 @@ class Element {
   // Empty when there is no such annotation.
   std::string_view annotation(std::string_view key) const;
 
-  // The first attribute of this name, or none; and its value, empty when there is none.
+  // The first attribute of this name, or null; and its value, empty if there is none.
   const Attribute* attribute(std::string_view name) const;
   std::string_view text(std::string_view name) const;
 
-  // None for the top element.
+  // Empty for the top element.
   Element parent() const;
   Element first_child() const;
   Element next_sibling() const;
-  // The first child of this name, or none.
+  // The first child of this name, or an empty element.
   Element child(std::string_view name) const;
 
   // for (Element child : element.children())
@@ -132,27 +132,27 @@ class Children {
 
 inline Children Element::children() const { return Children(*this); }
 
-// A text of a tree: a name or a value, of an attribute or, when that is null, of the tag itself.
+// A text of a tree: a name or a value, of an attribute or, if that is null, of the tag itself.
 struct TextPlace {
   Element element;
   const Attribute* attribute = nullptr;
   bool is_name = false;
 };
 
-// A text and its tree. The views in it stay right when it is moved.
+// A text and its tree. Its views stay valid when it is moved.
 class Document {
  public:
   Element top() const { return Element(records_.data()); }
   const std::string& text() const { return *text_; }
-  // Of the text, without its first one, the mark.
+  // The number of lines in the text, not counting the mark.
   size_t line_count() const { return line_count_; }
 
-  // Shows other names and values than the text has: calls replace(const TextPlace&, std::string_view) for
-  // each, which returns what to show, or none to leave it. Values come before the names that tell what they
-  // are. Annotations stay.
+  // Replaces the names and values that are shown: calls replace(const TextPlace&, std::string_view) for each,
+  // which returns what to show, or std::nullopt to leave it. Values come before their names. Annotations
+  // stay.
   template <typename Replace>
   void replace_texts(Replace replace);
-  // What stood in the text where this is shown: the same view when nothing was put in its place.
+  // The text in the file in place of this shown text; the same view if it was not replaced.
   std::string_view original(std::string_view shown) const;
 
  private:
@@ -165,8 +165,8 @@ class Document {
   std::vector<Attribute> attributes_;
   std::vector<Annotation> annotations_;
   size_t line_count_ = 0;
-  std::deque<std::string> shown_;                                // texts that are in no file
-  std::unordered_map<const char*, std::string_view> originals_;  // by the beginning of what is shown
+  std::deque<std::string> shown_;                                // replacements
+  std::unordered_map<const char*, std::string_view> originals_;  // by the address of the replacement
 };
 
 template <typename Replace>
@@ -183,7 +183,7 @@ void Document::replace_texts(Replace replace) {
   }
 }
 
-// The tree as text again: the same bytes that it was parsed from.
+// The tree as text again: the bytes that it was parsed from.
 std::string write_text(const Document& document);
 
 }  // namespace inv

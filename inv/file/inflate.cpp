@@ -8,7 +8,7 @@
 namespace inv {
 namespace {
 
-// Text of an inventory shrinks to about a seventh; more room is found by doubling.
+// An inventory's text shrinks to about a seventh; if more room is needed, it doubles.
 constexpr size_t kUsualRatio = 8;
 constexpr size_t kSmallestBuffer = 4096;
 
@@ -48,7 +48,7 @@ Inflated inflate_stream(std::string_view input, uint64_t limit) {
   size_t length = 0;
   for (;;) {
     if (length == result.bytes.size()) {
-      // One byte beyond the limit separates a stream that fits from one that does not.
+      // One byte beyond the limit shows that a stream does not fit.
       const uint64_t wanted =
           std::max(kSmallestBuffer, length == 0 ? input.size() * kUsualRatio : length * 2);
       result.bytes.resize(static_cast<size_t>(std::min(wanted, limit + 1)));

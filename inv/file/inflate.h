@@ -9,8 +9,8 @@ namespace inv {
 
 struct Inflated {
   std::string bytes;
-  size_t consumed = 0;  // of the input: where the stream ended, or was found damaged
-  std::string error;    // a clause; empty when the stream is whole
+  size_t consumed = 0;  // of the input, up to the end of the stream or the damage
+  std::string error;    // a clause; empty if the stream is intact
 };
 
 // Inflates one zlib stream, which may end before the input does. Nothing beyond `limit` bytes of output is

@@ -10,7 +10,7 @@
 namespace inv {
 namespace {
 
-// What the sections of a file that are still to be read may take.
+// How much the remaining sections of a file may take.
 struct Allowance {
   uint64_t bytes;
   size_t lines;
@@ -48,7 +48,7 @@ void read_raw(const Section& section, uint64_t max_size, Content& content, Fault
 
 Content read_content(const Section& section, bool big_endian, const Allowance& left, Faults& faults) {
   Content content;
-  // Its entry does not fit the file, which is a fault already.
+  // Its entry does not fit the file, which has already been reported as a fault.
   if (section.data.size() != section.length) return content;
   switch (section.kind) {
     case Section::Kind::snapshot:
@@ -105,7 +105,7 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
 }
 
 std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error) {
-  // A small limit is for texts, and compressed ones may well be larger than the smallest of them.
+  // A small limit is meant for texts; the file around them may well be larger.
   std::optional<std::string> bytes = read_file(path, std::max(max_size, kUsualMaxSize), error);
   if (!bytes) return nullptr;
   return open_inventory(path == "-" ? "standard input" : path, std::move(*bytes), max_size);

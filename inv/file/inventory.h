@@ -1,4 +1,4 @@
-// One file, opened: its container, its trees, and all that is wrong with it.
+// An opened file: its container, its trees, and everything that is wrong with it.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@
 
 namespace inv {
 
-// What a section holds; nothing of it when it is damaged.
+// What a section holds; everything is empty if it is damaged.
 struct Content {
   std::optional<Layout> layout;  // of a tree
   std::optional<Document> document;
@@ -27,13 +27,13 @@ struct Inventory {
   std::vector<Content> contents;  // one for each section of the container
   Faults faults;
 
-  // The first tree of its kind; none when the file has none or it is damaged.
+  // The first tree of its kind; null if there is none or it is damaged.
   const Document* snapshot() const { return first_tree(Section::Kind::snapshot); }
   const Document* asset() const { return first_tree(Section::Kind::asset_info); }
   Element snapshot_top() const { return top_of(snapshot()); }
   Element asset_top() const { return top_of(asset()); }
   const std::string* raw_data() const;
-  // What stood in a file where one of its trees shows this (Document::original).
+  // The text in the file in place of this shown text (Document::original).
   std::string_view original(std::string_view shown) const;
 
  private:
@@ -41,19 +41,19 @@ struct Inventory {
   static Element top_of(const Document* document) { return document ? document->top() : Element(); }
 };
 
-// What all its sections inflate to, in bytes.
+// The inflated size of all sections, in bytes.
 uint64_t inflated_size(const Inventory& inventory);
 
-// Opens the bytes of a file: what is undamaged is there, and each thing that is not is a fault. What its
-// sections inflate to is at most `max_size` bytes for all of them together; a file whose sections overlap
-// could be many times its size. It is handed out by pointer because its parts point into it.
+// Opens the bytes of a file: intact parts are available, and all others are faults. All sections together may
+// inflate to `max_size` bytes; overlapping sections could otherwise amount to many times the file. Returned
+// by pointer because its parts point into it.
 std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string bytes, uint64_t max_size);
 
-// The same for a file of this path; "-" is standard input. None, and the reason as a clause, when it cannot
-// be read or is itself larger than `max_size` and the usual limit.
+// The same for the file at this path; "-" is standard input. Null, and the reason as a clause, if it cannot
+// be read or is itself larger than both `max_size` and the usual limit.
 std::unique_ptr<Inventory> open_file(const std::string& path, uint64_t max_size, std::string* error);
 
-// Whether a file that has a container holds the profiler's untouched output in place of a snapshot.
+// Whether a file with a container holds the profiler's raw output instead of a snapshot.
 bool is_debug_file(const Inventory& inventory);
 
 }  // namespace inv

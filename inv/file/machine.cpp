@@ -48,7 +48,7 @@ std::string first_identifying(std::initializer_list<std::string_view> texts) {
   return std::string();
 }
 
-// What a debug run has found, but not looked into.
+// What a debug run has stored without evaluating it.
 struct Profiled {
   std::string_view serial;
   std::string_view uuid;

@@ -1,4 +1,4 @@
-// Whose scan a file holds, and of when.
+// Which machine a file describes, and when it was scanned.
 #pragma once
 
 #include <string>
@@ -12,16 +12,16 @@ namespace inv {
 // machines leave there ("System Serial#"), in any case.
 bool is_placeholder(std::string_view text);
 
-// What identifies a machine, the same in every file of it: its serial number; without one that identifies
-// anything its platform UUID; else its name and its hardware address, as far as the file knows them; else the
-// file's name. Of a debug file they are those that the scan would have found in the profiler's output.
+// What identifies a machine, the same in all its files: its serial number; if that is a placeholder its
+// platform UUID; else its name and hardware address, as far as the file has them; else the file's name. For a
+// debug file they come from the profiler's output, as in a scan.
 std::string machine_identity(const Inventory& inventory);
-// What people call it: computer name, host name, else its identity.
+// Its name for people: computer name, else host name, else its identity.
 std::string machine_name(const Inventory& inventory);
-// When it was scanned, as the file has it: "20120118153045.000000+120"; empty when it does not say.
+// When it was scanned, as in the file: "20120118153045.000000+120"; empty if it does not say.
 std::string scan_timestamp(const Inventory& inventory);
-// The same moment in UTC, "2012-01-18T13:30:45Z"; empty when the file does not say, or nothing that can be
-// understood. A scan with further facts names the calendar of its date.
+// The same moment in UTC, "2012-01-18T13:30:45Z"; empty if the file does not say, or nothing intelligible. An
+// extended scan names the calendar of its date.
 std::string scan_time(const Inventory& inventory);
 
 }  // namespace inv

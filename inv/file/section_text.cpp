@@ -14,8 +14,7 @@ namespace {
 
 const std::string kFirstIndexLine = "[" + std::string(kRootPart) + "]\n";
 
-// A leaf that was given children is measured with them but written without, and the difference is filled with
-// NULs.
+// A leaf with children is measured with them but written without, and the difference is filled with NULs.
 void drop_padding(std::string& text) {
   const size_t last = text.find_last_not_of('\0');
   text.resize(last == std::string::npos ? 0 : last + 1);
@@ -43,7 +42,7 @@ class SectionReader {
     }
     result.layout = compressed ? Layout::split_compressed : Layout::split_plain;
     if (!read_split(compressed)) return false;
-    // The top element's closing line is what a split tree leaves out.
+    // A split tree leaves out the top element's closing line.
     if (result.text.substr(0, kTextMark.size()) == kTextMark &&
         result.text[kTextMark.size()] == kBranchMarker) {
       result.text += kClosingLine;
@@ -100,7 +99,7 @@ class SectionReader {
     return fail("the section's index cannot be found or read", index_end);
   }
 
-  // The parts are back to back from the first byte up to the index.
+  // The parts fill the space from the first byte to the index.
   bool read_parts(std::vector<Part>& parts) {
     std::string_view rest = index_;
     size_t end = 0;

@@ -1,4 +1,4 @@
-// The lines of a parsed text, one by one, for callers that rewrite the text and leave the tree alone.
+// The lines of a parsed text, for callers that rewrite the text without changing the tree.
 #pragma once
 
 #include <string_view>
@@ -13,7 +13,8 @@ struct TextLine {
   char marker = 0;        // "+", "*", "~" or "-" as the line begins; 0 for an attribute
   std::string_view name;  // of the tag or attribute, or an annotation's key
   std::string_view value;
-  Element element;  // the tag that the line belongs to; itself for a tag, and for "-" the last one
+  Element
+      element;  // the line's tag: for an attribute or annotation the tag it belongs to, for "-" the last one
 
   bool is_tag() const { return marker == kBranchMarker || marker == kLeafMarker; }
 };

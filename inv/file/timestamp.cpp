@@ -17,7 +17,7 @@ constexpr int64_t kSecondsOfDay = kMinutesOfDay * 60;
 struct LocalTime {
   CalendarDate date;
   int second_of_day;
-  int offset;  // in minutes; what has to be taken away to have UTC
+  int offset;  // in minutes; to be subtracted to get UTC
 };
 
 std::optional<int> number_below(std::string_view digits, int limit) {
@@ -49,7 +49,7 @@ std::optional<LocalTime> parse_timestamp(std::string_view text) {
 
 // "2012-01-18"
 Text iso_date(int64_t days) {
-  // Years are counted from March here, so that a leap day is the last one; 400 of them have the same length.
+  // Years begin in March here, so that a leap day is the last day; every 400 years have the same length.
   constexpr int64_t kDaysOf400Years = 146'097;
   const int64_t since = days + 719'468;
   const int64_t era = since / kDaysOf400Years, day_of_era = since % kDaysOf400Years;
@@ -73,7 +73,7 @@ std::string utc_of(std::string_view timestamp, std::string_view calendar) {
   const std::optional<int64_t> day = time ? days_since_1970(time->date, calendar) : std::nullopt;
   if (!day) return "";
   const int64_t moment = *day * kSecondsOfDay + time->second_of_day - time->offset * 60;
-  // The first day of all, east of Greenwich, began before.
+  // East of Greenwich, the first day began before that.
   if (moment < 0) return "";
   const int second = static_cast<int>(moment % kSecondsOfDay);
   return iso_date(moment / kSecondsOfDay).get() +

@@ -7,12 +7,11 @@
 
 namespace inv {
 
-// Whether a text has that form: "20120118153045.000000+120". Which calendar the date is of, the form does not
-// tell.
+// Whether a text has that form: "20120118153045.000000+120". It does not reveal the date's calendar.
 bool is_timestamp(std::string_view text);
 
-// The moment in UTC, as RFC 3339 writes it: "2012-01-18T13:30:45Z". The calendar is named where the scan
-// knows it; calendars.h says what an empty name means. Empty for a text that is no such moment.
+// The moment in UTC, in the format of RFC 3339: "2012-01-18T13:30:45Z". `calendar` is empty if the scan does
+// not name it; see calendars.h. Empty for a text that is no such moment.
 std::string utc_of(std::string_view timestamp, std::string_view calendar);
 
 }  // namespace inv

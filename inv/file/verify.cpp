@@ -8,7 +8,7 @@
 namespace inv {
 namespace {
 
-// What a console files a snapshot under.
+// The attributes by which a console files a snapshot.
 constexpr std::string_view kNeededAttributes[] = {"timestamp", "scan-time", "client-version", "scan-subtype",
                                                   "snaptype"};
 
@@ -39,7 +39,7 @@ class Verifier {
       if (content.document && content.document->top().name() == "Snapshot") ++snapshots;
       all_read = all_read && (content.document || content.raw);
     }
-    // Sections that are damaged or of a kind unknown here may hold snapshots too.
+    // Damaged sections and those of an unknown kind may be snapshots too.
     if (snapshots > container.snapshot_count || (all_read && snapshots < container.snapshot_count)) {
       add("the header counts " + std::to_string(container.snapshot_count) + " snapshots, the file has " +
               std::to_string(snapshots),

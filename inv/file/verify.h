@@ -6,8 +6,8 @@
 namespace inv {
 
 struct Verdict {
-  Faults faults;              // in the order in which a console would meet them; empty: the file is valid
-  size_t lines_not_utf8 = 0;  // which a console shows as it can: not a fault
+  Faults faults;  // in the order in which a console would encounter them; empty if the file is valid
+  size_t lines_not_utf8 = 0;  // not a fault: a console shows them as best it can
 };
 
 Verdict verify(const Inventory& inventory);

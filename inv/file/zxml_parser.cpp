@@ -6,8 +6,7 @@
 namespace inv {
 namespace {
 
-// How many of each the text holds at most, so that the arrays are allocated once and pointers into them stay
-// right.
+// Upper bounds for the text, so that the arrays are allocated once and pointers into them stay valid.
 struct Counts {
   size_t lines = 0;
   size_t records = 0;
@@ -37,8 +36,8 @@ Counts count_lines(std::string_view text) {
 
 }  // namespace
 
-// Reads line by line. `open_` holds the branches that wait for their closing line; a leaf is ended by
-// whatever tag or closing line comes next.
+// Reads line by line. `open_` holds the branches that await their closing line; a leaf ends at the next tag
+// or closing line.
 class TextParser {
  public:
   TextParser(std::string text, size_t most_lines) : most_lines_(most_lines) {
@@ -177,9 +176,9 @@ class TextParser {
   size_t most_lines_;
   Document document_;
   std::vector<OpenBranch> open_;
-  uint64_t path_size_ = 0;                  // of the tag that was read last
+  uint64_t path_size_ = 0;                  // of the last tag
   uint64_t path_bytes_ = 0;                 // of all tags and attributes
-  Range<Annotation>* annotated_ = nullptr;  // of the tag or attribute that was read last
+  Range<Annotation>* annotated_ = nullptr;  // those of the last tag or attribute
   bool inside_tag_ = false;                 // no closing line since the last tag
   std::string error_;
   size_t line_number_ = 0;
