@@ -8,7 +8,7 @@ namespace inv {
 namespace {
 
 constexpr size_t kIndent = 2;
-// Names longer than this do not push the values of their neighbours aside.
+// Names longer than this do not shift the values of their neighbours.
 constexpr size_t kWidestName = 28;
 
 class Shower {

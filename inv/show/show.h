@@ -1,4 +1,4 @@
-// A tree for reading: indented, aligned, with paths that can be copied into other commands.
+// A tree for people: indented, aligned, with paths that can be copied into other commands.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@ namespace inv {
 
 constexpr uint32_t kAnyDepth = std::numeric_limits<uint32_t>::max();
 
-// One line per tag, with its whole path; its attributes follow by their names alone. Tags more than `depth`
-// levels below the match are only counted.
+// One line per tag, with its whole path, followed by its attributes with their names only. Tags more than
+// `depth` levels below the match are only counted.
 std::string show_match(const Match& match, uint32_t depth, const Terminal& terminal);
 
 }  // namespace inv

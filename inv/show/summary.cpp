@@ -17,9 +17,9 @@ constexpr size_t kBarCells = 20;
 constexpr size_t kFewestCells = 5;
 constexpr const char* kFull = "\xE2\x96\x88";   // U+2588, a filled cell
 constexpr const char* kEmpty = "\xE2\x96\x91";  // U+2591, a shaded one
-// A disk this full is worth a colour.
+// Per cent from which a disk is highlighted.
 constexpr unsigned kAlmostFull = 90;
-// No machine of a summary shows more of one kind than a screen has room for.
+// At most this many items of one kind are listed, so that a machine fits on a screen.
 constexpr size_t kMostLines = 8;
 
 std::string repeat(const char* text, size_t count) {
@@ -37,17 +37,17 @@ class Screen {
  public:
   explicit Screen(const Terminal& terminal) : terminal_(terminal) {}
 
-  // A labelled line; nothing when there is nothing to say.
+  // Adds a labelled line unless the text is empty.
   void line(const std::string& label, const std::string& said) {
     if (said.empty()) return;
     const std::string text = printable(said);
     result += terminal_.cyan(pad_right(label, kLabelWidth)) + shorten(text, room_of(terminal_)) + "\n";
   }
-  // A line that carries its own colours and is kept short by its maker.
+  // Adds a line that contains colours and has already been shortened.
   void raw_line(const std::string& label, const std::string& text) {
     result += terminal_.cyan(pad_right(label, kLabelWidth)) + text + "\n";
   }
-  // The label is before the first line only; lines beyond a few are counted.
+  // Only the first line has the label; lines beyond a few are only counted.
   template <typename Item, typename ToText>
   void lines(const std::string& label, const std::vector<Item>& items, ToText to_text) {
     const size_t shown = std::min(items.size(), kMostLines);
@@ -55,7 +55,7 @@ class Screen {
     if (items.size() > shown) line("", "and " + std::to_string(items.size() - shown) + " more");
   }
 
-  // As many of the texts on a line as it has room for.
+  // Puts as many of the texts on each line as fit.
   void packed(const std::string& label, const std::vector<std::string>& texts) {
     std::vector<std::string> packed_lines;
     for (const std::string& text : texts) {
@@ -108,7 +108,7 @@ std::string space_text(const Volume& volume, const Terminal& terminal, size_t ro
   return space_bar(used, cells, terminal) + shorten(figures, room);
 }
 
-// A volume that shares the space of the one above it has no bar of its own.
+// A volume that shares the space of the one above has no bar.
 std::string volume_text(const Volume& volume, const Volume* above, const Terminal& terminal,
                         size_t name_width) {
   const std::string name = shorten(printable(volume.name), name_width);
@@ -140,7 +140,7 @@ uint64_t disk_bytes(const Overview& overview) {
   return bytes;
 }
 
-// "10.6.8" of "Mac OS X v10.6 (Snow Leopard), 10.6.8 (10K549)": a table has no room for more.
+// "10.6.8" from "Mac OS X v10.6 (Snow Leopard), 10.6.8 (10K549)": a table has no room for more.
 std::string short_system(const std::string& os) {
   const size_t comma = os.rfind(", ");
   const std::string version = comma == os.npos ? os : os.substr(comma + 2);
@@ -165,7 +165,7 @@ std::vector<std::string> row_of(const Overview& overview) {
           shorten(printable(readable_time(overview.timestamp).substr(0, kDate)), kDate)};
 }
 
-// From the first digit, "15.3" of "macOS 15.3 (24D60)": names have no order.
+// From the first digit on, "15.3" from "macOS 15.3 (24D60)": names have no order.
 std::string version_in(const std::string& os) {
   const std::string text = short_system(os);
   return text.substr(std::min(text.find_first_of("0123456789"), text.size()));

@@ -4,7 +4,7 @@
 namespace inv {
 namespace {
 
-// An object of the members that are known.
+// An object with the known members.
 class Known {
  public:
   Known& text(const char* name, const std::string& text) {

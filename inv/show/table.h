@@ -7,7 +7,7 @@
 
 namespace inv {
 
-// What of a long cell gives way where a table has little room.
+// Which part of a long cell is cut if a table has too little room.
 enum class GivesWay { nothing, end, beginning };
 
 struct Column {

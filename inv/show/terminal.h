@@ -1,4 +1,4 @@
-// What the output goes to, and how things look there.
+// Where output goes, and how it looks there.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 namespace inv {
 
 struct Terminal {
-  bool interactive = false;  // a person reads along
+  bool interactive = false;  // a person is watching
   bool colour = false;
   size_t width = 80;  // in columns
 
@@ -22,20 +22,19 @@ struct Terminal {
   std::string styled(const char* code, std::string_view text) const;
 };
 
-// When output is coloured: on a terminal that understands it, unless NO_COLOR is set and not empty, or
-// whatever it goes to.
+// When output is coloured. Automatic: on a terminal that supports it, unless NO_COLOR is set and not empty.
 enum class Colours { automatic, always, never };
 
-// Of all terminals that are asked for later.
+// For all terminals requested later.
 void set_colours(Colours colours);
 
-// Standard output, as it was set.
+// Standard output, with these colours.
 Terminal output_terminal();
 
 // The same for standard error.
 Terminal error_terminal();
 
-// Writes to standard output. False when that fails, as on a full disk.
+// Writes to standard output. False if that fails, as on a full disk.
 [[nodiscard]] bool print(std::string_view text);
 
 // One line on standard error: "inv: about: text".
