@@ -8,7 +8,7 @@ namespace {
 
 std::string_view up_to_colon(std::string_view name) { return name.substr(0, name.find(':')); }
 
-// Most names differ in their lengths, which is the quicker comparison.
+// Most names differ in length, which is quicker to compare.
 bool is_before(const CatalogueFact& fact, std::string_view name) {
   return fact.name.size() != name.size() ? fact.name.size() < name.size() : fact.name < name;
 }
@@ -36,7 +36,7 @@ const CatalogueFact* find_fact_below(const CatalogueFact* fact, std::string_view
 }
 
 const CatalogueFact* find_fact(Element element) {
-  // A foreign file may nest tags far deeper than any fact, and each would be climbed from.
+  // A foreign file may nest tags far deeper than any fact, and the climb would start from each.
   if (!element || element.depth() > kCatalogueDepth) return nullptr;
   const Element above = element.parent();
   return find_fact_below(above ? find_fact(above) : kCatalogue, element.name());

@@ -1,4 +1,4 @@
-// What is known of each fact that the scanner writes: catalogue.txt, as the build puts it into the program.
+// What is known about each fact that the scanner writes: catalogue.txt, compiled into the program.
 #pragma once
 
 #include <cstdint>
@@ -9,69 +9,69 @@
 
 namespace inv {
 
-// What the identifiers in a value look like, when the value reveals whose machine it is.
+// What kind of identifier a value holds, if it reveals whose machine it is.
 enum class IdentifierKind {
-  text,          // a name, a UUID: the whole value is one
+  text,          // a name, a UUID: the whole value is an identifier
   serial,        // a serial number
   number,        // a serial number as an integer; 0 means none
-  account,       // names of accounts, blanks between them; the system's own belong to nobody
-  account_id,    // of a user or a group; those that every Mac counts from 0 on belong to nobody
-  addresses,     // IP addresses, or host names, with commas between them
+  account,       // account names, separated by blanks; the system's own identify nobody
+  account_id,    // of a user or a group; the low ones that every Mac has identify nobody
+  addresses,     // IP addresses or host names, separated by commas
   uri,           // what follows the scheme
-  full_name,     // of a person; its words are identifiers too
-  secret,        // a command line, a value of the environment: nothing of it stays
-  network_name,  // of a network service; those that the system chooses belong to nobody
+  full_name,     // a person's; its words are identifiers too
+  secret,        // a command line, a value of the environment: nothing of it is kept
+  network_name,  // of a network service; the system's own names identify nobody
 };
 
-// A value within a sentence; it goes with the texts around it when there is none.
+// A value within a sentence; if it is missing, the texts around it are dropped too.
 struct ToldPart {
   std::string_view before;
   std::string_view
-      source;  // an attribute; "its number" is that in the element's name, empty is its own value
+      source;  // an attribute; "its number" is the one in the element's name; empty for the element's value
   std::string_view behind;
 };
 
 struct CatalogueFact;
 
-// How a person is told of a fact.
+// How a fact is described to people.
 struct Telling {
-  std::string_view word;    // what people call it; empty when its name says it
-  bool yes_no;              // its value is "1" or "0"
-  std::string_view called;  // what kind of thing the element is: "Disk"; empty: a part of the thing above it
-  bool replaceable;         // the thing is in a place, where another one may follow it
-  // Which thing of its kind: "SIMDISK 1 TB (SIM0000HD01)"; the first part is its name.
+  std::string_view word;  // what people call it; empty if that is its name
+  bool yes_no;            // its value is "1" or "0"
+  std::string_view
+      called;        // what kind of thing the element is: "Disk"; empty for a part of the thing above it
+  bool replaceable;  // another such thing may take this thing's place
+  // How the thing is described: "SIMDISK 1 TB (SIM0000HD01)"; the first part is its name.
   Range<ToldPart> told_as;
-  std::string_view there_when;  // the attribute that is "1" when the thing is there; empty: it always is
-  // The attribute of the same element with which it changes, so that it says no more; empty when there is
-  // none.
+  std::string_view there_when;  // the attribute that is "1" if the thing is there; empty if it always is
+  // The attribute of the same element whose change implies this one's; empty if there is none.
   std::string_view follows_one;
-  const CatalogueFact* follows;  // the same for a fact elsewhere; null when there is none
+  const CatalogueFact* follows;  // the same for a fact elsewhere; null if there is none
 };
 
 struct CatalogueFact {
-  std::string_view name;                     // its last segment, up to its colon: "Processor", "core-count"
-  std::string_view unit;                     // of its value; empty for texts and plain numbers
-  std::optional<IdentifierKind> identifier;  // none: the value could be any machine's
-  bool passing;                              // no two scans have it in common
-  // The attributes that make an element the same thing in every scan; an empty one is its own value,
-  // and one that begins with a slash names the element that it tells more of.
+  std::string_view name;  // the last segment of its path, up to the colon: "Processor", "core-count"
+  std::string_view unit;  // of its value; empty for texts and plain numbers
+  std::optional<IdentifierKind> identifier;  // std::nullopt: any machine could have the value
+  bool passing;                              // it differs in every scan
+  // The attributes that make an element the same thing in every scan; an empty one is the element's value,
+  // and one that begins with a slash is the element to which this one adds details.
   Range<std::string_view> known_by;
-  Range<CatalogueFact> below;  // its attributes and children, the shortest names first, then by name
+  Range<CatalogueFact> below;  // its attributes and children, sorted by length, then by name
   Telling telling;
 };
 
-// The trees are below the first of them.
+// The first one has the trees below it.
 extern const CatalogueFact kCatalogue[];
-// Of the deepest tag in it; a tree's top element has 0.
+// The depth of the deepest tag in it; a tree's top element has depth 0.
 extern const uint32_t kCatalogueDepth;
 
-// What the catalogue knows about a tag; null when the scanner writes no tag like it.
+// What the catalogue knows about a tag; null if the scanner writes no such tag.
 const CatalogueFact* find_fact(Element element);
-// The same of what is named `name` below a fact, an attribute or a tag; null when the fact is. Names count up
-// to their colon.
+// The same for the attribute or tag `name` below a fact; null if the fact is null. Names are compared up to
+// their colon.
 const CatalogueFact* find_fact_below(const CatalogueFact* fact, std::string_view name);
 
-// What identifies a machine wherever the catalogue has this name: for places that it does not know.
+// The kind of identifier that this name has anywhere in the catalogue: for places that it does not know.
 std::optional<IdentifierKind> identifier_by_name(std::string_view name);
 
 }  // namespace inv

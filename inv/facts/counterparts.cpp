@@ -7,7 +7,7 @@ namespace {
 
 std::string_view number_in(std::string_view name) { return name.substr(name.find(':') + 1); }
 
-// "Soft:N" beside "Soft:7" as "Soft:7".
+// "Soft:N" becomes "Soft:7" for an element "Soft:7".
 std::string name_beside(std::string_view pattern, std::string_view name) {
   if (pattern == "*") return std::string(name);
   return std::string(pattern.substr(0, pattern.find(':') + 1)).append(number_in(name));

@@ -1,5 +1,5 @@
-// Elements that tell more of other elements. An extended scan puts what it learns of an application, a disk
-// or an adapter beside the old list, under the same number.
+// Elements with details of other elements. An extended scan puts what it learns about an application, a disk
+// or an adapter into a separate list, under the same number.
 #pragma once
 
 #include <map>
@@ -17,10 +17,9 @@ class Counterparts {
 
   Element top() const { return top_; }
 
-  // The element that a path from the top names beside another one: "N" at its end stands for the other's
-  // number,
-  // "*" for its name. "/Software-details/Soft:N" of /Software/Soft:7 is /Software-details/Soft:7. None when
-  // there is no such element.
+  // The counterpart of an element at a path from the top: "N" at its end stands for the element's number, "*"
+  // for its name. For "/Software-details/Soft:N" and /Software/Soft:7 it is /Software-details/Soft:7. Empty
+  // if there is no such element.
   Element find(std::string_view path, Element element);
 
  private:

@@ -1,4 +1,4 @@
-// An inventory as flat facts: one for each value, with the path that finds it again.
+// An inventory as flat facts: one for each value, with its path.
 #pragma once
 
 #include <optional>
@@ -11,29 +11,29 @@
 
 namespace inv {
 
-// Its paths are valid during the visit.
+// Its views are valid during the visit.
 struct Fact {
   std::string_view section;  // what holds its tree: "snapshot", "asset"
   std::string_view path;     // see paths.h
   std::string_view kind;     // its path without what follows the colons: "/Software/Soft/version"
-  std::string_view index;    // what follows them, slashes between: "17", "jane"; empty for none
-  std::string_view element;  // the path of its tag: the same path for a tag's own value
+  std::string_view index;    // what follows the colons, separated by slashes: "17", "jane"; may be empty
+  std::string_view element;  // the path of its tag: the same path if it is the tag's value
   std::string_view name;     // the last segment of its path
   std::string_view value;
   std::string_view unit;        // of the value; empty for texts and plain numbers
   std::string_view base_value;  // the exact value behind a rounded one: bytes for sizes, else empty
 };
 
-// The unit of an attribute of a tag, which the catalogue knows or not: what the file says, else what the
-// scanner is known to write; empty for none.
+// The unit of an attribute: as in the file, else the one that the scanner is known to use; may be empty.
+// `tag` is null if the catalogue does not know the tag.
 std::string_view unit_of(const CatalogueFact* tag, const Attribute& attribute);
 
-// Whether a value is a decimal number that any program reads as the same one: of at most 15 digits, without
-// zeros in front, which serial numbers have.
+// Whether a value is a decimal number that every program reads alike: at most 15 digits, and no leading
+// zeros, which serial numbers may have.
 bool is_number(std::string_view value);
 
-// Whether a tag or an attribute is a fact by itself. A tag without a value only holds others; an attribute
-// marked "complex" represents the tag of the same name, which holds its members.
+// Whether a tag or an attribute is itself a fact. A tag without a value only contains others; an attribute
+// marked "complex" represents the tag of the same name, which has its members.
 inline bool is_fact(Element element) { return !element.value().empty(); }
 inline bool is_fact(const Attribute& attribute) {
   return !attribute.has("complex") || !attribute.value.empty();

@@ -6,7 +6,7 @@
 namespace inv {
 namespace {
 
-// What every working profiler tells.
+// What every working profiler reports.
 struct Area {
   const char* name;
   bool (*is_known)(Element top);
@@ -26,7 +26,7 @@ bool every_display_has_a_name(Element top) {
   return true;
 }
 
-// What an extended scan tells of Macs where the usual one has nothing to say.
+// What only an extended scan reports on some Macs.
 constexpr Area kExtendedAreas[] = {
     {"disks", [](Element top) { return static_cast<bool>(top.child("Storage").child("Physical-disks")); }},
     {"processor", [](Element top) { return static_cast<bool>(top.child("Processors")); }},
@@ -34,7 +34,7 @@ constexpr Area kExtendedAreas[] = {
     {"displays", every_display_has_a_name},
 };
 
-// The names of the areas that the snapshot knows nothing of, with commas between.
+// The names of the areas about which the snapshot says nothing, separated by commas.
 template <size_t kCount>
 std::string unknown_areas(Element top, const Area (&areas)[kCount]) {
   std::string names;
@@ -44,7 +44,7 @@ std::string unknown_areas(Element top, const Area (&areas)[kCount]) {
   return names;
 }
 
-// The kernels from which on systems have a tool or a data type of the profiler.
+// The first kernel whose system has a tool or a data type of the profiler.
 struct Since {
   std::string_view command;
   unsigned darwin;
@@ -58,14 +58,14 @@ constexpr Since kSince[] = {
     {"SPUSBHostDataType", 25}, {"SPInstallHistoryDataType", 11},
 };
 
-// "SPNVMeDataType" of the profiler's command line, "fdesetup" of another.
+// "SPNVMeDataType" from a command line of the profiler, "fdesetup" from others.
 std::string_view name_of_command(std::string_view line) {
   constexpr std::string_view kProfiler = "system_profiler ";
   if (line.substr(0, kProfiler.size()) == kProfiler) return line.substr(line.rfind(' ') + 1);
   return line.substr(0, line.find(' '));
 }
 
-// Kernels that are not known have everything.
+// Unknown kernels are assumed to have everything.
 bool is_expected(std::string_view command, std::optional<unsigned> darwin) {
   for (const Since& since : kSince) {
     if (darwin && since.command == command) return *darwin >= since.darwin;
@@ -73,11 +73,11 @@ bool is_expected(std::string_view command, std::optional<unsigned> darwin) {
   return true;
 }
 
-// Why a command did not tell all that it could, and by which attribute of the command's record that is known.
+// Why a command's answer is incomplete, and the attribute of its record that says so.
 struct Reason {
   const char* text;
   const char* attribute;
-  const char* value;  // null: any
+  const char* value;  // null: any value
 };
 
 // The first that fits counts.
@@ -98,7 +98,7 @@ bool fits(Element command, const Reason& reason) {
   return attribute && (!reason.value || attribute->value == reason.value);
 }
 
-// The number of the reason; that of none is kReasonCount.
+// The index of the reason; kReasonCount if there is none.
 size_t reason_for(Element command) {
   size_t number = 0;
   while (number < kReasonCount && !fits(command, kReasons[number])) ++number;

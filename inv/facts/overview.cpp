@@ -28,7 +28,7 @@ std::string first_of(std::initializer_list<std::string_view> texts) {
   return "";
 }
 
-// What a tool of its own tells of the system, and the profiler's own words, which the mapping shortens.
+// The system's name from sw_vers, and the profiler's own words, which the scanner shortens.
 std::vector<std::string> told_systems(Element platform) {
   std::string system;
   for (const char* part : {"system-name", "system-version", "system-version-extra"}) {
@@ -68,7 +68,7 @@ void read_processor(Element top, Overview& overview) {
   processor.megahertz = text(first, "current-clock-speed");
 }
 
-// "48 GB" in megabytes; 0 for what is not told in this unit.
+// "48 GB" in megabytes; 0 for other units.
 uint64_t megabytes_of(std::string_view gigabytes) {
   const size_t blank = gigabytes.find(' ');
   constexpr uint64_t kMost = 1024 * 1024;
@@ -76,8 +76,8 @@ uint64_t megabytes_of(std::string_view gigabytes) {
   return gigabytes.substr(blank == gigabytes.npos ? 0 : blank) == " GB" && count <= kMost ? count * 1024 : 0;
 }
 
-// Without a slot that is filled nothing is known of any: the profiler tells the state of none on a Mac that
-// has no slots, and of all on one that has.
+// Without a filled slot nothing is known about any: the profiler reports the state of all slots, or of none
+// on a Mac without slots.
 std::vector<MemorySlot> slots_of(Element memory) {
   std::vector<MemorySlot> slots;
   bool known = false;
@@ -107,7 +107,7 @@ void read_network(Element top, Overview& overview) {
   }
 }
 
-// Other children of the list are the adapters and buses of a Mac.
+// Other children of the list are the Mac's adapters and buses.
 size_t count_devices(Element list) { return children_named(list, "Device:").size(); }
 
 void read_counts(Element top, Overview& overview) {
@@ -122,7 +122,7 @@ void read_counts(Element top, Overview& overview) {
   overview.installed_packages = top.child("Packages").child_count();
 }
 
-// What a file without a Snapshot, or with a damaged one, still says.
+// What is known from a file without an intact Snapshot.
 void fill_from_asset(Element asset, Overview& overview) {
   const Element control = asset.child("control");
   const auto fill = [](std::string& field, std::string_view value) {

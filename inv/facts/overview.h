@@ -1,4 +1,4 @@
-// The facts that a person asks for first, found in the trees.
+// The facts that people want first, collected from the trees.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace inv {
 
 struct Processor {
   std::string name;  // as the profiler calls it: "Quad-Core Intel Xeon"
-  std::string chip;  // as the chip calls itself, "Apple M4 Pro"; empty when that is the name
+  std::string chip;  // the chip's own name, "Apple M4 Pro"; empty if `name` is the same
   uint64_t packages = 0;
   std::string cores;
   std::string performance_cores;
@@ -31,7 +31,7 @@ struct Memory {
   std::string type;               // of memory without slots: "LPDDR5"
   bool soldered = false;          // it has no slots
   bool upgradeable = true;        // false when the profiler says so
-  std::vector<MemorySlot> slots;  // none when no slot tells its state
+  std::vector<MemorySlot> slots;  // empty if no slot's state is known
 };
 
 struct Disk {
@@ -41,7 +41,7 @@ struct Disk {
   std::string interface;
   uint64_t bytes = 0;   // 0: not known
   std::string medium;   // "SSD" or "hard disk"
-  std::string problem;  // what SMART says of a disk that is not in order
+  std::string problem;  // what SMART reports about a failing disk
 };
 
 struct Volume {
@@ -54,7 +54,7 @@ struct Volume {
   std::string container;  // of APFS, whose volumes share its space: "disk3"
 
   bool knows_used() const { return knows_free && bytes > 0; }
-  // 0 to 100, cut off as the scanner does it.
+  // 0 to 100, rounded down as the scanner does.
   unsigned used_percent() const;
   bool shares_space_with(const Volume& other) const {
     return !container.empty() && container == other.container;
@@ -66,7 +66,7 @@ struct Display {
   std::string resolution;
   std::string diagonal;  // in inches
   bool main = false;
-  std::string pixels;  // when there are other ones than the resolution has: "3024 x 1964"
+  std::string pixels;  // if they differ from the resolution: "3024 x 1964"
   bool built_in = false;
 };
 
@@ -77,7 +77,7 @@ struct Adapter {
   std::string mac_address;
 };
 
-// Texts are as the file has them; what it does not know is empty or 0.
+// Texts are as in the file; what is unknown is empty or 0.
 struct Overview {
   std::string file;  // as it was named
   std::string name;
@@ -92,12 +92,12 @@ struct Overview {
   std::string uptime;  // "2 days 3:04:05"
   std::string timestamp;
   std::string time;       // in UTC; empty when the timestamp cannot be understood
-  std::string signed_by;  // known only to callers that have checked a signature
+  std::string signed_by;  // set only by callers that have checked a signature
   std::string user;
   Processor processor;
   Memory memory;
   std::vector<Disk> disks;
-  std::vector<Volume> volumes;  // those of a container one after the other
+  std::vector<Volume> volumes;  // those of the same container are adjacent
   std::vector<Display> displays;
   std::vector<std::string> graphics;  // "Apple M4 Pro, 16 cores, Metal 4"
   std::vector<std::string> battery;   // "condition Good", "61 cycles", ...
@@ -124,9 +124,9 @@ struct Space {
   uint64_t free_bytes = 0;
 };
 
-// The volumes of an overview, those that share their space together. None of the lists is empty.
+// The volumes of an overview, grouped by shared space. None of the lists is empty.
 std::vector<std::vector<Volume>> by_space(const std::vector<Volume>& volumes);
-// What the volumes that know theirs have together; what several share is counted once.
+// The total space of the volumes whose space is known; shared space counts once.
 Space space_of(const std::vector<Volume>& volumes);
 
 }  // namespace inv

@@ -9,7 +9,7 @@ std::string on_or_off(std::string_view yes_or_no) {
   return yes_or_no == "0" ? "off" : "";
 }
 
-// The texts that have one of these two words, else nothing: "charging" for "1".
+// The text for yes ("1") or no ("0"); nothing for other values.
 std::string when(std::string_view yes_or_no, const char* yes, const char* no) {
   if (yes_or_no == "1") return yes;
   return yes_or_no == "0" ? no : "";
@@ -19,7 +19,7 @@ std::string between(const char* before, const std::string& value, const char* af
   return value.empty() ? "" : before + value + after;
 }
 
-// A tool's answer, "unknown (Custom Configuration)" of "System Integrity Protection status: unknown (Custom
+// A tool's answer: "unknown (Custom Configuration)" from "System Integrity Protection status: unknown (Custom
 // Configuration)."
 std::string answer_in(std::string_view status) {
   const size_t colon = status.rfind(": ");
@@ -28,13 +28,13 @@ std::string answer_in(std::string_view status) {
   return std::string(status);
 }
 
-// On or off, and where a tool answered neither, what it said.
+// On or off, or what the tool printed if it was neither.
 std::string state(Element platform, const std::string& name) {
   const std::string told = on_or_off(platform.text(name));
   return told.empty() ? answer_in(platform.text(name + "-status")) : told;
 }
 
-// Two tools tell this one; both count when they differ.
+// Two tools report this; both answers are shown if they differ.
 std::string integrity_protection(Element platform) {
   const std::string told = state(platform, "system-integrity-protection");
   const std::string other = on_or_off(platform.text("system-integrity-protection-by-profiler"));

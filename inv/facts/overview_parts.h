@@ -1,4 +1,4 @@
-// The parts of an overview that take more than a few lines, each from the snapshot's top element.
+// The larger parts of an overview, each read from the snapshot's top element.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ namespace inv {
 
 inline std::string text(Element element, std::string_view name) { return std::string(element.text(name)); }
 
-// 0 for what is no number.
+// 0 for anything but a number.
 inline uint64_t number(std::string_view digits) { return parse_decimal(digits).value_or(0); }
 
 // Disks and volumes: /Storage.

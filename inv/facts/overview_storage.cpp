@@ -9,7 +9,7 @@
 namespace inv {
 namespace {
 
-// The bytes of a size: exact where the file has them, else from decimal gigabytes.
+// A size in bytes: exact if the file has them, else converted from decimal gigabytes.
 uint64_t bytes_of(Element element, std::string_view name) {
   const Attribute* size = element.attribute(name);
   if (!size) return 0;
@@ -19,7 +19,7 @@ uint64_t bytes_of(Element element, std::string_view name) {
   return gigabytes > 0 && gigabytes < kMost ? static_cast<uint64_t>(gigabytes * 1e9) : 0;
 }
 
-// What an extended scan adds to disks and volumes: attributes of their own, else those of /Storage/Details.
+// What an extended scan adds to disks and volumes: their own attributes, else those in /Storage/Details.
 class Details {
  public:
   explicit Details(Element storage) {
@@ -66,7 +66,7 @@ Volume volume_of(Element element) {
   return volume;
 }
 
-// Those of a container one after the other, where the first of them is.
+// Moves the volumes of a container next to its first one.
 std::vector<Volume> grouped(std::vector<Volume> volumes) {
   std::vector<std::vector<Volume>> groups;
   std::unordered_map<std::string, size_t> containers;
@@ -91,7 +91,7 @@ std::vector<Volume> volumes_of(Element storage, const Details& details) {
   }
   std::vector<Volume> volumes;
   for (const Element element : elements) {
-    // A partition that is a container is there as the volumes that share it.
+    // A partition that is a container is listed as the volumes that share it.
     const bool holds_container = details.text(element, "content") == "Apple_APFS";
     if (!(knows_containers && holds_container)) volumes.push_back(volume_of(element));
   }

@@ -7,7 +7,7 @@ std::string with_unit(const std::string& value, const char* unit) {
   return value.empty() ? "" : value + unit;
 }
 
-// "12 cores (8 P + 4 E)": those for speed and those that save energy.
+// "12 cores (8 P + 4 E)": performance and efficiency cores.
 std::string cores_text(const Processor& processor) {
   std::string text = with_unit(processor.cores, processor.cores == "1" ? " core" : " cores");
   if (text.empty() || processor.performance_cores.empty() || processor.efficiency_cores.empty()) return text;

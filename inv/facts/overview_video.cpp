@@ -6,8 +6,8 @@
 namespace inv {
 namespace {
 
-// The elements of a list by the numbers in their names, "display:2" by "2". Lists that tell of the same
-// things count them alike.
+// The elements of a list by the numbers in their names, "display:2" by "2". Lists about the same things
+// number them alike.
 using Numbered = std::unordered_map<std::string_view, Element>;
 
 std::string_view number_in(std::string_view name) {
@@ -26,7 +26,7 @@ Element counterpart(const Numbered& elements, Element element) {
   return found == elements.end() ? Element() : found->second;
 }
 
-// "?APP9CC3" of "?APP9CC3|iMac".
+// "?APP9CC3" from "?APP9CC3|iMac".
 std::string_view identifier_of(Element monitor) {
   const std::string_view name = monitor.text("name");
   return name.substr(0, name.find('|'));
@@ -42,19 +42,19 @@ Display display_of(Element monitor) {
   return display;
 }
 
-// A name that is no more than a word of the profiler's own tells nothing.
+// A name that is only one of the profiler's own words says nothing.
 bool is_name(std::string_view value) {
   constexpr std::string_view kOwnWord = "spdisplays_";
   return !value.empty() && value.substr(0, kOwnWord.size()) != kOwnWord;
 }
 
-// "3024 x 1964" when the resolution, "1512 x 982 @ 120.00Hz", does not begin with it.
+// "3024 x 1964", if the resolution, "1512 x 982 @ 120.00Hz", does not begin with it.
 std::string other_pixels(Element display) {
   const std::string_view pixels = display.text("pixels");
   return display.text("resolution").substr(0, pixels.size()) == pixels ? "" : std::string(pixels);
 }
 
-// What an extended scan tells, with what the monitor's own description adds to it.
+// What an extended scan reports, completed by the monitor's EDID.
 Display display_of(Element element, Element monitor) {
   Display display = display_of(monitor);
   if (monitor.text("model").empty() && is_name(element.value())) display.model = element.value();
@@ -78,7 +78,7 @@ void read_displays(Element video, Overview& overview) {
   }
 }
 
-// "1536 MB", and nothing of "0 MB", which a graphics processor without memory of its own has.
+// "1536 MB", but nothing for "0 MB", which a graphics processor without dedicated memory has.
 std::string known_memory(std::string_view memory) {
   return number(memory.substr(0, memory.find(' '))) > 0 ? std::string(memory) : "";
 }
@@ -90,7 +90,7 @@ std::string graphics_memory(Element adapter, Element details) {
   return shared.empty() ? known_memory(details.text("vram")) : shared + " shared";
 }
 
-// "Metal 3" of "spdisplays_metal3". Older words name families that only programmers know.
+// "Metal 3" from "spdisplays_metal3". Older words name families that only programmers know.
 std::string metal_version(std::string_view metal) {
   constexpr std::string_view kMetal = "spdisplays_metal";
   if (metal.substr(0, kMetal.size()) != kMetal || !parse_decimal(metal.substr(kMetal.size()))) return "";

@@ -1,5 +1,5 @@
-// The paths of all tags and attributes of a tree, for a walk through it in the order of its text: each is
-// made of the one above it.
+// The paths of all tags and attributes during a walk through a tree in the order of its text: each extends
+// the one above it.
 #pragma once
 
 #include <string>
@@ -13,21 +13,21 @@ namespace inv {
 
 class PathTrail {
  public:
-  // Goes on to a tag; the one above it, if there is one, must have been entered before.
+  // Enters a tag; its parent, if any, must have been entered before.
   void enter(Element tag);
-  // Goes on to an attribute of the tag that was entered last.
+  // Enters an attribute of the last tag.
   void enter(const Attribute& attribute);
 
-  // Of the place that was entered last, as facts.h explains them; valid until the next one is entered.
+  // The current place, as facts.h explains; valid until the next one is entered.
   std::string_view path() const { return path_; }
   std::string_view kind() const { return kind_; }
   std::string_view index() const { return index_; }
-  // Of the tag that was entered last: its path, and what the catalogue knows about it.
+  // The last tag: its path, and what the catalogue knows about it.
   std::string_view tag_path() const { return std::string_view(path_).substr(0, tags_.back().path); }
   const CatalogueFact* known() const { return tags_.back().known; }
 
  private:
-  // How much of the texts belongs to a tag.
+  // How much of each text belongs to a tag.
   struct Tag {
     size_t path;
     size_t kind;

@@ -23,7 +23,7 @@ std::vector<std::string_view> split(std::string_view path) {
   return segments;
 }
 
-// Of an attribute too, where a path may end with one.
+// Includes attributes where a path may end with one.
 std::vector<std::string_view> names_below(Element element, bool with_attributes) {
   std::vector<std::string_view> names;
   for (const Element child : element.children()) names.push_back(child.name());
@@ -36,7 +36,7 @@ bool is_number(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// "Soft:4" and "Soft:40", which are two things and not one that was mistyped.
+// "Soft:4" and "Soft:40" are two things, not a typing error.
 bool differ_in_number(std::string_view one, std::string_view other) {
   const size_t colon = one.find(':');
   return one != other && colon != std::string_view::npos && one.substr(0, colon) == other.substr(0, colon) &&

@@ -1,6 +1,6 @@
-// Slash paths as the reader's user writes them: "/Software/Soft:1/version" in the Snapshot,
-// "AssetInfo/control/os-name" in another tree, which is named first. The last segment names an attribute or a
-// tag; "*" in a segment matches any text within that segment.
+// Paths as users write them: "/Software/Soft:1/version" in the Snapshot, "AssetInfo/control/os-name" in
+// another tree, whose name comes first. The last segment names an attribute or a tag; "*" matches any text
+// within a segment.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace inv {
 
-// The path of a tag. That of the Snapshot's top element is "/", that of another tree its name.
+// The path of a tag: "/" for the Snapshot's top element, its name for that of another tree.
 std::string path_of(Element element);
 // The path of something named `name` below the tag.
 std::string path_below(Element element, std::string_view name);
@@ -26,14 +26,14 @@ struct Match {
 // name.
 std::vector<Match> find_matches(const Document& document, std::string_view path);
 
-// The path in this tree that somebody may have meant who wrote one a little wrong; empty when there is none
-// near it. Numbers are not guessed.
+// The path in this tree that a slightly misspelt one may have meant; empty if none is close. Numbers are not
+// guessed.
 std::string nearest_path(const Document& document, std::string_view path);
 
-// Whether a text begins like a path: with "/", or with the name of a tree that the scanner writes.
+// Whether a text begins like a path: with "/" or the name of a tree that the scanner writes.
 bool looks_like_path(std::string_view text);
-// Whether the scanner writes something at this path, where names count up to their colon and stand for
-// themselves.
+// Whether the scanner writes something at this path. Names are compared up to their colon; "*" is no wildcard
+// here.
 bool is_known_path(std::string_view path);
 
 }  // namespace inv

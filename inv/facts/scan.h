@@ -1,4 +1,4 @@
-// One scan among those of many machines and days.
+// One scan among many machines and days.
 #pragma once
 
 #include <string>

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::string_view kDigits = "0123456789";
 
-// The number that a text begins with.
+// The number at the beginning of a text.
 std::optional<unsigned> leading_number(std::string_view text) {
   const std::optional<uint64_t> number = parse_decimal(text.substr(0, text.find_first_not_of(kDigits)));
   constexpr uint64_t kMost = 99;
@@ -15,7 +15,7 @@ std::optional<unsigned> leading_number(std::string_view text) {
   return static_cast<unsigned>(*number);
 }
 
-// "24D60" of "15.3 (24D60)".
+// "24D60" from "15.3 (24D60)".
 std::string_view build_of(std::string_view version) {
   const size_t open = version.find('(');
   if (open == version.npos) return {};
@@ -23,14 +23,14 @@ std::string_view build_of(std::string_view version) {
   return build.substr(0, build.find(')'));
 }
 
-// Without a kernel the build tells: "24D60" begins with the same number.
+// Without a kernel, the build reveals it: "24D60" begins with the same number.
 std::optional<unsigned> darwin_major(const SystemFacts& facts) {
   const std::optional<unsigned> major = darwin_of(facts.kernel);
   return major ? major : leading_number(build_of(facts.version));
 }
 
-// Whether the first number in a text is the version or one of its updates. What holds no number contradicts
-// nothing, nor does anything contradict a version that is not known.
+// Whether the first number in a text is the version or one of its updates. A text without a number
+// contradicts nothing, and nothing contradicts an unknown version.
 bool agrees(std::string_view text, std::string_view version) {
   const size_t start = text.find_first_of(kDigits);
   if (version.empty() || start == text.npos) return true;
@@ -39,7 +39,7 @@ bool agrees(std::string_view text, std::string_view version) {
   return told.size() == version.size() || kDigits.find(told[version.size()]) == kDigits.npos;
 }
 
-// What Apple called its systems in the days of this kernel.
+// What Apple called its systems at the time of this kernel.
 const char* family_of_darwin(unsigned major) {
   if (major <= 11) return "Mac OS X ";
   return major <= 15 ? "OS X " : "macOS ";

@@ -40,7 +40,7 @@ Range<ToldPart> told_parts(Element thing) {
   return fact ? fact->telling.told_as : Range<ToldPart>();
 }
 
-// The parts that have a value, with the texts around them.
+// The wanted parts that have a value, with the texts around them.
 template <typename Wanted>
 std::string parts_of(Element thing, Wanted wanted) {
   std::string text;
@@ -48,7 +48,7 @@ std::string parts_of(Element thing, Wanted wanted) {
     const std::string value = value_from(thing, part.source);
     if (!value.empty() && wanted(part, text)) text.append(part.before).append(value).append(part.behind);
   }
-  // What stood between a part and one that is missing.
+  // Drops what separated it from a missing part.
   const size_t first = text.find_first_not_of(' ');
   const size_t last = text.find_last_not_of(" ,");
   return first == text.npos || last == text.npos ? "" : text.substr(first, last - first + 1);
