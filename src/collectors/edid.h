@@ -1,4 +1,4 @@
-// The 128 bytes with which a monitor introduces itself (EDID), decoded from the text that the profiler
+// The 128 bytes with which a monitor identifies itself (EDID), decoded from the text that the profiler
 // prints. No tree and no command: text in, record out.
 #pragma once
 
@@ -10,7 +10,7 @@
 #include "driver/base/text.h"
 
 // The base block; extension blocks are not read. Header and checksum are not checked: a monitor with a wrong
-// checksum is still on somebody's desk.
+// checksum still exists.
 using EdidRaw = std::array<uint8_t, 128>;
 
 // A mode of the standard timings, in pixels and Hz.
@@ -56,7 +56,7 @@ struct EdidInfo {
 EdidInfo decode_edid(const char* text);
 
 // The image alone, bytes 21 and 22, as the summary reads it: two numbers of at most two hexadecimal digits,
-// with blanks and signs as scanf takes them. None where one of them is missing.
+// with blanks and signs as scanf takes them. std::nullopt if one of them is missing.
 struct ImageSize {
   unsigned width_cm;
   unsigned height_cm;

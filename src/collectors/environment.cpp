@@ -26,7 +26,7 @@ std::vector<EnvironmentVariable> parse_environment(const char* output) {
 
 namespace {
 
-// A slash turns a name into a path, whose end names an attribute. An attribute's line begins with its name,
+// A slash makes a name a path, whose last part names an attribute. An attribute's line begins with its name,
 // and must not look like the line of a tag or an annotation.
 bool is_writable(const char* name) {
   const char* slash = std::strrchr(name, '/');
@@ -38,7 +38,7 @@ struct Mark {
   const char* text = "";
 };
 
-// Only PATH is a list. A value that must not be told is not one that is empty.
+// Only PATH is a list. A value that is left out must not look like an empty one.
 Mark mark_of(const EnvironmentVariable& variable) {
   if (!variable.value) return {"left-out", ""};
   return std::strcmp(variable.name.get(), "PATH") == 0 ? Mark{"split", ":"} : Mark();
@@ -58,7 +58,7 @@ void write_variable(InventoryTree& snapshot, const EnvironmentVariable& variable
   snapshot.set_attribute(value_path.get(), value_of(variable), mark.key, mark.text);
 }
 
-// As names are, so that none has to be searched for: each occurs once, and none is a path.
+// Whether names can be added without a search: each occurs once, and none is a path.
 bool have_plain_names(const std::vector<EnvironmentVariable>& variables) {
   std::set<std::string_view> names;
   for (const EnvironmentVariable& variable : variables) {
@@ -79,7 +79,7 @@ void write_plain_variables(InventoryTree& snapshot, const std::vector<Environmen
   }
 }
 
-// What env would spread over several lines has no name that could be told.
+// A name that env would spread over several lines cannot be written.
 std::vector<EnvironmentVariable> own_variable_names() {
   std::vector<EnvironmentVariable> names;
   for (char** variable = environ; variable && *variable; ++variable) {

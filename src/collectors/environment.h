@@ -8,7 +8,7 @@
 
 struct EnvironmentVariable {
   Text name;
-  Text value;  // none when it is not to be told
+  Text value;  // null if it is left out
 };
 
 // The variables that env prints, up to the first empty line. A line without "=" is left out, further "=" stay
@@ -16,11 +16,11 @@ struct EnvironmentVariable {
 std::vector<EnvironmentVariable> parse_environment(const char* output);
 
 // Writes "/Environment/env-var:NAME" for each variable; PATH is marked as a list that ":" splits, and an
-// empty value that stands for one that is not told as "left-out". A name with
-// "+", "*" or "~" after its last slash would break the tree's text and is left out.
+// empty value in place of one that is left out as "left-out". A name with "+", "*" or "~" after its last
+// slash would break the tree's text and is left out.
 void write_environment(InventoryTree& snapshot, const std::vector<EnvironmentVariable>& variables);
 
 void collect_environment(InventoryTree& snapshot);
-// The names alone, from what the scan itself was handed: env is not run, since a line of a longer value that
-// it prints may look like a variable.
+// Only the names, from the scan's own environment: env is not run, since a line of a longer value that it
+// prints may look like a variable.
 void collect_environment_names(InventoryTree& snapshot);

@@ -12,7 +12,7 @@ namespace {
 // The first three octets of a hardware address name its maker.
 constexpr size_t kMakerLength = 8;
 
-// None when there is anything else among them: the identity reads the list the same way.
+// Empty if there is anything else among them: the identity reads the list the same way.
 std::vector<const char*> addresses_in(const Tag* list) {
   std::vector<const char*> addresses = texts_in(list);
   const bool all = list && list->children().empty() && addresses.size() == list->attributes().size();

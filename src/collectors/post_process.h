@@ -8,6 +8,6 @@
 // `verbose` the number of each step and its end are printed on standard output, at once, since a calling
 // program reads along.
 //
-// The step of what is left out is told like any other, and collects nothing.
+// A step that is left out is announced like any other, but collects nothing.
 void post_process(InventoryTree& snapshot, InventoryTree& profiler, bool verbose,
                   const Omissions& omitted = {});

@@ -7,14 +7,14 @@
 
 namespace {
 
-// A machine that starts processes faster than they can be listed is taken as it was seen last.
+// If a machine starts processes faster than they can be listed, the last listing counts.
 constexpr int kMostReadings = 5;
 
 // No kernel hands a program more than some megabytes of arguments.
 // And a process whose arguments the kernel withholds makes ps hang, but only for itself.
 constexpr SeriesLimits kLineLimits = {4u << 20, 256u << 20, UINT32_MAX, 3};
 
-// What is asked of ps for each process. Empty headers suppress the heading line.
+// The columns that ps prints for each process. Empty headers suppress the heading line.
 struct Question {
   const char* columns;
   const char* series;

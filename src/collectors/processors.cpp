@@ -45,7 +45,7 @@ void set_clock_speed(Place& processor, const Tag& item) {
 
 void write_processor(Place& processor, const Hardware& hardware) {
   const Value* type = find_value(hardware.item, "cpu_type");
-  // Every package is called the first one where the profiler has no name: the console knows them so.
+  // Without a name from the profiler, every package is called the first one: the console expects that.
   processor.set_value(type ? *type : text_value("CPU #1"));
   copy_field(processor, "core-count", hardware.item, "number_processors");
   for (const Cache& cache : kCaches) set_cache_size(processor, hardware, cache);

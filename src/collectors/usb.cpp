@@ -36,7 +36,7 @@ const char* disk_speed(const char* speed) {
   return equal_text(speed, "low_speed") ? "0" : "2";
 }
 
-// None for a speed without code.
+// Null for a speed without a code.
 const char* device_speed(const char* speed) {
   if (equal_text(speed, "full_speed")) return "1";
   if (equal_text(speed, "low_speed")) return "1.5";
@@ -63,7 +63,7 @@ bool is_plain_name(const char* name) {
   return *name != '\0' && name[std::strspn(name, kPlain)] == '\0';
 }
 
-// Null when the disk utility is not run or does not know.
+// Null if the disk utility is not run or does not know it.
 Text media_name(CommandSeries& diskutil, const char* bsd_name) {
   if (!is_plain_name(bsd_name)) return nullptr;
   announce("Removable disks");

@@ -17,8 +17,8 @@ struct Account {
   Text shell;
 };
 
-// The account in the output of dscl's -read. None for an output without a home directory, as for a folder
-// that belongs to no account, or without a record name.
+// The account in the output of dscl's -read. std::nullopt for output without a home directory, as for a
+// folder that belongs to no account, or without a record name.
 std::optional<Account> parse_account(std::string_view record);
 
 // The command line that reads the record of the account whose home folder has this name. The name reaches

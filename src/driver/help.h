@@ -1,8 +1,8 @@
-// What the program tells of itself instead of scanning.
+// Help and version, printed instead of scanning.
 #pragma once
 
 #include "driver/options.h"
 
-// Prints what was asked for, and says whether anything was. Of help and version the help counts, which leads
-// to the other.
+// Prints help or version if asked to, and returns whether it did. Help takes precedence, as it mentions the
+// version.
 bool answer_about_program(const Options& options);

@@ -11,7 +11,7 @@ bool is_option(const char* argument, const char* name) {
   return (argument[0] == '/' || argument[0] == '-') && std::strcmp(argument + 1, name) == 0;
 }
 
-// The text after "NAME:", or none when the argument is something else.
+// The text after "NAME:", or null if the argument is something else.
 const char* option_value(const char* argument, const char* name) {
   const size_t length = std::strlen(name);
   if (argument[0] != '/' && argument[0] != '-') return nullptr;
@@ -24,8 +24,8 @@ bool is_any_of(const char* argument, std::initializer_list<const char*> words) {
                      [argument](const char* word) { return std::strcmp(argument, word) == 0; });
 }
 
-// An option to leave something out, or a slip of one: other signs before it, another one than the colon
-// behind it.
+// An option to leave something out, or a mistyped one: with other characters before it, or something other
+// than a colon after it.
 bool means_to_leave_out(std::string_view argument) {
   const size_t start = argument.find_first_not_of("-/");
   return start != 0 && start != argument.npos && argument.substr(start).rfind("without", 0) == 0;
@@ -52,7 +52,7 @@ void leave_out(const char* argument, Options& options) {
       "commas between");
 }
 
-// False when the argument is none of ours.
+// False if the argument is not one of our options.
 bool take(const char* argument, Options& options) {
   if (is_option(argument, "silent")) {
     options.silent = true;
@@ -93,7 +93,7 @@ Options parse_options(int count, const char* const* arguments) {
   }
   if (options.omitted.people && !options.extended) {
     refuse(options, "/without:people",
-           "needs /extended; a usual scan tells of people in its accounts, processes and environment");
+           "needs /extended; an ordinary scan has people in its accounts, processes and environment");
   }
   return options;
 }

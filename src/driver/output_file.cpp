@@ -33,7 +33,7 @@ std::string without_slashes(std::string text) {
   return text;
 }
 
-// A file that cannot be read and a dangling link take their names too.
+// An unreadable file and a dangling link also take up their names.
 bool is_taken(const std::string& name) {
   struct stat status;
   return lstat(name.c_str(), &status) == 0;

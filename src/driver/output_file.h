@@ -33,8 +33,8 @@ class OutputFile {
   std::string path() const;
 
   // Has the file written under a temporary name, ".velkaro-scanner-PID.part", then gives it its name, or the
-  // next free one when that has been taken meanwhile. False, and nothing left, when it could not be written
-  // or named. A program that is killed leaves at most the temporary file, or the empty one of the last way.
+  // next free one if that has been taken meanwhile. False, and no file left, if it could not be written or
+  // named. A program that is killed leaves at most the temporary file, or the empty one of the last claim.
   bool save(const FileWriter& write, const std::vector<NameClaim>& claims = name_claims());
 
  private:

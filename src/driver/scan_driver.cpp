@@ -79,7 +79,7 @@ const char* machine_name(const NetworkIdentity& identity, const Text& computer) 
   return identity.netbios_name ? identity.netbios_name.get() : computer.get();
 }
 
-// What only the extended scan does. Its commands run behind those of the default scan; it writes once the
+// What only the extended scan does. Its commands run after those of the default scan; it writes once the
 // short tree is built, which is the same whether a scan was extended or not.
 class Extension {
  public:

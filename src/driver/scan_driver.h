@@ -5,7 +5,7 @@
 
 #include "driver/base/omissions.h"
 
-// What main settles for the whole run.
+// What main decides for the whole run.
 struct ScanContext {
   int32_t byte_order_flag = 1;  // for every tree and the container: most significant byte first
   int32_t suspended = 0;        // not 0: the driver does nothing

@@ -1,5 +1,5 @@
-// The shapes of the extended facts that collectors/fields.h lacks, since the default scan has no facts that
-// may be missing from a tool's output.
+// The shapes of the extended facts that collectors/fields.h lacks: facts that may be missing from a tool's
+// output, which the default scan does not have.
 #pragma once
 
 #include <cstdint>

@@ -22,5 +22,5 @@ struct ExtendedInputs {
   InventoryTree& profiler;
   InventoryTree& additional;
   const ToolOutputs& tools;
-  bool with_people = true;  // false: what tells of people is left out
+  bool with_people = true;  // false: what reveals people is left out
 };

@@ -15,8 +15,8 @@ class DamagedInput {
   // Begins with the XML declaration or <plist; where there is neither, with the first byte.
   explicit DamagedInput(std::string_view list);
 
-  // The next tag of an element other than plist. Text, comments and anything else before it are skipped. None
-  // at the end.
+  // The next tag of an element other than plist. Text, comments and anything else before it are skipped.
+  // std::nullopt at the end.
   std::optional<Tag> next_tag();
 
   // Whether a "<" comes right before that tag, as before a close tag whose slash was damaged.

@@ -15,7 +15,7 @@ struct Entity {
 };
 
 // The entity that starts at the ampersand the text begins with: one of XML's five names, or a decimal or
-// (with a small x) hexadecimal reference, where no digits at all mean U+0000. None for anything else.
+// (with a small x) hexadecimal reference, where no digits at all mean U+0000. std::nullopt for anything else.
 std::optional<Entity> parse_entity(std::string_view text);
 
 // Appends a text with every entity replaced by its character in UTF-8. A bare ampersand is kept,

@@ -11,6 +11,6 @@
 // parsed one by one: a healthy one as the tool wrote it, a damaged one as far as it can be salvaged.
 CFRef<CFArrayRef> parse_profiler_document(const ProfilerDocument& document);
 
-// The same for one output. None when nothing in it is part of a list; a line on standard error says so,
-// unless the output is empty.
+// The same for one output. Null if nothing in it is part of a list; a line on standard error says so, unless
+// the output is empty.
 CFRef<CFArrayRef> parse_profiler_output(const ProfilerOutput& output);

@@ -130,7 +130,7 @@ Tag* Tag::pass_to_child(std::string_view name) {
   return find_child(name);
 }
 
-// Follows the path's inner segments and leaves the last segment in it. None when the walk ends early.
+// Follows the path's inner segments and leaves the last segment in it. Null if the walk ends early.
 Tag* Tag::walk(std::string_view* path, bool make_missing) {
   Tag* tag = this;
   bool below_made_tag = false;

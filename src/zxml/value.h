@@ -22,7 +22,7 @@ class Value {
 
   // A text that fits on one line of the text form: line ends become carriage returns and blanks around it are
   // dropped. Text between several line ends, and the byte before a carriage-return-line-feed pair, are lost:
-  // the console's files have always been like that. None gives the empty text.
+  // the console's files have always been like that. Null gives the empty text.
   void set_text(const char* text);
   // The text exactly as given; null gives the empty text.
   void set_string(const char* text);

@@ -77,8 +77,7 @@ class ToolEnvironment {
   std::vector<char*> variables_;
 };
 
-// Waits for an answer in short steps, so that the operator sees the time pass; false when there is none for
-// too long.
+// Waits for an answer in short steps, so that the operator sees the time pass; false if it takes too long.
 template <typename Answered>
 bool wait_patiently(ProgressLine& progress, Answered answered) {
   for (milliseconds left = longest_silence; left > milliseconds(0); left -= kStep) {

@@ -9,8 +9,8 @@
 void show_progress(bool shown);
 bool progress_is_shown();
 
-// What is asked from now on: a subject, and which question about it, from 1 on, of how many; a count of 0 is
-// not shown. The seconds start again when the subject changes.
+// What is being asked from now on: a subject, and the number of the question about it, from 1, out of
+// `count`; a count of 0 is not shown. The seconds restart when the subject changes.
 void announce(const char* subject, size_t number = 0, size_t count = 0);
 
 // The line is shown while this lives.

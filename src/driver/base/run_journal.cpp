@@ -58,7 +58,7 @@ void enter_run(const char* command, bool is_series, const CommandEnd& end) {
   CommandRecord* record = find_record(command);
   if (!record) return;
   record->is_series = is_series;
-  // A series that is left out in the end is no series that was never run.
+  // Leaving out the rest of a series does not mean that it was never run.
   if (!end.started) return;
   ++record->runs;
   record->last = end;

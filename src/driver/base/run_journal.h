@@ -13,7 +13,7 @@ struct CommandEnd {
   int status = 0;        // as waitpid gives it; 0 for a command that had to be ended
   uint64_t bytes = 0;    // of its output
   double seconds = 0;    // until it had ended
-  bool refused = false;  // it failed, and said that it takes an administrator
+  bool refused = false;  // it failed, and said that it needs an administrator
 };
 
 // The number of the signal that ended it, or 0. A shell that waited for the tool reports it as a status of
@@ -59,5 +59,5 @@ void enter_run(const char* command, bool is_series, const CommandEnd& end);
 // Enters that the command's output had to be salvaged.
 void enter_salvage(const char* command);
 
-// True when what a failed tool printed says that it takes an administrator.
+// True if the output of a failed tool says that it needs an administrator.
 bool tells_refusal(const char* output, size_t length);

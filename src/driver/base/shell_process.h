@@ -10,8 +10,8 @@
 // Where the standard error of a tool goes: to this program's, or nowhere.
 enum class ToolErrors { kept, dropped };
 
-// The shell and all that it starts form a process group of their own, so that they can be ended together.
-// They have nothing to read, and inherit no descriptor but the standard ones.
+// The shell and everything it starts form a separate process group, so that they can be ended together. They
+// have nothing to read, and inherit only the standard descriptors.
 class ShellProcess {
  public:
   // The arguments are those after "-c": the command line, and its "$0". The environment is as for execve.

@@ -1,8 +1,7 @@
-// Two versions that have nothing to do with each other.
+// Two unrelated versions.
 #pragma once
 
-// The program's own, which rises with every release: "12.1.18". CMakeLists.txt says it, and nothing else
-// does.
+// The program's own, which rises with every release: "12.1.18". It is stated only in CMakeLists.txt.
 extern const char kVersion[];
 
 // The version that every snapshot names. Consoles derive from it which facts a file has and how they are

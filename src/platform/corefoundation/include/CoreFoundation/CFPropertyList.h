@@ -8,7 +8,7 @@ enum : CFPropertyListMutabilityOptions { kCFPropertyListImmutable = 0 };
 
 extern "C" {
 
-// Reads XML property lists in UTF-8. None when the list is not well-formed: *error then is a message for the
+// Reads XML property lists in UTF-8. Null if the list is not well-formed: *error then is a message for the
 // caller to release. Deprecated as on a Mac, so that a call that is not meant is noticed here as well.
 CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef allocator, CFDataRef data,
                                                   CFOptionFlags options, CFStringRef* error)

@@ -16,7 +16,7 @@ extern "C" {
 
 CFTypeID CFStringGetTypeID(void);
 
-// None when the bytes are not valid in the encoding.
+// Null if the bytes are not valid in the encoding.
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex length,
                                     CFStringEncoding encoding, Boolean is_external);
