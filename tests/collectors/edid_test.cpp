@@ -211,7 +211,7 @@ TEST(EdidImageSize, IsThatOfBytes21And22) {
 }
 
 // What one damaged byte makes of a digit.
-TEST(EdidImageSize, IsReadBehindABlank) {
+TEST(EdidImageSize, IsReadAfterABlank) {
   const std::optional<ImageSize> size = edid_image_size(sized(" c 2201").c_str());
   ASSERT_TRUE(size);
   EXPECT_EQ(size->width_cm, 12u);

@@ -109,7 +109,7 @@ std::string untold(const char* name) {
   return tree_text(snapshot);
 }
 
-TEST(Environment, MarksAValueThatMayNotBeTold) {
+TEST(Environment, MarksAValueThatIsLeftOut) {
   EXPECT_EQ(
       untold("PATH"),
       "+Snapshot=\n+Environment=\nenv-var:PATH=\n~complex=\n*env-var:PATH=PATH\nvalue=\n~left-out=\n-\n-\n");
@@ -117,7 +117,7 @@ TEST(Environment, MarksAValueThatMayNotBeTold) {
             "+Snapshot=\n+Environment=\n+env-var:a=\nb=\n~complex=\n*b=a/b\nvalue=\n~left-out=\n-\n-\n-\n");
 }
 
-TEST(Environment, TellsTheNamesAloneWithoutRunningEnv) {
+TEST(Environment, ListsOnlyTheNamesWithoutRunningEnv) {
   const FakeTools tools;
   tools.write("env", "echo FROM_ENV=1");
   ASSERT_EQ(setenv("ENVIRONMENT_TEST", "first line\nlooks=like a variable", 1), 0);

@@ -86,7 +86,7 @@ TEST(PostProcess, AsksForNoEnvironmentThatIsLeftOut) {
   EXPECT_EQ(tools.read("arguments"), "<-1></Users/><.><-read></users/jdoe>");
 }
 
-TEST(PostProcess, TellsTheEnvironmentWithoutItsValues) {
+TEST(PostProcess, WritesTheEnvironmentWithoutItsValues) {
   const FakeTools tools;
   EXPECT_EQ(elements_without(&Omissions::values, tools), std::vector<std::string>({"Environment"}));
   EXPECT_EQ(tools.read("arguments"), "<-1></Users/><.><-read></users/jdoe>");

@@ -31,7 +31,7 @@ TEST(ParseProcessLine, ReadsTheFirstLineOnly) {
   EXPECT_EQ(parsed("root\nroot other\n"), "no process");
 }
 
-TEST(ParseProcessLine, FindsNoneWithoutACommandLine) {
+TEST(ParseProcessLine, IsNulloptWithoutACommandLine) {
   EXPECT_EQ(parsed(""), "no process");
   EXPECT_EQ(parsed("\n"), "no process");
   EXPECT_EQ(parsed("root"), "no process");

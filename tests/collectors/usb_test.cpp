@@ -474,7 +474,7 @@ TEST(ParseMediaName, FindsTheNameBetweenLabelAndMarker) {
             "Lexar JumpDrive");
 }
 
-TEST(ParseMediaName, FindsNoneWithoutLabelOrMarker) {
+TEST(ParseMediaName, IsNullWithoutLabelOrMarker) {
   EXPECT_EQ(media_name(""), "(none)");
   EXPECT_EQ(media_name("Lexar JumpDrive Media\n"), "(none)");
   EXPECT_EQ(media_name("   Device / Media Name:      Untitled\n"), "(none)");

@@ -42,7 +42,7 @@ TEST(ParseAccount, ReadsAFullNameOnTheKeysOwnLine) {
             "games|games|(none)|(none)|(none)");
 }
 
-TEST(ParseAccount, FindsNoneWithoutAHomeDirectory) {
+TEST(ParseAccount, IsNulloptWithoutAHomeDirectory) {
   EXPECT_EQ(parsed(""), "no account");
   EXPECT_EQ(parsed("<dscl_cmd> DS Error: -14136 (eDSRecordNotFound)\n"), "no account");
   EXPECT_EQ(parsed("x\nRecordName: jdoe\nRecordType: t\n"), "no account");
@@ -56,7 +56,7 @@ TEST(ParseAccount, ReadsOnlyWhatFollowsTheHomeDirectory) {
             "jdoe|(none)|(none)|(none)|(none)");
 }
 
-TEST(ParseAccount, FindsNoneWithoutRecordNameAndTypeInThatOrder) {
+TEST(ParseAccount, IsNulloptWithoutRecordNameAndTypeInThatOrder) {
   EXPECT_EQ(parsed("x\nNFSHomeDirectory: /\nRecordName: jdoe\n"), "no account");
   EXPECT_EQ(parsed("x\nNFSHomeDirectory: /\nRecordType: t\n"), "no account");
   EXPECT_EQ(parsed("x\nNFSHomeDirectory: /\nRecordType: t\nRecordName: jdoe\n"), "no account");

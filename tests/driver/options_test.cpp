@@ -42,7 +42,7 @@ TEST(ParseOptions, ExtendsTheScanByAWholeWord) {
   EXPECT_FALSE(parse({"/debug", "/login:/extended"}).extended);
 }
 
-TEST(ParseOptions, RemembersWhatWasGivenButTheTextOfTheLogin) {
+TEST(ParseOptions, RemembersWhatWasGivenExceptTheTextOfTheLogin) {
   EXPECT_EQ(parse({}).given, "");
   EXPECT_EQ(parse({"-extended"}).given, "-extended");
   EXPECT_EQ(parse({"/silent", "-log", "/ip:1.2.3.4", "/login:a:secret", "/extended", "/debug"}).given,
@@ -55,7 +55,7 @@ std::string left_out(const std::vector<const char*>& arguments) {
   return options.refusal.empty() ? omitted_words(options.omitted) : "refused";
 }
 
-TEST(ParseOptions, LeavesNothingOutUnlessTold) { EXPECT_EQ(left_out({"/silent", "/extended"}), ""); }
+TEST(ParseOptions, LeavesNothingOutByDefault) { EXPECT_EQ(left_out({"/silent", "/extended"}), ""); }
 
 TEST(ParseOptions, LeavesOutWhatTheListsName) {
   EXPECT_EQ(left_out({"/without:accounts"}), "accounts");
@@ -99,12 +99,12 @@ TEST(ParseOptions, RefusesToLeaveOutPeopleOfAScanThatIsNotExtended) {
   EXPECT_EQ(left_out({"-extended", "-without:accounts,people"}), "accounts, people");
 }
 
-TEST(ParseOptions, TellsTheFirstReasonToRefuseInOneLine) {
+TEST(ParseOptions, NamesTheFirstReasonToRefuseInOneLine) {
   EXPECT_EQ(parse({"/without:a\nb\x7F", "/without:c", "/without:people"}).refusal,
             "/without:a?b?: can leave out processes, arguments, environment, values, accounts and, with "
             "/extended, people, with commas between");
   EXPECT_EQ(parse({"/without:people"}).refusal,
-            "/without:people: needs /extended; a usual scan tells of people in its accounts, processes and "
+            "/without:people: needs /extended; an ordinary scan has people in its accounts, processes and "
             "environment");
 }
 

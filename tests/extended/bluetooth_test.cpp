@@ -116,7 +116,7 @@ TEST(Bluetooth, NamesADeviceByItsOriginalName) {
             bluetooth("+Bluetooth=\n*Device:1=First’s Mouse\nconnected=1\naddress=00:00:5E:00:53:02\n-\n"));
 }
 
-TEST(Bluetooth, TellsTheControllerAloneWithoutPeople) {
+TEST(Bluetooth, WritesOnlyTheControllerWithoutPeople) {
   Mac mac;
   mac.with_people = false;
   for (const char* list : {"device_connected", "device_not_connected", "device_title"}) {

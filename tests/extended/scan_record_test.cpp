@@ -101,7 +101,7 @@ TEST(ScanRecord, NamesWhatWasLeftOut) {
                "arguments, accounts");
 }
 
-TEST(ScanRecord, TellsNoUserWithoutPeople) {
+TEST(ScanRecord, WritesNoUserWithoutPeople) {
   Omissions omitted;
   omitted.people = true;
   InventoryTree snapshot = empty_snapshot();

@@ -24,7 +24,7 @@ TEST(SoftwareDetails, HaveArchitectureSourceAndSigners) {
           "*Soft:1=\narchitecture=arch_arm_i64\nsource=apple\nsigned-by=Software Signing, Apple Root CA\n"));
 }
 
-TEST(SoftwareDetails, TellNoSignersWithoutPeople) {
+TEST(SoftwareDetails, HaveNoSignersWithoutPeople) {
   Mac mac;
   mac.with_people = false;
   add_item(mac.profiler, kApplications,

@@ -395,7 +395,7 @@ TEST(CommandSeries, EndsAfterSoManySilences) {
   std::_Exit(!text && length == 0 ? 0 : 1);
 }
 
-TEST(RunCommand, ReturnsNoneAndNoLengthWhenNoShellCanBeStarted) {
+TEST(RunCommand, ReturnsNullAndNoLengthWhenNoShellCanBeStarted) {
   EXPECT_EXIT(run_without_descriptors(), testing::ExitedWithCode(0), "");
 }
 
@@ -409,7 +409,7 @@ int open_descriptors() {
   return count;
 }
 
-TEST(RunCommand, LeavesNoDescriptorAndNoProcessBehind) {
+TEST(RunCommand, LeaksNoDescriptorAndNoProcess) {
   const int before = open_descriptors();
   ASSERT_GT(before, 0);
   testing::internal::CaptureStderr();

@@ -166,14 +166,14 @@ TEST(RunJournal, IsOnlyKeptDuringItsLife) {
   EXPECT_TRUE(journal.commands().empty());
 }
 
-TEST(RunIfThere, GivesWhatAToolPrints) {
+TEST(RunIfThere, ReturnsWhatAToolPrints) {
   uint32_t length = 0;
   EXPECT_STREQ(run_if_there("printf abc; exit 1", &length, 100).get(), "abc");
   EXPECT_EQ(length, 3u);
   EXPECT_STREQ(run_if_there("true", &length, 100).get(), "");
 }
 
-TEST(RunIfThere, GivesNoneForAMissingToolWhateverTheShellSays) {
+TEST(RunIfThere, ReturnsNullForAMissingToolWhateverTheShellSays) {
   uint32_t length = 9;
   EXPECT_EQ(run_if_there("there-is-no-such-tool 2>&1", &length, 100), nullptr);
   EXPECT_EQ(length, 0u);

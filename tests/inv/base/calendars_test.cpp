@@ -105,7 +105,7 @@ TEST(Calendars, YearsHaveTheirLengths) {
   }
 }
 
-TEST(Calendars, TheYearTellsWhichOneIsMeantWhereNothingElseDoes) {
+TEST(Calendars, WithoutANameTheYearDecides) {
   const inv::CalendarDate dates[] = {
       {2026, 11, 21}, {2569, 11, 21}, {8, 11, 21},   {115, 11, 21}, {1405, 8, 30},
       {1448, 6, 11},  {1743, 3, 12},  {1948, 8, 30}, {5787, 3, 11}, {7519, 3, 12},
@@ -127,7 +127,7 @@ TEST(Calendars, ErasOfJapanFollowEachOther) {
   EXPECT_EQ(days_since_1970({23, 1, 1}, "japanese"), 25'933);   // 2041-01-01
 }
 
-TEST(Calendars, WhatNoneHasIsNoDate) {
+TEST(Calendars, ADateOfNoCalendarIsRefused) {
   const inv::CalendarDate dates[] = {{2023, 2, 29}, {2024, 2, 30}, {2026, 0, 1}, {2026, 13, 1}, {2026, 1, 0},
                                      {2026, 1, 32}, {0, 1, 1},     {61, 1, 1},   {201, 1, 1},   {1500, 1, 1},
                                      {1969, 13, 1}, {2400, 1, 1},  {2943, 1, 1}, {9999, 1, 1},  {2100, 2, 29},

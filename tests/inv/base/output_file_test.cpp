@@ -79,7 +79,7 @@ class FullDisk {
   void (*old_action_)(int);
 };
 
-TEST_F(OutputFileTest, TellsThatNotAllWasWrittenAndLeavesTheTargetAlone) {
+TEST_F(OutputFileTest, ReportsAPartialWriteAndLeavesTheTargetAlone) {
   bool committed = true;
   bool written = true;
   {
@@ -95,7 +95,7 @@ TEST_F(OutputFileTest, TellsThatNotAllWasWrittenAndLeavesTheTargetAlone) {
   EXPECT_EQ(files(), 1);
 }
 
-TEST_F(OutputFileTest, TellsThatADeviceIsFull) {
+TEST_F(OutputFileTest, ReportsThatADeviceIsFull) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no /dev/full";
   EXPECT_FALSE(inv::write_file("/dev/full", "new"));
 }
@@ -133,7 +133,7 @@ TEST_F(OutputFileTest, WritesUnderANameThatIsAnotherEachTime) {
   EXPECT_NE(name_beside(), first);
 }
 
-TEST_F(OutputFileTest, KnowsAFileByWhateverLeadsToIt) {
+TEST_F(OutputFileTest, RecognisesAFileByAnyPathOrLinkToIt) {
   fs::create_symlink("file", folder / "link");
   fs::create_hard_link(path, folder / "twin");
   std::ofstream(folder / "other") << "old";
@@ -155,7 +155,7 @@ TEST_F(OutputFileTest, HasNoStreamWhereNoFileCanBeMade) {
 
 // A device must never be replaced by a file, such as by a superuser's "-o /dev/null"; a pipe has a reader who
 // waits.
-TEST_F(OutputFileTest, WritesIntoWhatIsNoFile) {
+TEST_F(OutputFileTest, WritesDirectlyIntoWhatIsNotAFile) {
   const fs::path pipe = folder / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);

@@ -24,7 +24,7 @@ TEST(CompareVersions, CountsNumbersAsNumbers) {
   expect_before("", "0.1");
 }
 
-TEST(CompareVersions, TakesWhatIsMissingForZero) {
+TEST(CompareVersions, CountsAMissingPartAsZero) {
   expect_equal("6", "6.0");
   expect_equal("6.0", "6.0.0");
   expect_equal("", "0");
@@ -32,7 +32,7 @@ TEST(CompareVersions, TakesWhatIsMissingForZero) {
   expect_before("6", "6.0.1");
 }
 
-TEST(CompareVersions, PutsAnnouncementsBeforeAndOtherWordsBehind) {
+TEST(CompareVersions, PutsPreReleasesBeforeAndOtherWordsAfter) {
   expect_before("6.0b2", "6.0");
   expect_before("6.0a9", "6.0b1");
   expect_before("6.0b2", "6.0b10");
@@ -43,13 +43,13 @@ TEST(CompareVersions, PutsAnnouncementsBeforeAndOtherWordsBehind) {
   expect_before("5.9", "6.0b1");
 }
 
-TEST(CompareVersions, ReadsBuildsBehindVersions) {
+TEST(CompareVersions, ReadsBuildsAfterVersions) {
   expect_before("10.6.8", "10.6.8 (10K549)");
   expect_before("10.6.8 (10K540)", "10.6.8 (10K549)");
   expect_before("10.6.8 (10K549)", "10.7");
 }
 
-TEST(CompareVersions, SkipsWhatStandsBetween) {
+TEST(CompareVersions, SkipsSeparators) {
   expect_equal("1.2", "1,2");
   expect_equal("(1) 2", "1.2");
   expect_equal("6.0B2", "6.0b2");

@@ -29,7 +29,7 @@ TEST(InOrder, UsesTheResultsInTheirOrderWhateverTheNumberOfThreads) {
   }
 }
 
-TEST(InOrder, StopsWhenToldTo) {
+TEST(InOrder, StopsWhenUseReturnsFalse) {
   for (const size_t jobs : {size_t{1}, size_t{3}}) {
     Numbers used;
     const bool finished = inv::in_order(
@@ -58,7 +58,7 @@ TEST(InOrder, MakesOnlyAFewResultsAhead) {
   EXPECT_EQ(made, 1000u);
 }
 
-TEST(InOrder, ThrowsWhatWasThrownWhenItsTurnComes) {
+TEST(InOrder, RethrowsInOrder) {
   for (const size_t jobs : {size_t{1}, size_t{2}}) {
     Numbers used;
     const auto make = [](size_t i) {

@@ -24,13 +24,13 @@ TEST(Alignment, AnItemMoreLeavesTheOthersTogether) {
   EXPECT_EQ(inv::align({1, 3}, {1, 2, 3}), Partners({0, 2}));
 }
 
-TEST(Alignment, WhatIsLeftOverAtOnePlaceChanged) {
+TEST(Alignment, UnpairedElementsAtTheSamePlaceChanged) {
   EXPECT_EQ(inv::align({1, 2, 3}, {1, 9, 3}), Partners({0, 1, 2}));
   EXPECT_EQ(inv::align({2, 3}, {9, 3}), Partners({0, 1}));
   EXPECT_EQ(inv::align({1, 4, 5, 3}, {1, 8, 9, 3}), Partners({0, 1, 2, 3}));
 }
 
-TEST(Alignment, WhatIsLeftOverAtDifferentPlacesIsNotTheSame) {
+TEST(Alignment, UnpairedElementsAtDifferentPlacesAreDifferent) {
   EXPECT_EQ(inv::align({1, 2, 3}, {2, 3, 4}), Partners({kNone, 0, 1}));
   EXPECT_EQ(inv::align({1, 5, 2}, {1, 2, 6}), Partners({0, kNone, 1}));
 }

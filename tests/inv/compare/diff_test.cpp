@@ -42,7 +42,7 @@ TEST(Diff, ElementsThatMovedAreTheSame) {
             "");
 }
 
-TEST(Diff, WhatTellsMoreOfAnElementMovesWithIt) {
+TEST(Diff, DetailsMoveWithTheirElement) {
   EXPECT_EQ(
       changes(snapshot(std::string(kTwoApplications) +
                        "+Software-details=\n*Soft:1=\nsource=apple\n*Soft:2=\nsource=unknown\n-\n"),
@@ -163,7 +163,7 @@ TEST(Diff, OfEqualIdentityThoseOfEqualContentsArePaired) {
   EXPECT_EQ(changes(snapshot(two), snapshot(second)), "removed /Peripherals/USB/Device:1\n");
 }
 
-TEST(Diff, WhatPassesDoesNotTellElementsApart) {
+TEST(Diff, PassingFactsDoNotDistinguishElements) {
   const auto devices = [](const std::string& first, const std::string& second) {
     return snapshot("+Storage=\n+Logical-disks=\n*partition:1=HD\nfile-sys=a\n" + first +
                     "*partition:2=HD\nfile-sys=b\n" + second + "-\n-\n");

@@ -53,7 +53,7 @@ TEST(Unpack, LetsNoDataTypeTakeThePlaceOfTheWholeOutput) {
   EXPECT_NE(files[3].content.find("<a/>"), std::string::npos);
 }
 
-TEST(Unpack, StopsBehindTheMostFiles) {
+TEST(Unpack, StopsAfterTheMaximumNumberOfFiles) {
   std::string types;
   for (int i = 0; i < 3000; ++i) types += data_type("SP" + std::to_string(i));
   const auto files = inv::unpack(*maker::open(maker::debug_file(profiler_output(types))));

@@ -63,7 +63,7 @@ TEST(Catalogue, KnowsTheDeepestElementAndNoneBelowIt) {
   EXPECT_FALSE(fact_of(tags));
 }
 
-TEST(Catalogue, WhatPassesDoesSoWithAllBelowIt) {
+TEST(Catalogue, EverythingBelowAPassingElementIsPassing) {
   EXPECT_TRUE(fact_of({"Snapshot"}, "timestamp")->passing);
   EXPECT_TRUE(fact_of({"Snapshot", "Processes"})->passing);
   EXPECT_TRUE(fact_of({"Snapshot", "Processes", "process:1"}, "pid")->passing);
@@ -74,7 +74,7 @@ TEST(Catalogue, WhatPassesDoesSoWithAllBelowIt) {
   EXPECT_FALSE(fact_of({"Snapshot"}, "hostname")->passing);
 }
 
-TEST(Catalogue, SaysWhatElementsAreKnownBy) {
+TEST(Catalogue, NamesTheIdentifyingAttributes) {
   const auto known_by = [](const Tags& tags) {
     const auto range = fact_of(tags)->known_by;
     return std::vector<std::string_view>(range.begin(), range.end());

@@ -14,7 +14,7 @@ std::string identity(std::string_view path, std::string_view lines) {
   return inv::identity_of(inv::find_matches(*inventory->snapshot(), path).at(0).element, counterparts);
 }
 
-TEST(Identity, IsWhatTheKindIsKnownBy) {
+TEST(Identity, IsMadeOfTheIdentifyingAttributes) {
   EXPECT_EQ(
       identity("/Software/Soft:7", "+Software=\n*Soft:7=Safari\nlocation=/Applications/Safari.app\n-\n"),
       "/Applications/Safari.app");
@@ -62,7 +62,7 @@ TEST(Identity, IsMadeOfTheAttributesOfItsKind) {
             "Chat");
 }
 
-TEST(Identity, OfWhatTellsMoreOfAnotherIsTheOthers) {
+TEST(Identity, OfDetailsIsThatOfTheirElement) {
   EXPECT_EQ(identity("/Software-details/Soft:7",
                      "+Software=\n*Soft:6=Chess\nlocation=/c\n*Soft:7=Safari\nlocation=/s\n-\n"
                      "+Software-details=\n*Soft:7=\nsource=apple\n-\n"),

@@ -133,7 +133,7 @@ TEST(Facts, OfEachTreeSayWhichSectionHoldsIt) {
   EXPECT_EQ(places.back(), "AssetInfo/control/os-name [] AssetInfo/control asset");
 }
 
-TEST(Facts, ANumberIsWhatEveryProgramReadsAsTheSame) {
+TEST(Facts, ANumberReadsAlikeInEveryProgram) {
   for (const char* value : {"0", "7", "-5", "499.50", "0.5", "-0.25", "123456789012345", "12345678901234.5"})
     EXPECT_TRUE(inv::is_number(value)) << value;
   for (const char* value : {"", "-", "007", "00.5", ".5", "5.", "1.2.3", "1e5", "+5", " 5", "5 ", "0x1F",

@@ -27,7 +27,7 @@ Gaps gaps_of_commands(const std::string& commands, const std::string& darwin = "
   return gaps_in_text(kWhole + system_of(darwin) + "+Scan=\n" + commands + "-\n");
 }
 
-TEST(Gaps, AMacThatToldAllHasNone) {
+TEST(Gaps, ACompleteScanHasNone) {
   EXPECT_EQ(gaps_in_text(kWhole + system_of("10.8.0")), Gaps());
   EXPECT_EQ(gaps_of_commands("*Command:1=sw_vers 2>&1\nrun=1\nexit-status=0\nbytes=63\n"), Gaps());
 }
@@ -68,7 +68,7 @@ TEST(Gaps, ATroubledCommandIsNamedWithItsReason) {
   EXPECT_EQ(gap("run=1\nbytes=0\nexit-status=0\n"), Gaps{"no answer: SPNVMeDataType"});
 }
 
-TEST(Gaps, CommandsWithOneReasonStandTogether) {
+TEST(Gaps, CommandsWithTheSameReasonAreGrouped) {
   EXPECT_EQ(gaps_of_commands("*Command:1=ioreg -rd1\nbytes=0\n*Command:2=sw_vers 2>&1\nmissing=1\n"
                              "*Command:3=fdesetup status\nmissing=1\n"),
             (Gaps{"not on this Mac: sw_vers, fdesetup", "no answer: ioreg"}));

@@ -81,7 +81,7 @@ TEST(Overview, MalformedNumbersCountAsUnknown) {
   EXPECT_EQ(overview.memory.megabytes, 0u);
 }
 
-TEST(Overview, SlotsOfWhichNoneTellsItsStateAreNoSlots) {
+TEST(Overview, SlotsWithoutAnyKnownStateAreLeftOut) {
   EXPECT_EQ(overview_of_text("+Memory=\n*Memory-slot:1=\nused=0\n*General-info=\nphysical-memory=49152\n-\n")
                 .memory.slots.size(),
             0u);
@@ -100,7 +100,7 @@ TEST(Overview, ReadsTheChipAndItsCores) {
   EXPECT_TRUE(overview.virtual_machine);
 }
 
-TEST(Overview, TheProfilersProcessorStandsBeforeWhatTheChipCallsItself) {
+TEST(Overview, TheProfilersProcessorNameComesBeforeTheChips) {
   const Overview overview = overview_of_text(
       "+Processors=\n*Processor:1=6-Core Intel Core i7\ncore-count=6\n-\n"
       "*Platform=\nprocessor=i7-9750H\ncore-count=7\nphysical-cores=8\n");
@@ -126,7 +126,7 @@ TEST(Overview, MemoryWithoutSlotsIsSolderedButNotInAVirtualMachine) {
   }
 }
 
-TEST(Overview, TheSystemIsWhatItsToolsTell) {
+TEST(Overview, TheSystemIsWhatItsToolsReport) {
   EXPECT_EQ(
       overview_of_text("+OS=\n*os:1=Mac OS X v10.2 (Jaguar)\nversion=1 (25B78)\nkernel=Darwin 25.1.0\n-\n"
                        "*Platform=\nsystem=macOS 26.1\nsystem-name=macOS\nsystem-version=26.1\n"
@@ -149,7 +149,7 @@ TEST(Overview, DisksHaveTheDetailsOfTheirOwnNumber) {
   EXPECT_EQ(overview.disks[2].medium, "");
 }
 
-TEST(Overview, VolumesOfAContainerStandTogether) {
+TEST(Overview, VolumesOfAContainerAreAdjacent) {
   const Overview overview = overview_of_text(
       "+Storage=\n+Logical-disks=\n*partition:1=A\ncontainer=disk3\nsize=100\nfree=40\n"
       "*partition:2=B\nsize=10\nfree=5\n*partition:3=C\ncontainer=disk3\nsize=100\nfree=40\n"
@@ -170,7 +170,7 @@ TEST(Overview, APartitionThatHoldsAContainerIsThereAsItsVolumes) {
   EXPECT_EQ(overview_of_text(lists + "-\n" + details).volumes.size(), 2u);
 }
 
-TEST(Overview, DisplaysOfAnExtendedScanTakeTheirPlaceAndKeepWhatTheMonitorTold) {
+TEST(Overview, DisplaysOfAnExtendedScanReplaceMonitorsAndKeepTheirFacts) {
   const Overview overview = overview_of_text(
       "+Video=\n+Monitors=\n+Monitor:1=\nmax-resolution=1440 x 900\nname=?APP9CC3|x\nmain-monitor=1\n"
       "*max-visible-image-size=\ndiagonal=15\n-\n*Monitor:2=\nmodel=PANORA\nmax-resolution=800 x 600\n-\n"
@@ -192,7 +192,7 @@ TEST(Overview, DisplaysOfAnExtendedScanTakeTheirPlaceAndKeepWhatTheMonitorTold) 
   EXPECT_EQ(overview.displays[2].model, "");
 }
 
-TEST(Overview, GraphicsMemoryIsToldOnlyWhenThereIsAny) {
+TEST(Overview, GraphicsMemoryIsShownOnlyIfThereIsAny) {
   const Overview overview = overview_of_text(
       "+Video=\n+Video-devices=\n*Video-adapter:1=A\nram=512\n*Video-adapter:2=B\nram=0\n*Video-adapter:3="
       "C\nram=0\n"
@@ -203,7 +203,7 @@ TEST(Overview, GraphicsMemoryIsToldOnlyWhenThereIsAny) {
                                                          "C, 256 MB, 16 cores", "D"}));
 }
 
-TEST(Overview, ProtectionIsToldInWords) {
+TEST(Overview, ProtectionIsDescribedInWords) {
   const auto security = [](const std::string& lines) {
     return overview_of_text("+Security=\n*Platform=\n" + lines + "-\n").security;
   };
@@ -223,7 +223,7 @@ TEST(Overview, ProtectionIsToldInWords) {
   EXPECT_EQ(security("filevault=2\n"), Texts());
 }
 
-TEST(Overview, ManagementAndFirewallAreToldInWords) {
+TEST(Overview, ManagementAndFirewallAreDescribedInWords) {
   const auto management = [](const std::string& lines) {
     return overview_of_text("+Security=\n*Platform=\n" + lines + "-\n").management;
   };
@@ -259,7 +259,7 @@ TEST(Overview, CountsWhatOnlyAnExtendedScanLists) {
   EXPECT_EQ(overview.installed_packages, 3u);
 }
 
-TEST(Space, WhatVolumesShareIsCountedOnce) {
+TEST(Space, SharedSpaceIsCountedOnce) {
   inv::Volume own, shared, unknown;
   own.bytes = 1000;
   own.free_bytes = 100;

@@ -21,7 +21,7 @@ TEST(OverviewText, ProcessorsAreCounted) {
   EXPECT_EQ(inv::processor_texts(inv::Processor()), Texts());
 }
 
-TEST(OverviewText, CoresAreToldByTheirKindWhenBothAreKnown) {
+TEST(OverviewText, CoresAreShownByKindIfBothAreKnown) {
   inv::Processor processor;
   processor.name = "Apple M4 Pro";
   processor.cores = "12";
@@ -53,7 +53,7 @@ TEST(OverviewText, ADiskThatIsFailingSaysSo) {
   EXPECT_EQ(inv::disk_text(disk), "SIMDISK, 2.0 TB, SATA, hard disk, Failing by SMART");
 }
 
-TEST(OverviewText, TheKindOfADiskIsToldOnce) {
+TEST(OverviewText, TheKindOfADiskIsShownOnce) {
   inv::Disk disk;
   disk.kind = "Removable";
   disk.interface = "USB";
@@ -79,7 +79,7 @@ TEST(OverviewText, AVirtualMachineIsCalledOne) {
   EXPECT_EQ(inv::model_text(overview), "Apple Virtual Machine 1, VirtualMac2,1, virtual machine");
 }
 
-TEST(OverviewText, WhatOnlyAnExtendedScanCountsNeedsOne) {
+TEST(OverviewText, WhatOnlyAnExtendedScanCountsIsLeftOutIfZero) {
   inv::Overview overview;
   EXPECT_EQ(inv::content_counts(overview), Texts());
   overview.has_snapshot = true;

@@ -74,7 +74,7 @@ TEST_F(PathsTest, NearestPathIsWhatWasMeant) {
   EXPECT_EQ(inv::nearest_path(asset, "AssetInfo/contrl/os-name"), "AssetInfo/control/os-name");
 }
 
-TEST_F(PathsTest, NearestPathIsNoneWhereNothingIsNear) {
+TEST_F(PathsTest, NearestPathIsEmptyIfNothingIsClose) {
   for (const char* path :
        {"", "/", "/timestamp", "/nothing", "/Processors/Processor:2/core-count", "/Software/Soft:3",
         "/timestamp/x", "AssetInfo/hostname", "/Procesors/Processor:1/x"}) {

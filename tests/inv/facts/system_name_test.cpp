@@ -6,7 +6,7 @@ namespace {
 
 using inv::system_name;
 
-TEST(SystemName, TheKernelsNumberTellsTheVersion) {
+TEST(SystemName, TheKernelsNumberGivesTheVersion) {
   EXPECT_EQ(inv::version_of_darwin(4), "");
   EXPECT_EQ(inv::version_of_darwin(5), "10.1");
   EXPECT_EQ(inv::version_of_darwin(8), "10.4");
@@ -28,7 +28,7 @@ TEST(SystemName, TheKernelIsRecognisedByItsName) {
   }
 }
 
-TEST(SystemName, WhatAgreesWithTheKernelStandsAsRecorded) {
+TEST(SystemName, WhatAgreesWithTheKernelIsKept) {
   EXPECT_EQ(system_name({"Mac OS X v10.6 (Snow Leopard)", "10.6.8 (10K549)", "Darwin 10.8.0", {}}),
             "Mac OS X v10.6 (Snow Leopard), 10.6.8 (10K549)");
   EXPECT_EQ(system_name({"Mac OS X v10.7 (Lion)", "10.7 (11A511)", "Darwin 11.0.0", {"Mac OS X 10.7"}}),
@@ -74,7 +74,7 @@ TEST(SystemName, OtherToolsKnowBetterButNotThanTheKernel) {
   EXPECT_EQ(system_name({"", "", "", {"", "macOS 14.4"}}), "macOS 14.4");
 }
 
-TEST(SystemName, WithoutAKernelTheBuildTells) {
+TEST(SystemName, WithoutAKernelTheBuildDecides) {
   EXPECT_EQ(system_name({"Mac OS X v10.2 (Jaguar)", "3 (24D5040f)", "", {}}), "macOS 15 (24D5040f)");
   EXPECT_EQ(system_name({"Mac OS X v10.4 (Tiger)", "10.4.11 (8S2167)", "", {}}),
             "Mac OS X v10.4 (Tiger), 10.4.11 (8S2167)");

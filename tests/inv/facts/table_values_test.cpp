@@ -41,7 +41,7 @@ TEST_F(TableValues, AreOfItsName) {
   EXPECT_EQ(inv::find_value(inventory_->snapshot_top(), "its number", counterparts_).text, "");
 }
 
-TEST_F(TableValues, AreOfWhatTellsMoreOfIt) {
+TEST_F(TableValues, ComeFromDetailsOfTheElement) {
   EXPECT_EQ(value("Thing:1", "/Details/Thing:N/kind"), "old");
   EXPECT_EQ(value("Thing:1", "/Details/*/kind"), "old");
   EXPECT_EQ(value("Other:1", "/Details/*/kind"), "");
@@ -50,7 +50,7 @@ TEST_F(TableValues, AreOfWhatTellsMoreOfIt) {
   EXPECT_EQ(value("Thing:2", "/Details/Thing:N/part/width"), "8");
 }
 
-TEST_F(TableValues, AreOfAPlaceOfWhichThereIsOne) {
+TEST_F(TableValues, ComeFromAPlaceThatOccursOnce) {
   EXPECT_EQ(value("Thing:1", "/Alone/colour"), "red");
   EXPECT_EQ(value("Thing:1", "/Alone"), "Only");
   EXPECT_EQ(value("Thing:1", "/hostname"), "A");

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(TextLines, TellEveryLineWithItsTag) {
+TEST(TextLines, VisitEveryLineWithItsTag) {
   const auto inventory =
       maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n"
                                       "+Snapshot=\n"

@@ -14,7 +14,7 @@ TEST(Timestamp, HasTheFormThatTheScannerWrites) {
     EXPECT_TRUE(is_timestamp(text)) << text;
 }
 
-TEST(Timestamp, AnythingElseIsNone) {
+TEST(Timestamp, AnythingElseIsRefused) {
   for (const char* text : {"",
                            "20120118",
                            "20120118153045",
@@ -55,7 +55,7 @@ TEST(Timestamp, InUtcIsOfOurCalendar) {
   EXPECT_EQ(utc_of("20190312120000.000000+180", "ethiopic"), "2026-11-21T09:00:00Z");
 }
 
-TEST(Timestamp, WhatIsNoDateHasNoMomentInUtc) {
+TEST(Timestamp, ImpossibleDatesHaveNoMomentInUtc) {
   for (const char* text : {"", "now", "20120230120000.000000+0", "20121301120000.000000+0",
                            "15000101120000.000000+0", "20120118153045.000000"})
     EXPECT_EQ(utc_of(text, ""), "") << text;

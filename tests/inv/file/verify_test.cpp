@@ -29,7 +29,7 @@ TEST(Verify, AcceptsEveryFormTheScannerCanWrite) {
   EXPECT_EQ(first_fault(maker::debug_file("<plist/>")), "valid");
 }
 
-TEST(Verify, WantsWhatAConsoleFilesASnapshotUnder) {
+TEST(Verify, RequiresTheAttributesByWhichAConsoleFilesASnapshot) {
   EXPECT_EQ(first_fault(maker::file_of_text(snapshot_text(kNeeded))), "valid");
   EXPECT_EQ(first_fault(maker::file_of_text(snapshot_text(std::string(kNeeded).substr(36)))),
             "at byte 0 (line 2, byte 9 of the text): the snapshot has no \"timestamp\"");

@@ -12,7 +12,7 @@ TEST(IsCommonWord, KnowsVolumesAndAccountsOfManyMacs) {
   }
 }
 
-TEST(IsCommonWord, IsNoneThatSomebodyChose) {
+TEST(IsCommonWord, IsNotOneThatSomebodyChose) {
   for (const char* name : {"", "jane", "Jane HD", "Macintosh HD of Jane", "admin2", "Lab - Data", " - Data",
                            "7", "diskette", "disk0x1"}) {
     EXPECT_FALSE(inv::is_common_word(name)) << name;

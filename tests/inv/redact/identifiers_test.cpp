@@ -73,7 +73,7 @@ TEST(IdentifierKind, KnowsThePlaces) {
   }
 }
 
-TEST(IdentifierKind, IsNoneForWhatCouldBeAnyMachines) {
+TEST(IdentifierKind, IsNulloptForWhatAnyMachineCouldHave) {
   const std::pair<std::vector<std::string>, const char*> places[] = {
       {{"Snapshot"}, ""},
       {{"Snapshot"}, "timestamp"},
@@ -92,7 +92,7 @@ TEST(IdentifierKind, IsNoneForWhatCouldBeAnyMachines) {
 }
 
 // The values of accounts and disks name folders, which are found in all texts.
-TEST(IdentifierKind, IsNoneForWhatIsFoundByItsPath) {
+TEST(IdentifierKind, IsNulloptForWhatIsFoundByItsPath) {
   EXPECT_FALSE(kind_at({"Snapshot", "User-accounts", "usr-acc:jane"}, "hdir"));
   EXPECT_FALSE(kind_at({"Snapshot", "Storage", "Logical-disks", "partition:1"}, "mount-point"));
 }
@@ -154,7 +154,7 @@ TEST(IdentifiersIn, LeavesCommonWordsInEveryKindOfPlaceButSecrets) {
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::text, "Macintosh HD"), Texts{});
 }
 
-TEST(IdentifiersIn, LeavesSerialNumbersThatAreNone) {
+TEST(IdentifiersIn, IgnoresPlaceholdersOfSerialNumbers) {
   for (const char* none : {"000000", "Not Available", "System Serial#", "None", "0.0", "-"}) {
     EXPECT_EQ(inv::identifiers_in(IdentifierKind::serial, none), Texts{}) << none;
   }
@@ -182,7 +182,7 @@ TEST(IdentifiersIn, TakesWhatFollowsAScheme) {
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::uri, "file:///"), Texts{});
 }
 
-TEST(IdentifiersIn, NumbersOfZerosAreNone) {
+TEST(IdentifiersIn, NumbersOfZerosAreIgnored) {
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::number, "0"), Texts{});
   EXPECT_EQ(inv::identifiers_in(IdentifierKind::number, "10"), Texts{"10"});
 }

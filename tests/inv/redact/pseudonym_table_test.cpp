@@ -83,7 +83,7 @@ TEST(Pseudonyms, AreTheSameForAnOriginalOfTwoKinds) {
   EXPECT_THAT(pseudonyms.replace("001B63AA10FE"), MatchesRegex("001B63[0-9A-F]{6}"));
 }
 
-TEST(Pseudonyms, AreNoIdentifiersAndHoldNone) {
+TEST(Pseudonyms, NeitherAreIdentifiersNorContainAny) {
   const std::string usual = pseudonyms_of({{IdentifierKind::text, "jane"}}).replace("jane");
   const Pseudonyms pseudonyms =
       pseudonyms_of({{IdentifierKind::text, "jane"}, {IdentifierKind::text, usual}});

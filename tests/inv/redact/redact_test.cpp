@@ -57,7 +57,7 @@ TEST(Redact, ReplacesIdentifiersInTheirPlaces) {
               MatchesRegex("ip-address=10\\.[0-9.]+, 10\\.[0-9.]+\n"));
 }
 
-TEST(Redact, ReplacesThemWhereverTheyStandAsTokens) {
+TEST(Redact, ReplacesThemWhereverTheyAreTokens) {
   EXPECT_EQ(redacted("hostname=OFFICE-MAC\n"
                      "*Soft:1=Tool of Office-Mac\n~seen-on=office-mac\n"
                      "location=/Applications/office-mac/x.app\n"
@@ -147,7 +147,7 @@ TEST(Redact, ReplacesWhatAPersonKeepsInItsPlaceOnly) {
 }
 
 // What is found as a token elsewhere would leave the rest of the folder's name standing.
-TEST(Redact, ReplacesAPersonsFolderWholeThoughANameIsInIt) {
+TEST(Redact, ReplacesAPersonsWholeFolderEvenIfItContainsAName) {
   EXPECT_EQ(redacted("location=/Users/jane/jane and me/x.app\n"),
             "location=/Users/" + anon("jane") + "/" + anon("jane and me") + "/x.app\n");
 }
@@ -178,7 +178,7 @@ std::string salted(const std::string& text, const std::string& salt) {
   return result->snapshot()->text();
 }
 
-TEST(Redact, WritesTheSaltBehindTheTopElementsAnnotations) {
+TEST(Redact, WritesTheSaltAfterTheTopElementsAnnotations) {
   const std::string mark = "\xEF\xBB\xBF?zxml\n";
   EXPECT_EQ(salted(mark + "+Snapshot=\n~a=b\n~c=d\nmodel=x\n~e=f\n-\n", "0a"),
             mark + "+Snapshot=\n~a=b\n~c=d\npseudonym-salt=0a\nmodel=x\n~e=f\n-\n");

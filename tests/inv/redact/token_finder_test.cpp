@@ -87,7 +87,7 @@ TEST(TokenFinder, ComparesBytesAboveAsciiAsTheyAreSorted) {
   EXPECT_EQ(found(finder, "\xFF\xFE \x80 z"), (Parts{"\xFF\xFE", "\x80", "z"}));
 }
 
-TEST(TokenFinder, SeesWhatIsAPartOfALongerWord) {
+TEST(TokenFinder, FindsPartsOfLongerWords) {
   const TokenFinder finder = finder_of({"jane", "doe"});
   for (const char* text : {"janet", "x_tjane", "JANETOOL", "jane janed", "2doe"}) {
     EXPECT_TRUE(finder.cuts_word(text)) << text;

@@ -37,7 +37,7 @@ TEST(TracesIn, FindsFoldersThatMayHoldMoreThanAnAccountsName) {
   EXPECT_EQ(traces("/Users/j\u00FCrgen"), Texts{"j\u00FCrgen"});
 }
 
-TEST(TracesIn, FindsWhatAPersonKeepsBelowTheFolder) {
+TEST(TracesIn, FindsWhatIsBelowAPersonsFolder) {
   EXPECT_EQ(traces("/Users/jane/Desktop/Secret Client/Plans 2.app"), (Texts{"jane", "Secret Client (here)"}));
   EXPECT_EQ(traces("/Users/jane/Tax.app/Contents/MacOS/Tax"), Texts{"jane"});
   EXPECT_EQ(traces("/Users/Jane Doe/My Things"), (Texts{"Jane Doe", "Jane", "My Things (here)"}));

@@ -34,7 +34,7 @@ TEST(SecretNames, CountInThePlural) {
   EXPECT_FALSE(inv::names_secret("keyss"));
 }
 
-TEST(SecretNames, AreToldApartByTheirCase) {
+TEST(SecretNames, AreSeparatedByTheirCase) {
   for (const char* name :
        {"apiKey", "APIKey", "ApiKEY", "accessToken", "X-Auth-Token", "client.secret", "key2"})
     EXPECT_TRUE(inv::names_secret(name)) << name;

@@ -83,7 +83,7 @@ TEST(SecretShapes, AreTokensFromTheirShortestOn) {
   }
 }
 
-TEST(SecretShapes, AreTokensUpToWhatDoesNotBelongToThem) {
+TEST(SecretShapes, AreTokensUpToTheFirstForeignCharacter) {
   for (const auto& row : kTokens) {
     const std::string token = row.start + std::string(row.shortest_rest, '7');
     const std::string dashed = token + "-_", dotted = dashed + ".a";

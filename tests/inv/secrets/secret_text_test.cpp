@@ -51,7 +51,7 @@ TEST(SecretsInLine, AreKnownShapesAnywhere) {
   EXPECT_EQ(line("eyJaaaaaaa.bbbbbbbbbb.c"), "••• (23 characters)");
 }
 
-TEST(SecretsInLine, AreRandomTextsThatStandAlone) {
+TEST(SecretsInLine, AreRandomTextsByThemselves) {
   const std::string mask = "••• (20 characters)", random = kRandom;
   EXPECT_EQ(line("t " + random + " x=" + random), "t " + mask + " x=" + mask);
   for (const std::string& text :

@@ -32,7 +32,7 @@ TEST(Summary, DescribesAMachineLineByLine) {
             "              scanned without /extended: disks\n");
 }
 
-TEST(Summary, SaysNothingOfWhatIsNotKnown) {
+TEST(Summary, LeavesOutWhatIsUnknown) {
   inv::Overview overview;
   overview.name = "Office Mac";
   EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "Office Mac\n");
@@ -82,13 +82,13 @@ TEST(Summary, PutsAsMuchAboutSecurityOnALineAsFits) {
             "\nSecurity      " + overview.security[0] + ", " + overview.security[1] + "\n              c\n");
 }
 
-TEST(Summary, SlotsStandWithoutASizeToo) {
+TEST(Summary, SlotsAreShownEvenWithoutASize) {
   inv::Overview overview;
   overview.memory.slots = {{"BANK 0", 2048, "DDR3"}};
   EXPECT_EQ(inv::summary_screen(overview, inv::Terminal()), "\nMemory        \u2588  1 of 1 slot filled\n");
 }
 
-TEST(Summary, SaysWhoSignedWhenSomebodyAsked) {
+TEST(Summary, NamesTheSignerIfSignaturesAreChecked) {
   inv::Overview overview;
   overview.name = "Office Mac";
   overview.signed_by = "imac@\x1Bstudio";
@@ -179,7 +179,7 @@ std::string sorted(std::vector<inv::Overview> overviews, std::string_view column
   return names;
 }
 
-TEST(Summary, SortsByEachColumnWithWhatIsNotKnownLast) {
+TEST(Summary, SortsByEachColumnWithUnknownValuesLast) {
   std::vector<inv::Overview> all = {named("C", ""), named("A", ""), named("B", ""), named("D", "")};
   EXPECT_EQ(sorted(all, "name"), "ABCD");
   EXPECT_EQ(sorted(all, "memory"), "CABD");
