@@ -27,7 +27,7 @@ install(DIRECTORY fleet DESTINATION ${fleet} COMPONENT fleet
 # For who runs the programs and reads their files. How they are built and released is for who has the sources.
 install(FILES README.md SECURITY.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT documentation FILES_MATCHING
-  PATTERN "*.md" PATTERN man EXCLUDE PATTERN architecture.md EXCLUDE PATTERN porting.md EXCLUDE PATTERN releasing.md EXCLUDE)
+  PATTERN "*.md" PATTERN "*.json" PATTERN man EXCLUDE PATTERN architecture.md EXCLUDE PATTERN porting.md EXCLUDE PATTERN releasing.md EXCLUDE)
 
 # Removes what the last `cmake --install` of each component put there; needs the DESTDIR it was given.
 add_custom_target(uninstall COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake VERBATIM)

@@ -17,7 +17,7 @@ constexpr char kExamples[] =
 constexpr void (*kCommands[])(CLI::App&, int&) = {
     inv::add_summary, inv::add_show,  inv::add_get,    inv::add_list,   inv::add_verify,
     inv::add_export,  inv::add_diff,  inv::add_unpack, inv::add_report, inv::add_load,
-    inv::add_redact,  inv::add_query, inv::add_policy, inv::add_help,
+    inv::add_redact,  inv::add_query, inv::add_policy, inv::add_schema, inv::add_help,
 };
 
 }  // namespace

@@ -72,6 +72,7 @@ void add_load(CLI::App& app, int& status);
 void add_redact(CLI::App& app, int& status);
 void add_query(CLI::App& app, int& status);
 void add_policy(CLI::App& app, int& status);
+void add_schema(CLI::App& app, int& status);
 void add_help(CLI::App& app, int& status);
 
 }  // namespace inv

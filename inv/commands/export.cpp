@@ -9,6 +9,7 @@
 #include "inv/commands/file_list.h"
 #include "inv/commands/in_order.h"
 #include "inv/commands/secret_options.h"
+#include "inv/commands/table_option.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
@@ -154,13 +155,7 @@ void add_export(CLI::App& app, int& status) {
                ->required()
                ->type_name("NAME"),
            {"json", "ndjson", "csv", "zxml"});
-  limit_to(
-      command
-          .add_option("--table", options->table,
-                      "One kind of thing, a row each: machines, software, disks, volumes, memory, displays, "
-                      "adapters, accounts, processes, packages or security")
-          ->type_name("NAME"),
-      table_names());
+  add_table_option(command, options->table);
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
   command.add_flag("--csv-safe", options->csv_safe,

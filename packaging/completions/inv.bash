@@ -3,7 +3,7 @@
 _inv() {
     local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} words
     local signed="--allowed-signers --signature --identity --revoked-keys"
-    local commands="summary show get list verify export diff unpack report load redact query policy help"
+    local commands="summary show get list verify export diff unpack report load redact query policy schema help"
     local listed="--files-from -0 --null"
     local many="$listed --jobs"
     COMPREPLY=()
@@ -20,6 +20,7 @@ _inv() {
         query) words="table csv json" ;;
         policy) words="table json junit" ;;
         diff) words="text markdown json" ;;
+        schema) words="json-schema sql duckdb clickhouse postgresql" ;;
         *) words="json ndjson csv zxml" ;;
         esac
         ;;
@@ -45,10 +46,12 @@ _inv() {
         query | policy) words="-f --format --timeout --secrets $listed" ;;
         diff) words="--all -f --format --json --secrets" ;;
         report) words="--compare -o --output --force --secrets $listed" ;;
+        schema) words="-f --format --table" ;;
         redact) words="-o --output --key --key-file --salt-of --drop-opaque --force" ;;
         *) return ;;
         esac
-        words+=" -h --help --color --max-size"
+        words+=" -h --help --color"
+        [[ ${COMP_WORDS[1]} == schema ]] || words+=" --max-size"
         ;;
     esac
     # None of the words has blanks. (The bash of a Mac has no mapfile.)

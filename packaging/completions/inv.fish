@@ -1,7 +1,7 @@
 # Completion of inv for fish: put it into share/fish/vendor_completions.d.
 
 set -l files summary show get list verify export diff unpack report load redact query policy
-set -l commands $files help
+set -l commands $files schema help
 set -l first "not __fish_seen_subcommand_from $commands"
 complete -c inv -n $first -f
 complete -c inv -n $first -a summary -d 'Summarise machines: one screen, or a line each'
@@ -17,11 +17,13 @@ complete -c inv -n $first -a load -d 'Load files into an SQLite database'
 complete -c inv -n $first -a redact -d 'Replace what identifies a machine and its people'
 complete -c inv -n $first -a query -d 'Run an SQL query over files'
 complete -c inv -n $first -a policy -d 'Check files against rules; status 1 when one is broken'
+complete -c inv -n $first -a schema -d 'Print what the rows of an export are'
 complete -c inv -n $first -a help -d 'Show the help of a command'
 complete -c inv -n $first -l version -d 'Show the version'
 complete -c inv -s h -l help -d 'Show the help of the command'
 
-complete -c inv -n '__fish_seen_subcommand_from help' -f -a "$files"
+complete -c inv -n '__fish_seen_subcommand_from help' -f -a "$files schema"
+complete -c inv -n '__fish_seen_subcommand_from schema' -f
 complete -c inv -n "__fish_seen_subcommand_from $commands" -l color -x -a 'auto always never' -d 'When to use colours'
 complete -c inv -n "__fish_seen_subcommand_from $files; and not __fish_seen_subcommand_from help" -l max-size -x -d 'Refuse sections of more than this size'
 complete -c inv -n '__fish_seen_subcommand_from get' -s h -l no-filename -d 'Never print file names'
@@ -46,11 +48,12 @@ complete -c inv -n $listed -s 0 -l null -d 'The names end with NUL'
 complete -c inv -n '__fish_seen_subcommand_from verify export load' -l jobs -x -d 'Read on this many threads'
 complete -c inv -n '__fish_seen_subcommand_from export load' -l quarantine -r -F -d 'Where to put files that cannot be read'
 complete -c inv -n '__fish_seen_subcommand_from export' -s f -l format -x -a 'json ndjson csv zxml' -d 'The form to write'
-complete -c inv -n '__fish_seen_subcommand_from export' -l table -x -a 'machines software disks volumes memory displays adapters accounts processes packages security' -d 'A row for each thing of a kind'
+complete -c inv -n '__fish_seen_subcommand_from export schema' -l table -x -a 'machines software disks volumes memory displays adapters accounts processes packages security' -d 'One kind of thing'
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -s o -l output -r -F -d 'Where to write'
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -l force -d 'Let the output replace an input'
 complete -c inv -n '__fish_seen_subcommand_from export' -l csv-safe -d 'Disarm formulas for spreadsheets'
 complete -c inv -n '__fish_seen_subcommand_from export diff report load query policy' -l secrets -d 'Keep passwords, keys and tokens'
+complete -c inv -n '__fish_seen_subcommand_from schema' -s f -l format -x -a 'json-schema sql duckdb clickhouse postgresql' -d 'The form to write'
 complete -c inv -n '__fish_seen_subcommand_from query' -s f -l format -x -a 'table csv json' -d 'The form of the answer'
 complete -c inv -n '__fish_seen_subcommand_from policy' -s f -l format -x -a 'table json junit' -d 'The form of the answer'
 complete -c inv -n '__fish_seen_subcommand_from query policy' -l timeout -x -d 'Give up after this many seconds'

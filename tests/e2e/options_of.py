@@ -32,8 +32,8 @@ def options(*command):
 
 
 def commands_of_files():
-    """The commands that open files: all but the one that only talks."""
-    return {name: text for name, text in commands().items() if name != "help"}
+    """The commands that open files: all but those that only talk."""
+    return {name: text for name, text in commands().items() if name not in ("schema", "help")}
 
 
 def scanner_options():

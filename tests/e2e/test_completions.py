@@ -11,6 +11,7 @@ from inventories import ROOT, InventoryTestCase
 FOLDER = ROOT / "packaging" / "completions"
 CHOICES = {"diff": {"--format": ["json", "markdown", "text"]}, "export": {"--format": ["csv", "json", "ndjson", "zxml"], "--table": sorted(options_of.TABLES)}, "query": {"--format": ["csv", "json", "table"]},
            "policy": {"--format": ["json", "junit", "table"]}, "show": {"--section": ["asset", "snapshot"]},
+           "schema": {"--format": sorted(("json-schema", "sql", "duckdb", "clickhouse", "postgresql")), "--table": sorted(options_of.TABLES)},
            "get": {"--color": ["always", "auto", "never"]}, "help": {"--color": ["always", "auto", "never"]}}
 
 

@@ -50,7 +50,7 @@ class Commands(InventoryTestCase):
 
     def test_help_begins_with_examples(self):
         self.assertTrue(self.check(0, "--help").startswith("Examples:\n  inv "))
-        self.assertEqual(len(options_of.commands()), 14)
+        self.assertEqual(len(options_of.commands()), 15)
         for command in options_of.commands():
             with self.subTest(command=command):
                 self.assertTrue(self.check(0, command, "--help").startswith(f"Examples:\n  inv {command} "))

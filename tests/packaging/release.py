@@ -16,6 +16,7 @@ sys.path.insert(0, str(ROOT / "tests" / "e2e"))
 # The pages that are installed: all but those for who has the sources.
 FOR_DEVELOPERS = {"architecture.md", "porting.md", "releasing.md"}
 PAGES = {f"docs/{path.name}" for path in (ROOT / "docs").glob("*.md") if path.name not in FOR_DEVELOPERS}
+PAGES |= {f"docs/schema/{path.name}" for path in (ROOT / "docs" / "schema").iterdir()}
 DOCUMENTATION = {f"share/doc/velkaro-scanner/{page}" for page in {"README.md", "SECURITY.md", "CHANGELOG.md"} | PAGES}
 FLEET = {f"share/velkaro-scanner/fleet/{path.relative_to(ROOT / 'fleet').as_posix()}" for path in (ROOT / "fleet").rglob("*") if path.is_file()}
 

@@ -75,7 +75,7 @@ class Packages(unittest.TestCase):
         own = {line.split(" ")[1] for line in folders if line.startswith("d")}
         pages, fleet = (f"/usr/share/{name}velkaro-scanner" for name in ("doc/", ""))
         below = {folder for folder in own if folder.startswith(f"{fleet}/fleet")}
-        self.assertEqual(own - below, {pages, f"{pages}/docs", fleet, f"{fleet}/policies"})
+        self.assertEqual(own - below, {pages, f"{pages}/docs", f"{pages}/docs/schema", fleet, f"{fleet}/policies"})
         self.assertIn(f"{fleet}/fleet/scripts", below)
 
     def test_belong_to_root_and_nobody_else_may_write_them(self):

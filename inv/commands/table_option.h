@@ -1,0 +1,13 @@
+// The option that chooses a typed table in place of the facts.
+#pragma once
+
+#include <string>
+
+#include "inv/commands/command.h"
+
+namespace inv {
+
+// --table; `table` stays empty when it is not given.
+void add_table_option(CLI::App& command, std::string& table);
+
+}  // namespace inv
