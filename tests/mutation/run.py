@@ -107,9 +107,9 @@ def build(targets, jobs):
 
 
 def layers(source):
-    """The folders below tests/ that test a source, as the folders there mirror src/; empty for the programs' mains."""
+    """The folders below tests/ that test a source, as the folders there mirror src/; empty for what only end-to-end tests run."""
     parts = Path(source).parts
-    if "main.cpp" in parts or "commands" in parts:
+    if parts[0] not in ("src", "inv") or "main.cpp" in parts or "commands" in parts:
         return []
     if parts[0] == "inv":
         return ["inv"]
@@ -158,7 +158,7 @@ class Session:
                 if not run_tests(layer, chosen):
                     return NOTICED, failed_test()
         if fault.e2e:
-            programs = ["velkaro-scanner", "inv"] if fault.source.startswith("inv/") else ["velkaro-scanner"]
+            programs = ["velkaro-scanner"] if fault.source.startswith("src/") else ["velkaro-scanner", "inv"]
             if not build(programs, self.jobs):
                 return BROKEN, ""
             for test in fault.e2e:

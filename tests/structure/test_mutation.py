@@ -8,6 +8,7 @@ ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tests" / "mutation"))
 
 from fault_table import TableError, read_tables  # noqa: E402
+from run import layers  # noqa: E402
 
 
 class FaultTables(unittest.TestCase):
@@ -31,6 +32,11 @@ class FaultTables(unittest.TestCase):
             path = ROOT / "tests" / "e2e" / f"{script}.py"
             if not path.exists() or (case and f"class {case}(" not in path.read_text()):
                 wrong.add(test)
+        self.assertEqual(wrong, set())
+
+    def test_have_tests_that_can_notice_them(self):
+        built = {folder.name for folder in (ROOT / "tests").iterdir() if any(folder.rglob("*_test.cpp"))}
+        wrong = {fault.name for fault in self.faults if not (set(layers(fault.source)) <= built and (layers(fault.source) or fault.e2e))}
         self.assertEqual(wrong, set())
 
     def test_cover_every_folder_of_the_sources(self):
