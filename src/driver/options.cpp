@@ -24,11 +24,20 @@ bool is_any_of(const char* argument, std::initializer_list<const char*> words) {
                      [argument](const char* word) { return std::strcmp(argument, word) == 0; });
 }
 
-// An option to leave something out, or a mistyped one: with other characters before it, or something other
-// than a colon after it.
+bool begins_with(std::string_view text, std::string_view small_letters) {
+  const auto same = [](char small, char c) {
+    return c == small || (c >= 'A' && c <= 'Z' && (c | 0x20) == small);
+  };
+  return text.size() >= small_letters.size() &&
+         std::equal(small_letters.begin(), small_letters.end(), text.begin(), same);
+}
+
+// An option to leave something out, or a mistyped one: in capitals, with other characters before it, or
+// something other than a colon after it. Some people are used to backslashes, and some text editors turn "-"
+// into longer dashes, to which the bytes belong.
 bool means_to_leave_out(std::string_view argument) {
-  const size_t start = argument.find_first_not_of("-/");
-  return start != 0 && start != argument.npos && argument.substr(start).rfind("without", 0) == 0;
+  const size_t start = argument.find_first_not_of("-/\\\xE2\x80\x90\x91\x92\x93\x94\x95");
+  return start != 0 && start != argument.npos && begins_with(argument.substr(start), "without");
 }
 
 // An argument as one line of a message.

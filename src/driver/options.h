@@ -26,8 +26,9 @@ struct Options {
 
 // Reads "/silent", "/ip:VALUE", "/log", "/login:VALUE", "/debug", "/extended" and "/without:LIST", each also
 // with "-" in front, in any order. Case matters; anything else is ignored; of a repeated option the last
-// value counts, but lists of what to leave out add up. Anything with "without" after slashes or dashes that
-// is not a list of the names in omissions.h is refused; so is "people" in a scan that is not extended.
+// value counts, but lists of what to leave out add up. Anything with "without", in capitals too, after
+// slashes, backslashes or dashes that is not a list of the names in omissions.h is refused; so is "people" in
+// a scan that is not extended.
 //
 // "/help", "/?", "--help" and "-h" ask for help, "/version" and "--version" for the version. arguments[0] is
 // the program's name.

@@ -87,10 +87,27 @@ TEST(ParseOptions, RefusesOtherSignsBeforeAList) {
     EXPECT_EQ(left_out({argument}), "refused") << argument;
 }
 
+TEST(ParseOptions, RefusesAListInCapitals) {
+  for (const char* argument : {"/Without:values", "-WITHOUT:values", "/withouT", "--Without=values"})
+    EXPECT_EQ(left_out({argument}), "refused") << argument;
+  EXPECT_EQ(left_out({"/w\tthout:values", "/7ithout:values"}), "");
+}
+
+TEST(ParseOptions, RefusesSignsThatEditorsAndOtherSystemsHaveBeforeAList) {
+  for (const char* argument : {"\\without:values", "\u2013without:values", "\u2014without:values"})
+    EXPECT_EQ(left_out({argument}), "refused") << argument;
+}
+
+TEST(ParseOptions, IgnoresOtherOptionsInCapitals) {
+  const Options options = parse({"/Silent", "-LOG", "/Ip:10.0.0.1", "/EXTENDED", "\\silent"});
+  EXPECT_FALSE(options.silent || options.log || options.extended || options.ip);
+  EXPECT_EQ(options.refusal, "");
+}
+
 TEST(ParseOptions, IgnoresWithoutElsewhere) {
-  EXPECT_EQ(left_out({"without:values", "/login:/without:x", "/Without:values", "/with:values", "//",
-                      "/not-without:x"}),
-            "");
+  EXPECT_EQ(
+      left_out({"without:values", "/login:/without:x", "/with:values", "/Withou", "//", "/not-without:x"}),
+      "");
 }
 
 TEST(ParseOptions, RefusesToLeaveOutPeopleOfAScanThatIsNotExtended) {

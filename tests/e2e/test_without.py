@@ -185,7 +185,8 @@ class Refusals(Without):
                     self.assertEqual(self.refuse(*arguments), expected)
 
     def test_so_does_a_list_that_is_none(self):
-        for argument in ("/without:", "-without", "--without:values", "/without:values,", "/without=values", "/without:a\nb"):
+        for argument in ("/without:", "-without", "--without:values", "/without:values,", "/without=values", "/without:a\nb",
+                         "/Without:values", "-WITHOUT", "\\without:values", "\u2013without:values"):
             with self.subTest(argument=argument):
                 self.assertEqual(self.refuse("/silent", argument, "/without:accounts").count("\n"), 1)
 
