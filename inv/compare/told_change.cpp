@@ -146,8 +146,13 @@ class ThingCollector {
 class Followers {
  public:
   explicit Followers(const std::vector<Change>& changes) {
+    std::unordered_set<const Record*> climbed;
     for (const Change& change : changes) {
-      each_fact(change, [&](const CatalogueFact& fact) { changed_.insert(&fact); });
+      changed_.insert(attribute_fact(change));
+      for (Element element = change.element(); element && climbed.insert(record_of(element)).second;
+           element = element.parent()) {
+        changed_.insert(find_fact(element));
+      }
       const Record* record = record_of(change.element());
       if (!change.name.empty()) {
         attributes_.emplace(record, change.name);
@@ -158,21 +163,23 @@ class Followers {
   }
 
   bool says_no_more(const Change& change) const {
-    bool follows = false;
-    each_fact(change, [&](const CatalogueFact& fact) {
-      follows = follows || (fact.telling.follows && changed_.count(fact.telling.follows) > 0);
-    });
-    return follows || repeats_own_value(change) || follows_one(change);
+    return follows_changed(attribute_fact(change)) || element_follows(change.element()) ||
+           repeats_own_value(change) || follows_one(change);
   }
 
  private:
-  // Calls visit for the attribute that changed, its element and all above it.
-  template <typename Visit>
-  static void each_fact(const Change& change, Visit visit) {
-    if (const CatalogueFact* fact = attribute_fact(change)) visit(*fact);
-    for (Element element = change.element(); element; element = element.parent()) {
-      if (const CatalogueFact* fact = find_fact(element)) visit(*fact);
-    }
+  bool follows_changed(const CatalogueFact* fact) const {
+    return fact && fact->telling.follows && changed_.count(fact->telling.follows) > 0;
+  }
+
+  // Whether the element, or one above it, follows a fact that changed.
+  bool element_follows(Element element) const {
+    if (!element) return false;
+    const auto known = element_follows_.find(record_of(element));
+    if (known != element_follows_.end()) return known->second;
+    const bool follows = follows_changed(find_fact(element)) || element_follows(element.parent());
+    element_follows_.emplace(record_of(element), follows);
+    return follows;
   }
 
   bool repeats_own_value(const Change& change) const {
@@ -188,7 +195,8 @@ class Followers {
     return attributes_.count({record_of(change.element()), fact->telling.follows_one}) > 0;
   }
 
-  std::unordered_set<const CatalogueFact*> changed_;
+  std::unordered_set<const CatalogueFact*> changed_;                 // of attributes, elements and all above
+  mutable std::unordered_map<const Record*, bool> element_follows_;  // of the elements that were asked for
   std::unordered_map<const Record*, const Change*> own_values_;      // of elements whose own value changed
   std::set<std::pair<const Record*, std::string_view>> attributes_;  // those that changed, by their elements
 };

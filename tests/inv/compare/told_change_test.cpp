@@ -213,6 +213,16 @@ TEST(ToldChange, EveryChangeBelongsToASentenceOrFollowsOne) {
   EXPECT_EQ(sentences[0].changes, std::vector<size_t>({0, 1}));
 }
 
+TEST(ToldChange, WhatIsDeeperThanKnownFollowsAsWhatItIsBelow) {
+  const auto memory = [](const std::string& in_slot, const std::string& in_old_slot) {
+    return "+Memory=\n+Memory-slot:1=\n+x=\na=" + in_slot +
+           "\n-\n-\n-\n+System=\n+Mem-slots=\n+mem-slot:1=\n+y=\nb=" + in_old_slot + "\nc=" + in_old_slot +
+           "\n-\n-\n-\n-\n";
+  };
+  EXPECT_EQ(told(memory("1", "1"), memory("2", "2")), "Memory slot 1: x a 1 to 2\n");
+  EXPECT_NE(told(memory("1", "1"), memory("1", "2")), "");
+}
+
 TEST(ToldChange, StaysLinearWithManyChangesOfOneThing) {
   std::string old_lines = "+AssetInfo-like=\n", new_lines = old_lines;
   for (int i = 0; i < 100'000; ++i) {
