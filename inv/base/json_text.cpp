@@ -38,6 +38,23 @@ void append_valid(std::string& json, std::string_view text) {
 
 }  // namespace
 
+void JsonArray::add(const Json& element) {
+  const std::string line_start = "\n" + std::string(static_cast<size_t>(indent_), ' ');
+  std::string text = (is_empty_ ? "[" : ",") + line_start;
+  is_empty_ = false;
+  // Line ends in texts are escaped.
+  for (const char character : element.dump(indent_)) {
+    if (character == '\n') {
+      text += line_start;
+    } else {
+      text += character;
+    }
+  }
+  sink_(text);
+}
+
+void JsonArray::end() { sink_(is_empty_ ? "[]" : "\n]"); }
+
 void append_json(std::string& json, std::string_view text) {
   if (is_utf8(text)) {
     append_valid(json, text);

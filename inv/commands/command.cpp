@@ -100,8 +100,38 @@ int complain_of_output(const std::string& path) {
 
 int print_result(const std::string& text) { return print(text) ? kDone : complain_of_output("-"); }
 
+void ResultPrinter::add(std::string_view piece) {
+  constexpr size_t kPiece = 1 << 16;
+  pending_ += piece;
+  if (pending_.size() >= kPiece) print_pending();
+}
+
+int ResultPrinter::finish() {
+  print_pending();
+  errno = reason_;
+  return reason_ == 0 ? kDone : complain_of_output("-");
+}
+
+void ResultPrinter::print_pending() {
+  if (reason_ == 0 && !print(pending_)) reason_ = errno;
+  pending_.clear();
+}
+
 int write_result(const std::string& path, const std::string& content) {
   return write_file(path, content) ? kDone : complain_of_output(path);
+}
+
+int write_result(const std::string& path, const std::function<void(const TextSink&)>& write) {
+  OutputFile output(path);
+  if (!output.stream()) return complain_of_output(path);
+  int reason = 0;  // errno of the first failure
+  write([&](std::string_view piece) {
+    if (reason != 0) return;
+    if (std::fwrite(piece.data(), 1, piece.size(), output.stream()) != piece.size()) reason = errno;
+  });
+  if (reason == 0 && output.commit()) return kDone;
+  if (reason != 0) errno = reason;
+  return complain_of_output(path);
 }
 
 }  // namespace inv

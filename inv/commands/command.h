@@ -3,11 +3,13 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "inv/base/text_sink.h"
 #include "inv/file/inventory.h"
 
 namespace inv {
@@ -50,8 +52,23 @@ inline int worse(int one, int other) { return one > other ? one : other; }
 int complain_of_output(const std::string& path);
 // Returns kDone, or kUnusable after a complaint if standard output could not be written.
 int print_result(const std::string& text);
+// The same piece by piece, for results of any size.
+class ResultPrinter {
+ public:
+  void add(std::string_view piece);
+  // Returns kDone, or kUnusable after a complaint if standard output could not be written.
+  int finish();
+
+ private:
+  void print_pending();
+
+  std::string pending_;
+  int reason_ = 0;  // errno of the first failure
+};
 // The same for a file, which appears whole or not at all; "-" is standard output.
 int write_result(const std::string& path, const std::string& content);
+// The same for what `write` puts into the sink that it is called with.
+int write_result(const std::string& path, const std::function<void(const TextSink&)>& write);
 
 // Null if there is no command of this name.
 const CLI::App* find_command(const CLI::App& app, const std::string& name);

@@ -17,12 +17,11 @@ struct Options {
   uint64_t max_size = kUsualMaxSize;
 };
 
-std::string formatted(const Options& options, const Inventory& old_inventory, const Inventory& new_inventory,
-                      const std::vector<Change>& changes) {
-  const std::vector<ToldChange> told = tell(changes);
-  if (options.json || options.format == "json") return changes_json(changes, told);
-  if (options.format == "markdown") return changes_markdown(old_inventory, new_inventory, told);
-  return changes_text(told, output_terminal());
+void write_changes(const Options& options, const Inventory& old_inventory, const Inventory& new_inventory,
+                   const ToldChanges& told, const TextSink& sink) {
+  if (options.json || options.format == "json") return changes_json(told, sink);
+  if (options.format == "markdown") return changes_markdown(old_inventory, new_inventory, told, sink);
+  changes_text(told, output_terminal(), sink);
 }
 
 int run(const Options& options) {
@@ -36,12 +35,17 @@ int run(const Options& options) {
   mask_unless_kept(options.keep_secrets, *new_inventory);
   const std::string warning = machine_warning(*old_inventory, *new_inventory);
   if (!warning.empty()) complain("diff", warning);
-  const std::vector<Change> changes =
-      diff(*old_inventory, *new_inventory, options.all ? Facts::all : Facts::lasting);
-  if (!changes.empty()) status = worse(status, kNo);
-  const std::string text = formatted(options, *old_inventory, *new_inventory, changes);
-  if (!options.keep_secrets) tell_masked("diff", masks_in(text));
-  return worse(status, print_result(text));
+  const ToldChanges told(diff(*old_inventory, *new_inventory, options.all ? Facts::all : Facts::lasting));
+  if (!told.changes().empty()) status = worse(status, kNo);
+  ResultPrinter printer;
+  size_t masked = 0;
+  write_changes(options, *old_inventory, *new_inventory, told, [&](std::string_view piece) {
+    masked += masks_in(piece);
+    printer.add(piece);
+  });
+  const int printed = printer.finish();
+  if (!options.keep_secrets) tell_masked("diff", masked);
+  return worse(status, printed);
 }
 
 constexpr char kExamples[] =

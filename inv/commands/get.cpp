@@ -45,18 +45,26 @@ class Output {
         trim_(options.trim),
         named_(options.file_names == FileNames::always ||
                (options.file_names == FileNames::of_several && of_several)),
-        for_terminal_(output_terminal().interactive) {}
+        for_terminal_(output_terminal().interactive),
+        list_([this](std::string_view piece) { printer_.add(piece); }, 2) {}
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
 
   void add(const std::string& file, const Value& value) {
     const std::string_view text = trim_ ? without_end_of_line(value.text) : value.text;
     if (json_) {
       add_object(file, value, text);
     } else {
-      lines_ += (named_ ? fit(file) + ":" : "") + fit(text) + "\n";
+      printer_.add((named_ ? fit(file) + ":" : "") + fit(text) + "\n");
     }
   }
 
-  std::string text() const { return json_ ? list_.dump(2) + "\n" : lines_; }
+  // The status.
+  int finish() {
+    if (json_) list_.end();
+    if (json_) printer_.add("\n");
+    return printer_.finish();
+  }
 
  private:
   std::string fit(std::string_view text) const { return for_terminal_ ? printable(text) : std::string(text); }
@@ -64,15 +72,15 @@ class Output {
   void add_object(const std::string& file, const Value& value, std::string_view text) {
     Json object = {{"file", json_text(file)}, {"path", json_text(value.path)}, {"value", json_text(text)}};
     if (!value.unit.empty()) object["unit"] = json_text(value.unit);
-    list_.push_back(std::move(object));
+    list_.add(object);
   }
 
   bool json_;
   bool trim_;
   bool named_;
   bool for_terminal_;
-  std::string lines_;
-  Json list_ = Json::array();
+  ResultPrinter printer_;
+  JsonArray list_;
 };
 
 // Whether the file has any value at the path.
@@ -102,7 +110,7 @@ int run(const Options& options) {
       if (!add_values(*inventory, path, output)) absent.complain_of(path, status);
     }
   }
-  return worse(status, print_result(output.text()));
+  return worse(status, output.finish());
 }
 
 constexpr char kExamples[] =

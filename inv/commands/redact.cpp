@@ -32,13 +32,15 @@ int run(const Options& options) {
   const std::vector<std::string> inputs = {options.file, options.key.key_file, options.key.salt_of};
   if (is_over_input(options.output, inputs, options.force)) return kUnusable;
   int status = kDone;
-  const std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
+  std::unique_ptr<Inventory> inventory = open_for_command(options.file, options.max_size, status);
   if (!inventory) return status;
+  const std::string name = inventory->file_name;
   const std::optional<ChosenKey> key = choose_key(options.key, options.max_size);
   if (!key) return kUnusable;
-  const Redaction redaction = redact(*inventory, {key->key, key->salt, options.drop_opaque});
+  const Redaction redaction =
+      redact(std::move(inventory), {key->key, key->salt, options.drop_opaque, options.max_size});
   if (!redaction.refusal.empty()) {
-    complain(inventory->file_name, "not redacted: " + redaction.refusal);
+    complain(name, "not redacted: " + redaction.refusal);
     return kNo;
   }
   const int written = write_result(options.output, redaction.bytes);

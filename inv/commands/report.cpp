@@ -39,9 +39,16 @@ class PageMaker {
     std::string error;
     return file == "-" ? nullptr : without_secrets(open_file(file, options_.max_size, &error));
   }
-  void write(const std::string& path, const std::string& page) {
-    masked_ += masks_in(page);
-    status_ = worse(status_, write_result(path, page));
+  // `page` puts a page into the sink that it is called with.
+  template <typename Page>
+  void write(const std::string& path, Page page) {
+    const int written = write_result(path, [&](const TextSink& sink) {
+      page([&](std::string_view piece) {
+        masked_ += masks_in(piece);
+        sink(piece);
+      });
+    });
+    status_ = worse(status_, written);
   }
 
  private:
@@ -57,13 +64,14 @@ class PageMaker {
 
 void report_one(const std::string& file, const std::string& output, PageMaker& maker) {
   const auto inventory = maker.open(file);
-  if (inventory) maker.write(output, report_page(*inventory));
+  if (inventory) maker.write(output, [&](const TextSink& sink) { report_page(*inventory, sink); });
 }
 
 void report_changes(const std::vector<std::string>& files, const std::string& output, PageMaker& maker) {
   const auto old_inventory = maker.open(files[0]);
   const auto new_inventory = maker.open(files[1]);
-  if (old_inventory && new_inventory) maker.write(output, comparison_page(*old_inventory, *new_inventory));
+  if (!old_inventory || !new_inventory) return;
+  maker.write(output, [&](const TextSink& sink) { comparison_page(*old_inventory, *new_inventory, sink); });
 }
 
 std::vector<FleetMachine> machines_in(const std::vector<std::string>& files, PageMaker& maker) {
@@ -101,11 +109,13 @@ int report_fleet(const std::vector<std::string>& files, const Options& options, 
   }
   for (FleetMachine& machine : machines) {
     const auto inventory = maker.open_again(machine.file);
-    if (inventory) maker.write(machine.page, report_page(*inventory));
+    if (inventory) maker.write(machine.page, [&](const TextSink& sink) { report_page(*inventory, sink); });
     machine.page = inventory ? name_in(machine.page) : "";
   }
   constexpr int64_t kSecondsOfDay = 86'400;
-  maker.write(options.output, fleet_page("Fleet", machines, std::time(nullptr) / kSecondsOfDay));
+  maker.write(options.output, [&](const TextSink& sink) {
+    fleet_page("Fleet", machines, std::time(nullptr) / kSecondsOfDay, sink);
+  });
   return kDone;
 }
 

@@ -39,18 +39,17 @@ std::vector<Match> matches_in(const std::vector<const Document*>& trees, const s
   return all;
 }
 
-// What is shown of one file.
-std::string shown_of(const Inventory& inventory, const std::vector<std::string>& paths,
-                     const Options& options, const Terminal& terminal, int& status) {
+// Shows what is asked for of one file.
+void show_file(const Inventory& inventory, const std::vector<std::string>& paths, const Options& options,
+               const TextSink& sink, int& status) {
   const std::vector<const Document*> trees = wanted_trees(inventory, options);
+  const Terminal terminal = output_terminal();
   AbsentPaths absent(inventory, "path");
-  std::string shown;
   for (const std::string& path : paths) {
     const std::vector<Match> matches = matches_in(trees, path);
     if (matches.empty()) absent.complain_of(path, status);
-    for (const Match& match : matches) shown += show_match(match, options.depth, terminal);
+    for (const Match& match : matches) show_match(match, options.depth, terminal, sink);
   }
-  return shown;
 }
 
 int run(const Options& options) {
@@ -58,15 +57,17 @@ int run(const Options& options) {
   if (!has_file("show", named)) return kUnusable;
   if (named.paths.empty()) named.paths.emplace_back();
   int status = kDone;
-  const Terminal terminal = output_terminal();
-  std::string all;
+  ResultPrinter printer;
+  bool is_first = true;
   for (const std::string& file : find_files(named.files, status)) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, options.max_size, status);
     if (!inventory) continue;
-    if (named.files.are_many()) all += (all.empty() ? "" : "\n") + printable(inventory->file_name) + ":\n";
-    all += shown_of(*inventory, named.paths, options, terminal, status);
+    if (named.files.are_many()) printer.add((is_first ? "" : "\n") + printable(inventory->file_name) + ":\n");
+    is_first = false;
+    show_file(
+        *inventory, named.paths, options, [&](std::string_view piece) { printer.add(piece); }, status);
   }
-  return worse(status, print_result(all));
+  return worse(status, printer.finish());
 }
 
 constexpr char kExamples[] =

@@ -1,5 +1,6 @@
 #include "inv/compare/diff.h"
 
+#include <deque>
 #include <functional>
 #include <unordered_map>
 #include <unordered_set>
@@ -32,15 +33,20 @@ std::string_view list_of(std::string_view name) {
 
 std::string_view name_of(const Attribute& attribute) { return attribute.name; }
 std::string_view value_of(const Attribute& attribute) { return attribute.value; }
-std::string_view base_of(const Attribute& attribute) { return attribute.annotation("base-value"); }
 bool counts(const Attribute& attribute) { return is_fact(attribute); }
-std::string change_name(const Attribute& attribute) { return std::string(attribute.name); }
 
 std::string_view name_of(const Annotation& annotation) { return annotation.key; }
 std::string_view value_of(const Annotation& annotation) { return annotation.text; }
-std::string_view base_of(const Annotation&) { return {}; }
 bool counts(const Annotation&) { return true; }
-std::string change_name(const Annotation& annotation) { return "~" + std::string(annotation.key); }
+
+void refer_to(const Attribute* old_item, const Attribute* new_item, Change& change) {
+  change.old_attribute = old_item;
+  change.new_attribute = new_item;
+}
+void refer_to(const Annotation* old_item, const Annotation* new_item, Change& change) {
+  change.old_annotation = old_item;
+  change.new_annotation = new_item;
+}
 
 // The attributes, or the annotations, of an element: the first of each name.
 template <typename Item>
@@ -63,22 +69,16 @@ class Items {
   std::unordered_map<std::string_view, const Item*> by_name_;
 };
 
-// What two lists whose items are known by the same have in common.
-template <typename Item>
-struct Group {
-  std::vector<Item> old_items;
-  std::vector<Item> new_items;
-};
-
-// Hands each old item of a group with the new one that it became to `pair_up`.
-template <typename Item, typename DigestOld, typename DigestNew, typename PairUp>
-void align_group(const Group<Item>& group, DigestOld digest_old, DigestNew digest_new, PairUp pair_up) {
+// Hands each old item with the new one that it became to `pair_up`.
+template <typename Items, typename DigestOld, typename DigestNew, typename PairUp>
+void align_items(const Items& old_items, const Items& new_items, DigestOld digest_old, DigestNew digest_new,
+                 PairUp pair_up) {
   std::vector<uint64_t> old_digests, new_digests;
-  for (const Item& item : group.old_items) old_digests.push_back(digest_old(item));
-  for (const Item& item : group.new_items) new_digests.push_back(digest_new(item));
+  for (const auto& item : old_items) old_digests.push_back(digest_old(item));
+  for (const auto& item : new_items) new_digests.push_back(digest_new(item));
   const std::vector<size_t> partners = align(old_digests, new_digests);
   for (size_t i = 0; i < partners.size(); ++i) {
-    if (partners[i] != kNoPartner) pair_up(group.old_items[i], group.new_items[partners[i]]);
+    if (partners[i] != kNoPartner) pair_up(old_items[i], new_items[partners[i]]);
   }
 }
 
@@ -87,7 +87,11 @@ template <typename Item>
 std::unordered_map<const Item*, const Item*> partners_of(const Items<Item>& old_items,
                                                          const Items<Item>& new_items) {
   std::unordered_map<const Item*, const Item*> partners;
-  std::unordered_map<std::string_view, Group<const Item*>> numbered;
+  struct Group {
+    std::vector<const Item*> old_items;
+    std::vector<const Item*> new_items;
+  };
+  std::unordered_map<std::string_view, Group> numbered;
   for (const Item* item : old_items.in_order()) {
     const std::string_view list = list_of(name_of(*item));
     if (!list.empty()) {
@@ -104,11 +108,23 @@ std::unordered_map<const Item*, const Item*> partners_of(const Items<Item>& old_
     return std::hash<std::string_view>()(value_of(*item));
   };
   for (const auto& [list, group] : numbered) {
-    align_group(group, digest, digest,
+    align_items(group.old_items, group.new_items, digest, digest,
                 [&](const Item* old_item, const Item* new_item) { partners.emplace(old_item, new_item); });
   }
   return partners;
 }
+
+// What an element is known by, which is what those have in common that may be the same thing.
+struct Key {
+  std::string_view text;
+  bool is_list = false;  // the text is the name of a list, and no identity
+
+  bool operator==(const Key& other) const { return text == other.text && is_list == other.is_list; }
+};
+
+struct HashKey {
+  size_t operator()(const Key& key) const { return std::hash<std::string_view>()(key.text) + key.is_list; }
+};
 
 // One of the two trees, and what is known of its elements.
 class Side {
@@ -116,25 +132,57 @@ class Side {
   Side(Element top, Facts facts) : digests_(top, facts), counterparts_(top) {}
 
   uint64_t digest_of(Element element) { return digests_.of(element); }
-  std::string identity(Element element) { return identity_of(element, counterparts_); }
 
-  // What an element is known by, which is what those have in common that may be the same thing. What says
-  // more about another element is known by that one's identity.
-  std::string key_of(Element element) {
+  // What says more about another element is known by that one's identity. A key is valid as long as this.
+  Key key_of(Element element) {
     const CatalogueFact* fact = find_fact(element);
     const Element main = main_of(element, counterparts_);
-    if (main) return identity_of(main, counterparts_);
-    const std::string identity = own_identity_of(element);
-    if (!identity.empty()) return identity;
+    std::string joined;
+    const std::string_view identity = own_identity_of(main ? main : element, joined);
+    if (!joined.empty()) return {joined_.emplace_back(std::move(joined))};
+    if (!identity.empty()) return {identity};
+    if (main) return {main.name()};
     const std::string_view list = list_of(element.name());
     const bool only_numbered = !list.empty() && !(fact && fact->known_by.empty());
-    // No identity begins with a colon where others do not, so they are not mixed up.
-    return only_numbered ? ":" + std::string(list) : std::string(element.name());
+    return only_numbered ? Key{list, true} : Key{element.name()};
   }
 
  private:
   TreeDigests digests_;
   Counterparts counterparts_;
+  std::deque<std::string> joined_;  // keys that stand nowhere in the tree
+};
+
+// The children of one side of a pair, in the groups of those that are known by the same.
+class GroupedChildren {
+ public:
+  std::vector<Element> elements;
+
+  // The number of a child's group has to be added with it.
+  void add(Element child, size_t group) {
+    elements.push_back(child);
+    groups_.push_back(static_cast<uint32_t>(group));
+  }
+
+  // To be called once, when all have been added.
+  void sort(size_t groups) {
+    starts_.assign(groups + 1, 0);
+    for (const uint32_t group : groups_) ++starts_[group + 1];
+    for (size_t i = 0; i < groups; ++i) starts_[i + 1] += starts_[i];
+    places_.resize(groups_.size());
+    std::vector<uint32_t> next = starts_;
+    for (size_t i = 0; i < groups_.size(); ++i) places_[next[groups_[i]]++] = static_cast<uint32_t>(i);
+  }
+
+  // The places of a group's members, in their order.
+  Range<uint32_t> places_of(size_t group) const {
+    return {places_.data() + starts_[group], places_.data() + starts_[group + 1]};
+  }
+
+ private:
+  std::vector<uint32_t> groups_;  // of each child
+  std::vector<uint32_t> starts_;  // of each group in the places
+  std::vector<uint32_t> places_;  // group after group
 };
 
 class TreeComparison {
@@ -153,8 +201,8 @@ class TreeComparison {
   // Pair after pair from a list of its own: a tree from outside is never walked by recursion.
   void run() {
     if (!old_top_ && !new_top_) return;
-    if (!old_top_) return add(new_top_, {});
-    if (!new_top_) return remove(old_top_, {});
+    if (!old_top_) return report_element(Change::Kind::added, {}, new_top_, {});
+    if (!new_top_) return report_element(Change::Kind::removed, old_top_, {}, {});
     std::vector<Pair> pending = {{old_top_, new_top_}};
     while (!pending.empty()) {
       const Pair pair = pending.back();
@@ -170,11 +218,6 @@ class TreeComparison {
     Element old_element;
     Element new_element;
   };
-  // New elements by the old ones that became them.
-  using Partners = std::unordered_map<const Record*, Element>;
-
-  static const Record* record_of(Element element) { return element.subtree().begin(); }
-
   // Two secrets may look the same where they are masked.
   bool differ(std::string_view old_text, std::string_view new_text) const {
     return old_text != new_text || old_.original(old_text) != new_.original(new_text);
@@ -182,10 +225,7 @@ class TreeComparison {
 
   void compare_own(const Pair& pair) {
     if (differ(pair.old_element.value(), pair.new_element.value())) {
-      Change change = change_of(Change::Kind::changed, pair.old_element, pair.new_element);
-      change.old_value = pair.old_element.value();
-      change.new_value = pair.new_element.value();
-      report(std::move(change));
+      report_element(Change::Kind::changed, pair.old_element, pair.new_element, {});
     }
     compare_items(pair, pair.old_element.annotations(), pair.new_element.annotations());
     compare_items(pair, pair.old_element.attributes(), pair.new_element.attributes());
@@ -215,97 +255,84 @@ class TreeComparison {
     const Change::Kind kind = !old_item   ? Change::Kind::added
                               : !new_item ? Change::Kind::removed
                                           : Change::Kind::changed;
-    Change change = change_of(kind, pair.old_element, pair.new_element);
-    change.name = change_name(new_item ? *new_item : *old_item);
-    change.path = path_below(pair.new_element, change.name);
-    change.old_path = path_below(pair.old_element, old_item ? change_name(*old_item) : change.name);
-    if (old_item) {
-      change.old_value = value_of(*old_item);
-      change.old_base = base_of(*old_item);
-    }
-    if (new_item) {
-      change.new_value = value_of(*new_item);
-      change.new_base = base_of(*new_item);
-    }
-    report(std::move(change));
+    Change change;
+    change.kind = kind;
+    change.old_element = pair.old_element;
+    change.new_element = pair.new_element;
+    refer_to(old_item, new_item, change);
+    report(change);
   }
 
   // Reports the children that only one side has and gives those that both have.
   std::vector<Pair> compare_children(const Pair& pair) {
-    const Partners partners = pair_children(pair);
-    std::unordered_set<const Record*> paired;
+    GroupedChildren old_children, new_children;
+    const std::vector<size_t> partners = pair_children(pair, old_children, new_children);
+    std::vector<bool> paired(new_children.elements.size());
     std::vector<Pair> pairs;
-    for (const Element child : pair.old_element.children()) {
-      const auto partner = partners.find(record_of(child));
-      if (partner == partners.end()) {
-        remove(child, pair);
+    for (size_t i = 0; i < partners.size(); ++i) {
+      const Element child = old_children.elements[i];
+      if (partners[i] == kNoPartner) {
+        report_element(Change::Kind::removed, child, {}, pair);
       } else {
-        pairs.push_back({child, partner->second});
-        paired.insert(record_of(partner->second));
+        pairs.push_back({child, new_children.elements[partners[i]]});
+        paired[partners[i]] = true;
       }
     }
-    for (const Element child : pair.new_element.children()) {
-      if (paired.count(record_of(child)) == 0) add(child, pair);
+    for (size_t i = 0; i < paired.size(); ++i) {
+      if (!paired[i]) report_element(Change::Kind::added, {}, new_children.elements[i], pair);
     }
     return pairs;
   }
 
-  Partners pair_children(const Pair& pair) {
-    std::unordered_map<std::string, Group<Element>> groups;
-    for (const Element child : pair.old_element.children()) {
-      groups[old_side_.key_of(child)].old_items.push_back(child);
-    }
-    for (const Element child : pair.new_element.children()) {
-      groups[new_side_.key_of(child)].new_items.push_back(child);
-    }
-    Partners partners;
-    const auto pair_up = [&](Element old_child, Element new_child) {
-      partners.emplace(record_of(old_child), new_child);
-    };
-    for (const auto& [key, group] : groups) {
-      if (group.old_items.size() == 1 && group.new_items.size() == 1) {
-        pair_up(group.old_items[0], group.new_items[0]);
-      } else if (!group.old_items.empty() && !group.new_items.empty()) {
-        align_group(
-            group, [&](Element element) { return old_side_.digest_of(element); },
-            [&](Element element) { return new_side_.digest_of(element); }, pair_up);
+  // For each old child the place of the new one that it became, or kNoPartner.
+  std::vector<size_t> pair_children(const Pair& pair, GroupedChildren& old_children,
+                                    GroupedChildren& new_children) {
+    const size_t groups = group_children(pair, old_children, new_children);
+    std::vector<size_t> partners(old_children.elements.size(), kNoPartner);
+    for (size_t group = 0; group < groups; ++group) {
+      const Range<uint32_t> old_places = old_children.places_of(group);
+      const Range<uint32_t> new_places = new_children.places_of(group);
+      if (old_places.size() == 1 && new_places.size() == 1) {
+        partners[*old_places.begin()] = *new_places.begin();
+      } else if (!old_places.empty() && !new_places.empty()) {
+        align_items(
+            old_places, new_places,
+            [&](uint32_t place) { return old_side_.digest_of(old_children.elements[place]); },
+            [&](uint32_t place) { return new_side_.digest_of(new_children.elements[place]); },
+            [&](uint32_t old_place, uint32_t new_place) { partners[old_place] = new_place; });
       }
     }
     return partners;
   }
 
-  void add(Element element, const Pair& above) {
-    Change change = change_of(Change::Kind::added, {}, element);
-    change.old_above = above.old_element;
-    change.new_above = above.new_element;
-    change.new_value = element.value();
-    report(std::move(change));
+  // The number of groups.
+  size_t group_children(const Pair& pair, GroupedChildren& old_children, GroupedChildren& new_children) {
+    std::unordered_map<Key, size_t, HashKey> groups;
+    const auto add = [&](Side& side, Element parent, GroupedChildren& children) {
+      for (const Element child : parent.children()) {
+        children.add(child, groups.try_emplace(side.key_of(child), groups.size()).first->second);
+      }
+    };
+    add(old_side_, pair.old_element, old_children);
+    add(new_side_, pair.new_element, new_children);
+    old_children.sort(groups.size());
+    new_children.sort(groups.size());
+    return groups.size();
   }
 
-  void remove(Element element, const Pair& above) {
-    Change change = change_of(Change::Kind::removed, element, {});
-    change.old_above = above.old_element;
-    change.new_above = above.new_element;
-    change.old_value = element.value();
-    report(std::move(change));
-  }
-
-  Change change_of(Change::Kind kind, Element old_element, Element new_element) {
+  void report_element(Change::Kind kind, Element old_element, Element new_element, const Pair& above) {
     Change change;
     change.kind = kind;
     change.old_element = old_element;
     change.new_element = new_element;
-    const Element element = change.element();
-    change.path = path_of(element);
-    if (old_element) change.old_path = path_of(old_element);
-    change.identity = (new_element ? new_side_ : old_side_).identity(element);
-    change.label = element.value().empty() ? element.name() : element.value();
-    return change;
+    change.old_above = above.old_element;
+    change.new_above = above.new_element;
+    report(change);
   }
 
-  void report(Change change) {
-    if (facts_ == Facts::lasting && is_passing(change.element(), change.name)) return;
-    changes_.push_back(std::move(change));
+  void report(const Change& change) {
+    const std::string_view attribute = change.attribute() ? change.attribute()->name : std::string_view();
+    if (facts_ == Facts::all || !is_passing(change.element(), attribute)) changes_.push_back(change);
   }
 
   const Inventory& old_;
@@ -318,7 +345,54 @@ class TreeComparison {
   std::vector<Change>& changes_;
 };
 
+// Of the element, or of something in it.
+std::string path_in(Element element, const std::string& name) {
+  return name.empty() ? path_of(element) : path_below(element, name);
+}
+
+std::string name_of_change(const Attribute* attribute, const Annotation* annotation) {
+  if (annotation) return "~" + std::string(annotation->key);
+  return attribute ? std::string(attribute->name) : "";
+}
+
+std::string_view value_in(Element element, const Attribute* attribute, const Annotation* annotation,
+                          bool is_of_element) {
+  if (is_of_element) return element.value();
+  if (annotation) return annotation->text;
+  return attribute ? attribute->value : std::string_view();
+}
+
+std::string_view base_of(const Attribute* attribute) {
+  return attribute ? attribute->annotation("base-value") : std::string_view();
+}
+
 }  // namespace
+
+std::string Change::path() const { return path_in(element(), name()); }
+
+std::string Change::old_path() const {
+  if (!old_element) return "";
+  const bool was_there = old_attribute || old_annotation;
+  return path_in(old_element, was_there ? name_of_change(old_attribute, old_annotation) : name());
+}
+
+std::string_view Change::label() const {
+  return element().value().empty() ? element().name() : element().value();
+}
+
+std::string Change::name() const { return name_of_change(attribute(), annotation()); }
+
+std::string_view Change::old_value() const {
+  return value_in(old_element, old_attribute, old_annotation, is_of_element());
+}
+
+std::string_view Change::new_value() const {
+  return value_in(new_element, new_attribute, new_annotation, is_of_element());
+}
+
+std::string_view Change::old_base() const { return base_of(old_attribute); }
+
+std::string_view Change::new_base() const { return base_of(new_attribute); }
 
 std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts) {
   std::vector<Change> changes;

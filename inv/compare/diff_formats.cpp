@@ -1,6 +1,11 @@
 #include "inv/compare/diff_formats.h"
 
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
 #include "inv/base/json_text.h"
+#include "inv/facts/element_identity.h"
 #include "inv/facts/facts.h"
 #include "inv/facts/readable.h"
 #include "inv/file/machine.h"
@@ -21,22 +26,6 @@ std::string coloured(const ToldChange& told, const Terminal& terminal) {
   return told.sentence;
 }
 
-void add_members(Json& members, Element element, const std::string& prefix) {
-  for (const Attribute& attribute : element.attributes()) {
-    const std::string name = prefix + std::string(attribute.name);
-    if (is_fact(attribute)) members[to_utf8(name)] = json_text(attribute.value);
-  }
-}
-
-// The attributes of an element that came or went, and those of the elements right below it: "h-freq/max".
-Json members_of(const Change& change, Element element) {
-  Json members = Json::object();
-  if (!element || !change.name.empty() || change.kind == Change::Kind::changed) return members;
-  add_members(members, element, "");
-  for (const Element child : element.children()) add_members(members, child, std::string(child.name()) + "/");
-  return members;
-}
-
 // What could be markup, call somebody or become a link.
 std::string escaped(std::string_view text) {
   std::string result;
@@ -55,64 +44,195 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-// What is told of one change; of a list that came, several things are.
-struct Sentences {
-  std::string thing;
-  std::string text;
+// The sentences by the changes that they tell of.
+class SentencesOfChanges {
+ public:
+  explicit SentencesOfChanges(const ToldChanges& told) : told_(told) {
+    for (size_t i = 0; i < told.size(); ++i) {
+      for (const size_t change : told.changes_of(i)) places_.emplace_back(change, i);
+    }
+    std::sort(places_.begin(), places_.end());
+  }
+
+  // How many sentences tell of a change; of a list that came, several do. To be called for one change after
+  // the other.
+  size_t count_for(size_t change) {
+    first_ += count_;
+    count_ = 0;
+    while (first_ + count_ < places_.size() && places_[first_ + count_].first == change) ++count_;
+    return count_;
+  }
+
+  // The i-th of them.
+  const ToldChange& of_last_change(size_t i) { return told(places_[first_ + i].second); }
+
+ private:
+  // What tells of very many changes is not made again for each of them.
+  static constexpr size_t kManyChanges = 64;
+
+  const ToldChange& told(size_t place) {
+    const auto made = made_.find(place);
+    if (made != made_.end()) return made->second;
+    if (place != last_place_) {
+      last_ = told_[place];
+      last_place_ = place;
+    }
+    return told_.changes_of(place).size() < kManyChanges ? last_ : made_.emplace(place, last_).first->second;
+  }
+
+  const ToldChanges& told_;
+  std::vector<std::pair<size_t, size_t>> places_;  // of changes and of what tells of them
+  size_t first_ = 0;
+  size_t count_ = 0;
+  ToldChange last_;
+  size_t last_place_ = static_cast<size_t>(-1);
+  std::unordered_map<size_t, ToldChange> made_;
 };
 
-std::vector<Sentences> sentences_of(size_t changes, const std::vector<ToldChange>& told) {
-  std::vector<Sentences> sentences(changes);
-  for (const ToldChange& one : told) {
-    for (const size_t place : one.changes) {
-      Sentences& all = sentences[place];
-      all.thing = one.thing;
-      all.text += (all.text.empty() ? "" : "; ") + one.sentence;
-    }
+// Writes the objects of a list, in the form of Json's own writer but piece by piece.
+class JsonList {
+ public:
+  explicit JsonList(const TextSink& sink) : sink_(sink) {}
+
+  void begin_object() {
+    text_ += is_first_object_ ? "[\n {" : ",\n {";
+    is_first_object_ = false;
+    is_first_member_ = true;
   }
-  return sentences;
+  void add(std::string_view name, std::string_view value) {
+    begin_member(name, "\n  ");
+    append_json(text_, value);
+  }
+  // A value in pieces.
+  void begin_text(std::string_view name) {
+    begin_member(name, "\n  ");
+    text_ += '"';
+  }
+  void add_to_text(std::string_view piece) {
+    const size_t quote = text_.size();
+    append_json(text_, piece);
+    text_.erase(quote, 1);
+    text_.pop_back();
+    flush_if_large();
+  }
+  void end_text() { text_ += '"'; }
+
+  void begin_members(std::string_view name) {
+    begin_member(name, "\n  ");
+    text_ += '{';
+    is_first_member_ = true;
+  }
+  void add_member(std::string_view name, std::string_view value) {
+    begin_member(name, "\n   ");
+    append_json(text_, value);
+    flush_if_large();
+  }
+  void end_members() {
+    text_ += is_first_member_ ? "}" : "\n  }";
+    is_first_member_ = false;
+  }
+  void end_object() {
+    text_ += "\n }";
+    flush_if_large();
+  }
+  void end() {
+    text_ += is_first_object_ ? "[]\n" : "\n]\n";
+    flush();
+  }
+
+ private:
+  static constexpr size_t kPiece = 1 << 16;
+
+  void begin_member(std::string_view name, const char* line_start) {
+    if (!is_first_member_) text_ += ',';
+    is_first_member_ = false;
+    text_ += line_start;
+    append_json(text_, name);
+    text_ += ": ";
+  }
+  void flush_if_large() {
+    if (text_.size() > kPiece) flush();
+  }
+  void flush() {
+    sink_(text_);
+    text_.clear();
+  }
+
+  const TextSink& sink_;
+  std::string text_;
+  bool is_first_object_ = true;
+  bool is_first_member_ = true;
+};
+
+// The attributes of an element that came or went, and those of the elements right below it: "h-freq/max".
+void add_members(const Change& change, Element element, std::string_view name, JsonList& list) {
+  list.begin_members(name);
+  std::unordered_set<std::string> names;
+  const auto add = [&](Element owner, const std::string& prefix) {
+    for (const Attribute& attribute : owner.attributes()) {
+      const std::string member = prefix + std::string(attribute.name);
+      if (is_fact(attribute) && names.insert(member).second) list.add_member(member, attribute.value);
+    }
+  };
+  if (element && change.is_of_element() && change.kind != Change::Kind::changed) {
+    add(element, "");
+    for (const Element child : element.children()) add(child, std::string(child.name()) + "/");
+  }
+  list.end_members();
 }
 
 std::string time_of(const Inventory& inventory) { return readable_time(scan_timestamp(inventory)); }
 
+void add_sentences(size_t change, SentencesOfChanges& sentences, JsonList& list) {
+  const size_t count = sentences.count_for(change);
+  list.add("thing", count == 0 ? "" : sentences.of_last_change(count - 1).thing);
+  list.begin_text("told");
+  for (size_t i = 0; i < count; ++i) {
+    if (i > 0) list.add_to_text("; ");
+    list.add_to_text(sentences.of_last_change(i).sentence);
+  }
+  list.end_text();
+}
+
 }  // namespace
 
-std::string changes_text(const std::vector<ToldChange>& told, const Terminal& terminal) {
-  std::string text;
-  for (const ToldChange& change : told) text += coloured(change, terminal) + "\n";
-  return text;
+void changes_text(const ToldChanges& told, const Terminal& terminal, const TextSink& sink) {
+  for (const ToldChange& change : told) sink(coloured(change, terminal) + "\n");
 }
 
-std::string changes_json(const std::vector<Change>& changes, const std::vector<ToldChange>& told) {
-  const std::vector<Sentences> sentences = sentences_of(changes.size(), told);
-  Json list = Json::array();
+void changes_json(const ToldChanges& told, const TextSink& sink) {
+  SentencesOfChanges sentences(told);
+  CounterpartsByTree counterparts;
+  JsonList list(sink);
+  const std::vector<Change>& changes = told.changes();
   for (size_t i = 0; i < changes.size(); ++i) {
     const Change& change = changes[i];
-    list.push_back({{"change", kind_text(change.kind)},
-                    {"path", json_text(change.path)},
-                    {"old_path", json_text(change.old_path)},
-                    {"identity", json_text(change.identity)},
-                    {"label", json_text(change.label)},
-                    {"name", json_text(change.name)},
-                    {"old", json_text(change.old_value)},
-                    {"new", json_text(change.new_value)},
-                    {"thing", json_text(sentences[i].thing)},
-                    {"told", json_text(sentences[i].text)},
-                    {"old_members", members_of(change, change.old_element)},
-                    {"new_members", members_of(change, change.new_element)}});
+    list.begin_object();
+    list.add("change", kind_text(change.kind));
+    list.add("path", change.path());
+    list.add("old_path", change.old_path());
+    list.add("identity", identity_of(change.element(), counterparts.of(change.element())));
+    list.add("label", change.label());
+    list.add("name", change.name());
+    list.add("old", change.old_value());
+    list.add("new", change.new_value());
+    add_sentences(i, sentences, list);
+    add_members(change, change.old_element, "old_members", list);
+    add_members(change, change.new_element, "new_members", list);
+    list.end_object();
   }
-  return list.dump(1) + "\n";
+  list.end();
 }
 
-std::string changes_markdown(const Inventory& old_inventory, const Inventory& new_inventory,
-                             const std::vector<ToldChange>& told) {
-  std::string text = "## What changed on " + escaped(printable(machine_name(new_inventory))) + "\n\nFrom " +
-                     escaped(printable(time_of(old_inventory))) + " to " +
-                     escaped(printable(time_of(new_inventory))) + "\n\n";
+void changes_markdown(const Inventory& old_inventory, const Inventory& new_inventory, const ToldChanges& told,
+                      const TextSink& sink) {
+  sink("## What changed on " + escaped(printable(machine_name(new_inventory))) + "\n\nFrom " +
+       escaped(printable(time_of(old_inventory))) + " to " + escaped(printable(time_of(new_inventory))) +
+       "\n\n");
   const std::string warning = machine_warning(old_inventory, new_inventory);
-  if (!warning.empty()) text += "**Note:** " + escaped(printable(warning)) + "\n\n";
-  for (const ToldChange& change : told) text += "- " + escaped(change.sentence) + "\n";
-  return told.empty() ? text + "Nothing.\n" : text;
+  if (!warning.empty()) sink("**Note:** " + escaped(printable(warning)) + "\n\n");
+  for (const ToldChange& change : told) sink("- " + escaped(change.sentence) + "\n");
+  if (told.empty()) sink("Nothing.\n");
 }
 
 std::string machine_warning(const Inventory& old_inventory, const Inventory& new_inventory) {

@@ -1,8 +1,8 @@
 #include "inv/compare/told_change.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
-#include <set>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -26,35 +26,105 @@ const Record* record_of(Element element) { return element ? element.subtree().be
 std::string shown(std::string_view value) { return shorten(printable(value), kWidestValue); }
 
 bool is_whole_element(const Change& change) {
-  return change.name.empty() && change.kind != Change::Kind::changed;
+  return change.is_of_element() && change.kind != Change::Kind::changed;
 }
 
-bool is_annotation(const Change& change) { return !change.name.empty() && change.name[0] == '~'; }
+// Whether it is an element's own value that changed.
+bool is_own_value(const Change& change) {
+  return change.is_of_element() && change.kind == Change::Kind::changed;
+}
 
 // What the catalogue says of the attribute that changed; null for other changes.
 const CatalogueFact* attribute_fact(const Change& change) {
-  return change.name.empty() || is_annotation(change)
-             ? nullptr
-             : find_fact_below(find_fact(change.element()), change.name);
+  const Attribute* attribute = change.attribute();
+  return attribute ? find_fact_below(find_fact(change.element()), attribute->name) : nullptr;
 }
+
+constexpr uint32_t kNone = static_cast<uint32_t>(-1);
+
+// Of which changes a thing is told, as a chain of them: a list of its own for each of millions of things
+// would take more memory than their text.
+struct Note {
+  uint32_t change;
+  uint32_t next;
+};
 
 // A thing of which something changed. One of the two may be missing.
 struct Thing {
   Element old_thing;
   Element new_thing;
   Element successor;  // what took the place of the old one
+  uint32_t first_note = kNone;
+  uint32_t last_note = kNone;
   bool came = false;
   bool went = false;
   bool is_told = true;
-  std::vector<size_t> changes;
 
   Element any() const { return new_thing ? new_thing : old_thing; }
+};
+
+// The things of which something changed, with their notes.
+struct Things {
+  std::vector<Thing> list;
+  std::vector<Note> notes;
+
+  void note(Thing& thing, size_t change) {
+    const auto place = static_cast<uint32_t>(notes.size());
+    notes.push_back({static_cast<uint32_t>(change), kNone});
+    (thing.first_note == kNone ? thing.first_note : notes[thing.last_note].next) = place;
+    thing.last_note = place;
+  }
+
+  // What was noted of `other` comes after what was noted of the thing. Both have notes.
+  void take_notes(Thing& thing, const Thing& other) {
+    notes[thing.last_note].next = other.first_note;
+    thing.last_note = other.last_note;
+  }
+
+  // Calls visit(place of a change) for each that a thing is told of.
+  template <typename Visit>
+  void each_change(const Thing& thing, Visit visit) const {
+    for (uint32_t place = thing.first_note;; place = notes[place].next) {
+      visit(size_t{notes[place].change});
+      if (place == thing.last_note) return;
+    }
+  }
+};
+
+// A value for each element of the trees that are asked for; in order of their records, which takes less
+// memory than a table of the elements.
+template <typename Value>
+class ValuesOfElements {
+ public:
+  explicit ValuesOfElements(Value unset) : unset_(unset) {}
+
+  typename std::vector<Value>::reference of(Element element) {
+    const Record* record = record_of(element);
+    for (Tree& tree : trees_) {
+      const bool is_in_tree =
+          !std::less<>()(record, tree.records.begin()) && std::less<>()(record, tree.records.end());
+      if (is_in_tree) return tree.values[static_cast<size_t>(record - tree.records.begin())];
+    }
+    Element top = element;
+    while (top.parent()) top = top.parent();
+    trees_.push_back({top.subtree(), std::vector<Value>(top.subtree().size(), unset_)});
+    return of(element);
+  }
+
+ private:
+  struct Tree {
+    Range<Record> records;
+    std::vector<Value> values;
+  };
+
+  Value unset_;
+  std::vector<Tree> trees_;
 };
 
 // Collects the changes by the things that they are about.
 class ThingCollector {
  public:
-  std::vector<Thing> things;
+  Things things;
 
   void add(const Change& change, size_t place) {
     if (!is_whole_element(change)) {
@@ -78,10 +148,7 @@ class ThingCollector {
   }
 
   Element main_of(Element element) {
-    if (!tells_more(element)) return {};
-    Element top = element;
-    while (top.parent()) top = top.parent();
-    return inv::main_of(element, counterparts_.try_emplace(record_of(top), top).first->second);
+    return tells_more(element) ? inv::main_of(element, counterparts_.of(element)) : Element();
   }
 
   // What changed about a thing; or about an element that belongs to none, which then stands for itself.
@@ -89,7 +156,7 @@ class ThingCollector {
     const bool is_part = old_thing || new_thing;
     Thing& thing =
         is_part ? thing_of_pair(old_thing, new_thing) : thing_of_pair(change.old_element, change.new_element);
-    thing.changes.push_back(place);
+    things.note(thing, place);
   }
 
   // A part of a thing that came or went, while the thing itself may be there in both files.
@@ -104,7 +171,7 @@ class ThingCollector {
     const bool came = change.kind == Change::Kind::added;
     Thing& thing = thing_of_pair(came ? Element() : thing_itself, came ? thing_itself : Element());
     (came ? thing.came : thing.went) = true;
-    thing.changes.push_back(place);
+    things.note(thing, place);
   }
 
   // A list that came or went as a whole: each thing in it did. False when there are none in it.
@@ -124,81 +191,83 @@ class ThingCollector {
     return found;
   }
 
-  Thing& begin(Element old_thing, Element new_thing) {
-    things.push_back({old_thing, new_thing, {}, false, false, true, {}});
-    return things.back();
-  }
-
   Thing& thing_of_pair(Element old_thing, Element new_thing) {
-    const auto [found, is_new] =
-        places_.try_emplace(record_of(new_thing ? new_thing : old_thing), things.size());
-    if (is_new) return begin(old_thing, new_thing);
-    Thing& thing = things[found->second];
+    uint32_t& place = places_.of(new_thing ? new_thing : old_thing);
+    if (place == kNone) {
+      place = static_cast<uint32_t>(things.list.size());
+      things.list.push_back({});
+      things.list.back().new_thing = new_thing;
+    }
+    Thing& thing = things.list[place];
     if (!thing.old_thing) thing.old_thing = old_thing;
     return thing;
   }
 
-  std::unordered_map<const Record*, size_t> places_;
-  std::unordered_map<const Record*, Counterparts> counterparts_;  // by the top of their tree
+  ValuesOfElements<uint32_t> places_{kNone};  // in the list of things
+  CounterpartsByTree counterparts_;
 };
 
-// Knows which changes say no more than others.
+// Which changes say no more than others. The changes of an element's value, annotations and attributes follow
+// each other.
 class Followers {
  public:
-  explicit Followers(const std::vector<Change>& changes) {
-    std::unordered_set<const Record*> climbed;
+  explicit Followers(const std::vector<Change>& changes) : says_no_more_(changes.size()) {
+    ValuesOfElements<bool> climbed(false);
     for (const Change& change : changes) {
       changed_.insert(attribute_fact(change));
-      for (Element element = change.element(); element && climbed.insert(record_of(element)).second;
-           element = element.parent()) {
+      for (Element element = change.element(); element && !climbed.of(element); element = element.parent()) {
+        climbed.of(element) = true;
         changed_.insert(find_fact(element));
       }
-      const Record* record = record_of(change.element());
-      if (!change.name.empty()) {
-        attributes_.emplace(record, change.name);
-      } else if (change.kind == Change::Kind::changed) {
-        own_values_.emplace(record, &change);
+    }
+    for (auto first = changes.begin(); first != changes.end();) {
+      const auto is_another = [&](const Change& change) { return change.element() != first->element(); };
+      const auto last = std::find_if(first, changes.end(), is_another);
+      for (auto change = first; change != last; ++change) {
+        says_no_more_[static_cast<size_t>(change - changes.begin())] =
+            follows_changed(attribute_fact(*change)) || element_follows(change->element()) ||
+            repeats_own_value(*change, *first) || follows_one(*change, first, last);
       }
+      first = last;
     }
   }
 
-  bool says_no_more(const Change& change) const {
-    return follows_changed(attribute_fact(change)) || element_follows(change.element()) ||
-           repeats_own_value(change) || follows_one(change);
-  }
+  bool says_no_more(size_t place) const { return says_no_more_[place]; }
 
  private:
+  using Changes = std::vector<Change>::const_iterator;
+  enum class Answer : char { unknown, yes, no };
+
   bool follows_changed(const CatalogueFact* fact) const {
     return fact && fact->telling.follows && changed_.count(fact->telling.follows) > 0;
   }
 
   // Whether the element, or one above it, follows a fact that changed.
-  bool element_follows(Element element) const {
+  bool element_follows(Element element) {
     if (!element) return false;
-    const auto known = element_follows_.find(record_of(element));
-    if (known != element_follows_.end()) return known->second;
+    const Answer known = element_follows_.of(element);
+    if (known != Answer::unknown) return known == Answer::yes;
     const bool follows = follows_changed(find_fact(element)) || element_follows(element.parent());
-    element_follows_.emplace(record_of(element), follows);
+    element_follows_.of(element) = follows ? Answer::yes : Answer::no;
     return follows;
   }
 
-  bool repeats_own_value(const Change& change) const {
-    const auto found = own_values_.find(record_of(change.element()));
-    if (change.name.empty() || found == own_values_.end()) return false;
-    const Change& own = *found->second;
-    return own.old_value == change.old_value && own.new_value == change.new_value;
+  static bool repeats_own_value(const Change& change, const Change& first) {
+    return is_own_value(first) && !change.is_of_element() && first.old_value() == change.old_value() &&
+           first.new_value() == change.new_value();
   }
 
-  bool follows_one(const Change& change) const {
+  static bool follows_one(const Change& change, Changes first, Changes last) {
     const CatalogueFact* fact = attribute_fact(change);
     if (!fact || fact->telling.follows_one.empty()) return false;
-    return attributes_.count({record_of(change.element()), fact->telling.follows_one}) > 0;
+    return std::any_of(first, last, [&](const Change& other) {
+      return other.attribute() && other.attribute()->name == fact->telling.follows_one;
+    });
   }
 
-  std::unordered_set<const CatalogueFact*> changed_;                 // of attributes, elements and all above
-  mutable std::unordered_map<const Record*, bool> element_follows_;  // of the elements that were asked for
-  std::unordered_map<const Record*, const Change*> own_values_;      // of elements whose own value changed
-  std::set<std::pair<const Record*, std::string_view>> attributes_;  // those that changed, by their elements
+  std::unordered_set<const CatalogueFact*> changed_;  // of attributes, elements and all above
+  ValuesOfElements<Answer> element_follows_{Answer::unknown};
+  std::vector<bool> says_no_more_;
 };
 
 bool is_replaceable(Element thing) {
@@ -208,23 +277,23 @@ bool is_replaceable(Element thing) {
 
 // Of the things of one kind below one element, what came takes the place of what went, the first of the
 // first.
-void pair_replaced(std::vector<Thing>& things) {
+void pair_replaced(Things& things) {
   using Place = std::pair<const CatalogueFact*, std::string>;
   std::map<Place, std::vector<Thing*>> went;
   const auto place_of = [](Element thing) { return Place(find_fact(thing), path_of(thing.parent())); };
-  for (Thing& thing : things) {
+  for (Thing& thing : things.list) {
     if (thing.went && is_replaceable(thing.old_thing)) went[place_of(thing.old_thing)].push_back(&thing);
   }
   if (went.empty()) return;
   for (auto& [place, gone] : went) std::reverse(gone.begin(), gone.end());
-  for (Thing& thing : things) {
+  for (Thing& thing : things.list) {
     if (!thing.came || !is_replaceable(thing.new_thing)) continue;
     const auto found = went.find(place_of(thing.new_thing));
     if (found == went.end() || found->second.empty()) continue;
     Thing& gone = *found->second.back();
     found->second.pop_back();
     gone.successor = thing.new_thing;
-    gone.changes.insert(gone.changes.end(), thing.changes.begin(), thing.changes.end());
+    things.take_notes(gone, thing);
     thing.is_told = false;
   }
 }
@@ -278,55 +347,65 @@ std::string told_fact(const Change& change, Element thing) {
   const CatalogueFact* fact = attribute_fact(change);
   const Element element = change.element();
   std::string words = printable(words_to(element, thing));
-  if (change.name.empty()) {
-    if (change.kind == Change::Kind::changed && words.empty()) words = "name ";
-  } else {
-    words += printable(word_for(fact, is_annotation(change) ? change.name.substr(1) : change.name)) + " ";
-  }
+  if (is_own_value(change) && words.empty()) words = "name ";
+  if (const Annotation* annotation = change.annotation())
+    words += printable(word_for(fact, annotation->key)) + " ";
+  if (const Attribute* attribute = change.attribute())
+    words += printable(word_for(fact, attribute->name)) + " ";
   const auto value = [&](std::string_view text, std::string_view base) {
     return text.empty() && is_whole_element(change) ? "" : value_or_nothing(fact, text, base);
   };
   switch (change.kind) {
     case Change::Kind::added:
-      return words + with_blank(value(change.new_value, change.new_base)) + "added";
+      return words + with_blank(value(change.new_value(), change.new_base())) + "added";
     case Change::Kind::removed:
-      return words + with_blank(value(change.old_value, change.old_base)) + "removed";
+      return words + with_blank(value(change.old_value(), change.old_base())) + "removed";
     case Change::Kind::changed:
-      return words + value(change.old_value, change.old_base) + " to " +
-             value(change.new_value, change.new_base);
+      return words + value(change.old_value(), change.old_base()) + " to " +
+             value(change.new_value(), change.new_base());
   }
   return words;
 }
 
-class Teller {
- public:
-  explicit Teller(const std::vector<Change>& changes) : changes_(changes), followers_(changes) {}
+}  // namespace
 
-  std::vector<ToldChange> tell() {
+class ToldChanges::Teller {
+ public:
+  explicit Teller(std::vector<Change> its_changes) : changes(std::move(its_changes)), followers_(changes) {
     ThingCollector collector;
-    for (size_t i = 0; i < changes_.size(); ++i) collector.add(changes_[i], i);
-    pair_replaced(collector.things);
-    for (const Thing& thing : collector.things) ++times_changed_[name_key(thing)];
-    std::vector<ToldChange> told;
-    for (const Thing& thing : collector.things) {
-      if (thing.is_told && !is_silent(thing)) told.push_back(tell_of(thing));
+    for (size_t i = 0; i < changes.size(); ++i) collector.add(changes[i], i);
+    things_ = std::move(collector.things);
+    pair_replaced(things_);
+    count_names();
+    for (size_t i = 0; i < things_.list.size(); ++i) {
+      if (things_.list[i].is_told && !is_silent(things_.list[i])) told_.push_back(static_cast<uint32_t>(i));
     }
+  }
+
+  const std::vector<Change> changes;
+
+  size_t size() const { return told_.size(); }
+
+  ToldChange tell(size_t place) const {
+    const Thing& thing = things_.list[told_[place]];
+    ToldChange told;
+    told.kind = kind_of(thing);
+    told.thing = noun_of(thing.any());
+    told.sentence = sentence(told, thing);
     return told;
+  }
+
+  std::vector<size_t> changes_of(size_t place) const {
+    std::vector<size_t> all;
+    things_.each_change(things_.list[told_[place]], [&](size_t change) { all.push_back(change); });
+    return all;
   }
 
  private:
   bool is_silent(const Thing& thing) const {
-    return std::all_of(thing.changes.begin(), thing.changes.end(),
-                       [&](size_t place) { return followers_.says_no_more(changes_[place]); });
-  }
-
-  ToldChange tell_of(const Thing& thing) const {
-    ToldChange told;
-    told.kind = kind_of(thing);
-    told.thing = noun_of(thing.any());
-    told.changes = thing.changes;
-    told.sentence = sentence(told, thing);
-    return told;
+    bool silent = true;
+    things_.each_change(thing, [&](size_t place) { silent = silent && followers_.says_no_more(place); });
+    return silent;
   }
 
   std::string sentence(const ToldChange& told, const Thing& thing) const {
@@ -357,34 +436,31 @@ class Teller {
 
   // What the sentence begins with, and which facts it tells with that.
   std::string changed_sentence(const std::string& noun, const Thing& thing) const {
-    std::vector<const Change*> rest;
+    std::vector<const Change*> all, rest;
     const Change* version = nullptr;
     bool renamed = false;
-    for (const size_t place : thing.changes) {
-      const Change& change = changes_[place];
-      if (followers_.says_no_more(change)) continue;
-      const bool is_own = change.element() == thing.any();
-      if (is_own && change.kind == Change::Kind::changed && change.name == kVersion) {
+    things_.each_change(thing, [&](size_t place) {
+      if (followers_.says_no_more(place)) return;
+      const Change& change = changes[place];
+      all.push_back(&change);
+      const bool is_own = change.element() == thing.any() && change.kind == Change::Kind::changed;
+      if (is_own && change.attribute() && change.attribute()->name == kVersion) {
         version = &change;
-      } else if (is_own && change.kind == Change::Kind::changed && change.name.empty()) {
+      } else if (is_own && change.is_of_element()) {
         renamed = true;
       } else {
         rest.push_back(&change);
       }
-    }
+    });
     if (renamed && is_described(thing)) {
       return noun + " " + shown(description_of(thing.old_thing)) + " to " +
              shown(description_of(thing.new_thing)) + told_facts(", ", rest, thing);
     }
     if (version && is_described(thing)) {
-      return shown(name_of(thing.new_thing)) + bracket_if_needed(thing) + " " + shown(version->old_value) +
-             " to " + shown(version->new_value) + told_facts(", ", rest, thing);
+      return shown(name_of(thing.new_thing)) + bracket_if_needed(thing) + " " + shown(version->old_value()) +
+             " to " + shown(version->new_value()) + told_facts(", ", rest, thing);
     }
-    rest.clear();
-    for (const size_t place : thing.changes) {
-      if (!followers_.says_no_more(changes_[place])) rest.push_back(&changes_[place]);
-    }
-    return subject(noun, thing) + told_facts(": ", rest, thing);
+    return subject(noun, thing) + told_facts(": ", all, thing);
   }
 
   static bool is_described(const Thing& thing) {
@@ -411,24 +487,47 @@ class Teller {
     return text;
   }
 
-  static std::string name_key(const Thing& thing) {
-    return noun_of(thing.any()) + " " + name_of(thing.any());
+  // What things of one name have in common; two names that agree by chance only get more than they need.
+  static size_t name_key(const Thing& thing) {
+    return std::hash<std::string>()(noun_of(thing.any()) + " " + name_of(thing.any()));
+  }
+
+  void count_names() {
+    for (const Thing& thing : things_.list) name_keys_.push_back(name_key(thing));
+    std::sort(name_keys_.begin(), name_keys_.end());
+  }
+
+  size_t times_changed(const Thing& thing) const {
+    const auto [first, last] = std::equal_range(name_keys_.begin(), name_keys_.end(), name_key(thing));
+    return static_cast<size_t>(last - first);
   }
 
   // A second Safari needs more than its name.
   std::string bracket_if_needed(const Thing& thing) const {
     const std::string bracket = shown(bracket_of(thing.new_thing));
-    return times_changed_.at(name_key(thing)) > 1 && !bracket.empty() ? " " + bracket : "";
+    return !bracket.empty() && times_changed(thing) > 1 ? " " + bracket : "";
   }
 
-  const std::vector<Change>& changes_;
   Followers followers_;
-  std::unordered_map<std::string, size_t> times_changed_;  // things of one name
+  Things things_;
+  std::vector<size_t> name_keys_;  // of all things, sorted
+  std::vector<uint32_t> told_;     // which of the things
 };
 
-}  // namespace
+ToldChanges::ToldChanges(std::vector<Change> changes)
+    : teller_(std::make_unique<const Teller>(std::move(changes))) {}
 
-std::vector<ToldChange> tell(const std::vector<Change>& changes) { return Teller(changes).tell(); }
+ToldChanges::ToldChanges(ToldChanges&& other) noexcept = default;
+
+ToldChanges::~ToldChanges() = default;
+
+const std::vector<Change>& ToldChanges::changes() const { return teller_->changes; }
+
+size_t ToldChanges::size() const { return teller_->size(); }
+
+ToldChange ToldChanges::operator[](size_t place) const { return teller_->tell(place); }
+
+std::vector<size_t> ToldChanges::changes_of(size_t place) const { return teller_->changes_of(place); }
 
 const char* kind_text(ToldChange::Kind kind) {
   switch (kind) {

@@ -1,6 +1,7 @@
 // What changed, told as a person would: a sentence for each thing, however many of its facts changed.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,12 +17,45 @@ struct ToldChange {
   // "Disk replaced: SIMDISK 1 TB (A) by SIMDISK 2 TB (B)", "Safari 5.1.10 to 6.0"; fit for a terminal. Long
   // values are cut off, and of very many changes of one thing only the first are told.
   std::string sentence;
-  std::vector<size_t> changes;  // which of the changes it tells of, by their places
 };
 
 // The sentences in the order of the changes. What the catalogue says to follow another fact is not told where
-// that one changed too; there is a sentence for at least one of the changes.
-std::vector<ToldChange> tell(const std::vector<Change>& changes);
+// that one changed too; there is a sentence for at least one of the changes. Each sentence is made when it is
+// asked for, since there can be millions. Valid as long as the inventories.
+class ToldChanges {
+ public:
+  explicit ToldChanges(std::vector<Change> changes);
+  ToldChanges(ToldChanges&& other) noexcept;
+  ~ToldChanges();
+
+  const std::vector<Change>& changes() const;
+  size_t size() const;
+  bool empty() const { return size() == 0; }
+  ToldChange operator[](size_t place) const;
+  // Which of the changes a sentence tells of, by their places.
+  std::vector<size_t> changes_of(size_t place) const;
+
+  class Iterator {
+   public:
+    Iterator(const ToldChanges& all, size_t place) : all_(&all), place_(place) {}
+    ToldChange operator*() const { return (*all_)[place_]; }
+    Iterator& operator++() {
+      ++place_;
+      return *this;
+    }
+    bool operator!=(const Iterator& other) const { return place_ != other.place_; }
+
+   private:
+    const ToldChanges* all_;
+    size_t place_;
+  };
+  Iterator begin() const { return {*this, 0}; }
+  Iterator end() const { return {*this, size()}; }
+
+ private:
+  class Teller;
+  std::unique_ptr<const Teller> teller_;
+};
 
 // "added", "removed", "replaced" or "changed".
 const char* kind_text(ToldChange::Kind kind);

@@ -15,35 +15,22 @@ constexpr std::string_view kSchema = "velkaro-inventory/1";
 // Rows are written in pieces of about this size.
 constexpr size_t kPiece = 1 << 16;
 
-Json json_annotations(const Range<Annotation>& annotations) {
-  Json list = Json::array();
-  for (const Annotation& annotation : annotations) {
-    list.push_back({{"key", json_text(annotation.key)}, {"text", json_text(annotation.text)}});
-  }
-  return list;
-}
-
 Json json_attribute(const CatalogueFact* tag, const Attribute& attribute) {
   Json object = {{"name", json_text(attribute.name)}, {"value", json_text(attribute.value)}};
   const std::string_view unit = unit_of(tag, attribute);
   if (!unit.empty()) object["unit"] = json_text(unit);
-  if (!attribute.annotations.empty()) object["annotations"] = json_annotations(attribute.annotations);
   return object;
 }
 
-// What a tag says of itself, without its attributes and children.
-Json json_element(Element element) {
-  Json object = {{"name", json_text(element.name())}, {"value", json_text(element.value())}};
-  if (!element.annotations().empty()) object["annotations"] = json_annotations(element.annotations());
-  return object;
-}
-
-// An object left open after one more member, a list that is left open too.
-std::string with_open_list(const Json& object, const std::string& name) {
+// An object left open after its last member.
+std::string open_object(const Json& object) {
   std::string text = object.dump();
   text.pop_back();
-  return text + ",\"" + name + "\":[";
+  return text;
 }
+
+// One more member of it, a list that is left open too.
+std::string open_list(const std::string& name) { return ",\"" + name + "\":["; }
 
 }  // namespace
 
@@ -98,7 +85,7 @@ void Exporter::add_json(const Inventory& inventory) {
                         {"scan_id", scan.id},
                         {"scanned_at", scan.time.empty() ? Json() : Json(scan.time)}};
   write(added_ == 1 ? "\n" : ",\n");
-  write(with_open_list(machine, "trees"));
+  write(open_object(machine) + open_list("trees"));
   bool first = true;
   for (const Content& content : inventory.contents) {
     if (!content.document) continue;
@@ -126,14 +113,30 @@ void Exporter::add_json_tree(Element top) {
 }
 
 void Exporter::add_json_element(Element element) {
-  write(with_open_list(json_element(element), "attributes"));
+  write(open_object({{"name", json_text(element.name())}, {"value", json_text(element.value())}}));
+  add_json_annotations(element.annotations());
+  write(open_list("attributes"));
   const CatalogueFact* known = find_fact(element);
   const char* separator = "";
   for (const Attribute& attribute : element.attributes()) {
-    write(separator + json_attribute(known, attribute).dump());
+    write(separator + open_object(json_attribute(known, attribute)));
+    add_json_annotations(attribute.annotations);
+    write("}");
     separator = ",";
   }
-  write("],\"children\":[");
+  write("]" + open_list("children"));
+}
+
+void Exporter::add_json_annotations(const Range<Annotation>& annotations) {
+  if (annotations.empty()) return;
+  write(open_list("annotations"));
+  const char* separator = "";
+  for (const Annotation& annotation : annotations) {
+    const Json object = {{"key", json_text(annotation.key)}, {"text", json_text(annotation.text)}};
+    write(separator + object.dump());
+    separator = ",";
+  }
+  write("]");
 }
 
 template <typename Rows>

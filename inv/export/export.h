@@ -42,6 +42,8 @@ class Exporter {
   void add_json_tree(Element top);
   // Its list of children is left open.
   void add_json_element(Element element);
+  // As one more member of an object that is left open; nothing when there are none.
+  void add_json_annotations(const Range<Annotation>& annotations);
   template <typename Rows>
   void add_rows(const Rows& rows, const Inventory& inventory);
   void add_table(const Inventory& inventory);

@@ -36,4 +36,10 @@ const Counterparts::Named& Counterparts::children_of(std::string_view list_path)
   return children;
 }
 
+Counterparts& CounterpartsByTree::of(Element element) {
+  Element top = element;
+  while (top.parent()) top = top.parent();
+  return trees_.try_emplace(top.subtree().begin(), top).first->second;
+}
+
 }  // namespace inv

@@ -31,4 +31,13 @@ class Counterparts {
   std::map<std::string, Named, std::less<>> lists_;
 };
 
+// The counterparts in whichever tree an element is.
+class CounterpartsByTree {
+ public:
+  Counterparts& of(Element element);
+
+ private:
+  std::unordered_map<const Record*, Counterparts> trees_;  // by their tops
+};
+
 }  // namespace inv

@@ -24,13 +24,22 @@ Element main_of(Element element, Counterparts& counterparts) {
 }
 
 std::string own_identity_of(Element element) {
-  std::string identity;
+  std::string joined;
+  return std::string(own_identity_of(element, joined));
+}
+
+std::string_view own_identity_of(Element element, std::string& joined) {
+  std::string_view identity;
   for (const std::string_view attribute : known_by(element)) {
     if (is_elsewhere(attribute)) continue;
     const std::string_view part = attribute.empty() ? element.value() : element.text(attribute);
     if (part.empty()) continue;
-    if (!identity.empty()) identity += ' ';
-    identity += part;
+    if (identity.empty()) {
+      identity = part;
+      continue;
+    }
+    if (joined.empty()) joined = identity;
+    identity = joined.append(" ").append(part);
   }
   return identity;
 }

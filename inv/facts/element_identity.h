@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "inv/facts/counterparts.h"
 #include "inv/file/document.h"
@@ -15,6 +16,8 @@ namespace inv {
 std::string identity_of(Element element, Counterparts& counterparts);
 // The same without the fallback to the name: empty if it has none of the attributes, or its kind has none.
 std::string own_identity_of(Element element);
+// The same as a view: into the tree, or into `joined`, which is empty at first, when it has several parts.
+std::string_view own_identity_of(Element element, std::string& joined);
 
 // Whether elements of its kind hold details of other elements.
 bool tells_more(Element element);

@@ -20,12 +20,13 @@ Bytes encoded(const std::string& text) {
 
 }  // namespace
 
-std::string write_container(const std::vector<TreeText>& trees) {
+std::string write_container(std::vector<TreeText> trees) {
   std::vector<Bytes> texts;
   texts.reserve(trees.size());
   std::vector<ContainerSection> sections;
-  for (const TreeText& tree : trees) {
+  for (TreeText& tree : trees) {
     texts.push_back(encoded(tree.text));
+    tree.text = {};
     const bool is_snapshot = tree.kind == Section::Kind::snapshot;
     sections.push_back({is_snapshot ? kSnapshot : kAssetInfo, view(texts.back()), is_snapshot, tree.timestamp,
                         tree.snaptype});

@@ -17,6 +17,6 @@ struct TreeText {
 };
 
 // A file with these sections in this order, trees whole and compressed, header compressed.
-std::string write_container(const std::vector<TreeText>& trees);
+std::string write_container(std::vector<TreeText> trees);
 
 }  // namespace inv

@@ -27,6 +27,7 @@ struct Range {
   const Item* end() const { return last; }
   bool empty() const { return first == last; }
   size_t size() const { return static_cast<size_t>(last - first); }
+  const Item& operator[](size_t place) const { return first[place]; }
 };
 
 struct Annotation {

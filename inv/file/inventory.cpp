@@ -94,7 +94,7 @@ std::unique_ptr<Inventory> open_inventory(std::string file_name, std::string byt
   inventory->bytes = std::move(bytes);
   inventory->container = read_container(inventory->bytes, max_size, inventory->faults);
   if (!inventory->container) return inventory;
-  Allowance left = {max_size, kMostLines};
+  Allowance left = {max_size, most_lines(max_size)};
   for (const Section& section : inventory->container->sections) {
     Content content = read_content(section, inventory->container->big_endian, left, inventory->faults);
     left.bytes -= std::min(left.bytes, content.size.value_or(0));

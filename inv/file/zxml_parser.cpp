@@ -1,6 +1,8 @@
 #include "inv/file/zxml_parser.h"
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 namespace inv {
@@ -61,7 +63,8 @@ class TextParser {
     if (text.substr(0, kTextMark.size()) != kTextMark) return fail("the text does not begin with its mark");
     const Counts counts = count_lines(text.substr(kTextMark.size()));
     if (counts.lines > most_lines_) {
-      return fail("the text has more than " + std::to_string(most_lines_) + " lines");
+      return fail("the text has more than " + std::to_string(most_lines_) +
+                  " lines; a larger --max-size allows more");
     }
     document_.line_count_ = counts.lines;
     document_.records_.reserve(counts.records);
@@ -185,8 +188,14 @@ class TextParser {
   size_t line_start_ = 0;
 };
 
-std::optional<Document> parse_text(std::string text, Fault* fault, size_t most_lines) {
-  TextParser parser(std::move(text), most_lines);
+size_t most_lines(uint64_t max_size) {
+  // A tree counts its elements in 32 bits.
+  constexpr uint64_t kMost = std::numeric_limits<uint32_t>::max() / 2;
+  return std::max(kFewestLines, static_cast<size_t>(std::min(max_size / kBytesOfLine, kMost)));
+}
+
+std::optional<Document> parse_text(std::string text, Fault* fault, size_t lines) {
+  TextParser parser(std::move(text), lines);
   if (!parser.parse(fault)) return std::nullopt;
   return parser.take();
 }

@@ -34,10 +34,12 @@ bool is_part_worth_finding(std::string_view name) {
 }  // namespace
 
 void Pseudonyms::add(IdentifierKind kind, std::string_view original, Reach reach) {
+  if (is_full()) return;
   // Most identifiers occur many times in a file, and what follows is expensive.
   std::string once(1, static_cast<char>(kind));
   once.append(1, static_cast<char>(reach)).append(original);
   if (!seen_.insert(std::move(once)).second) return;
+  bytes_ += kBytesOfIdentifier + original.size();
   const Shape shape = shape_of(kind, original);
   std::string canonical = canonical_form(shape, original);
   const auto [place, is_new] = by_canonical_.emplace(canonical, entries_.size());
@@ -77,9 +79,10 @@ void Pseudonyms::add_named_programs() {
     if (is_name && is_part_worth_finding(entry.canonical)) parts.add(entry.canonical, 0);
   }
   parts.prepare();
-  for (const std::string& name : programs_) {
+  for (const std::string_view name : programs_) {
     if (parts.cuts_word(name)) add(IdentifierKind::text, name, Reach::in_place);
   }
+  programs_ = {};
 }
 
 void Pseudonyms::assign(Entry& entry, std::unordered_set<std::string>& taken) const {

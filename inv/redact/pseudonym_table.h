@@ -1,6 +1,8 @@
 // The pseudonyms of one file: every identifier in it, and its replacement.
 #pragma once
 
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,11 +19,17 @@ class Pseudonyms {
  public:
   explicit Pseudonyms(std::string key) : key_(std::move(key)) {}
 
+  // How many bytes the identifiers may take, each with kBytesOfIdentifier in addition to its own; unlimited
+  // by default. Those beyond are not added.
+  void limit_size(uint64_t most_bytes) { most_bytes_ = most_bytes; }
+  bool is_full() const { return bytes_ > most_bytes_; }
+  static constexpr uint64_t kBytesOfIdentifier = 128;
+
   // First add all identifiers. One that was ever added with Reach::everywhere is replaced everywhere.
   void add(IdentifierKind kind, std::string_view original, Reach reach = Reach::everywhere);
   // Adds the name of a process or a variable. In its place it is an identifier if somebody's name is part of
-  // a word in it: "janetool".
-  void add_program(std::string_view name) { programs_.emplace_back(name); }
+  // a word in it: "janetool". The text must be valid until assign().
+  void add_program(std::string_view name) { programs_.push_back(name); }
   // Then gives each a unique pseudonym, which neither is an identifier of the file nor contains one as a
   // token.
   void assign();
@@ -59,11 +67,13 @@ class Pseudonyms {
   void assign(Entry& entry, std::unordered_set<std::string>& taken) const;
 
   std::string key_;
+  uint64_t bytes_ = 0;
+  uint64_t most_bytes_ = std::numeric_limits<uint64_t>::max();
   std::unordered_set<std::string> seen_;  // with their kinds, as they were added
   std::vector<Entry> entries_;
   std::unordered_map<std::string, size_t> by_canonical_;
   std::unordered_map<std::string, size_t> by_spelling_;  // folded
-  std::vector<std::string> programs_;
+  std::vector<std::string_view> programs_;
   TokenFinder finder_;
 };
 

@@ -141,16 +141,18 @@ class SaltLine {
   std::string text_;
 };
 
-std::string redacted(const Document& document, const Pseudonyms& pseudonyms, const std::string& salt) {
+// What comes beyond `max_size` is missing, and shows that it is too much.
+std::string redacted(const Document& document, const Pseudonyms& pseudonyms, const RedactOptions& options) {
   std::string text(kTextMark);
   text.reserve(document.text().size() + document.text().size() / 4);
   Places places;
-  SaltLine salt_line(salt);
+  SaltLine salt_line(options.salt);
   each_line(document, [&](const TextLine& line) {
+    if (text.size() > options.max_size) return;
     text += salt_line.before(line);
     if (!is_salt(line)) text += redacted(line, places, pseudonyms);
   });
-  return text + salt_line.rest();
+  return text += salt_line.rest();
 }
 
 bool holds_identifier(const OwnText& own, const Pseudonyms& pseudonyms) {
@@ -195,7 +197,7 @@ std::string refusal(const Inventory& inventory, bool drop_opaque) {
 }
 
 std::vector<TreeText> redacted_trees(const Inventory& inventory, const Pseudonyms& pseudonyms,
-                                     const std::string& salt) {
+                                     const RedactOptions& options) {
   std::vector<TreeText> trees;
   for (size_t i = 0; i < inventory.contents.size(); ++i) {
     const Section& section = inventory.container->sections[i];
@@ -204,10 +206,16 @@ std::vector<TreeText> redacted_trees(const Inventory& inventory, const Pseudonym
     const auto header_text = [&](const std::string& text) {
       return is_scanner_word(text) ? text : pseudonyms.replace_tokens(text);
     };
-    trees.push_back({section.kind, redacted(*inventory.contents[i].document, pseudonyms, salt),
+    trees.push_back({section.kind, redacted(*inventory.contents[i].document, pseudonyms, options),
                      header_text(section.timestamp), header_text(section.snaptype)});
   }
   return trees;
+}
+
+uint64_t size_of(const std::vector<TreeText>& trees) {
+  uint64_t size = 0;
+  for (const TreeText& tree : trees) size += tree.text.size();
+  return size;
 }
 
 }  // namespace
@@ -228,16 +236,31 @@ std::string find_survivor(const Pseudonyms& pseudonyms, const Inventory& invento
   return "";
 }
 
-Redaction redact(const Inventory& inventory, const RedactOptions& options) {
-  Redaction redaction{{}, refusal(inventory, options.drop_opaque), {}, Pseudonyms(options.key)};
+Redaction redact(std::unique_ptr<Inventory> inventory, const RedactOptions& options) {
+  Redaction redaction{{}, refusal(*inventory, options.drop_opaque), {}, Pseudonyms(options.key)};
   if (!redaction.refusal.empty()) return redaction;
+  // Nothing of the container is read again.
+  inventory->bytes = {};
   Pseudonyms& pseudonyms = redaction.pseudonyms;
-  for (const Content& content : inventory.contents) {
+  pseudonyms.limit_size(options.max_size / 8);
+  for (const Content& content : inventory->contents) {
     if (content.document) learn(*content.document, pseudonyms);
   }
+  if (pseudonyms.is_full()) {
+    redaction.refusal = "what identifies somebody takes more than " + std::to_string(options.max_size / 8) +
+                        " bytes; a larger --max-size allows more";
+    return redaction;
+  }
   pseudonyms.assign();
-  std::string bytes = write_container(redacted_trees(inventory, pseudonyms, options.salt));
-  const auto written = open_inventory("", bytes, kUsualMaxSize);
+  std::vector<TreeText> trees = redacted_trees(*inventory, pseudonyms, options);
+  inventory.reset();
+  if (size_of(trees) > options.max_size) {
+    redaction.refusal = "the result would be larger than " + std::to_string(options.max_size) +
+                        " bytes; a larger --max-size allows more";
+    return redaction;
+  }
+  std::string bytes = write_container(std::move(trees));
+  const auto written = open_inventory("", bytes, options.max_size);
   const std::string survivor = written->faults.empty() ? find_survivor(pseudonyms, *written) : "";
   if (!written->faults.empty()) {
     redaction.refusal = "the result would be damaged";

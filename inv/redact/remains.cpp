@@ -31,8 +31,9 @@ constexpr std::string_view kDomains[] = {
     "internal", "int",  "intranet", "io", "it", "jp",      "kr", "lan", "local", "mil", "mx",  "net",  "nl",
     "no",       "nz",   "org",      "pl", "pt", "ru",      "se", "tr",  "ua",    "uk",  "us",  "za"};
 
-// At most this many are listed.
+// At most this many are listed, and at most so many counted.
 constexpr size_t kMostWords = 5;
+constexpr size_t kMostCounted = 10'000;
 
 bool is_domain(std::string_view label) {
   return std::find(std::begin(kDomains), std::end(kDomains), folded(label)) != std::end(kDomains);
@@ -50,7 +51,7 @@ bool is_host_like(std::string_view word) {
 }
 
 void add_host_like_words(std::string_view text, std::set<std::string>& words) {
-  for (size_t start = 0; start < text.size(); ++start) {
+  for (size_t start = 0; start < text.size() && words.size() <= kMostCounted; ++start) {
     size_t end = start;
     while (end < text.size() && is_in_host(text[end])) ++end;
     const std::string_view word = text.substr(start, end - start);
@@ -75,7 +76,9 @@ class Remains {
   std::string list() const {
     std::string text;
     for (size_t i = 0; i < std::size(kNames); ++i) add(counts_[i], kNames[i].one, kNames[i].more, text);
-    add(words_.size(), "host-like word", "host-like words", text);
+    const bool is_more = words_.size() > kMostCounted;
+    add(std::min(words_.size(), kMostCounted), "host-like word",
+        is_more ? "or more host-like words" : "host-like words", text);
     return words_.empty() ? text : text + ": " + first_words();
   }
 

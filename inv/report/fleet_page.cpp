@@ -152,7 +152,7 @@ std::string fullest_percent(const FleetMachine& machine) {
   return most ? std::to_string(*most) : "";
 }
 
-std::string machine_table(const Machines& machines) {
+PagePart machine_table(const Machines& machines) {
   const std::vector<ReportColumn> columns = {{"Machine", ""},
                                              {"Model", ""},
                                              {"Serial", ""},
@@ -160,14 +160,17 @@ std::string machine_table(const Machines& machines) {
                                              {"Memory, MB", "", ColumnForm::number},
                                              {"Fullest volume, %", "", ColumnForm::number},
                                              {"Scanned", "", ColumnForm::date}};
-  std::vector<std::vector<std::string>> rows;
-  for (const FleetMachine& machine : machines) {
+  return table_part("Machines", columns, machines.size(), [&machines](size_t i) -> std::vector<std::string> {
+    const FleetMachine& machine = machines[i];
     const std::string memory = machine.memory_megabytes > 0 ? std::to_string(machine.memory_megabytes) : "";
-    rows.push_back({link_to(machine), isolated(machine.model), isolated(machine.serial),
-                    isolated(machine.system), memory, fullest_percent(machine),
-                    machine.timestamp.empty() ? "" : time_element(machine.timestamp)});
-  }
-  return table_section("Machines", columns, rows);
+    return {link_to(machine),
+            isolated(machine.model),
+            isolated(machine.serial),
+            isolated(machine.system),
+            memory,
+            fullest_percent(machine),
+            machine.timestamp.empty() ? "" : time_element(machine.timestamp)};
+  });
 }
 
 }  // namespace
@@ -203,24 +206,25 @@ std::vector<FleetMachine> last_scans(std::vector<FleetMachine> scans) {
   return machines;
 }
 
-std::string fleet_page(const std::string& title, const std::vector<FleetMachine>& machines, int64_t today) {
+void fleet_page(const std::string& title, const std::vector<FleetMachine>& machines, int64_t today,
+                const TextSink& sink) {
   const auto counted = [&](const std::string& name,
                            const std::function<std::string(const FleetMachine&)>& text_of) {
     return count_section(name, count(machines, text_of), machines.size());
   };
-  return framed_page(
-      title, "<h1>" + isolated(title) + "</h1><p>" + readable_count(machines.size(), "machine") + "</p>",
+  const std::string sections =
       "<div class=\"counts\">\n" +
-          counted("Models", [](const FleetMachine& machine) { return or_unknown(machine.model); }) +
-          counted("Systems", [](const FleetMachine& machine) { return or_unknown(machine.system); }) +
-          counted("Memory",
-                  [](const FleetMachine& machine) {
-                    return machine.memory_megabytes > 0 ? readable_memory(machine.memory_megabytes)
-                                                        : kUnknown;
-                  }) +
-          counted("Age of scan", [&](const FleetMachine& machine) { return age_of(machine, today); }) +
-          "</div>\n" + full_disk_section(machines) + remarks_section(machines, today) +
-          machine_table(machines));
+      counted("Models", [](const FleetMachine& machine) { return or_unknown(machine.model); }) +
+      counted("Systems", [](const FleetMachine& machine) { return or_unknown(machine.system); }) +
+      counted("Memory",
+              [](const FleetMachine& machine) {
+                return machine.memory_megabytes > 0 ? readable_memory(machine.memory_megabytes) : kUnknown;
+              }) +
+      counted("Age of scan", [&](const FleetMachine& machine) { return age_of(machine, today); }) +
+      "</div>\n" + full_disk_section(machines) + remarks_section(machines, today);
+  framed_page(title,
+              "<h1>" + isolated(title) + "</h1><p>" + readable_count(machines.size(), "machine") + "</p>",
+              {{sections, {}}, machine_table(machines)}, sink);
 }
 
 }  // namespace inv

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "inv/base/text_sink.h"
 #include "inv/facts/overview.h"
 #include "inv/file/inventory.h"
 
@@ -36,6 +37,7 @@ FleetMachine fleet_machine(const Inventory& inventory);
 std::vector<FleetMachine> last_scans(std::vector<FleetMachine> scans);
 
 // The page of these machines. Ages are counted to `today`, in days from 1970-01-01.
-std::string fleet_page(const std::string& title, const std::vector<FleetMachine>& machines, int64_t today);
+void fleet_page(const std::string& title, const std::vector<FleetMachine>& machines, int64_t today,
+                const TextSink& sink);
 
 }  // namespace inv

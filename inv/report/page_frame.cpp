@@ -29,41 +29,53 @@ std::string_view take_between(std::string_view& html, std::string_view start, st
 }
 
 // A list of the sections. Values are escaped, so nothing in them looks like one.
-std::string contents_list(std::string_view html) {
+std::string contents_list(const std::vector<PagePart>& parts) {
   std::string items;
-  for (;;) {
-    const std::string_view id = take_between(html, "<section id=\"", "\"");
-    if (id.empty()) break;
-    const std::string_view title = take_between(html, "<h2>", "<");
-    items.append("<li><a href=\"#")
-        .append(id)
-        .append("\">")
-        .append(title.substr(0, title.find_last_not_of(' ') + 1));
-    items += "</a></li>\n";
+  for (const PagePart& part : parts) {
+    std::string_view html = part.beginning;
+    for (;;) {
+      const std::string_view id = take_between(html, "<section id=\"", "\"");
+      if (id.empty()) break;
+      const std::string_view title = take_between(html, "<h2>", "<");
+      items.append("<li><a href=\"#").append(id).append("\">");
+      items.append(title.substr(0, title.find_last_not_of(' ') + 1)).append("</a></li>\n");
+    }
   }
   return items.empty() ? ""
                        : "<nav class=\"contents\" aria-label=\"Contents\"><ul>\n" + items + "</ul></nav>\n";
 }
 
+void write_body(const std::string& header, const std::vector<PagePart>& parts, const TextSink& sink) {
+  sink("<header>" + header + "</header>\n" + contents_list(parts) + "<main>\n");
+  for (const PagePart& part : parts) {
+    sink(part.beginning);
+    if (part.rest) part.rest(sink);
+  }
+  sink("</main>\n");
+}
+
 }  // namespace
 
 // The page with its places filled in. What is put in is not looked at again: a value may say "{{body}}".
-std::string framed_page(const std::string& title, const std::string& header, const std::string& main) {
-  const std::string body =
-      "<header>" + header + "</header>\n" + contents_list(main) + "<main>\n" + main + "</main>\n";
+void framed_page(const std::string& title, const std::string& header, const std::vector<PagePart>& parts,
+                 const TextSink& sink) {
   const std::map<std::string_view, std::string> contents = {{"policy", policy()},
                                                             {"title", escaped(title)},
                                                             {"style", std::string(kPageStyle)},
-                                                            {"script", std::string(kPageScript)},
-                                                            {"body", body}};
-  std::string html;
+                                                            {"script", std::string(kPageScript)}};
   std::string_view rest = kPage;
   for (size_t open = rest.find("{{"); open != rest.npos; open = rest.find("{{")) {
     const size_t close = rest.find("}}", open);
-    html.append(rest.substr(0, open)).append(contents.at(rest.substr(open + 2, close - open - 2)));
+    const std::string_view place = rest.substr(open + 2, close - open - 2);
+    sink(rest.substr(0, open));
+    if (place == "body") {
+      write_body(header, parts, sink);
+    } else {
+      sink(contents.at(place));
+    }
     rest.remove_prefix(close + 2);
   }
-  return html.append(rest);
+  sink(rest);
 }
 
 std::string time_element(const std::string& timestamp) {

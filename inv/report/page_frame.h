@@ -2,13 +2,25 @@
 // lets no browser try.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
+
+#include "inv/base/text_sink.h"
 
 namespace inv {
 
-// A page with this title (text), and a header and contents (HTML). A list of the sections with an id stands
-// between them.
-std::string framed_page(const std::string& title, const std::string& header, const std::string& main);
+// A part of a page, in HTML: a beginning with all sections of it that have an id, and what follows that is
+// too large to be kept. `rest` may be missing.
+struct PagePart {
+  std::string beginning;
+  std::function<void(const TextSink&)> rest;
+};
+
+// Puts a page with this title (text), a header (HTML) and these parts into the sink, never half a cell of a
+// table. A list of the sections stands behind the header.
+void framed_page(const std::string& title, const std::string& header, const std::vector<PagePart>& parts,
+                 const TextSink& sink);
 
 // "20120118153045.000000+120" as a time that a person reads.
 std::string time_element(const std::string& timestamp);

@@ -78,36 +78,36 @@ std::string volume_section(const Overview& overview) {
   return bars.empty() ? "" : "<section id=\"space\"><h2>Space</h2>\n" + bars + "</section>\n";
 }
 
-std::string change_table(const std::vector<ToldChange>& told) {
+PagePart change_table(const ToldChanges& told) {
   const std::vector<ReportColumn> columns = {{"Change", ""}, {"Of", ""}, {"What changed", ""}};
-  std::vector<std::vector<std::string>> rows;
-  for (const ToldChange& change : told) {
+  return table_part("Changes", columns, told.size(), [&told](size_t i) -> std::vector<std::string> {
+    const ToldChange change = told[i];
     const std::string kind = kind_text(change.kind);
-    rows.push_back({"<span class=\"" + kind + "\">" + kind + "</span>", isolated(change.thing),
-                    isolated(change.sentence)});
-  }
-  return table_section("Changes", columns, rows);
+    return {"<span class=\"" + kind + "\">" + kind + "</span>", isolated(change.thing),
+            isolated(change.sentence)};
+  });
 }
 
 }  // namespace
 
-std::string report_page(const Inventory& inventory) {
+void report_page(const Inventory& inventory, const TextSink& sink) {
   const Overview overview = overview_of(inventory);
-  return framed_page(overview.name, heading(overview),
-                     cards(overview) + memory_section(overview) + volume_section(overview) +
-                         report_tables(inventory.snapshot_top()));
+  std::vector<PagePart> parts = report_tables(inventory.snapshot_top());
+  parts.insert(parts.begin(), {cards(overview) + memory_section(overview) + volume_section(overview), {}});
+  framed_page(overview.name, heading(overview), parts, sink);
 }
 
-std::string comparison_page(const Inventory& old_inventory, const Inventory& new_inventory) {
+void comparison_page(const Inventory& old_inventory, const Inventory& new_inventory, const TextSink& sink) {
   const Overview overview = overview_of(new_inventory);
-  const std::vector<ToldChange> told = tell(diff(old_inventory, new_inventory, Facts::lasting));
+  const ToldChanges told(diff(old_inventory, new_inventory, Facts::lasting));
   const std::string warning = machine_warning(old_inventory, new_inventory);
+  const std::string note =
+      warning.empty() ? "" : "<p class=\"warning\" role=\"note\">Note: " + isolated(warning) + "</p>\n";
   const std::string since = "<p class=\"since\">" + readable_count(told.size(), "change") + " since " +
                             time_element(scan_timestamp(old_inventory)) + "</p>\n";
-  return framed_page(
-      overview.name + ", compared", heading(overview),
-      (warning.empty() ? "" : "<p class=\"warning\" role=\"note\">Note: " + isolated(warning) + "</p>\n") +
-          since + (told.empty() ? "" : change_table(told)));
+  std::vector<PagePart> parts = {{note + since, {}}};
+  if (!told.empty()) parts.push_back(change_table(told));
+  framed_page(overview.name + ", compared", heading(overview), parts, sink);
 }
 
 }  // namespace inv

@@ -2,13 +2,14 @@
 // Content-Security-Policy lets no browser try.
 #pragma once
 
-#include <string>
-
+#include "inv/base/text_sink.h"
 #include "inv/file/inventory.h"
 
 namespace inv {
 
-std::string report_page(const Inventory& inventory);
-std::string comparison_page(const Inventory& old_inventory, const Inventory& new_inventory);
+// Each goes into the sink row by row. Of rows beyond what a browser shows in any useful time, the number is
+// given in their place.
+void report_page(const Inventory& inventory, const TextSink& sink);
+void comparison_page(const Inventory& old_inventory, const Inventory& new_inventory, const TextSink& sink);
 
 }  // namespace inv

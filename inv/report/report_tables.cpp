@@ -1,6 +1,7 @@
 #include "inv/report/report_tables.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "inv/facts/readable.h"
 #include "inv/facts/table_values.h"
@@ -9,9 +10,10 @@
 namespace inv {
 namespace {
 
-// A browser does not show more in any useful time: of all cells together, and of a value.
-constexpr size_t kMostCellBytes = 64u << 20;
+// Of a value no more is shown.
 constexpr size_t kLongestCell = 1u << 16;
+
+using RowMaker = std::function<std::vector<std::string>(size_t)>;
 
 std::string_view text_of(Element element, const ReportColumn& column, Counterparts& counterparts) {
   return find_value(element, column.attribute, counterparts).text;
@@ -53,9 +55,9 @@ std::string cell(std::string_view value, ColumnForm form) {
 }
 
 std::string left_out(size_t count) {
-  return count == 0
-             ? ""
-             : "<p>" + std::to_string(count) + " more are left out: the page would be too large.</p>\n";
+  return count == 0 ? ""
+                    : "<p>" + std::to_string(count) + (count == 1 ? " more is" : " more are") +
+                          " left out: the page would be too large.</p>\n";
 }
 
 // The columns in which something is told.
@@ -67,6 +69,69 @@ std::vector<ReportColumn> filled_columns(const ReportTable& table, const std::ve
     if (std::any_of(elements.begin(), elements.end(), has_value)) filled.push_back(column);
   }
   return filled;
+}
+
+std::string table_beginning(std::string_view title, const std::vector<ReportColumn>& columns, size_t rows) {
+  std::string html = "<section id=\"" + anchor_of(title) + "\">\n<h2>" + std::string(title) +
+                     " <span class=\"count\">" + std::to_string(rows) +
+                     "</span></h2>\n<div class=\"scroll\" tabindex=\"0\" role=\"region\" aria-label=\"" +
+                     std::string(title) + " table\"><table>\n<thead><tr>";
+  for (const ReportColumn& column : columns) {
+    html +=
+        std::string("<th scope=\"col\"") + class_of(column.form) + ">" + std::string(column.title) + "</th>";
+  }
+  return html + "</tr></thead>\n<tbody>\n";
+}
+
+std::string row_text(const std::vector<ReportColumn>& columns, const std::vector<std::string>& cells) {
+  std::string html = "<tr>";
+  for (size_t i = 0; i < cells.size(); ++i) {
+    html.append("<td").append(class_of(columns[i].form)).append(">").append(cells[i]).append("</td>");
+  }
+  return html + "</tr>\n";
+}
+
+// A row of nothing but empty cells takes room as well.
+size_t size_of(const std::vector<std::string>& cells) {
+  size_t size = 0;
+  for (const std::string& cell : cells) size += sizeof cell + cell.size();
+  return size;
+}
+
+// The rows up to the one that uses the room up, with that one.
+void write_rows(const std::vector<ReportColumn>& columns, size_t rows, const RowMaker& row_of, size_t& room,
+                const TextSink& sink) {
+  size_t written = 0;
+  for (; written < rows && room > 0; ++written) {
+    const std::vector<std::string> cells = row_of(written);
+    room -= std::min(room, size_of(cells));
+    sink(row_text(columns, cells));
+  }
+  sink("</tbody>\n</table></div>\n" + left_out(rows - written) + "</section>\n");
+}
+
+// What the tables of a page have in common.
+struct TablesOfPage {
+  TablesOfPage(Element snapshot, size_t most_bytes) : counterparts(snapshot), room(most_bytes) {}
+
+  Counterparts counterparts;
+  size_t room;
+};
+
+PagePart part_of(const ReportTable& table, std::vector<Element> elements,
+                 const std::shared_ptr<TablesOfPage>& page) {
+  const std::vector<ReportColumn> columns = filled_columns(table, elements, page->counterparts);
+  const std::string beginning = table_beginning(table.title, columns, elements.size());
+  return {beginning, [columns, elements = std::move(elements), page](const TextSink& sink) {
+            const auto row_of = [&](size_t i) {
+              std::vector<std::string> cells;
+              for (const ReportColumn& column : columns) {
+                cells.push_back(cell(text_of(elements[i], column, page->counterparts), column.form));
+              }
+              return cells;
+            };
+            write_rows(columns, elements.size(), row_of, page->room, sink);
+          }};
 }
 
 }  // namespace
@@ -81,48 +146,22 @@ std::string anchor_of(std::string_view title) {
   return anchor;
 }
 
-std::string table_section(std::string_view title, const std::vector<ReportColumn>& columns,
-                          const std::vector<std::vector<std::string>>& rows) {
-  std::string html = "<section id=\"" + anchor_of(title) + "\">\n<h2>" + std::string(title) +
-                     " <span class=\"count\">" + std::to_string(rows.size()) +
-                     "</span></h2>\n<div class=\"scroll\" tabindex=\"0\" role=\"region\" aria-label=\"" +
-                     std::string(title) + " table\"><table>\n<thead><tr>";
-  for (const ReportColumn& column : columns) {
-    html +=
-        std::string("<th scope=\"col\"") + class_of(column.form) + ">" + std::string(column.title) + "</th>";
-  }
-  html += "</tr></thead>\n<tbody>\n";
-  for (const std::vector<std::string>& row : rows) {
-    html += "<tr>";
-    for (size_t i = 0; i < row.size(); ++i) {
-      html += std::string("<td") + class_of(columns[i].form) + ">" + row[i] + "</td>";
-    }
-    html += "</tr>\n";
-  }
-  return html + "</tbody>\n</table></div>\n</section>\n";
+PagePart table_part(std::string_view title, const std::vector<ReportColumn>& columns, size_t rows,
+                    const RowMaker& row_of, size_t most_bytes) {
+  return {table_beginning(title, columns, rows), [columns, rows, row_of, most_bytes](const TextSink& sink) {
+            size_t room = most_bytes;
+            write_rows(columns, rows, row_of, room, sink);
+          }};
 }
 
-std::string report_tables(Element snapshot) {
-  std::string html;
-  size_t room = kMostCellBytes;
-  Counterparts counterparts(snapshot);
+std::vector<PagePart> report_tables(Element snapshot, size_t most_bytes) {
+  const auto page = std::make_shared<TablesOfPage>(snapshot, most_bytes);
+  std::vector<PagePart> parts;
   for (const ReportTable& table : report_table_list()) {
-    const std::vector<Element> elements = rows_of(snapshot, table.rows);
-    const std::vector<ReportColumn> columns = filled_columns(table, elements, counterparts);
-    std::vector<std::vector<std::string>> rows;
-    for (const Element element : elements) {
-      if (room == 0) break;
-      std::vector<std::string> cells;
-      for (const ReportColumn& column : columns) {
-        cells.push_back(cell(text_of(element, column, counterparts), column.form));
-      }
-      for (const std::string& text : cells) room -= std::min(room, sizeof text + text.size());
-      rows.push_back(std::move(cells));
-    }
-    if (!rows.empty()) html += table_section(table.title, columns, rows);
-    html += left_out(elements.size() - rows.size());
+    std::vector<Element> elements = rows_of(snapshot, table.rows);
+    if (!elements.empty()) parts.push_back(part_of(table, std::move(elements), page));
   }
-  return html;
+  return parts;
 }
 
 }  // namespace inv

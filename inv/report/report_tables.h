@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "inv/file/document.h"
+#include "inv/report/page_frame.h"
 
 namespace inv {
 
@@ -35,12 +36,19 @@ struct ReportTable {
 // The tables of a report in their order, as the catalogue of facts has them.
 const std::vector<ReportTable>& report_table_list();
 
-// A section of the page with a table in it; nothing when the snapshot has no such elements.
-std::string report_tables(Element snapshot);
+// How many bytes of cells a page shows: a browser does not show more in any useful time.
+constexpr size_t kMostCellBytes = 64u << 20;
+
+// A section of the page for each table that the snapshot has elements for. All of them valid as long as the
+// snapshot, and to be written in their order, since they share `most_bytes` of cells: of each table its first
+// rows, and how many more there would be.
+std::vector<PagePart> report_tables(Element snapshot, size_t most_bytes = kMostCellBytes);
 // What a section of this title is found by on the page: "network-adapters" for "Network adapters".
 std::string anchor_of(std::string_view title);
-// A table of any rows: cells as HTML, a row for each vector.
-std::string table_section(std::string_view title, const std::vector<ReportColumn>& columns,
-                          const std::vector<std::vector<std::string>>& rows);
+// A table of so many rows, each of which `row_of` makes when its turn comes: cells as HTML, one for each
+// column. No more rows than have this many bytes are shown.
+PagePart table_part(std::string_view title, const std::vector<ReportColumn>& columns, size_t rows,
+                    const std::function<std::vector<std::string>(size_t)>& row_of,
+                    size_t most_bytes = kMostCellBytes);
 
 }  // namespace inv

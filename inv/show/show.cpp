@@ -13,7 +13,7 @@ constexpr size_t kWidestName = 28;
 
 class Shower {
  public:
-  explicit Shower(const Terminal& terminal) : terminal_(terminal) {}
+  Shower(const Terminal& terminal, const TextSink& sink) : terminal_(terminal), sink_(sink) {}
 
   void show_tree(Element root, uint32_t depth) {
     for (const Record& record : root.subtree()) {
@@ -23,20 +23,18 @@ class Shower {
   }
 
   void show_attribute(const Attribute& attribute, const std::string& name, size_t indent, size_t name_width) {
-    result.append(indent, ' ').append(pad_right(name, name_width));
-    if (!attribute.value.empty()) result.append("  ").append(printable(attribute.value));
+    line_.append(indent, ' ').append(pad_right(name, name_width));
+    if (!attribute.value.empty()) line_.append("  ").append(printable(attribute.value));
     end_line(attribute.annotations);
   }
-
-  std::string result;
 
  private:
   void show_element(Element element, uint32_t level, bool without_children) {
     const size_t indent = level * kIndent;
-    result.append(indent, ' ').append(terminal_.bold(printable(path_of(element))));
-    if (!element.value().empty()) result.append("  ").append(printable(element.value()));
+    line_.append(indent, ' ').append(terminal_.bold(printable(path_of(element))));
+    if (!element.value().empty()) line_.append("  ").append(printable(element.value()));
     if (without_children && element.first_child()) {
-      result += terminal_.dim("  (" + std::to_string(element.subtree().size() - 1) + " below)");
+      line_ += terminal_.dim("  (" + std::to_string(element.subtree().size() - 1) + " below)");
     }
     end_line(element.annotations());
     size_t name_width = 0;
@@ -50,27 +48,30 @@ class Shower {
 
   void end_line(const Range<Annotation>& annotations) {
     for (const Annotation& annotation : annotations) {
-      result += terminal_.dim("  [" + printable(annotation.key) + (annotation.text.empty() ? "" : "=") +
-                              printable(annotation.text) + "]");
+      line_ += terminal_.dim("  [" + printable(annotation.key) + (annotation.text.empty() ? "" : "=") +
+                             printable(annotation.text) + "]");
     }
-    result.resize(result.find_last_not_of(' ') + 1);
-    result += '\n';
+    line_.resize(line_.find_last_not_of(' ') + 1);
+    line_ += '\n';
+    sink_(line_);
+    line_.clear();
   }
 
   const Terminal& terminal_;
+  const TextSink& sink_;
+  std::string line_;
 };
 
 }  // namespace
 
-std::string show_match(const Match& match, uint32_t depth, const Terminal& terminal) {
-  Shower shower(terminal);
+void show_match(const Match& match, uint32_t depth, const Terminal& terminal, const TextSink& sink) {
+  Shower shower(terminal, sink);
   if (match.attribute) {
     shower.show_attribute(*match.attribute,
                           terminal.bold(printable(path_below(match.element, match.attribute->name))), 0, 0);
   } else {
     shower.show_tree(match.element, depth);
   }
-  return std::move(shower.result);
 }
 
 }  // namespace inv

@@ -30,6 +30,14 @@ std::string debug_file(std::string_view profiler_output);
 
 std::string text_of(const InventoryTree& tree);
 
+// What is put into a sink, as one text.
+template <typename Write>
+std::string written(Write write) {
+  std::string text;
+  write([&text](std::string_view piece) { text += piece; });
+  return text;
+}
+
 // One complete zlib stream.
 std::string deflated(std::string_view text);
 // A container around any bytes and any header text, plain.

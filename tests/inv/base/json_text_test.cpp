@@ -16,4 +16,19 @@ TEST(JsonText, AppendsWhatTheWriterOfAJsonDoes) {
   }
 }
 
+TEST(JsonText, AnArrayInPiecesIsWhatTheWriterOfAJsonMakesOfTheWhole) {
+  const std::vector<inv::Json> elements = {{{"a", "one\ntwo"}, {"b", {1, 2}}}, inv::Json::object(), 3};
+  for (const size_t count : {0, 1, 3}) {
+    std::string text;
+    inv::JsonArray array([&](std::string_view piece) { text += piece; }, 2);
+    inv::Json whole = inv::Json::array();
+    for (size_t i = 0; i < count; ++i) {
+      array.add(elements[i]);
+      whole.push_back(elements[i]);
+    }
+    array.end();
+    EXPECT_EQ(text, whole.dump(2));
+  }
+}
+
 }  // namespace

@@ -18,9 +18,9 @@ std::string changes(const std::string& old_file, const std::string& new_file, Fa
   const auto new_inventory = maker::open(new_file);
   std::string lines;
   for (const inv::Change& change : inv::diff(*old_inventory, *new_inventory, facts)) {
-    lines += std::string(inv::kind_text(change.kind)) + " " + change.path;
+    lines += std::string(inv::kind_text(change.kind)) + " " + change.path();
     if (change.kind == inv::Change::Kind::changed)
-      lines += " " + change.old_value + " to " + change.new_value;
+      lines.append(" ").append(change.old_value()).append(" to ").append(change.new_value());
     lines += "\n";
   }
   return lines;
@@ -207,10 +207,11 @@ TEST(Diff, SaysWhereItHappened) {
   EXPECT_EQ(found[0].old_element.value(), "Safari");
   EXPECT_FALSE(found[0].new_element);
   EXPECT_EQ(found[0].new_above.name(), "Software");
-  EXPECT_EQ(found[0].identity, "/Applications/Safari.app");
-  EXPECT_EQ(found[1].old_path, "/Software/Soft:2/version");
-  EXPECT_EQ(found[1].path, "/Software/Soft:1/version");
-  EXPECT_EQ(found[1].label, "Mail");
+  EXPECT_EQ(found[0].old_path(), "/Software/Soft:1");
+  EXPECT_EQ(found[0].label(), "Safari");
+  EXPECT_EQ(found[1].old_path(), "/Software/Soft:2/version");
+  EXPECT_EQ(found[1].path(), "/Software/Soft:1/version");
+  EXPECT_EQ(found[1].label(), "Mail");
 }
 
 TEST(Diff, StaysLinearWithListsWithoutIdentity) {

@@ -16,7 +16,7 @@ std::string told(std::string_view old_lines, std::string_view new_lines,
   const auto old_inventory = maker::open(snapshot(old_lines));
   const auto new_inventory = maker::open(snapshot(new_lines));
   std::string sentences;
-  for (const inv::ToldChange& change : inv::tell(inv::diff(*old_inventory, *new_inventory, facts))) {
+  for (const inv::ToldChange& change : inv::ToldChanges(inv::diff(*old_inventory, *new_inventory, facts))) {
     sentences += change.sentence + "\n";
   }
   return sentences;
@@ -204,13 +204,12 @@ TEST(ToldChange, SerialNumbersEndWhereTheirLineEnds) {
 TEST(ToldChange, EveryChangeBelongsToASentenceOrFollowsOne) {
   const auto old_inventory = maker::open(snapshot(disks("*HDD:1=\nserial=A\n")));
   const auto new_inventory = maker::open(snapshot(disks("*HDD:1=\nserial=B\n")));
-  const auto changes = inv::diff(*old_inventory, *new_inventory, inv::Facts::lasting);
-  const auto sentences = inv::tell(changes);
+  const inv::ToldChanges sentences(inv::diff(*old_inventory, *new_inventory, inv::Facts::lasting));
   ASSERT_EQ(sentences.size(), 1U);
   EXPECT_EQ(sentences[0].kind, inv::ToldChange::Kind::replaced);
   EXPECT_STREQ(inv::kind_text(sentences[0].kind), "replaced");
   EXPECT_EQ(sentences[0].thing, "Disk");
-  EXPECT_EQ(sentences[0].changes, std::vector<size_t>({0, 1}));
+  EXPECT_EQ(sentences.changes_of(0), std::vector<size_t>({0, 1}));
 }
 
 TEST(ToldChange, WhatIsDeeperThanKnownFollowsAsWhatItIsBelow) {

@@ -103,14 +103,15 @@ TEST(Inventory, PlainSectionsShareTheLimitToo) {
 
 TEST(Inventory, SectionsShareTheLinesThatAFileMayHave) {
   std::string text = "\xEF\xBB\xBF?zxml\n*Snapshot=\n";
-  for (size_t i = 0; i < inv::kMostLines / 2; ++i) text += "~=\n";
+  for (size_t i = 0; i < inv::kFewestLines / 2; ++i) text += "~=\n";
   text += std::string(2, '\0');
   const std::string block = "offset=0\nlength=" + std::to_string(text.size()) + "\ntype=snapshot\n";
-  const auto inventory =
-      maker::open(maker::container(text, "[H]\ncount=2\nsnapshotcount=2\n[0]\n" + block + "[1]\n" + block));
+  const auto inventory = inv::open_inventory(
+      "x", maker::container(text, "[H]\ncount=2\nsnapshotcount=2\n[0]\n" + block + "[1]\n" + block), 1 << 20);
   EXPECT_TRUE(inventory->contents[0].document);
   EXPECT_FALSE(inventory->contents[1].document);
-  EXPECT_EQ(inventory->faults.back().message, "snapshot section: the text has more than 999999 lines");
+  EXPECT_EQ(inventory->faults.back().message,
+            "snapshot section: the text has more than 32767 lines; a larger --max-size allows more");
 }
 
 TEST(Inventory, BytesAfterRawDataAreAFault) {

@@ -103,9 +103,18 @@ TEST(ZxmlParser, RefusesDeeperNestingThanAnyInventoryHas) {
 }
 
 TEST(ZxmlParser, RefusesMoreLinesThanMemoryShouldPayFor) {
-  std::string lines = "+a=\n";
-  for (size_t i = 0; i < inv::kMostLines; ++i) lines += "*=\n";
-  EXPECT_EQ(fault_of(mark(lines)), "1:0 the text has more than 2000000 lines");
+  inv::Fault fault;
+  EXPECT_TRUE(inv::parse_text(mark("+a=\n*b=\n-\n"), &fault, 3));
+  EXPECT_FALSE(inv::parse_text(mark("+a=\n*b=\n-\n"), &fault, 2));
+  EXPECT_EQ(fault.message, "the text has more than 2 lines; a larger --max-size allows more");
+}
+
+TEST(ZxmlParser, AFileMayHaveMoreLinesWhenItMayBeLarger) {
+  EXPECT_EQ(inv::most_lines(inv::kUsualMaxSize), inv::kUsualLines);
+  EXPECT_EQ(inv::most_lines(2 * inv::kUsualMaxSize), 2 * inv::kUsualLines);
+  EXPECT_EQ(inv::most_lines(1), 65'536U);
+  EXPECT_EQ(inv::most_lines(65'537 * 128), 65'537U);
+  EXPECT_EQ(inv::most_lines(uint64_t{1} << 40), 2'147'483'647U);
 }
 
 TEST(ZxmlParser, RefusesALineThatIsNoFact) {

@@ -107,4 +107,15 @@ TEST(Pseudonyms, DifferEvenWhereTheShapeIsExhausted) {
   for (const Identifier& identifier : identifiers) EXPECT_EQ(all.count(identifier.text), 0u);
 }
 
+TEST(Pseudonyms, AreForAsManyIdentifiersAsMemoryShouldPayFor) {
+  Pseudonyms pseudonyms("key");
+  pseudonyms.limit_size(2 * (Pseudonyms::kBytesOfIdentifier + 4));
+  for (const char* name : {"jane", "jane", "mary"}) pseudonyms.add(IdentifierKind::text, name);
+  EXPECT_FALSE(pseudonyms.is_full());
+  pseudonyms.add(IdentifierKind::text, "x");
+  EXPECT_TRUE(pseudonyms.is_full());
+  pseudonyms.add(IdentifierKind::text, "rose");
+  EXPECT_FALSE(pseudonyms.knows("rose"));
+}
+
 }  // namespace

@@ -26,7 +26,7 @@ std::string file_with(const std::string& lines) {
 
 inv::Redaction redacted_file(const std::string& file, const std::string& key = "key",
                              bool drop_opaque = false) {
-  return inv::redact(*maker::open(file), {key, "", drop_opaque});
+  return inv::redact(maker::open(file), {key, "", drop_opaque});
 }
 
 // The lines of the redacted snapshot that file_with was given.
@@ -171,7 +171,7 @@ TEST(Redact, ReplacesSystemPathsOfTheEnvironmentInTheirPlaceOnly) {
 }
 
 std::string salted(const std::string& text, const std::string& salt) {
-  const inv::Redaction redaction = inv::redact(*maker::open(maker::file_of_text(text)), {"key", salt, false});
+  const inv::Redaction redaction = inv::redact(maker::open(maker::file_of_text(text)), {"key", salt, false});
   EXPECT_EQ(redaction.refusal, "");
   const auto result = maker::open(redaction.bytes);
   EXPECT_TRUE(result->faults.empty());
@@ -297,6 +297,32 @@ TEST(FindSurvivor, SeesNothingInOrdinaryText) {
 
 TEST(FindSurvivor, SuspectsWhatItCannotRead) {
   EXPECT_EQ(survivor("jane", maker::debug_file("x")), "in a section that cannot be read");
+}
+
+std::string refusal_of(const std::string& lines, uint64_t max_size) {
+  return inv::redact(maker::open(file_with(lines)), {"key", "", false, max_size}).refusal;
+}
+
+TEST(Redact, RefusesWhatWouldGrowBeyondTheLimit) {
+  // Every name of one letter becomes one of fourteen.
+  const std::string line = "hostname=x\nfirst=/Users/a/b\nsecond=/Users/a/b\n";
+  const inv::Redaction redaction = redacted_file(file_with(line));
+  const uint64_t size = inv::inflated_size(*maker::open(redaction.bytes));
+  EXPECT_GT(size, inv::inflated_size(*maker::open(file_with(line))));
+  const std::string many(40 * 128, 'y');
+  const std::string lines = line + "third=" + many + "\n";
+  const uint64_t all = size + std::string("third=\n").size() + many.size();
+  EXPECT_EQ(refusal_of(lines, all), "");
+  EXPECT_EQ(refusal_of(lines, all - 1), "the result would be larger than " + std::to_string(all - 1) +
+                                            " bytes; a larger --max-size allows more");
+}
+
+TEST(Redact, RefusesMoreIdentifiersThanMemoryShouldPayFor) {
+  std::string lines;
+  for (int i = 0; i < 100; ++i) lines += "place=/Volumes/v" + std::to_string(i) + "x\n";
+  EXPECT_EQ(refusal_of(lines, 1 << 20), "");
+  EXPECT_EQ(refusal_of(lines, 80'000),
+            "what identifies somebody takes more than 10000 bytes; a larger --max-size allows more");
 }
 
 }  // namespace

@@ -31,4 +31,11 @@ TEST(WhatRemains, TakesNoFileBundleOrVersionForAHost) {
   EXPECT_EQ(remains("a=com.example.tool.com\nb=x.app\nc=10.4.11\nd=.com\ne=com\nf=x.\n"), "");
 }
 
+TEST(WhatRemains, CountsNoMoreThanAnybodyWouldRead) {
+  std::string lines;
+  for (int i = 0; i < 10'000; ++i) lines += "a=h" + std::to_string(i) + ".com\n";
+  EXPECT_EQ(remains(lines).rfind("10000 host-like words: h0.com, ", 0), 0U) << remains(lines);
+  EXPECT_EQ(remains(lines + "a=x.com\n").rfind("10000 or more host-like words: h0.com, ", 0), 0U);
+}
+
 }  // namespace

@@ -5,6 +5,7 @@
 #include "inv/base/base64.h"
 #include "inv/maker.h"
 #include "inv/report/page.h"
+#include "inv/report/report_tables.h"
 
 namespace {
 
@@ -16,8 +17,17 @@ size_t count(const std::string& page, const std::string& text) {
   return times;
 }
 
+std::string report_page(const inv::Inventory& inventory) {
+  return maker::written([&](const inv::TextSink& sink) { inv::report_page(inventory, sink); });
+}
+
+std::string comparison_page(const inv::Inventory& old_inventory, const inv::Inventory& new_inventory) {
+  return maker::written(
+      [&](const inv::TextSink& sink) { inv::comparison_page(old_inventory, new_inventory, sink); });
+}
+
 TEST(Report, ShowsCardsAndTables) {
-  const std::string page = inv::report_page(*maker::open(maker::file()));
+  const std::string page = report_page(*maker::open(maker::file()));
   EXPECT_TRUE(holds(page, "<title>Office Mac</title>"));
   EXPECT_TRUE(holds(page, "<h3>Processor</h3><p><bdi>Intel Core i7</bdi></p><p><bdi>4 cores</bdi></p>"));
   EXPECT_TRUE(holds(page, "<h2>Applications <span class=\"count\">2</span></h2>"));
@@ -26,7 +36,7 @@ TEST(Report, ShowsCardsAndTables) {
 }
 
 TEST(Report, DrawsMemoryAndVolumes) {
-  const std::string page = inv::report_page(*maker::open(maker::file_of_text(
+  const std::string page = report_page(*maker::open(maker::file_of_text(
       "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Memory=\n*Memory-slot:1=\nused=1\ncapacity=2048\nmem-type=DDR3\n"
       "*Memory-slot:2=\nused=0\n-\n+Storage=\n+Logical-disks=\n*partition:1=HD\nsize=100\nfree=25\n-\n-\n-"
       "\n")));
@@ -36,8 +46,7 @@ TEST(Report, DrawsMemoryAndVolumes) {
 }
 
 std::string page_of(const std::string& lines) {
-  return inv::report_page(
-      *maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + lines + "-\n")));
+  return report_page(*maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + lines + "-\n")));
 }
 
 TEST(Report, DrawsOneBarForVolumesThatShareTheirSpace) {
@@ -81,7 +90,7 @@ TEST(Report, HasACardForSecurityAndOneForWhatIsMissing) {
 }
 
 TEST(Report, AllowsItsOwnStyleAndScriptOnly) {
-  const std::string page = inv::report_page(*maker::open(maker::file()));
+  const std::string page = report_page(*maker::open(maker::file()));
   EXPECT_TRUE(holds(page, "default-src 'none'; style-src 'sha256-" +
                               inv::base64(inv::sha256(inv::kPageStyle)) + "'; script-src 'sha256-" +
                               inv::base64(inv::sha256(inv::kPageScript)) +
@@ -93,7 +102,7 @@ TEST(Report, AllowsItsOwnStyleAndScriptOnly) {
 }
 
 TEST(Report, ValuesStayText) {
-  const std::string page = inv::report_page(*maker::open(maker::file_of_text(
+  const std::string page = report_page(*maker::open(maker::file_of_text(
       "\xEF\xBB\xBF?zxml\n+Snapshot=\nhostname=<script>alert(1)</script>{{script}}\n+Software=\n"
       "*Soft:1=\"><img src=x onerror=alert(1)>\nlocation=</table></style>\n-\n-\n")));
   EXPECT_EQ(count(page, "<script>"), 1u);
@@ -117,16 +126,16 @@ TEST(Report, AListOfContentsLeadsToTheSectionsInTheirOrder) {
 }
 
 TEST(Report, TheHeadingLeavesOutWhatIsNotKnown) {
-  EXPECT_TRUE(holds(inv::report_page(*maker::open(maker::file())),
+  EXPECT_TRUE(holds(report_page(*maker::open(maker::file())),
                     "<p><bdi>iMac11,1</bdi> &middot; <bdi>C02TEST00001</bdi> &middot; scanned "
                     "<time>2012-01-18 15:30:45 +02:00</time></p>"));
-  EXPECT_TRUE(holds(
-      inv::report_page(*maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=A\n"))),
-      "<header><h1><bdi>A</bdi></h1><p></p></header>"));
+  EXPECT_TRUE(
+      holds(report_page(*maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=A\n"))),
+            "<header><h1><bdi>A</bdi></h1><p></p></header>"));
 }
 
 TEST(Report, SpellsOutDatesAndYesAndNo) {
-  const std::string page = inv::report_page(*maker::open(maker::file_of_text(
+  const std::string page = report_page(*maker::open(maker::file_of_text(
       "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Software=\n*Soft:1=A\ninst-date=20110102\n64bit-app=1\n"
       "*Soft:2=B\ninst-date=soon\n64bit-app=0\n*Soft:3=C\ninst-date=2011<b>2\n64bit-app=2\n-\n-\n")));
   EXPECT_TRUE(holds(page, "<td class=\"date\"><bdi>2011-01-02</bdi></td><td>yes</td>"));
@@ -182,23 +191,74 @@ TEST(Report, TellsWhenPackagesWereInstalledAndWhatWakesTheMac) {
 
 TEST(Report, ADebugFileHasAPageToo) {
   EXPECT_TRUE(
-      holds(inv::report_page(*maker::open(maker::debug_file("<plist/>"))), "<h1><bdi>Office Mac</bdi></h1>"));
+      holds(report_page(*maker::open(maker::debug_file("<plist/>"))), "<h1><bdi>Office Mac</bdi></h1>"));
 }
 
 TEST(Report, ComparisonListsTheChanges) {
   const std::string other = maker::file_of_text(
       "\xEF\xBB\xBF?zxml\n+Snapshot=\n+Software=\n*Soft:1=<b>New</b>\nlocation=/x\n-\n-\n");
-  const std::string page = inv::comparison_page(*maker::open(maker::file()), *maker::open(other));
+  const std::string page = comparison_page(*maker::open(maker::file()), *maker::open(other));
   EXPECT_TRUE(holds(
       page,
       "<span class=\"added\">added</span></td><td><bdi>Application</bdi></td><td><bdi>Application added: "
       "&lt;b&gt;New&lt;/b&gt; (/x)</bdi>"));
   EXPECT_TRUE(holds(page, "role=\"note\">Note: <bdi>these are two different machines: "));
   EXPECT_TRUE(holds(page, " changes since <time>2012-01-18 15:30:45 +02:00</time>"));
-  const std::string same = inv::comparison_page(*maker::open(other), *maker::open(other));
+  const std::string same = comparison_page(*maker::open(other), *maker::open(other));
   EXPECT_TRUE(holds(same, "0 changes since"));
   EXPECT_FALSE(holds(same, "<table>"));
   EXPECT_FALSE(holds(same, "role=\"note\""));
+}
+
+// What of a part is not kept but written.
+std::string rest_of(const inv::PagePart& part) {
+  return maker::written([&](const inv::TextSink& sink) { part.rest(sink); });
+}
+
+// A table of three rows of a cell of ten bytes each.
+std::string three_rows(size_t most_bytes) {
+  return rest_of(inv::table_part(
+      "Things", {{"Name", ""}}, 3,
+      [](size_t i) { return std::vector<std::string>(1, "0123456789" + std::string(i, 'x')); }, most_bytes));
+}
+
+constexpr size_t kFirstRow = sizeof(std::string) + 10;
+constexpr size_t kTwoRows = kFirstRow + kFirstRow + 1;
+
+TEST(Report, RowsBeyondWhatAPageHoldsAreCounted) {
+  EXPECT_EQ(count(three_rows(kTwoRows + 1), "<tr>"), 3U);
+  EXPECT_FALSE(holds(three_rows(kTwoRows + 1), "left out"));
+  EXPECT_EQ(count(three_rows(kTwoRows), "<tr>"), 2U);
+  EXPECT_TRUE(holds(three_rows(kTwoRows),
+                    "</table></div>\n<p>1 more is left out: the page would be too large.</p>\n</section>\n"));
+  EXPECT_EQ(count(three_rows(kFirstRow), "<tr>"), 1U);
+  EXPECT_TRUE(holds(three_rows(kFirstRow), "<p>2 more are left out: "));
+  EXPECT_EQ(count(three_rows(kFirstRow + 1), "<tr>"), 2U);
+}
+
+TEST(Report, ATableSaysOfHowManyRowsItIs) {
+  const auto part = inv::table_part("Things", {{"Name", ""}}, 3, nullptr, 0);
+  EXPECT_TRUE(holds(part.beginning, "<h2>Things <span class=\"count\">3</span></h2>"));
+  EXPECT_TRUE(holds(rest_of(part), "<p>3 more are left out: "));
+}
+
+TEST(Report, TheTablesOfAPageShareWhatItHolds) {
+  const auto inventory = maker::open(
+      maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n+Network=\n+Adapters=\n*adapter:1=Ethernet\n-\n-\n"
+                          "+Software=\n*Soft:1=A\n*Soft:2=B\n-\n-\n"));
+  const auto rows = [&](size_t most_bytes) {
+    size_t sum = 0;
+    for (const inv::PagePart& part : inv::report_tables(inventory->snapshot_top(), most_bytes)) {
+      sum += count(rest_of(part), "<tr>");
+    }
+    return sum;
+  };
+  EXPECT_EQ(inv::kMostCellBytes, 64U << 20);
+  EXPECT_EQ(rows(inv::kMostCellBytes), 3U);
+  EXPECT_EQ(rows(1), 1U);
+  const size_t adapter = sizeof(std::string) + std::string("<bdi>Ethernet</bdi>").size();
+  EXPECT_EQ(rows(adapter), 1U);
+  EXPECT_EQ(rows(adapter + 1), 2U);
 }
 
 }  // namespace

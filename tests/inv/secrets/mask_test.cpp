@@ -28,8 +28,8 @@ TEST(MaskSecrets, LetsADifferenceBeSeen) {
   inv::mask_secrets(*new_inventory);
   const std::vector<inv::Change> changes = inv::diff(*old_inventory, *new_inventory, inv::Facts::all);
   ASSERT_EQ(changes.size(), 1u);
-  EXPECT_EQ(changes[0].old_value, "••• (3 characters)");
-  EXPECT_EQ(changes[0].new_value, "••• (3 characters)");
+  EXPECT_EQ(changes[0].old_value(), "••• (3 characters)");
+  EXPECT_EQ(changes[0].new_value(), "••• (3 characters)");
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ std::string shown(std::string_view path, uint32_t depth = inv::kAnyDepth) {
   const auto inventory = maker::open(maker::file());
   std::string text;
   for (const inv::Match& match : inv::find_matches(*inventory->snapshot(), path)) {
-    text += inv::show_match(match, depth, inv::Terminal());
+    inv::show_match(match, depth, inv::Terminal(), [&](std::string_view piece) { text += piece; });
   }
   return text;
 }
