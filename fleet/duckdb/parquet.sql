@@ -1,7 +1,6 @@
--- Writes what is in the database as Parquet, below the current folder: facts/dt=DAY/part-N.parquet and tables of applications, volumes and Macs in the same
--- way. A day is a few large files, sorted by kind and machine, and never a file for each Mac: readers skip what they do not ask for.
---   inv export --format csv -o facts.csv today/*.inv
---   duckdb -f duckdb/schema.sql -f views.sql -f duckdb/load.sql -f duckdb/parquet.sql
+-- Writes what is in the database as Parquet, below the current folder: facts/dt=DAY/part-N.parquet and the typed tables in the same way. A day is a few
+-- large files, sorted by kind and machine, and never a file for each Mac: readers skip what they do not ask for.
+--   duckdb -f duckdb/schema.sql -f duckdb/tables.sql -f duckdb/load.sql -f duckdb/load-tables.sql -f duckdb/parquet.sql
 -- Each thread would write files of its own, of whatever rows it got.
 SET threads = 1;
 SET preserve_insertion_order = true;
@@ -16,22 +15,35 @@ COPY (
 ) TO 'facts' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
 
 COPY (
-  SELECT scans.machine, scans.scan_id, scans.scanned_at::TIMESTAMPTZ AS scanned_at, macs.* EXCLUDE (scan_id), substr(scans.scanned_at, 1, 10) AS dt
-  FROM macs JOIN scans USING (scan_id)
-  WHERE scans.scanned_at <> ''
-  ORDER BY dt, scans.machine, scans.scan_id
-) TO 'macs' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
-
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.machines WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
+) TO 'machines' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
 COPY (
-  SELECT scans.machine, scans.scan_id, scans.scanned_at::TIMESTAMPTZ AS scanned_at, software.* EXCLUDE (scan_id), substr(scans.scanned_at, 1, 10) AS dt
-  FROM software JOIN scans USING (scan_id)
-  WHERE scans.scanned_at <> ''
-  ORDER BY dt, software.application, scans.machine, scans.scan_id, software.element
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.software WHERE scanned_at IS NOT NULL ORDER BY dt, name, machine, scan_id, path
 ) TO 'software' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
-
 COPY (
-  SELECT scans.machine, scans.scan_id, scans.scanned_at::TIMESTAMPTZ AS scanned_at, volumes.* EXCLUDE (scan_id), substr(scans.scanned_at, 1, 10) AS dt
-  FROM volumes JOIN scans USING (scan_id)
-  WHERE scans.scanned_at <> ''
-  ORDER BY dt, scans.machine, scans.scan_id, volumes.element
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.disks WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
+) TO 'disks' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.volumes WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
 ) TO 'volumes' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.memory WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
+) TO 'memory' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.displays WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
+) TO 'displays' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.adapters WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
+) TO 'adapters' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.accounts WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
+) TO 'accounts' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.processes WHERE scanned_at IS NOT NULL ORDER BY dt, name, machine, scan_id, path
+) TO 'processes' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.packages WHERE scanned_at IS NOT NULL ORDER BY dt, name, machine, scan_id, path
+) TO 'packages' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);
+COPY (
+  SELECT *, strftime(scanned_at AT TIME ZONE 'UTC', '%Y-%m-%d') AS dt FROM typed.security WHERE scanned_at IS NOT NULL ORDER BY dt, machine, scan_id, path
+) TO 'security' (FORMAT parquet, COMPRESSION zstd, PARTITION_BY (dt), FILENAME_PATTERN 'part-{i}', OVERWRITE_OR_IGNORE);

@@ -3,7 +3,7 @@ CREATE TABLE scans (scan_id TEXT PRIMARY KEY, machine TEXT NOT NULL, scanned_at 
 
 CREATE TABLE facts (
   kind TEXT NOT NULL, scan_id TEXT NOT NULL, element TEXT NOT NULL, path TEXT NOT NULL, name TEXT NOT NULL, value TEXT NOT NULL,
-  number REAL, unit TEXT NOT NULL, base_value REAL
+  number DOUBLE PRECISION, unit TEXT NOT NULL, base_value DOUBLE PRECISION
 );
 CREATE INDEX facts_by_kind ON facts (kind, scan_id);
 
