@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <future>
+#include <system_error>
 
 #include "inv/commands/batch.h"
 #include "inv/commands/file_list.h"
@@ -12,7 +14,7 @@ namespace {
 
 // A transaction has at most this many files and inflated bytes: enough that writing to the disk takes little
 // of the time, few enough that other loading processes get their turn.
-constexpr size_t kMostFiles = 64;
+constexpr size_t kMostFiles = 128;
 constexpr uint64_t kMostBytes = uint64_t{1} << 26;
 
 struct Options {
@@ -27,8 +29,27 @@ struct Options {
 
 enum Fate : size_t { kLoaded, kReplaced, kSkipped, kRefused, kDamaged };
 
+// An opened file, and what of it goes into the database.
+struct Candidate {
+  Opened opened;
+  std::optional<PreparedScan> scan;
+  uint64_t bytes = 0;
+};
+
+Candidate prepare(const std::string& path, const Options& options) {
+  Candidate candidate = {open_quietly(path, options.max_size), std::nullopt};
+  if (!candidate.opened.inventory) return candidate;
+  Inventory& inventory = *candidate.opened.inventory;
+  candidate.opened.masked = mask_unless_kept(options.keep_secrets, inventory);
+  candidate.scan.emplace(inventory);
+  candidate.bytes = inventory.bytes.size() + inflated_size(inventory);
+  // The trees are large, and nobody asks for them any more.
+  inventory.contents.clear();
+  return candidate;
+}
+
 // Takes opened files one by one and puts them into the database in batches, so that nobody waits for the
-// database while a file is read.
+// database while a file is read. While one batch is written, the next one arrives.
 class Loader {
  public:
   Loader(const Options& options, const SignatureCheck& signatures, Database& database, Tally& tally,
@@ -36,7 +57,8 @@ class Loader {
       : options_(options), signatures_(signatures), database_(database), tally_(tally), status_(status) {}
 
   // False if the database accepts nothing more.
-  bool take(Opened opened) {
+  bool take(Candidate candidate) {
+    const Opened& opened = candidate.opened;
     if (!complain_of(opened, status_)) {
       if (!options_.quarantine.empty()) set_aside(opened, options_.quarantine, status_);
       tally_.count(kRefused);
@@ -48,40 +70,55 @@ class Loader {
       return true;
     }
     masked += opened.masked;
-    bytes_ += opened.inventory->bytes.size() + inflated_size(*opened.inventory);
-    waiting_.push_back({std::move(opened.inventory), std::move(*signer)});
-    return (waiting_.size() < kMostFiles && bytes_ < kMostBytes) || finish();
+    bytes_ += candidate.bytes;
+    arrived_.push_back({std::move(*candidate.scan), std::move(*signer)});
+    return (arrived_.size() < kMostFiles && bytes_ < kMostBytes) || put_in_arrived();
   }
+
+  // Writes what is left.
+  bool finish() { return put_in_arrived() && await(); }
 
   size_t masked = 0;  // secrets
 
-  // Loads the files that are waiting.
-  bool finish() {
-    if (waiting_.empty()) return true;
-    if (!database_.begin()) return false;
-    std::vector<Fate> fates;
-    for (const Waiting& scan : waiting_) {
-      const Loaded outcome = database_.add(*scan.inventory, scan.signer);
-      if (outcome == Loaded::broken) return false;
-      fates.push_back(fate_of(outcome, *scan.inventory));
-    }
-    if (!database_.commit()) return false;
-    for (const Fate fate : fates) tally_.count(fate);
-    waiting_.clear();
+ private:
+  // Another thread writes it, and has the database to itself until await().
+  struct Batch {
+    std::vector<Arrival> arrivals;
+    std::vector<Outcome> outcomes;
+  };
+
+  bool put_in_arrived() {
+    if (!await()) return false;
+    batch_ = {std::move(arrived_), {}};
+    arrived_.clear();
     bytes_ = 0;
+    if (!batch_.arrivals.empty()) written_ = start_writing();
     return true;
   }
 
- private:
-  struct Waiting {
-    std::unique_ptr<Inventory> inventory;
-    std::string signer;
-  };
+  std::future<bool> start_writing() {
+    const auto write = [this] { return database_.add_all(batch_.arrivals, batch_.outcomes); };
+    try {
+      if (options_.jobs > 1) return std::async(std::launch::async, write);
+    } catch (const std::system_error&) {
+      // The system allows no more threads: this one does the work when it waits for it.
+    }
+    return std::async(std::launch::deferred, write);
+  }
 
-  Fate fate_of(Loaded outcome, const Inventory& inventory) {
-    switch (outcome) {
+  bool await() {
+    if (!written_.valid()) return true;
+    if (!written_.get()) return false;
+    for (size_t i = 0; i < batch_.outcomes.size(); ++i) {
+      tally_.count(fate_of(batch_.outcomes[i], batch_.arrivals[i].scan.scan()));
+    }
+    return true;
+  }
+
+  Fate fate_of(const Outcome& outcome, const Scan& scan) {
+    switch (outcome.loaded) {
       case Loaded::added:
-        return inventory.faults.empty() ? kLoaded : kDamaged;
+        return scan.damaged ? kDamaged : kLoaded;
       case Loaded::replaced:
         return kReplaced;
       case Loaded::skipped:
@@ -90,7 +127,7 @@ class Loader {
       case Loaded::broken:
         break;
     }
-    complain(inventory.file_name, database_.error());
+    complain(scan.file, outcome.reason);
     status_ = worse(status_, kUnusable);
     return kRefused;
   }
@@ -100,24 +137,20 @@ class Loader {
   Database& database_;
   Tally& tally_;
   int& status_;
-  std::vector<Waiting> waiting_;
+  std::vector<Arrival> arrived_;
   uint64_t bytes_ = 0;
+  Batch batch_;
+  std::future<bool> written_;  // the last, as it is waited for before the others go
 };
-
-Opened open_masked(const std::string& path, const Options& options) {
-  Opened opened = open_quietly(path, options.max_size);
-  if (opened.inventory) opened.masked = mask_unless_kept(options.keep_secrets, *opened.inventory);
-  return opened;
-}
 
 bool load(const Options& options, const std::vector<std::string>& files, Loader& loader) {
   Progress progress(files.size());
   size_t done = 0;
   return in_order(
-             files.size(), options.jobs, [&](size_t i) { return open_masked(files[i], options); },
-             [&](Opened opened) {
+             files.size(), options.jobs, [&](size_t i) { return prepare(files[i], options); },
+             [&](Candidate candidate) {
                progress.show(++done);
-               return loader.take(std::move(opened));
+               return loader.take(std::move(candidate));
              }) &&
          loader.finish();
 }

@@ -12,12 +12,6 @@ constexpr char kCache[] = "PRAGMA cache_size = -65536";
 // Paths whose numbers are remembered: those of a whole fleet, but for names that only one Mac has.
 constexpr size_t kMostPaths = 100'000;
 
-int64_t count_facts(const Inventory& inventory) {
-  int64_t count = 0;
-  each_fact(inventory, [&count](const Fact&) { ++count; });
-  return count;
-}
-
 }  // namespace
 
 bool Database::open(const std::string& path) {
@@ -27,7 +21,8 @@ bool Database::open(const std::string& path) {
 bool Database::open_in_memory() { return open_database_in_memory(sqlite_) && prepare_connection(); }
 
 bool Database::prepare_connection() {
-  return sqlite_.run("PRAGMA foreign_keys = ON") && sqlite_.run(kCache) &&
+  // Every number that a row refers to was looked up or made just before it: SQLite need not look again.
+  return sqlite_.run("PRAGMA foreign_keys = OFF") && sqlite_.run(kCache) &&
          sqlite_.prepare("SELECT id FROM machines WHERE scan_id = ?1", find_same_) &&
          sqlite_.prepare(
              "SELECT id FROM machines WHERE machine = ?1"
@@ -36,6 +31,7 @@ bool Database::prepare_connection() {
          sqlite_.prepare("SELECT damaged FROM machines WHERE id = ?1", is_damaged_) &&
          sqlite_.prepare("SELECT count(*) FROM fact_values WHERE machine_id = ?1", count_facts_) &&
          sqlite_.prepare("UPDATE machines SET signed_by = ?2 WHERE id = ?1 AND ?2 <> ''", sign_) &&
+         sqlite_.prepare("DELETE FROM fact_values WHERE machine_id = ?1", remove_facts_) &&
          sqlite_.prepare("DELETE FROM machines WHERE id = ?1", remove_machine_) &&
          sqlite_.prepare(
              "INSERT INTO machines (machine, timestamp, name, scanned, file, signed_by, scan_id, "
@@ -57,11 +53,10 @@ bool Database::commit() {
   return sqlite_.run("COMMIT");
 }
 
-Loaded Database::add(const Inventory& inventory, const std::string& signed_by) {
+Loaded Database::add(const Arrival& arrival) {
   error_.clear();
-  const Scan scan = scan_of(inventory);
   if (!sqlite_.run("SAVEPOINT scan")) return Loaded::broken;
-  const Loaded outcome = add_within_savepoint(inventory, scan, signed_by);
+  const Loaded outcome = put_in(arrival);
   if (outcome != Loaded::refused) return sqlite_.run("RELEASE scan") ? outcome : Loaded::broken;
   // What was found of the paths goes with them.
   path_numbers_.clear();
@@ -72,13 +67,48 @@ Loaded Database::add(const Inventory& inventory, const std::string& signed_by) {
   return alone ? Loaded::refused : Loaded::broken;
 }
 
-Loaded Database::add_within_savepoint(const Inventory& inventory, const Scan& scan,
-                                      const std::string& signed_by) {
+// A savepoint copies every page that a scan touches, and a scan touches nearly all of the index by path. So
+// there are savepoints only where a scan was refused.
+bool Database::add_all(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes) {
+  error_.clear();
+  if (!begin()) return false;
+  if (add_together(arrivals, outcomes)) return commit();
+  roll_back();
+  return begin() && add_each_alone(arrivals, outcomes) && commit();
+}
+
+bool Database::add_together(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes) {
+  outcomes.clear();
+  for (const Arrival& arrival : arrivals) {
+    outcomes.push_back({put_in(arrival), {}});
+    if (outcomes.back().loaded == Loaded::refused) return false;
+  }
+  return true;
+}
+
+bool Database::add_each_alone(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes) {
+  outcomes.clear();
+  for (const Arrival& arrival : arrivals) {
+    const Loaded loaded = add(arrival);
+    if (loaded == Loaded::broken) return false;
+    outcomes.push_back({loaded, loaded == Loaded::refused ? error() : std::string()});
+  }
+  return true;
+}
+
+void Database::roll_back() {
+  path_numbers_.clear();
+  if (sqlite_.in_transaction()) sqlite_.run("ROLLBACK");
+}
+
+Loaded Database::put_in(const Arrival& arrival) {
+  const Scan& scan = arrival.scan.scan();
   bool good = sqlite_.bind(find_same_, 1, scan.id);
   const std::optional<int64_t> same = good ? sqlite_.first_integer(find_same_, good) : std::nullopt;
   if (!good) return Loaded::refused;
   if (same) {
-    good = sqlite_.bind(sign_, 1, *same) && sqlite_.bind(sign_, 2, signed_by) && sqlite_.execute(sign_);
+    good =
+        sqlite_.bind(sign_, 1, *same) && sqlite_.bind(sign_, 2, arrival.signed_by) && sqlite_.execute(sign_);
     return good ? Loaded::skipped : Loaded::refused;
   }
 
@@ -91,19 +121,23 @@ Loaded Database::add_within_savepoint(const Inventory& inventory, const Scan& sc
       return good ? sqlite_.first_integer(statement, good).value_or(0) : 0;
     };
     const bool whole = about_rival(is_damaged_) == 0;
-    if (good && (whole || about_rival(count_facts_) >= count_facts(inventory))) return Loaded::skipped;
+    const auto facts = static_cast<int64_t>(arrival.scan.facts());
+    if (good && (whole || about_rival(count_facts_) >= facts)) return Loaded::skipped;
   }
-  if (!good || (rival && !remove(*rival)) || !add_machine(scan, signed_by)) return Loaded::refused;
+  if (!good || (rival && !remove(*rival)) || !add_machine(scan, arrival.signed_by)) return Loaded::refused;
 
   const int64_t id = sqlite_.last_inserted();
   int64_t position = 0;
-  each_fact(inventory, [&](const Fact& fact) { good = good && add_fact(id, ++position, fact); });
-  if (!good) return Loaded::refused;
+  const auto add_next = [&](const PreparedScan::Row& fact) { return add_fact(id, ++position, fact); };
+  if (!arrival.scan.each_row(add_next)) return Loaded::refused;
   return rival ? Loaded::replaced : Loaded::added;
 }
 
 bool Database::remove(int64_t machine) {
-  return sqlite_.bind(remove_machine_, 1, machine) && sqlite_.execute(remove_machine_);
+  const auto execute = [&](const Sqlite::Statement& statement) {
+    return sqlite_.bind(statement, 1, machine) && sqlite_.execute(statement);
+  };
+  return execute(remove_facts_) && execute(remove_machine_);
 }
 
 bool Database::add_machine(const Scan& scan, const std::string& signed_by) {
@@ -115,22 +149,17 @@ bool Database::add_machine(const Scan& scan, const std::string& signed_by) {
          sqlite_.bind(row, 7, scan.id) && sqlite_.bind(row, 9, scan.damaged ? 1 : 0) && sqlite_.execute(row);
 }
 
-bool Database::add_fact(int64_t machine, int64_t position, const Fact& fact) {
+bool Database::add_fact(int64_t machine, int64_t position, const PreparedScan::Row& fact) {
   const Sqlite::Statement& row = add_fact_;
   int64_t path = 0;
-  const bool numbered = is_number(fact.value) ? sqlite_.bind(row, 7, fact.value) : sqlite_.bind_null(row, 7);
+  const bool numbered = fact.is_number ? sqlite_.lend(row, 7, fact.value) : sqlite_.bind_null(row, 7);
   return numbered && find_path(fact, path) && sqlite_.bind(row, 1, machine) &&
-         sqlite_.bind(row, 2, position) && sqlite_.bind(row, 3, path) && sqlite_.bind(row, 4, fact.value) &&
-         sqlite_.bind(row, 5, fact.unit) && sqlite_.bind(row, 6, fact.base_value) && sqlite_.execute(row);
+         sqlite_.bind(row, 2, position) && sqlite_.bind(row, 3, path) && sqlite_.lend(row, 4, fact.value) &&
+         sqlite_.lend(row, 5, fact.unit) && sqlite_.lend(row, 6, fact.base_value) && sqlite_.execute(row);
 }
 
-bool Database::find_path(const Fact& fact, int64_t& id) {
-  // An attribute's name may have slashes, and then only the element tells where it begins.
-  path_key_.assign(fact.section)
-      .append("\n")
-      .append(fact.path)
-      .append("\n")
-      .append(std::to_string(fact.element.size()));
+bool Database::find_path(const PreparedScan::Row& fact, int64_t& id) {
+  path_key_ = fact.path_key;
   const auto known = path_numbers_.find(path_key_);
   if (known != path_numbers_.end()) {
     id = known->second;
@@ -142,7 +171,7 @@ bool Database::find_path(const Fact& fact, int64_t& id) {
   return true;
 }
 
-bool Database::number_of_new_path(const Fact& fact, int64_t& id) {
+bool Database::number_of_new_path(const PreparedScan::Row& fact, int64_t& id) {
   bool good = true;
   const auto bind_key = [&](const Sqlite::Statement& statement) {
     return sqlite_.bind(statement, 1, fact.path) && sqlite_.bind(statement, 2, fact.element) &&

@@ -3,10 +3,10 @@
 
 #include <string>
 #include <unordered_map>
+#include <vector>
 
+#include "inv/export/prepared_scan.h"
 #include "inv/export/sqlite.h"
-#include "inv/facts/facts.h"
-#include "inv/facts/scan.h"
 #include "inv/file/inventory.h"
 
 namespace inv {
@@ -18,6 +18,17 @@ enum class Loaded {
   skipped,   // this one is there, or a better one of the same machine and time
   refused,   // it could not be put in, and nothing of it is there; error() says why
   broken,    // the database takes nothing more, and what was added since begin() is lost
+};
+
+// A scan that is to be put in, and who signed it: empty when no signature was asked for.
+struct Arrival {
+  PreparedScan scan;
+  std::string signed_by;
+};
+
+struct Outcome {
+  Loaded loaded;
+  std::string reason;  // a clause; empty unless the scan was refused
 };
 
 // Every operation that fails returns false and leaves the reason, a clause, in error().
@@ -32,9 +43,12 @@ class Database {
 
   bool begin();
   // Puts a scan in. A damaged one takes nobody's place but that of another damaged one with fewer facts.
-  // `signed_by` is empty when no signature was asked for.
-  Loaded add(const Inventory& inventory, const std::string& signed_by = {});
+  Loaded add(const Arrival& arrival);
+  Loaded add(const Inventory& inventory) { return add({PreparedScan(inventory), {}}); }
   bool commit();
+
+  // Puts scans in, in a transaction of their own, with an outcome for each.
+  bool add_all(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
 
   // For questions about what is in it.
   sqlite3* handle() const { return sqlite_.handle(); }
@@ -46,12 +60,16 @@ class Database {
 
  private:
   bool prepare_connection();
-  Loaded add_within_savepoint(const Inventory& inventory, const Scan& scan, const std::string& signed_by);
+  bool add_together(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
+  bool add_each_alone(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
+  void roll_back();
+  // What is in after a refusal is for the caller to take back.
+  Loaded put_in(const Arrival& arrival);
   bool remove(int64_t machine);
   bool add_machine(const Scan& scan, const std::string& signed_by);
-  bool add_fact(int64_t machine, int64_t position, const Fact& fact);
-  bool find_path(const Fact& fact, int64_t& id);
-  bool number_of_new_path(const Fact& fact, int64_t& id);
+  bool add_fact(int64_t machine, int64_t position, const PreparedScan::Row& fact);
+  bool find_path(const PreparedScan::Row& fact, int64_t& id);
+  bool number_of_new_path(const PreparedScan::Row& fact, int64_t& id);
 
   // Before the statements, which must be gone when it closes.
   Sqlite sqlite_;
@@ -60,6 +78,7 @@ class Database {
   Sqlite::Statement is_damaged_;
   Sqlite::Statement count_facts_;
   Sqlite::Statement sign_;
+  Sqlite::Statement remove_facts_;
   Sqlite::Statement remove_machine_;
   Sqlite::Statement add_machine_;
   Sqlite::Statement find_path_;

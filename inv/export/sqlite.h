@@ -47,6 +47,8 @@ class Sqlite {
   // longer than SQLite takes is a failure.
   bool bind(const Statement& statement, int parameter, std::string_view text);
   bool bind(const Statement& statement, int parameter, int64_t number);
+  // The same for a text that is UTF-8 for sure and stays where it is until the statement has run.
+  bool lend(const Statement& statement, int parameter, std::string_view text);
   bool bind_null(const Statement& statement, int parameter);
 
   // Runs a statement to its end, and makes it ready to run again.

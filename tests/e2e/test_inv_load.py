@@ -2,12 +2,15 @@
 
 import concurrent.futures
 import os
+import random
 import re
 import shutil
+import signal
 import sqlite3
 import subprocess
 import tempfile
 import threading
+import time
 import unittest
 from pathlib import Path
 
@@ -240,6 +243,41 @@ class Load(InventoryTestCase):
                 process.kill()
         self.check(0, "load", self.path, *self.files)
         self.assertEqual(len(self.rows("SELECT * FROM machines")), len(self.files))
+
+    def test_a_run_that_is_ended_in_the_midst_leaves_whole_scans_and_the_next_adds_the_others(self):
+        files, facts_each = 400, 102
+        folder = Path(tempfile.mkdtemp(dir=FOLDER))
+        for i in range(files):
+            values = "".join(f"value-{j}={i * j}\n" for j in range(facts_each - 2))
+            text = f"\ufeff?zxml\n+Snapshot=\nhostname=mac-{i}\n{values}+System=\n*Chassis=\nserial=SIM{i:05}\n-\n-\n"
+            (folder / f"{i:03}.inv").write_bytes(file_of_text(text.encode()))
+        start = time.monotonic()
+        self.check(0, "load", self.path, folder)
+        whole_run = time.monotonic() - start
+        undisturbed = self.everything()
+        moments = random.Random(26)
+        # The first run is ended as soon as some scans are there, the others at any time.
+        for turn, ending in enumerate([signal.SIGKILL] * 4 + [signal.SIGINT, signal.SIGTERM]):
+            moment = moments.uniform(0.05, 0.95) * whole_run if turn else None
+            with self.subTest(ending=ending, moment=moment):
+                self.path = FOLDER / f"{self.id()}-{turn}.db"
+                with subprocess.Popen([INV, "load", "--jobs", "2", self.path, folder], stderr=subprocess.DEVNULL) as process:
+                    if turn:
+                        time.sleep(moment)
+                    while not turn and process.poll() is None and (not self.path.exists() or self.path.stat().st_size < 500_000):
+                        time.sleep(0.001)
+                    process.send_signal(ending)
+                if self.path.exists() and self.rows("SELECT name FROM sqlite_master"):
+                    self.assertEqual(self.rows("PRAGMA integrity_check"), [("ok",)])
+                    self.assertEqual(self.rows("PRAGMA foreign_key_check"), [])
+                    counts = self.rows("SELECT count(fact_values.machine_id) FROM machines LEFT JOIN fact_values ON machine_id = id GROUP BY id")
+                    self.assertEqual(set(counts), {(facts_each,)} if counts else set())
+                    self.assertTrue(turn or counts)
+                self.check(0, "load", self.path, folder)
+                self.assertEqual(self.everything(), undisturbed)
+
+    def everything(self):
+        return [self.rows(f"SELECT * FROM {table}") for table in ("machines", "paths", "fact_values")]
 
     def test_every_name_is_a_files(self):
         for name in (":memory:", "file:x.db?mode=memory", "-", "plain.db"):

@@ -91,7 +91,8 @@ TEST_F(DatabaseTest, RecordsWhoSigned) {
   const auto load_signed = [this](const std::string& signer) {
     inv::Database database;
     ASSERT_TRUE(database.open(path) && database.begin()) << database.error();
-    ASSERT_NE(database.add(*maker::open(maker::file()), signer), Loaded::refused) << database.error();
+    ASSERT_NE(database.add({inv::PreparedScan(*maker::open(maker::file())), signer}), Loaded::refused)
+        << database.error();
     ASSERT_TRUE(database.commit());
   };
   load_signed("");
@@ -196,6 +197,68 @@ TEST_F(DatabaseTest, AFileWithATextThatIsTooLongIsRefusedAlone) {
             "A|4\nC|4\n");
   EXPECT_EQ(query("SELECT count(*) FROM facts WHERE path IS NULL OR name = ''"), "0\n");
   EXPECT_EQ(query("PRAGMA foreign_key_check"), "");
+}
+
+std::vector<inv::Arrival> arrivals_of(const std::vector<std::string>& files) {
+  std::vector<inv::Arrival> arrivals;
+  for (const std::string& file : files) arrivals.push_back({inv::PreparedScan(*maker::open(file)), "S"});
+  return arrivals;
+}
+
+std::vector<Loaded> fates(const std::vector<inv::Outcome>& outcomes) {
+  std::vector<Loaded> loaded;
+  for (const inv::Outcome& outcome : outcomes) loaded.push_back(outcome.loaded);
+  return loaded;
+}
+
+TEST_F(DatabaseTest, ManyScansArePutInTogether) {
+  inv::Database database;
+  ASSERT_TRUE(database.open(path)) << database.error();
+  std::vector<inv::Outcome> results;
+  ASSERT_TRUE(database.add_all(arrivals_of({scan(kNoon), scan(kNoon, 2, "B"), scan(kNoon)}), results));
+  EXPECT_THAT(fates(results), ElementsAre(Loaded::added, Loaded::added, Loaded::skipped));
+  EXPECT_EQ(query("SELECT machine, signed_by FROM machines"), "A|S\nB|S\n");
+  ASSERT_TRUE(database.add_all(arrivals_of({scan(kNoon, 1)}), results));
+  EXPECT_THAT(fates(results), ElementsAre(Loaded::replaced));
+  EXPECT_EQ(query("SELECT machine_id, count(*) FROM fact_values GROUP BY 1"), "2|4\n3|3\n");
+  EXPECT_EQ(query("PRAGMA foreign_key_check"), "");
+}
+
+TEST_F(DatabaseTest, OneOfManyScansIsRefusedAlone) {
+  const std::string large = maker::file_of_text(
+      "\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=B\nnew=1\nvalue=" + std::string(5000, 'x') + "\n");
+  inv::Database database;
+  ASSERT_TRUE(database.open(path)) << database.error();
+  database.limit_texts(4000);
+  std::vector<inv::Outcome> results;
+  ASSERT_TRUE(database.add_all(arrivals_of({scan(kNoon, 2), large, scan(kNoon, 2, "C")}), results));
+  EXPECT_THAT(fates(results), ElementsAre(Loaded::added, Loaded::refused, Loaded::added));
+  EXPECT_EQ(results[0].reason, "");
+  EXPECT_EQ(results[1].reason, "string or blob too big");
+  EXPECT_EQ(query("SELECT machine, (SELECT count(*) FROM facts WHERE machine_id = id) FROM machines"),
+            "A|4\nC|4\n");
+  EXPECT_EQ(query("SELECT count(*) FROM paths WHERE name = 'new'"), "0\n");
+  EXPECT_EQ(query("PRAGMA foreign_key_check"), "");
+}
+
+TEST_F(DatabaseTest, NothingIsPutInWhereTheDatabaseTakesNothing) {
+  inv::Database database;
+  ASSERT_TRUE(database.open(path)) << database.error();
+  query("DROP TABLE fact_values");
+  std::vector<inv::Outcome> results;
+  EXPECT_TRUE(database.add_all(arrivals_of({scan(kNoon)}), results));
+  EXPECT_THAT(fates(results), ElementsAre(Loaded::refused));
+  EXPECT_EQ(results[0].reason, "no such table: fact_values");
+  EXPECT_EQ(query("SELECT count(*) FROM machines"), "0\n");
+}
+
+TEST_F(DatabaseTest, ANewFileHasLargePagesAndAnotherKeepsItsOwn) {
+  load({scan(kNoon)});
+  EXPECT_EQ(query("PRAGMA page_size"), "8192\n");
+  query("PRAGMA page_size = 4096; VACUUM");
+  load({scan(kNoon, 0, "B")});
+  EXPECT_EQ(query("PRAGMA page_size"), "4096\n");
+  EXPECT_EQ(query("SELECT count(*) FROM machines"), "2\n");
 }
 
 TEST_F(DatabaseTest, PathsAreStoredOnce) {

@@ -1,0 +1,60 @@
+#include "inv/export/prepared_scan.h"
+
+#include "inv/base/utf8.h"
+
+namespace inv {
+
+PreparedScan::PreparedScan(const Inventory& inventory) : scan_(scan_of(inventory)) {
+  each_fact(inventory, [this](const Fact& fact) { add(fact); });
+}
+
+void PreparedScan::add(const Fact& fact) {
+  const size_t start = texts_.size();
+  Lengths lengths = {};
+  lengths.element = append(fact.element);
+  lengths.path = lengths.element + append(fact.path.substr(fact.element.size()));
+  // An attribute's name may have slashes, and then only the element tells where it begins.
+  texts_.append("\n").append(std::to_string(lengths.element)).append("\n").append(fact.section);
+  lengths.path_key = texts_.size() - start;
+  lengths.name = append(fact.name);
+  lengths.kind = append(fact.kind);
+  lengths.index = append(fact.index);
+  lengths.value = append(fact.value);
+  lengths.unit = append(fact.unit);
+  lengths.base_value = append(fact.base_value);
+  lengths.section = fact.section;
+  lengths.is_number = is_number(fact.value);
+  facts_.push_back(lengths);
+}
+
+size_t PreparedScan::append(std::string_view text) {
+  const size_t start = texts_.size();
+  if (is_utf8(text)) {
+    texts_.append(text);
+  } else {
+    texts_.append(to_utf8(text));
+  }
+  return texts_.size() - start;
+}
+
+PreparedScan::Row PreparedScan::row_at(size_t start, const Lengths& fact) const {
+  const auto next = [&](size_t length) {
+    start += length;
+    return std::string_view(texts_).substr(start - length, length);
+  };
+  Row row = {};
+  row.path_key = next(fact.path_key);
+  row.path = row.path_key.substr(0, fact.path);
+  row.element = row.path.substr(0, fact.element);
+  row.section = fact.section;
+  row.name = next(fact.name);
+  row.kind = next(fact.kind);
+  row.index = next(fact.index);
+  row.value = next(fact.value);
+  row.unit = next(fact.unit);
+  row.base_value = next(fact.base_value);
+  row.is_number = fact.is_number;
+  return row;
+}
+
+}  // namespace inv
