@@ -6,6 +6,7 @@
 #include <exception>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -13,86 +14,105 @@
 
 namespace inv {
 
-// Calls use(make(i)) for each i from 0 to count - 1, in this order, on this thread, until `use` returns
-// false; make(i) is called on `jobs` other threads, or on this one if that is 1. Only a few results are ever
-// waiting, so memory does not grow with `count`. What `make` throws is rethrown here in its turn. If the
-// system allows fewer threads, there are fewer.
-template <typename Make, typename Use>
-bool in_order(size_t count, size_t jobs, Make make, Use use) {
-  if (jobs <= 1 || count <= 1) {
-    for (size_t i = 0; i < count; ++i) {
-      if (!use(make(i))) return false;
+// Threads that call make(i) for each i from 0 to count - 1, and their results, to be taken in this order.
+// Only a few results are ever waiting, so memory does not grow with `count`.
+template <typename Make>
+class Makers {
+ public:
+  using Made = decltype(std::declval<Make&>()(size_t{0}));
+
+  Makers(size_t count, size_t jobs, Make& make) : count_(count), most_ahead_(4 * jobs), make_(make) {
+    threads_.reserve(std::min(jobs, count));
+    try {
+      while (threads_.size() < std::min(jobs, count)) threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+      // The system allows no more threads; the existing ones do the work.
     }
-    return true;
+  }
+  ~Makers() {
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      stopped_ = true;
+    }
+    changed_.notify_all();
+    for (std::thread& thread : threads_) thread.join();
+  }
+  Makers(const Makers&) = delete;
+  Makers& operator=(const Makers&) = delete;
+
+  bool has_threads() const { return !threads_.empty(); }
+
+  // Waits for result i, and throws what making it threw. All before it have been used.
+  Made take(size_t i) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    next_used_ = i;
+    changed_.notify_all();
+    changed_.wait(lock, [&] { return waiting_.count(i) > 0; });
+    Result result = std::move(waiting_.extract(i).mapped());
+    lock.unlock();
+    if (result.thrown) std::rethrow_exception(result.thrown);
+    return std::move(*result.made);
   }
 
-  using Made = decltype(make(size_t{0}));
+ private:
   struct Result {
-    std::vector<Made> made;  // at most one
+    std::optional<Made> made;
     std::exception_ptr thrown;
   };
-  const size_t most_ahead = 4 * jobs;
-  std::mutex mutex;
-  std::condition_variable changed;
-  std::map<size_t, Result> waiting;
-  size_t next_made = 0, next_used = 0;
-  bool stopped = false;
 
-  const auto work = [&] {
-    std::unique_lock<std::mutex> lock(mutex);
+  Result result_of(size_t i) {
+    try {
+      return {make_(i), nullptr};
+    } catch (...) {
+      return {std::nullopt, std::current_exception()};
+    }
+  }
+
+  void work() {
+    std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
-      changed.wait(lock, [&] { return stopped || next_made >= count || next_made < next_used + most_ahead; });
-      if (stopped || next_made >= count) return;
-      const size_t mine = next_made++;
+      changed_.wait(
+          lock, [&] { return stopped_ || next_made_ >= count_ || next_made_ < next_used_ + most_ahead_; });
+      if (stopped_ || next_made_ >= count_) return;
+      const size_t mine = next_made_++;
       lock.unlock();
-      Result result;
-      try {
-        result.made.push_back(make(mine));
-      } catch (...) {
-        result.thrown = std::current_exception();
-      }
+      Result result = result_of(mine);
       lock.lock();
-      waiting.emplace(mine, std::move(result));
-      changed.notify_all();
+      waiting_.emplace(mine, std::move(result));
+      changed_.notify_all();
     }
-  };
-  std::vector<std::thread> threads;
-  try {
-    for (size_t i = 0; i < std::min(jobs, count); ++i) threads.emplace_back(work);
-  } catch (const std::system_error&) {
-    // The system allows no more threads; the existing ones do the work.
-    if (threads.empty()) return in_order(count, 1, make, use);
   }
-  const auto stop = [&] {
-    {
-      const std::lock_guard<std::mutex> lock(mutex);
-      stopped = true;
-    }
-    changed.notify_all();
-    for (std::thread& thread : threads) thread.join();
-  };
 
-  bool good = true;
-  try {
-    while (good && next_used < count) {
-      std::unique_lock<std::mutex> lock(mutex);
-      changed.wait(lock, [&] { return waiting.count(next_used) > 0; });
-      Result result = std::move(waiting[next_used]);
-      waiting.erase(next_used);
-      lock.unlock();
-      if (result.thrown) std::rethrow_exception(result.thrown);
-      good = use(std::move(result.made.front()));
-      lock.lock();
-      ++next_used;
-      lock.unlock();
-      changed.notify_all();
-    }
-  } catch (...) {
-    stop();
-    throw;
+  const size_t count_, most_ahead_;
+  Make& make_;
+  std::mutex mutex_;  // for all below but the threads
+  std::condition_variable changed_;
+  std::map<size_t, Result> waiting_;
+  size_t next_made_ = 0, next_used_ = 0;
+  bool stopped_ = false;
+  std::vector<std::thread> threads_;
+};
+
+// Calls use(make(i)) for each i from 0 to count - 1, in this order, until `use` returns false, and then
+// returns false as well.
+template <typename Make, typename Use>
+bool one_by_one(size_t count, Make&& make, Use& use) {
+  for (size_t i = 0; i < count; ++i) {
+    if (!use(make(i))) return false;
   }
-  stop();
-  return good;
+  return true;
+}
+
+// The same, with make(i) called on `jobs` other threads, or on this one if that is 1. What `make` throws is
+// rethrown here in its turn. If the system allows fewer threads, there are fewer.
+template <typename Make, typename Use>
+bool in_order(size_t count, size_t jobs, Make make, Use use) {
+  if (jobs > 1 && count > 1) {
+    Makers<Make> makers(count, jobs, make);
+    const auto take = [&makers](size_t i) { return makers.take(i); };
+    if (makers.has_threads()) return one_by_one(count, take, use);
+  }
+  return one_by_one(count, make, use);
 }
 
 }  // namespace inv
