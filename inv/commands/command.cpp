@@ -81,6 +81,11 @@ std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t ma
   return inventory;
 }
 
+void add_csv_safe(CLI::App& command, bool& csv_safe) {
+  command.add_flag("--csv-safe", csv_safe,
+                   "Put ' before CSV values that a spreadsheet would take for formulas");
+}
+
 void add_force(CLI::App& command, bool& force) {
   command.add_flag("--force", force, "Let the output replace an input");
 }

@@ -38,6 +38,9 @@ void add_max_size(CLI::App& command, uint64_t& max_size);
 // inventory at all; status kNo, unless it is already worse, if a part is damaged.
 std::unique_ptr<Inventory> open_for_command(const std::string& path, uint64_t max_size, int& status);
 
+// The option --csv-safe, for every command that writes CSV.
+void add_csv_safe(CLI::App& command, bool& csv_safe);
+
 // The option --force, for every command that writes a file.
 void add_force(CLI::App& command, bool& force);
 // Whether the output is one of the inputs and --force is not given; then complains. Empty names of inputs are

@@ -1,5 +1,7 @@
 #include "inv/compare/diff.h"
 
+#include "inv/commands/arguments.h"
+#include "inv/commands/file_list.h"
 #include "inv/commands/secret_options.h"
 #include "inv/compare/diff_formats.h"
 #include "inv/secrets/secret_text.h"
@@ -26,11 +28,14 @@ void write_changes(const Options& options, const Inventory& old_inventory, const
 
 int run(const Options& options) {
   int status = kDone;
+  refuse_reading_input_twice({options.old_file, options.new_file});
   const std::unique_ptr<Inventory> old_inventory =
       open_for_command(options.old_file, options.max_size, status);
   const std::unique_ptr<Inventory> new_inventory =
       open_for_command(options.new_file, options.max_size, status);
   if (!old_inventory || !new_inventory) return status;
+  for (const Inventory* inventory : {old_inventory.get(), new_inventory.get()})
+    advise_on_debug_file(*inventory);
   mask_unless_kept(options.keep_secrets, *old_inventory);
   mask_unless_kept(options.keep_secrets, *new_inventory);
   const std::string warning = machine_warning(*old_inventory, *new_inventory);

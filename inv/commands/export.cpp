@@ -158,8 +158,7 @@ void add_export(CLI::App& app, int& status) {
   add_table_option(command, options->table);
   command.add_option("-o,--output", options->output, "Where to write instead of standard output")
       ->type_name("FILE");
-  command.add_flag("--csv-safe", options->csv_safe,
-                   "Put ' before CSV values that a spreadsheet would take for formulas");
+  add_csv_safe(command, options->csv_safe);
   add_force(command, options->force);
   add_secrets(command, options->keep_secrets);
   add_jobs(command, options->jobs);

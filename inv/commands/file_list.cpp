@@ -115,8 +115,16 @@ void add_list_of_files(CLI::App& command, FileOptions& options) {
   command.add_flag("-0,--null", options.null_terminated, "The names in LIST end with NUL")->needs(list);
 }
 
+void refuse_reading_input_twice(const std::vector<std::string>& names) {
+  if (std::count(names.begin(), names.end(), "-") > 1)
+    throw CLI::ValidationError("FILE", "standard input can be read only once");
+}
+
 std::vector<std::string> find_files(const FileOptions& options, int& status) {
   if (options.given.empty() && options.list.empty()) throw CLI::RequiredError("FILE");
+  std::vector<std::string> read = options.given;
+  read.push_back(options.list);
+  refuse_reading_input_twice(read);
   FileFinder finder(status);
   for (const std::string& path : options.given) finder.add(path);
   if (!options.list.empty()) add_listed(options, finder, status);

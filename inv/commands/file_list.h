@@ -28,4 +28,7 @@ void add_list_of_files(CLI::App& command, FileOptions& options);
 // kUnusable, and of folders without files, with kNo.
 std::vector<std::string> find_files(const FileOptions& options, int& status);
 
+// Standard input, "-", has nothing left when it is read again: throws if two of the names are it.
+void refuse_reading_input_twice(const std::vector<std::string>& names);
+
 }  // namespace inv

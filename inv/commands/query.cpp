@@ -14,6 +14,7 @@ struct Options {
   FileOptions files;
   std::string format = "table";
   unsigned patience = kUsualPatience;
+  bool csv_safe = false;
   bool keep_secrets = false;
   uint64_t max_size = kUsualMaxSize;
 };
@@ -29,7 +30,8 @@ int run(const Options& options) {
     complain("query", database.error());
     return kUnusable;
   }
-  return worse(status, print_result(result_text(*result, options.format)));
+  const Formulas formulas = options.csv_safe ? Formulas::disarmed : Formulas::kept;
+  return worse(status, print_result(result_text(*result, options.format, formulas)));
 }
 
 constexpr char kExamples[] =
@@ -49,6 +51,7 @@ void add_query(CLI::App& app, int& status) {
   limit_to(
       command.add_option("-f,--format", options->format, "table, csv or json (table)")->type_name("NAME"),
       {"table", "csv", "json"});
+  add_csv_safe(command, options->csv_safe);
   add_timeout(command, options->patience);
   add_secrets(command, options->keep_secrets);
   add_max_size(command, options->max_size);

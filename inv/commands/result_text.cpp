@@ -2,7 +2,6 @@
 
 #include "inv/base/utf8.h"
 #include "inv/commands/secret_options.h"
-#include "inv/export/rows.h"
 #include "inv/show/table.h"
 #include "inv/show/terminal.h"
 
@@ -39,11 +38,11 @@ std::string table_of(const QueryResult& result) {
 }
 
 // Lines end as RFC 4180 says.
-std::string csv_of(const QueryResult& result) {
+std::string csv_of(const QueryResult& result, Formulas formulas) {
   std::string csv;
   const auto append_field = [&](size_t i, const std::string& text) {
     if (i > 0) csv += ',';
-    append_csv(csv, text);
+    append_csv(csv, text, formulas);
   };
   for (size_t i = 0; i < result.columns.size(); ++i) append_field(i, result.columns[i]);
   for (const std::vector<Json>& row : result.rows) {
@@ -85,8 +84,8 @@ bool open_for_questions(const char* command, QueryDatabase& database, const std:
   return true;
 }
 
-std::string result_text(const QueryResult& result, const std::string& format) {
-  if (format == "csv") return csv_of(result);
+std::string result_text(const QueryResult& result, const std::string& format, Formulas formulas) {
+  if (format == "csv") return csv_of(result, formulas);
   return format == "json" ? json_of(result) : table_of(result);
 }
 

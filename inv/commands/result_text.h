@@ -6,6 +6,7 @@
 
 #include "inv/commands/command.h"
 #include "inv/export/query.h"
+#include "inv/export/rows.h"
 
 namespace inv {
 
@@ -20,7 +21,8 @@ void add_timeout(CLI::App& command, unsigned& patience);
 bool open_for_questions(const char* command, QueryDatabase& database, const std::vector<std::string>& files,
                         uint64_t max_size, bool keep_secrets, int& status);
 
-// A result as "table", "csv" or "json", an array of objects.
-std::string result_text(const QueryResult& result, const std::string& format);
+// A result as "table", "csv", where formulas may be disarmed, or "json", an array of objects.
+std::string result_text(const QueryResult& result, const std::string& format,
+                        Formulas formulas = Formulas::kept);
 
 }  // namespace inv

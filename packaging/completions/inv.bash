@@ -43,7 +43,8 @@ _inv() {
         show) words="--section --depth $listed" ;;
         verify) words="-q --quiet --failures --strict $many $signed" ;;
         export) words="-f --format --table -o --output --csv-safe --force --secrets $many --quarantine" ;;
-        query | policy) words="-f --format --timeout --secrets $listed" ;;
+        query) words="-f --format --csv-safe --timeout --secrets $listed" ;;
+        policy) words="-f --format --timeout --secrets $listed" ;;
         diff) words="--all -f --format --json --secrets" ;;
         report) words="--compare -o --output --force --secrets $listed" ;;
         schema) words="-f --format --table" ;;

@@ -51,7 +51,7 @@ complete -c inv -n '__fish_seen_subcommand_from export' -s f -l format -x -a 'js
 complete -c inv -n '__fish_seen_subcommand_from export schema' -l table -x -a 'machines software disks volumes memory displays adapters accounts processes packages security' -d 'One kind of thing'
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -s o -l output -r -F -d 'Where to write'
 complete -c inv -n '__fish_seen_subcommand_from export report redact' -l force -d 'Let the output replace an input'
-complete -c inv -n '__fish_seen_subcommand_from export' -l csv-safe -d 'Disarm formulas for spreadsheets'
+complete -c inv -n '__fish_seen_subcommand_from export query' -l csv-safe -d 'Disarm formulas for spreadsheets'
 complete -c inv -n '__fish_seen_subcommand_from export diff report load query policy' -l secrets -d 'Keep passwords, keys and tokens'
 complete -c inv -n '__fish_seen_subcommand_from schema' -s f -l format -x -a 'json-schema sql duckdb clickhouse postgresql' -d 'The form to write'
 complete -c inv -n '__fish_seen_subcommand_from query' -s f -l format -x -a 'table csv json' -d 'The form of the answer'

@@ -6,7 +6,7 @@ import shutil
 import unittest
 
 import same_host
-from inventories import FOLDER, SIMULATOR, InventoryTestCase
+from inventories import FOLDER, SIMULATOR, InventoryTestCase, debug_scanned, scanned
 
 IMAC = SIMULATOR / "machines" / "imac-10.6"
 
@@ -83,6 +83,12 @@ class Diff(InventoryTestCase):
         self.check(1, "diff", self.before, other)
         self.assertEqual(self.messages, "inv: diff: these are two different machines: SIM0IMAC106 and SIM0MACPRO5\n")
         self.assertIn("**Note:** these are two", self.check(1, "diff", "-f", "markdown", self.before, other))
+
+    def test_a_debug_file_is_said_to_be_one(self):
+        debug = debug_scanned("imac-10.6")
+        self.check(1, "diff", scanned("imac-10.6"), debug)
+        self.assertIn(f"inv: {debug}: this is a debug file; ", self.messages)
+        self.assertEqual(self.messages.count("debug file"), 1)
 
     def test_forms_are_known(self):
         self.check(2, "diff", "-f", "xml", self.before, self.before)

@@ -47,6 +47,16 @@ class Query(InventoryTestCase):
         self.assertEqual(text, 'odd,one,none\r\n"a,""b",1,\r\n')
         self.assertEqual(list(csv.reader(io.StringIO(text)))[1], ['a,"b', "1", ""])
 
+    def test_formulas_in_csv_are_disarmed_on_request(self):
+        sql = "SELECT '=1+1' AS '@odd', '-x' AS word, -5 AS number, '-5' AS digits, char(13) || '=1' AS hidden, 'a=b' AS plain"
+        answer = ["=1+1", "-x", "-5", "-5", "\r=1", "a=b"]
+        for arguments, expected, heading in (([], answer, "@odd"), (["--csv-safe"], ["'=1+1", "'-x", "-5", "-5", "'\r=1", "a=b"], "'@odd")):
+            text = inv("query", sql, "-f", "csv", *arguments, self.files[0]).stdout.decode()
+            rows = list(csv.reader(io.StringIO(text, newline="")))
+            self.assertEqual((rows[0][0], rows[1]), (heading, expected), text)
+        (row,) = json.loads(self.check(0, "query", sql, "-f", "json", "--csv-safe", self.files[0]))
+        self.assertEqual(row["@odd"], "=1+1")
+
     def test_what_a_value_could_do_to_a_terminal_is_shown_as_a_mark(self):
         self.assertEqual(self.check(0, "query", "SELECT char(27) || '[31m' AS x", self.files[0]), "x\n\ufffd[31m\n")
 
