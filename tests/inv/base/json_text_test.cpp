@@ -18,7 +18,7 @@ TEST(JsonText, AppendsWhatTheWriterOfAJsonDoes) {
 
 TEST(JsonText, AnArrayInPiecesIsWhatTheWriterOfAJsonMakesOfTheWhole) {
   const std::vector<inv::Json> elements = {{{"a", "one\ntwo"}, {"b", {1, 2}}}, inv::Json::object(), 3};
-  for (const size_t count : {0, 1, 3}) {
+  for (const size_t count : {size_t{0}, size_t{1}, size_t{3}}) {
     std::string text;
     inv::JsonArray array([&](std::string_view piece) { text += piece; }, 2);
     inv::Json whole = inv::Json::array();
