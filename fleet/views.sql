@@ -1,5 +1,5 @@
--- Tables for people, over the rows of `inv export`: SQLite, DuckDB, PostgreSQL and ClickHouse take this file as it is. What they do not agree on (tables,
--- the clock, comparing versions) is in the schema.sql of each, which comes first.
+-- Readable views over the rows of `inv export`, for SQLite, DuckDB, PostgreSQL and ClickHouse alike. What differs between them (tables, the clock,
+-- comparing versions) is in the schema.sql of each, which comes first.
 
 -- The last scan of each Mac.
 CREATE VIEW latest AS
@@ -20,7 +20,7 @@ FROM (
 ) AS ranked
 WHERE place = 1;
 
--- A row for each scan. What only an extended scan tells is NULL in the others.
+-- A row for each scan. What only an extended scan has is NULL in others.
 CREATE VIEW macs AS
 SELECT
   scan_id,

@@ -1,5 +1,5 @@
 -- inv export --format csv -o facts.csv inventories/*.inv; clickhouse-local --path fleet --queries-file clickhouse/load.sql
--- A scan that is there already is left out, so the same files may be loaded again.
+-- Scans that are already there are skipped, so the same files may be loaded again.
 CREATE TEMPORARY TABLE staging (
   machine String, path String, name String, value String, unit String, base_value String, scan_id String, scanned_at String, section String, kind String,
   element String, number String

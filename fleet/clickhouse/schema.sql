@@ -6,7 +6,7 @@ CREATE TABLE facts (
   number Nullable(Float64), unit LowCardinality(String), base_value Nullable(Float64)
 ) ENGINE = MergeTree ORDER BY (kind, scan_id);
 
--- What question 2 asks for: INSERT INTO wanted VALUES ('Safari', '18.1');
+-- For question 2: INSERT INTO wanted VALUES ('Safari', '18.1');
 CREATE TABLE wanted (application String, version String) ENGINE = MergeTree ORDER BY application;
 
 CREATE VIEW clock AS
@@ -14,7 +14,7 @@ SELECT
   formatDateTime(now('UTC') - INTERVAL 7 DAY, '%Y-%m-%dT%H:%i:%SZ') AS a_week_ago,
   formatDateTime(now('UTC') - INTERVAL 30 DAY, '%Y-%m-%dT%H:%i:%SZ') AS a_month_ago;
 
--- A text for each version that sorts as the version does: each number with ten digits.
+-- Turns a version into a text that sorts like it: each number has ten digits.
 CREATE VIEW version_keys AS
 SELECT version, replaceRegexpAll(replaceAll('.' || version, '.', '.0000000000'), '\\.[0-9]*([0-9]{10})', '.\\1') AS version_key
 FROM (SELECT value AS version FROM facts WHERE kind = '/Software/Soft/version' UNION DISTINCT SELECT version FROM wanted) AS versions

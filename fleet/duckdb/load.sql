@@ -1,5 +1,5 @@
 -- inv export --format csv -o facts.csv inventories/*.inv; duckdb fleet.duckdb -f duckdb/load.sql
--- A scan that is there already is left out, so the same files may be loaded again.
+-- Scans that are already there are skipped, so the same files may be loaded again.
 CREATE OR REPLACE TEMP TABLE staging AS
 SELECT * FROM read_csv('facts.csv', header = true, all_varchar = true, delim = ',', quote = '"', escape = '"', nullstr = '');
 

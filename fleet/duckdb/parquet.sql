@@ -1,11 +1,11 @@
--- Writes what is in the database as Parquet, below the current folder: facts/dt=DAY/part-N.parquet and the typed tables in the same way. A day is a few
--- large files, sorted by kind and machine, and never a file for each Mac: readers skip what they do not ask for.
+-- Writes the database as Parquet, below the current folder: facts/dt=DAY/part-N.parquet and the typed tables in the same way. A day is a few large
+-- files, sorted by kind and machine, never a file for each Mac: readers skip what they do not need.
 --   duckdb -f duckdb/schema.sql -f duckdb/tables.sql -f duckdb/load.sql -f duckdb/load-tables.sql -f duckdb/parquet.sql
--- Each thread would write files of its own, of whatever rows it got.
+-- Several threads would each write separate files, with arbitrary rows.
 SET threads = 1;
 SET preserve_insertion_order = true;
 
--- What is in a day's folder already is replaced: write each day from a database that has all of that day.
+-- A day's existing files are replaced: write each day from a database with all of that day.
 COPY (
   SELECT facts.kind, scans.machine, facts.scan_id, scans.scanned_at::TIMESTAMPTZ AS scanned_at, facts.element, facts.path, facts.name, facts.value,
     facts.number, facts.unit, facts.base_value, substr(scans.scanned_at, 1, 10) AS dt

@@ -6,7 +6,7 @@ CREATE TABLE facts (
   number DOUBLE, unit VARCHAR NOT NULL, base_value DOUBLE
 );
 
--- What question 2 asks for: INSERT INTO wanted VALUES ('Safari', '18.1');
+-- For question 2: INSERT INTO wanted VALUES ('Safari', '18.1');
 CREATE TABLE wanted (application VARCHAR PRIMARY KEY, version VARCHAR NOT NULL);
 
 CREATE VIEW clock AS
@@ -14,7 +14,7 @@ SELECT
   strftime((now() - INTERVAL 7 DAY) AT TIME ZONE 'UTC', '%Y-%m-%dT%H:%M:%SZ') AS a_week_ago,
   strftime((now() - INTERVAL 30 DAY) AT TIME ZONE 'UTC', '%Y-%m-%dT%H:%M:%SZ') AS a_month_ago;
 
--- A text for each version that sorts as the version does: each number with ten digits.
+-- Turns a version into a text that sorts like it: each number has ten digits.
 CREATE VIEW version_keys AS
 SELECT version, regexp_replace(replace('.' || version, '.', '.0000000000'), '\.[0-9]*([0-9]{10})', '.\1', 'g') AS version_key
 FROM (SELECT value AS version FROM facts WHERE kind = '/Software/Soft/version' UNION SELECT version FROM wanted) AS versions

@@ -1,5 +1,5 @@
 -- inv export --format csv -o facts.csv inventories/*.inv; psql fleet -f postgresql/load.sql
--- A scan that is there already is left out, so the same files may be loaded again.
+-- Scans that are already there are skipped, so the same files may be loaded again.
 \set ON_ERROR_STOP on
 CREATE TEMP TABLE staging (
   machine text, path text, name text, value text, unit text, base_value text, scan_id text, scanned_at text, section text, kind text, element text,

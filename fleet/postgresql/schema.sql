@@ -7,7 +7,7 @@ CREATE TABLE facts (
 );
 CREATE INDEX facts_by_kind ON facts (kind, scan_id);
 
--- What question 2 asks for: INSERT INTO wanted VALUES ('Safari', '18.1');
+-- For question 2: INSERT INTO wanted VALUES ('Safari', '18.1');
 CREATE TABLE wanted (application text PRIMARY KEY, version text NOT NULL);
 
 CREATE VIEW clock AS
@@ -15,7 +15,7 @@ SELECT
   to_char((now() - interval '7 days') AT TIME ZONE 'UTC', 'YYYY-MM-DD"T"HH24:MI:SS"Z"') AS a_week_ago,
   to_char((now() - interval '30 days') AT TIME ZONE 'UTC', 'YYYY-MM-DD"T"HH24:MI:SS"Z"') AS a_month_ago;
 
--- A text for each version that sorts as the version does, in any language: each number with ten digits.
+-- Turns a version into a text that sorts like it in any language: each number has ten digits.
 CREATE VIEW version_keys AS
 SELECT version, regexp_replace(replace('.' || version, '.', '.0000000000'), '\.[0-9]*([0-9]{10})', '.\1', 'g') COLLATE "C" AS version_key
 FROM (SELECT value AS version FROM facts WHERE kind = '/Software/Soft/version' UNION SELECT version FROM wanted) AS versions

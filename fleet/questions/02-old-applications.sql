@@ -1,4 +1,4 @@
--- Applications older than the version that the table wanted asks for. Versions that are not numbers with points are left out.
+-- Applications older than the version in the table "wanted". Versions that are not numbers with dots are left out.
 SELECT latest.machine AS machine, software.application AS application, software.version AS version, wanted.version AS wanted_version
 FROM latest
 JOIN software ON software.scan_id = latest.scan_id

@@ -1,4 +1,4 @@
--- Applications that came, went or have another version since a week ago. An application is known by its place.
+-- Applications that came, went or changed their version within a week. An application is identified by its location.
 WITH
 pairs AS (
   SELECT latest.machine AS machine, latest.scan_id AS new_scan, week_ago.scan_id AS old_scan

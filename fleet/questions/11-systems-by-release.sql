@@ -1,4 +1,4 @@
--- On how many Macs each release of the system is.
+-- The number of Macs with each release of the system.
 SELECT macs.release_name AS release_name, count(*) AS machines
 FROM latest JOIN macs ON macs.scan_id = latest.scan_id
 GROUP BY macs.release_name

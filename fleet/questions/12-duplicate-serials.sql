@@ -1,4 +1,4 @@
--- Serial numbers that more than one Mac has: there are several hardware UUIDs to it.
+-- Serial numbers of more than one Mac: several hardware UUIDs have the same one.
 SELECT serial, count(DISTINCT uuid) AS machines, min(mac) AS one_mac, max(mac) AS another_mac
 FROM macs
 WHERE serial <> '' AND uuid <> ''

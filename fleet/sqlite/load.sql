@@ -1,5 +1,5 @@
 -- inv export --format csv -o facts.csv inventories/*.inv; sqlite3 fleet.db <sqlite/load.sql
--- A scan that is there already is left out, so the same files may be loaded again.
+-- Scans that are already there are skipped, so the same files may be loaded again.
 .bail on
 DROP TABLE IF EXISTS staging;
 .import --csv facts.csv staging

@@ -7,13 +7,13 @@ CREATE TABLE facts (
 );
 CREATE INDEX facts_by_kind ON facts (kind, scan_id);
 
--- What question 2 asks for: INSERT INTO wanted VALUES ('Safari', '18.1');
+-- For question 2: INSERT INTO wanted VALUES ('Safari', '18.1');
 CREATE TABLE wanted (application TEXT PRIMARY KEY, version TEXT NOT NULL);
 
 CREATE VIEW clock AS
 SELECT strftime('%Y-%m-%dT%H:%M:%SZ', 'now', '-7 days') AS a_week_ago, strftime('%Y-%m-%dT%H:%M:%SZ', 'now', '-30 days') AS a_month_ago;
 
--- A text for each version that sorts as the version does: each number with ten digits.
+-- Turns a version into a text that sorts like it: each number has ten digits.
 CREATE VIEW version_keys AS
 WITH RECURSIVE steps (version, rest, version_key) AS (
   SELECT version, version || '.', ''
