@@ -1,4 +1,4 @@
-# GoogleTest as the system has it; else its sources are fetched, and taken only when they are the ones with this checksum.
+# The system's GoogleTest; otherwise its sources are fetched and accepted only with this checksum.
 find_package(GTest QUIET)
 if(NOT TARGET GTest::gmock)
   include(FetchContent)
@@ -8,6 +8,6 @@ if(NOT TARGET GTest::gmock)
     DOWNLOAD_EXTRACT_TIMESTAMP OFF
     SYSTEM)
   set(INSTALL_GTEST OFF)
-  message(STATUS "GoogleTest is not installed here, and is fetched")
+  message(STATUS "GoogleTest is not installed, fetching it")
   FetchContent_MakeAvailable(googletest)
 endif()

@@ -1,5 +1,5 @@
-# What makes a mistake in a parser end the program instead of serving an attacker. Each flag is taken where the compiler knows it; the checks
-# are of what it produced (tests/packaging/test_hardening.py).
+# Makes a parser bug end the program instead of serving an attacker. Each flag is used if the compiler knows it;
+# tests/packaging/test_hardening.py checks the result.
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
 include(CheckPIESupported)
@@ -23,18 +23,18 @@ function(velkaro_harden_linking flag)
   endif()
 endfunction()
 
-# All of a program is linked into it, so that its functions may still be inlined into each other.
+# Nothing replaces a program's own functions, so they may still be inlined into each other.
 velkaro_harden_compiling(-fno-semantic-interposition)
 velkaro_harden_compiling(-fstack-protector-strong)
 velkaro_harden_compiling(-fstack-clash-protection)
-# Indirect jumps land where one is meant to. The first flag is of x86_64 and the second of arm64; a program for both has neither.
+# Indirect jumps only reach valid targets. The first flag is for x86_64 and the second for arm64; a program for both has neither.
 velkaro_harden_compiling(-fcf-protection=full)
 velkaro_harden_compiling(-mbranch-protection=standard)
 velkaro_harden_linking(LINKER:-z,relro)
 velkaro_harden_linking(LINKER:-z,now)
 velkaro_harden_linking(LINKER:-z,noexecstack)
 
-# Works on optimised code only, and the sanitizers look closer. A compiler may have a level of its own set already.
+# Works only on optimised code, and the sanitizers check more. A compiler may already have a default level.
 if(NOT VELKARO_SANITIZE)
   add_compile_options("$<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
 endif()

@@ -1,4 +1,4 @@
-# What is installed, in four parts: the scanner, the reader, what brings the files of many Macs together, and the pages about all of it.
+# What is installed, in four parts: the scanner, the reader, the tools for fleets, and the documentation.
 include(GNUInstallDirs)
 
 # A program with its manual page and its completions, where each shell looks for them.
@@ -18,13 +18,13 @@ if(TARGET inv)
   install(DIRECTORY packaging/policies DESTINATION ${CMAKE_INSTALL_DATADIR}/velkaro-scanner COMPONENT reader)
 endif()
 
-# What has no ending is a program.
+# Files without a suffix are programs.
 set(fleet ${CMAKE_INSTALL_DATADIR}/velkaro-scanner)
 install(DIRECTORY fleet DESTINATION ${fleet} COMPONENT fleet FILES_MATCHING REGEX "/[^/]*[.][^/]*$")
 install(DIRECTORY fleet DESTINATION ${fleet} COMPONENT fleet
   FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE FILES_MATCHING REGEX "/[^/.]+$")
 
-# For who runs the programs and reads their files. How they are built and released is for who has the sources.
+# Documentation for those who run the programs and read their files. How to build and release them is only for those with the sources.
 install(FILES README.md SECURITY.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT documentation FILES_MATCHING
   PATTERN "*.md" PATTERN "*.json" PATTERN man EXCLUDE PATTERN architecture.md EXCLUDE PATTERN porting.md EXCLUDE PATTERN releasing.md EXCLUDE)

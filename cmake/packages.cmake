@@ -4,7 +4,7 @@ if(APPLE OR NOT TARGET inv)
   return()
 endif()
 
-# The owner has yet to choose a licence. This line is the only one that says so, and all packages repeat it.
+# The owner has yet to choose a licence. Only this line says so, and all packages repeat it.
 set(VELKARO_LICENSE "proprietary, see the owner")
 set(VELKARO_CONTACT "Velkaro <owner@velkaro.invalid>" CACHE STRING "Who answers for the packages: name and address")
 
@@ -36,7 +36,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_RPM_COMPONENT_INSTALL ON)
 set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
 set(CPACK_RPM_PACKAGE_LICENSE ${VELKARO_LICENSE})
-# These folders are others'.
+# These folders belong to other packages.
 set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
   /usr/share/man /usr/share/man/man1 /usr/share/bash-completion /usr/share/bash-completion/completions /usr/share/zsh
   /usr/share/zsh/site-functions /usr/share/fish /usr/share/fish/vendor_completions.d /usr/share/doc)

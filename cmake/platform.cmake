@@ -4,7 +4,7 @@ if(APPLE)
   set(platform_libraries "-framework CoreFoundation" "-framework SystemConfiguration")
   velkaro_describe_library("-framework CoreFoundation" CoreFoundation "" "")
   velkaro_describe_library("-framework SystemConfiguration" SystemConfiguration "" "")
-  # The reader takes over layers that could ask the system, and does not.
+  # The reader shares layers that could query the system, but does not use that.
   add_link_options(LINKER:-dead_strip_dylibs)
 else()
   find_package(ICU REQUIRED COMPONENTS i18n uc)

@@ -15,7 +15,7 @@ function(velkaro_describe_library library name version licence)
   set_property(GLOBAL PROPERTY "velkaro_library_${library}" "${name}|${version}|${licence}|${location}")
 endfunction()
 
-# What a target of our own is told to link.
+# What one of our targets links directly.
 function(velkaro_links_of target result)
   set(links)
   foreach(property LINK_LIBRARIES INTERFACE_LINK_LIBRARIES)
@@ -39,7 +39,7 @@ function(velkaro_is_our_own library result)
   set(${result} ${own} PARENT_SCOPE)
 endfunction()
 
-# All that a target links, through those of our own, as velkaro_describe_library has described it.
+# Everything that a target links, also through our own targets, as described with velkaro_describe_library.
 function(velkaro_described_libraries target result)
   set(waiting ${target})
   set(seen)
@@ -58,7 +58,7 @@ function(velkaro_described_libraries target result)
       velkaro_links_of(${library} links)
       list(APPEND waiting ${links})
     else()
-      message(FATAL_ERROR "${target} links ${library}, which velkaro_describe_library tells nothing of")
+      message(FATAL_ERROR "${target} links ${library}, which velkaro_describe_library does not describe")
     endif()
   endwhile()
   list(SORT described)
@@ -66,7 +66,7 @@ function(velkaro_described_libraries target result)
   set(${result} ${described} PARENT_SCOPE)
 endfunction()
 
-# Call it when the program links all that it will.
+# Call it once the program links everything it needs.
 function(velkaro_sbom program)
   velkaro_described_libraries(${program} libraries)
   add_custom_command(TARGET ${program} POST_BUILD

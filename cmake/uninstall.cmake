@@ -1,4 +1,4 @@
-# Removes the files that an installation listed in the build folder, and the folders of its own that this leaves empty.
+# Removes the files that an installation listed in the build folder, and its own folders that are then empty.
 # usage: cmake -D BUILD=FOLDER -P uninstall.cmake
 file(GLOB lists ${BUILD}/install_manifest*.txt)
 if(NOT lists)
@@ -10,7 +10,7 @@ foreach(list ${lists})
     set(installed $ENV{DESTDIR}${file})
     message(STATUS "Removing ${installed}")
     file(REMOVE ${installed})
-    # bin, man1 and the like are others' too, even when they are empty.
+    # bin, man1 and the like belong to others too, even if they are empty.
     cmake_path(GET installed PARENT_PATH folder)
     while(folder MATCHES "/doc/velkaro-scanner" AND IS_DIRECTORY ${folder})
       file(GLOB others ${folder}/*)

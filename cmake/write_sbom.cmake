@@ -7,7 +7,7 @@ foreach(file ${found} ${elsewhere})
   list(APPEND loaded ${stem})
 endforeach()
 
-# Whether a described library is in the program: every static one is, and the shared ones that it loads.
+# Whether a described library is in the program: every static one is, and so are the shared ones that it loads.
 function(is_linked location result)
   get_filename_component(name "${location}" NAME)
   get_filename_component(stem "${location}" NAME_WE)
@@ -56,7 +56,7 @@ ${components}
   ]
 }
 ")
-# The number is of the content, so that the same program has the same list.
+# The serial number is derived from the content, so that the same program has the same list.
 string(UUID number NAMESPACE 6ba7b811-9dad-11d1-80b4-00c04fd430c8 NAME "${body}" TYPE SHA1)
 file(WRITE ${OUTPUT} "{
   \"$schema\": \"http://cyclonedx.org/schema/bom-1.6.schema.json\",

@@ -1,12 +1,12 @@
 # Sourced by ./scan and ./check: makes sure that what the build needs is installed. The caller sets `root`.
 # shellcheck shell=bash disable=SC2034,SC2154
 
-# What building and running the programs takes, and what the tests take beyond that (Debian's package names).
+# What is needed to build and run the programs, and what the tests need in addition (Debian's package names).
 build_packages="cmake g++ make zlib1g-dev libicu-dev libcli11-dev nlohmann-json3-dev libsqlite3-dev libsodium-dev procps python3"
 test_packages="git clang clang-format clang-tidy libclang-rt-14-dev libgtest-dev libgmock-dev util-linux sqlite3 jq strace valgrind zsh fish mandoc openssh-client dpkg-dev fakeroot lintian rpm shellcheck ansible-core rsync postgresql"
 bench_packages="libbenchmark-dev libexpat1-dev util-linux"
 
-# install_packages NAME...: installs those that are missing, and says nothing when there are none.
+# install_packages NAME...: installs those that are missing, and prints nothing if there are none.
 install_packages() {
   if [ "$(uname)" = Darwin ]; then
     require_on_mac "$@"
@@ -24,10 +24,10 @@ install_packages() {
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
 }
 
-# install_npm_packages FOLDER...: those that each folder's package-lock.json names, with Node.js and a browser to run them in.
+# install_npm_packages FOLDER...: installs what each folder's package-lock.json lists, with Node.js and a browser to run it in.
 install_npm_packages() {
   [ "$(uname)" != Darwin ] || return 0
-  # Node.js from elsewhere than Debian brings npm with it, so the commands count and not the packages.
+  # Node.js from other sources includes npm, so check for the commands, not the packages.
   local missing=() folder
   command -v node >/dev/null || missing+=(nodejs)
   command -v npm >/dev/null || missing+=(npm)
@@ -39,7 +39,7 @@ install_npm_packages() {
   done
 }
 
-# require_on_mac NAME...: ends, with one line, when something is missing that a Mac does not bring along and the build cannot do without.
+# require_on_mac NAME...: ends with one line if something is missing that the build needs and macOS does not include.
 require_on_mac() {
   local package missing advice=""
   for package in "$@"; do
@@ -49,7 +49,7 @@ require_on_mac() {
   [ -z "$advice" ] || { echo "Please install $advice" >&2; exit 1; }
 }
 
-# missing_on_mac NAME: what is to be installed on a Mac for one of Debian's packages; nothing when it is there.
+# missing_on_mac NAME: what to install on a Mac for one of Debian's packages; nothing if it is there.
 missing_on_mac() {
   case $1 in
     g++) xcode-select -p >/dev/null 2>&1 || echo "the command line tools (xcode-select --install)" ;;
@@ -68,15 +68,15 @@ has_library() {
   return 1
 }
 
-# can_fuzz: whether clang brings libFuzzer along; Apple's does not.
+# can_fuzz: whether clang includes libFuzzer; Apple's does not.
 can_fuzz() {
   mkdir -p "$root/build"
   echo 'extern "C" int LLVMFuzzerTestOneInput(const unsigned char*, unsigned long) { return 0; }' |
     clang++ -fsanitize=fuzzer -x c++ -o "$root/build/can_fuzz" - 2>/dev/null
 }
 
-# build_preset PRESET: configures and builds; what the tools say is shown only when they fail. A configuration that failed leaves its
-# cache but nothing to build with, and is made anew.
+# build_preset PRESET: configures and builds; the tools' output is shown only if they fail. A failed configuration leaves its cache but no
+# build files, and is repeated.
 build_preset() {
   local log=$root/build/$1.log jobs
   jobs=$(getconf _NPROCESSORS_ONLN)

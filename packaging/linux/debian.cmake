@@ -1,4 +1,4 @@
-# What Debian wants otherwise than the rest, done to the files that its package is made of.
+# What Debian packages need in addition, applied to the staged files.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
   return()
 endif()

@@ -1,5 +1,5 @@
-# Sourced by the other scripts here, which are run as `SCRIPT [--dry-run] FOLDER`: all that they make is in FOLDER, whose root/ is what the
-# package installs. With --dry-run they only say what they would run.
+# Sourced by the other scripts here, which are run as `SCRIPT [--dry-run] FOLDER`: all their output is in FOLDER, whose root/ is what the
+# package installs. With --dry-run they only print what they would run.
 # shellcheck shell=sh disable=SC2034
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
@@ -14,7 +14,7 @@ identifier=com.velkaro.scanner
 version=$(sed -n 's/^project(velkaro-scanner VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")
 programs="velkaro-scanner inv"
 
-# quoted WORD: as a shell would have to be given it.
+# quoted WORD: quotes it for a shell.
 quoted() {
     case $1 in
     '' | *[!A-Za-z0-9_./:=@%+,-]*) printf "'%s'" "$(printf %s "$1" | sed "s/'/'\\\\''/g")" ;;
@@ -22,7 +22,7 @@ quoted() {
     esac
 }
 
-# run COMMAND [ARGUMENT...]: says what it runs before it does.
+# run COMMAND [ARGUMENT...]: prints the command, then runs it.
 run() {
     line=+
     for word; do line="$line $(quoted "$word")"; done
