@@ -23,7 +23,7 @@ from inv_decoder import FormatError
 from quick_scans import QuickMac, facts, own_namespace
 from scans import ALL_MACHINES
 
-# Folders of a machine with what is damaged. Only Macs of later years have the second.
+# A machine's folders with files to damage. Only newer Macs have the second.
 OUTPUTS = ("profiler", "tools")
 BYTES = (0x00, 0x80, 0xFF, ord("<"), ord("&"))
 

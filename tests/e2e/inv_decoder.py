@@ -252,7 +252,7 @@ def decode_split(data, compressed, where):
 
 
 def parse_index(data, index_offset, compressed, where):
-    """The records of an index; they must lie back to back and fill everything before the index."""
+    """The records of an index; they must be contiguous and fill everything before the index."""
     text = inflate(data, where) if compressed else data
     pattern = re.compile(rb"\[([^\n]*)\]\noffset=" + NUMBER + rb"\nlength=" + NUMBER + rb"\n")
     records, position, expected = [], 0, 0

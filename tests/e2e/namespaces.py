@@ -6,7 +6,7 @@ import subprocess
 
 
 def own_processes():
-    """The command to put before another one; empty where this machine does not allow it."""
+    """The beginning of a command line; empty if this machine does not allow it."""
     command = ["unshare", "--pid", "--fork", "--mount-proc"]
     if os.geteuid() != 0:
         command += ["--user", "--map-root-user"]

@@ -32,7 +32,7 @@ def options(*command):
 
 
 def commands_of_files():
-    """The commands that open files: all but those that only talk."""
+    """The commands that open files: all except those that only print something."""
     return {name: text for name, text in commands().items() if name not in ("schema", "help")}
 
 

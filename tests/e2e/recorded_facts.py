@@ -138,7 +138,7 @@ MACBOOK_PRO_10_7 = {
         "architecture": "64-bit",
     },
     "Software/Soft:3": application("Google Chrome", "20121128", "/Applications/Google Chrome.app", "23.0.1271.95", "arch_x86"),
-    # Of several lines only the first and the last stay.
+    # Of several lines only the first and the last are kept.
     "Software/Soft:28": {
         VALUE: "LCC Pilot",
         "version": "1.0.0",

@@ -43,7 +43,7 @@ class Terminal:
         fcntl.ioctl(self.end, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
 
     def read(self, until=None):
-        """What is written until all programs have closed the terminal, or until a text has arrived."""
+        """What is written until all programs have closed the terminal, or until this text has arrived."""
         if self.end is not None and until is None:
             os.close(self.end)
             self.end = None

@@ -23,7 +23,7 @@ VALUES = {
     "compound, text": r".+",
 }
 
-# What no test has the time to see: a tool is given up after half an hour of silence.
+# No test has time for this: a tool is given up after half an hour of silence.
 UNSEEN = {("attribute", "/Scan/Command:N/silent", None)}
 
 

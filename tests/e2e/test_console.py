@@ -1,4 +1,4 @@
-"""What the scanner says and asks: a calling program and an operator rely on every byte."""
+"""What the scanner prints and asks: a calling program and an operator rely on every byte."""
 
 import os
 import re

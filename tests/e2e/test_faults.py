@@ -20,7 +20,7 @@ PROLOGUE, EPILOGUE = plistlib.dumps([]).replace(b"<array/>", b"<array>\n</array>
 EPILOGUE = b"</array>" + EPILOGUE
 EMPTY = plistlib.dumps([])
 NAME = "STUDIO-IMAC_00005E00531A.inv"
-# What the hardware's data type alone knows.
+# What only the hardware data type knows.
 HARDWARE = r"/Processors|/Computer-system|/Chassis|/General-info|/AssetInfo/"
 SLOW_BUILD = os.environ["VELKARO_BUILD"].endswith("sanitize")
 
@@ -93,7 +93,7 @@ class FaultTestCase(ScanTestCase):
         return sorted({path for path, *_ in whole - facts(container)})
 
 
-# What each tool alone knows, as paths of facts.
+# What only this tool knows, as paths of facts.
 TOOLS = {
     # Without the registry's UUID the profiler's replaces the user's name.
     "ioreg": r"uuid|/@user-name$",

@@ -1,4 +1,4 @@
-"""The Ansible role, run by Ansible itself over three simulated Macs: what comes here, what stays on a Mac, and who is named when something fails."""
+"""The Ansible role, run by Ansible itself over three simulated Macs: what is fetched, what stays on a Mac, and who is named when something fails."""
 
 import json
 import os
@@ -15,7 +15,7 @@ FLEET = ROOT / "fleet" / "ansible"
 ROLE = FLEET / "roles" / "velkaro_scanner"
 MACS = {"studio": "imac-10.6", "render": "mac-pro-10.5", "travel": "macbook-pro-26"}
 
-# Becoming root: writes down that it was asked to, and goes on as who it is.
+# Becoming root: records the request, and continues as the same user.
 SUDO = """#!/bin/sh
 echo "$@" >>"$SUDO_LOG"
 while :; do
@@ -28,7 +28,7 @@ done
 """
 # A scanner that dies while it saves.
 DYING = 'echo half >.velkaro-scanner-1.part; echo "10%"\n'
-# A disk that loses the end of the file behind the scanner's back.
+# A disk that loses the end of the file without the scanner noticing.
 CUTTING = '{scan} "$@" | while read -r line; do echo "$line"; name=${{line#>>>}}; [ "$name" = "$line" ] || {{ head -c 900 "$name" >cut; mv -f cut "$name"; }}; done\n'
 
 
@@ -50,7 +50,7 @@ class AnsibleTestCase(InventoryTestCase):
         path.chmod(0o755)
 
     def make_scanner(self, mac, script='exec {scan} "$@"\n'):
-        """The scanner as it is put on one of the Macs: it finds that Mac's tools on PATH."""
+        """The scanner as installed on one of the Macs: it finds that Mac's tools on PATH."""
         scan = f"'{SIMULATOR}/run' '{SIMULATOR}/machines/{MACS[mac]}' '{SCANNER}'"
         self.write(self.folder / f"{mac}-scanner", "#!/bin/sh\n" + script.format(scan=scan))
 
@@ -127,7 +127,7 @@ class Fleet(AnsibleTestCase):
         self.assertFalse((self.folder / "sudo.log").exists())
 
     def look_at_the_files(self):
-        """They are of those Macs, made with the options, and nobody else's to read."""
+        """They are from those Macs, made with the options, and readable by their owner only."""
         self.assertEqual(self.fetched(), ["render.inv", "studio.inv", "travel.inv"])
         self.assertEqual(self.check(0, "get", self.inventories / "render.inv", "/System/Chassis/serial"), "SIM0MACPRO5\n")
         self.assertIn("two words", self.check(0, "show", self.inventories / "travel.inv", "AssetInfo"))
@@ -157,7 +157,7 @@ class Failures(AnsibleTestCase):
         self.assertEqual((self.inventories / "render.inv.refused").stat().st_size, 900)
         self.assertEqual(self.left_on_the_macs(), [])
 
-    def test_what_is_not_there_is_told_and_nothing_stays(self):
+    def test_what_is_missing_is_named_and_no_file_stays(self):
         told = self.play("--limit", "studio", status=2, velkaro_scanner_inv="/nowhere/inv")
         self.assertIn("studio has no inventory: Verify that it is whole: ", told)
         self.assertEqual((self.fetched(), self.left_on_the_macs()), ([], []))

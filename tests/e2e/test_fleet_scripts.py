@@ -49,14 +49,14 @@ class ScriptTestCase(unittest.TestCase):
         return path
 
     def record(self, name):
-        """A tool that writes down how it was called."""
+        """A tool that records how it was called."""
         self.write_tool(name, f'#!/bin/sh\necho {name} "$@" >>"$LOG"\n')
 
     def logged(self):
         return self.log.read_text().splitlines() if self.log.exists() else []
 
     def run_script(self, name, *arguments, prefix=(), status=0, stdin="", **variables):
-        """What a script prints; its complaints are in self.complaints."""
+        """What a script prints; its error messages are in self.complaints."""
         environment = {**os.environ, "VELKARO_SCANNER": SCANNER, "LOG": str(self.log), "TZ": "UTC", **variables}
         environment["PATH"] = f"{self.tools}:{os.environ['PATH']}"
         command = [*prefix, SCRIPTS / name, *arguments]
@@ -66,7 +66,7 @@ class ScriptTestCase(unittest.TestCase):
         return result.stdout
 
     def scan(self, *arguments, **options):
-        """The name that a scan of the simulated iMac into the spool has got."""
+        """The name of a scan of the simulated iMac in the spool."""
         told = self.run_script("scan-to-spool", *arguments, prefix=(SIMULATOR / "run", IMAC), **options)
         return told.rstrip("\n")
 
@@ -124,7 +124,7 @@ class Spool(ScriptTestCase):
         waited = set()
         for _ in range(8):
             self.log.unlink(missing_ok=True)
-            # What follows the wait is not what is looked at.
+            # What follows the wait does not matter here.
             self.scan("--splay", "1000", self.spool, VELKARO_SCANNER="false", status=1)
             (line,) = self.logged()
             waited.add(int(line.split()[1]))
@@ -146,7 +146,7 @@ class Launchd(ScriptTestCase):
         super().setUp()
         self.job = plistlib.loads(DAEMON.read_bytes())
 
-    def test_the_job_has_the_name_of_its_file_and_known_keys_alone(self):
+    def test_the_job_has_the_name_of_its_file_and_only_known_keys(self):
         self.assertEqual(self.job["Label"], LABEL)
         known = "Label LowPriorityIO ProcessType ProgramArguments StandardErrorPath StartCalendarInterval Umask".split()
         self.assertEqual(sorted(self.job), known)
@@ -223,7 +223,7 @@ class Collect(ScriptTestCase):
         self.assertEqual(len(self.collected()), 20)
         self.collect(self.out, "-", stdin="")
 
-    def test_a_name_that_is_none_reaches_neither_ssh_nor_a_folder(self):
+    def test_an_invalid_name_reaches_neither_ssh_nor_a_folder(self):
         for name in ("-oProxyCommand=touch", "..", "a/b", "a b", "$(id)", "../../etc"):
             self.collect(self.out, name, status=1)
             self.assertIn(f"{name}: not the name of a Mac\n", self.complaints)
@@ -283,7 +283,7 @@ class PostInstall(ScriptTestCase):
     def install(self, **options):
         self.run_script("post-install", "velkaro-scanner.pkg", "/usr/local", self.volume, **options)
 
-    def test_it_makes_a_closed_spool_and_has_launchd_begin(self):
+    def test_it_makes_a_closed_spool_and_starts_the_launchd_job(self):
         self.record("launchctl")
         for _ in range(2):
             self.install(VELKARO_BOOT_VOLUME=str(self.volume))
@@ -293,7 +293,7 @@ class PostInstall(ScriptTestCase):
         once = [f"launchctl bootout system/{LABEL}", f"launchctl bootstrap system {self.installed}"]
         self.assertEqual(self.logged(), once * 2)
 
-    def test_on_an_old_system_and_for_the_first_time_it_begins_too(self):
+    def test_it_also_starts_on_an_old_system_and_for_the_first_time(self):
         self.write_tool("launchctl", '#!/bin/sh\necho launchctl "$@" >>"$LOG"\n[ "$1" = load ]\n')
         self.install(VELKARO_BOOT_VOLUME=str(self.volume))
         self.assertEqual(self.logged()[-1], f"launchctl load -w {self.installed}")
@@ -304,7 +304,7 @@ class PostInstall(ScriptTestCase):
         self.assertTrue(self.installed.exists())
         self.assertEqual(self.logged(), [])
 
-    def test_a_collector_may_read_what_comes(self):
+    def test_a_collector_may_read_new_files(self):
         self.record("chmod")
         self.install(VELKARO_COLLECTOR="collector")
         spool = self.volume / "var/spool/velkaro-scanner"

@@ -2,12 +2,12 @@
 """The whole of what a scan saves of each simulated Mac, line by line, as golden/MACHINE.KIND.txt has it: the snapshot, the
 AssetInfo, the AssetInfo of a debug run, and the snapshot of an extended scan.
 
-What differs from run to run stands in these texts as a placeholder, or as an element without content, and is tested by
-rule: the times, the process list, the environment, the record of the scan. A changed recording or collector changes the texts; then
+What differs from run to run is in these texts as a placeholder, or as an element without content, and is tested by
+rule: the times, the process list, the environment, the record of the scan. If a recording or collector changes, run
 
     VELKARO_SCANNER=build/dev/velkaro-scanner python3 tests/e2e/test_golden.py --update
 
-writes them anew. Each line of the difference must be read against the recordings before it is committed: these texts
+Each line of the difference must be read against the recordings before it is committed: these texts
 are what the scanner should say, not what it says.
 """
 
@@ -27,7 +27,7 @@ GOLDEN = ROOT / "tests" / "e2e" / "golden"
 SECTIONS = {"snapshot": "snapshot", "asset": "assetinfo", "debug": "assetinfo", "extended": "snapshot"}
 UPDATE = "--update" in sys.argv
 
-# All that a scan here sees of the host's environment, and what it records.
+# Everything that a scan here sees and records of the host's environment.
 GIVEN = {"TZ": "UTC", "LC_ALL": "C", "EQUATION": "a=b=c", "PADDED": "  two words  ", "EMPTY": "", "FOLDED": "upper\nlower"}
 ARRIVING = {**GIVEN, "PADDED": "two words", "FOLDED": "upper"}
 
@@ -43,7 +43,7 @@ class GoldenScan(ScanTestCase):
         return {**GIVEN, "PATH": whole["PATH"], "VELKARO_MACHINE": whole["VELKARO_MACHINE"]}
 
     def scan_by_hand(self, name, *options):
-        """Scans the machine of this name, and leaves what the rules compare with in fields of this object."""
+        """Scans the machine of this name, and keeps what the rules compare with in fields of this object."""
         machine = MACHINES / name
         self.given = self.environment(machine)
         self.start = time.time()
@@ -60,7 +60,7 @@ class GoldenScan(ScanTestCase):
         return section.text.decode("utf-8", "backslashreplace")
 
     def with_placeholders(self, text):
-        """The text without what the rules take care of."""
+        """The text without what the rules check."""
         text = text.replace(f"={self.timestamp()}\n", "=TIMESTAMP\n")
         text = re.sub(r"^scan-time=\d+$", "scan-time=MILLISECONDS", text, count=1, flags=re.M)
         return re.sub(r"^(\+Processes=|\+Environment=|\+Scan=)\n.*?^-$", r"\1\n-", text, flags=re.M | re.S)

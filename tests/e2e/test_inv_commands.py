@@ -111,7 +111,7 @@ class Commands(InventoryTestCase):
         self.assertEqual(self.check(0, "get", "-", "/System/Chassis/serial", input=data), "SIM0IMAC106\n")
         self.assertEqual(self.check(0, "verify", "-", input=data), "standard input: valid\n")
         for arguments in self.uses_of("-"):
-            # How many secrets the processes of this host have is another matter.
+            # How many secrets the processes of this host have does not matter.
             keeps_secrets = ["--secrets"] if arguments[0] in MASKING else []
             with self.subTest(arguments=arguments):
                 result = inv(*arguments, *keeps_secrets, input=data)
@@ -178,7 +178,7 @@ class Commands(InventoryTestCase):
         self.assertEqual(self.messages, "inv: : No such file or directory\n")
         self.assertEqual(list(FOLDER.glob("*.part")), [])
 
-    def test_no_output_replaces_an_input_unless_told_to(self):
+    def test_no_output_replaces_an_input_without_force(self):
         source, other, folder = scanned(IMAC), scanned(OTHER), Path(tempfile.mkdtemp(dir=FOLDER))
         file, link, twin = folder / "file.inv", folder / "link.inv", folder / "twin.inv"
         for command in (["export", "-f", "json", other], ["report"], ["report", "--compare", other], ["redact"]):
@@ -266,7 +266,7 @@ class Commands(InventoryTestCase):
         self.check(2, "show", self.file, "--color", "sometimes")
         self.assertIn('"sometimes" is not one of  auto, always, never\n', self.messages)
 
-    def test_help_tells_what_the_option_does(self):
+    def test_help_says_what_the_option_does(self):
         self.assertEqual(self.check(0, "help"), self.check(0, "--help"))
         for command in options_of.commands():
             with self.subTest(command=command):
@@ -294,7 +294,7 @@ class Commands(InventoryTestCase):
         self.check(1, "show", self.file, "AssetInfo/int-nam")
         self.assertIn("AssetInfo/int-nam: no such path; did you mean AssetInfo/int-name?\n", self.messages)
 
-    def test_verify_tells_only_of_failures_when_asked(self):
+    def test_verify_reports_only_failures_when_asked(self):
         bad = damaged_snapshot("failure.inv")
         told = self.check(1, "verify", "--failures", self.file, bad)
         self.assertRegex(told, rf"^{bad}: invalid at byte \d+: .*\n$")

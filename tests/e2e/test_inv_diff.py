@@ -1,4 +1,4 @@
-"""What `inv diff` tells of two scans of a simulated Mac on which something was changed in between."""
+"""What `inv diff` says about two scans of a simulated Mac that was changed in between."""
 
 import json
 import re
@@ -78,7 +78,7 @@ class Diff(InventoryTestCase):
     def output(self, *options):
         return self.check(1, "diff", *options, self.before, self.new_disk)
 
-    def test_two_machines_are_told_to_be_two(self):
+    def test_two_machines_are_reported_as_two(self):
         other = same_host.scan(SIMULATOR / "machines" / "mac-pro-10.5")
         self.check(1, "diff", self.before, other)
         self.assertEqual(self.messages, "inv: diff: these are two different machines: SIM0IMAC106 and SIM0MACPRO5\n")

@@ -1,4 +1,4 @@
-"""Commands over several files, and what they say of arguments that are not what they seem."""
+"""Commands over several files, and their messages about arguments that are not what they seem."""
 
 import json
 import os
@@ -41,7 +41,7 @@ class SeveralFiles(InventoryTestCase):
         self.assertEqual([line.partition(":")[0] for line in self.check(0, "get", "imac.inv", "pro.inv", SERIAL, MEMORY).splitlines()],
                          ["imac.inv", "imac.inv", "pro.inv", "pro.inv"])
 
-    def test_files_and_paths_stand_in_any_order(self):
+    def test_files_and_paths_come_in_any_order(self):
         self.assertEqual(self.check(0, "get", SERIAL, "imac.inv", "AssetInfo/int-name", "pro.inv"),
                          self.check(0, "get", "imac.inv", "pro.inv", SERIAL, "AssetInfo/int-name"))
 
@@ -82,7 +82,7 @@ class SeveralFiles(InventoryTestCase):
         self.assertEqual(listing, self.check(0, "list", "imac.inv") + "\n" + self.check(0, "list", "pro.inv"))
 
     def folder_of_two(self):
-        """A folder with both files, one of them deeper, and a link that nobody follows."""
+        """A folder with both files, one of them deeper, and a link that is not followed."""
         Path("spool/b").mkdir(parents=True)
         shutil.copy("imac.inv", "spool/b/imac.inv")
         shutil.copy("pro.inv", "spool/pro.inv")
@@ -148,7 +148,7 @@ class SeveralFiles(InventoryTestCase):
                 self.assertIn("imac.inv", self.check(2, command, "missing.inv", "imac.inv", *arguments))
                 self.assertIn("inv: missing.inv: cannot be read: ", self.messages)
 
-    def test_an_argument_that_is_not_what_is_missing_is_told(self):
+    def test_an_argument_of_the_wrong_kind_is_reported(self):
         for arguments, message in ((["get", SERIAL, "/hostname"], f"a FILE is missing: {SERIAL}, /hostname are paths within one"),
                                    (["show", SERIAL], f"a FILE is missing: {SERIAL} is a path within one"),
                                    (["show"], "a FILE is missing"),
@@ -165,7 +165,7 @@ class SeveralFiles(InventoryTestCase):
         self.check(2, "get", os.path.abspath("missing.inv"), SERIAL)
         self.assertIn("missing.inv: cannot be read: No such file or directory", self.messages)
 
-    def test_a_debug_file_is_told_what_to_do_with(self):
+    def test_advice_is_given_for_a_debug_file(self):
         advice = "inv: debug.inv: this is a debug file; inv unpack turns it into a simulated Mac\n"
         self.assertIn("STUDIO-IMAC", self.check(0, "summary", "debug.inv"))
         self.assertEqual(self.messages, advice)

@@ -65,7 +65,7 @@ class Load(InventoryTestCase):
         return database.execute(query, parameters).fetchall()
 
     def assert_tally(self, **expected):
-        """The last line of the messages counts these fates, and none other."""
+        """The last line of the messages counts these fates, and no other."""
         *self.complaints, line = self.messages.splitlines()
         self.assertRegex(line, r"^(\d+ \w+, )+\d+\.\d s$")
         counted = {fate: int(count) for count, fate in re.findall(r"(\d+) (\w+), ", line)}
@@ -98,7 +98,7 @@ class Load(InventoryTestCase):
                 self.assertEqual(count, sum(map(len, elements)))
                 self.assertGreater(count, 0)
 
-    def test_views_tell_what_an_extended_scan_adds(self):
+    def test_views_show_what_an_extended_scan_adds(self):
         self.check(0, "load", self.path, same_host.scan(SIMULATOR / "machines" / "macbook-pro-26", "/extended"))
         for query, row in VIEWED.items():
             with self.subTest(query=query):
@@ -134,7 +134,7 @@ class Load(InventoryTestCase):
         self.assertIn(f"inv: {bad}: ", self.messages)
         self.assertEqual(len(self.rows("SELECT * FROM machines")), len(MACHINES))
 
-    def test_a_damaged_copy_takes_nobodys_place(self):
+    def test_a_damaged_copy_replaces_nothing(self):
         damaged = FOLDER / "damaged.inv"
         content = bytearray(self.files[0].read_bytes())
         content[200] ^= 0xFF

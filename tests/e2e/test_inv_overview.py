@@ -1,5 +1,5 @@
-"""What summary and report say of each simulated Mac, and of the recordings of real ones where they are at hand: the truth about its system,
-what an extended scan adds, and what is missing."""
+"""What summary and report say about each simulated Mac, and about the recordings of real ones if available: the true name of its
+system, what an extended scan adds, and what is missing."""
 
 import functools
 import html
@@ -132,7 +132,7 @@ class Overviews(InventoryTestCase):
                          f"{path}: valid, but incomplete: no snapshot: only the machine's summary\n")
 
     def check_sense(self, path):
-        """Nothing that cannot be so, in the summary or on the page."""
+        """Nothing impossible in the summary or on the page."""
         summary = self.check(0, "summary", path)
         page = self.check(0, "report", path)
         kernel = re.search(r"^Kernel +Darwin (\d+)", summary, re.M)

@@ -1,4 +1,4 @@
-"""Questions in SQL about files, and rules that are such questions."""
+"""SQL queries over files, and rules that are such queries."""
 
 import csv
 import functools
@@ -22,7 +22,7 @@ VIEWS = ("systems", "network", "usb", "printers", "firewall", "firewall_rules", 
 
 @functools.lru_cache(maxsize=None)
 def scanned(name):
-    """The file of one of the simulator's machines, without the host's own secrets: the commands would tell of them."""
+    """The file of one of the simulator's machines, without the host's own secrets, which the commands would report."""
     return same_host.scan(SIMULATOR / "machines" / name)
 
 

@@ -1,4 +1,4 @@
-"""`inv redact` as a process: what it writes can be shared, and is whole or not there."""
+"""`inv redact` as a process: what it writes can be shared, and is complete or absent."""
 
 import functools
 import os
@@ -21,12 +21,12 @@ PLACES = {
 }
 OWN_VALUES = ["usr-acc", "partition", "Printer"]
 NOBODYS = {"root", "nobody", "daemon", ""}
-# As many Macs call theirs.
+# Names that many Macs have.
 COMMON = {"Macintosh HD", "System", "Recovery HD", "BOOTCAMP", "EFI", "ARCHIVE", "Scratch", "Fax", "Guest", "Guest User", "disk0s1", "disk1s3"}
-# What stands in the environment of many, and elsewhere as well.
+# Common values of the environment that also occur elsewhere.
 SYSTEM_PATHS = {"/bin/bash"}
 KEY = "our support key"
-# What the system itself puts into places of people and machines: small ids, names of network services, mount points.
+# What the system itself puts into the places for people and machines: small IDs, names of network services, mount points.
 USUAL = {str(number) for number in range(1000)} | {
     "AirPort", "Bluetooth DUN", "Bluetooth PAN", "Ethernet", "Ethernet 1", "FireWire", "Thunderbolt Bridge", "VPN (L2TP)", "Wi-Fi",
     "/", "/System/Volumes/Data", "Data", "Macintosh HD - Data", "/Volumes/ARCHIVE", "/Volumes/BOOTCAMP", "/Volumes/Scratch",
@@ -38,7 +38,7 @@ import catalogue  # noqa: E402
 
 @functools.lru_cache(maxsize=None)
 def scanned(name):
-    """A file in which it depends on the simulated Mac alone what names somebody, and how much of it."""
+    """A file whose identifiers depend only on the simulated Mac."""
     return same_host.scan(SIMULATOR / "machines" / name)
 
 
@@ -114,7 +114,7 @@ class Redact(InventoryTestCase):
                 self.assertEqual(identifiers(original) & identifiers(shared), set())
                 self.assertNotIn("host-like", self.told)
 
-    def test_what_only_an_extended_scan_tells_is_replaced_too(self):
+    def test_what_only_an_extended_scan_has_is_replaced_too(self):
         source = same_host.scan(SIMULATOR / "machines" / "macbook-pro-26", "/extended", "/ip:192.0.2.26")
         original, shared = ("\n".join(lines(each)) for each in (inv_decoder.read_file(source), self.redacted(source)))
         for value in [
@@ -233,14 +233,14 @@ class Redact(InventoryTestCase):
         (FOLDER / "output.inv").write_bytes(result.stdout)
         self.assertEqual(self.check(0, "verify", FOLDER / "output.inv"), f"{FOLDER / 'output.inv'}: valid\n")
 
-    def test_tells_what_it_did(self):
+    def test_reports_what_it_did(self):
         out = FOLDER / "told.inv"
         self.assertRegex(self.check(0, "redact", scanned(IMAC), "-o", out),
                          rf"^{re.escape(str(out))}: \d+ names, numbers and addresses replaced; may still identify it: "
                          r"150 application names, 1 process name, \d+ variable names, 2 monitor names, 4 device names\n$")
         self.assertEqual(self.messages, "")
 
-    def test_warns_of_a_file_name_that_tells_the_machine(self):
+    def test_warns_of_a_file_name_that_reveals_the_machine(self):
         out = FOLDER / ("shared-" + scanned(IMAC).name)
         self.check(0, "redact", scanned(IMAC), "-o", out)
         self.assertIn("the file's own name identifies the machine", self.messages)
@@ -255,7 +255,7 @@ class Redact(InventoryTestCase):
     def test_refuses_the_profilers_output(self):
         self.assert_refused(1, "section 1 (raw data) can contain anything", debug_scanned(IMAC))
 
-    def test_leaves_the_profilers_output_out_when_told_to(self):
+    def test_leaves_out_the_profilers_output_on_request(self):
         container = self.redacted(debug_scanned(IMAC), "--drop-opaque")
         self.assertEqual([section.tree.top.name for section in container.sections], ["AssetInfo"])
 

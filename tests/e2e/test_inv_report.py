@@ -1,4 +1,4 @@
-"""The pages of `inv report`: one for a fleet with one for each of its machines beside it, and one of what changed."""
+"""The pages of `inv report`: one for a fleet, one for each of its machines beside it, and one of what changed."""
 
 import html
 import re
@@ -114,7 +114,7 @@ class Pages(InventoryTestCase):
         self.assertEqual(own.read_bytes(), before)
         self.make("--force", own, self.scans / "imac-10.6.inv")
 
-    def test_a_comparison_tells_the_changes_as_diff_does(self):
+    def test_a_comparison_words_the_changes_as_diff_does(self):
         old, new = self.folder / "old.inv", self.folder / "new.inv"
         for path, version in ((old, b"5.0"), (new, b"5.1")):
             path.write_bytes(small_file(b"hostname=A\n+Software=\n*Soft:1=Safari\nversion=" + version + b"\nlocation=/Safari.app\n-\n"))

@@ -237,7 +237,7 @@ class Verify(SignatureTestCase):
                 self.assertIn("--allowed-signers", self.messages)
 
     def test_no_option_may_be_empty(self):
-        # A script whose variable is not set must not load what nobody checked.
+        # A script whose variable is not set must not load unchecked files.
         for options in (["--allowed-signers", ""], *(["--allowed-signers", self.signers, option, ""]
                                                      for option in ("--signature", "--identity", "--revoked-keys"))):
             for command in (["verify"], ["summary"], ["load", self.folder / "x.db"]):

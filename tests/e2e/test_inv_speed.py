@@ -32,7 +32,7 @@ class Speed(InventoryTestCase):
     def test_summing_up_5000_applications_takes_less_than_50_ms(self):
         path = large_file()
         self.assertIn("5000 applications", self.check(0, "summary", path))
-        # The best of a few, since other tests run at the same time.
+        # The best of a few runs, since other tests run at the same time.
         self.assertLess(min(cpu_seconds("summary", path) for _ in range(5)), MOST_SECONDS)
 
 

@@ -1,4 +1,4 @@
-"""Summaries on terminals of several widths: no line is wider, whatever signs the names have."""
+"""Summaries on terminals of several widths: no line is wider, whatever characters the names have."""
 
 import os
 import subprocess
@@ -18,7 +18,7 @@ NAMES = {
 
 
 def columns(text):
-    """What a terminal takes for a text."""
+    """The columns that a terminal needs for a text."""
     def width(character):
         if unicodedata.category(character) in ("Mn", "Me", "Cf") or 0x1160 <= ord(character) <= 0x11FF:
             return 0
@@ -69,7 +69,7 @@ class Widths(InventoryTestCase):
                 with self.subTest(width=width, file=file.name):
                     self.assert_fits(width, "summary", file)
 
-    def test_columns_line_up_behind_wide_signs(self):
+    def test_columns_line_up_after_wide_characters(self):
         lines = self.assert_fits(132, "summary", file_named("short-1.inv", "\u6771\u4eac"), file_named("short-2.inv", "e\u0301\u304b\u3099\u2705"))
         places = [columns(line[:line.index(word)]) for line, word in zip(lines, ("Serial", "SIM0000IMAC1", "SIM0000IMAC1"))]
         self.assertEqual(len(set(places)), 1, lines)

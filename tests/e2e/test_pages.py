@@ -1,4 +1,4 @@
-"""What the pages show is what the programs print: every transcript is run again, every example of the manual pages works.
+"""The documentation shows what the programs print: every transcript is run again, every example in the manual pages works.
 
 In a page, "    $ COMMAND" begins a transcript, and the lines below it are the output; "..." stands for any number of lines. A command
 without any output below it has to succeed."""
@@ -84,7 +84,7 @@ def files():
 
 
 def make_checkout(folder):
-    """A folder as it is after the programs were built in it."""
+    """A folder as after building the programs in it."""
     release = folder / "build" / "release"
     release.mkdir(parents=True)
     (release / "inv").symlink_to(inventories.INV)

@@ -22,7 +22,7 @@ TITLES = [
 
 
 def questions(text):
-    """What the lines said, each once, without the seconds."""
+    """The lines' texts, each once, without the seconds."""
     found = re.findall(r"\r([^\r\n]*\S), \d+ s(?=\r)", text)
     return [line for number, line in enumerate(found) if number == 0 or found[number - 1] != line]
 
@@ -38,7 +38,7 @@ class ProgressTestCase(ScanTestCase):
         return terminal
 
     def start(self, *arguments, answer="y\n", **streams):
-        # A pipe would be closed before it is written to where the scan asks nothing.
+        # If the scan asks nothing, a pipe would be closed before it is written to.
         (self.folder / "answer").write_text(answer)
         with open(self.folder / "answer") as stdin:
             return subprocess.Popen([SCANNER, *arguments], cwd=self.out, env=self.environment(IMAC), stdin=stdin, **streams)

@@ -16,7 +16,7 @@ def scan(machine):
     try:
         machine.write(mac.machine)
         return mac.scan()
-    except Exception as error:  # Whatever it is, the machine's seed has to be reported with it.
+    except Exception as error:  # Whatever fails, report the machine's seed with it.
         return error
     finally:
         mac.close()

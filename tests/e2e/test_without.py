@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What a scan is told to leave out is neither asked for nor in its file."""
+"""What a scan is to leave out is neither collected nor in its file."""
 
 import re
 import shutil
@@ -17,7 +17,7 @@ sys.path.insert(0, str(ROOT / "inv/facts"))
 import catalogue  # noqa: E402
 
 WORDS = ("processes", "arguments", "environment", "values", "accounts")
-# What each word hides, where the machine of these tests has it, and nothing else tells it.
+# What each word hides, where the machine of these tests has it and nothing else reveals it.
 PLANTED = {
     "processes": [b"daemon-of-robin"],
     "arguments": [b"--planted-argument"],
@@ -31,7 +31,7 @@ HIDDEN = {
     "environment": {"environment", "values"},
 }
 TOOLS = ("ps", "env", "dscl", "ls")
-# As the tools are called; ps is asked for the user alone where no argument may be told.
+# How the tools are called; ps is asked only for the user if arguments are left out.
 CALLS = {
     "processes": {"ps user", "ps user command"},
     "arguments": {"ps user command"},
@@ -60,7 +60,7 @@ class Without(scans.ScanTestCase):
         lists = [f"/without:{','.join(words)}"] if words else []
         before = set(self.files())
         planted = {"PLANTED_NAME": "planted value\nsecond=line"}
-        # The shell stays where it is, beside the scanner, under the name of its script.
+        # The shell stays, beside the scanner, under the name of its script.
         script = self.folder / "daemon-of-robin"
         script.write_text('#!/bin/sh\n"$@"\nexit $?\n')
         script.chmod(0o755)
@@ -171,7 +171,7 @@ class People(scans.ScanTestCase):
 
 class Refusals(Without):
     def refuse(self, *arguments):
-        """What is said on standard error; nothing is asked, run or saved."""
+        """The message on standard error; nothing is asked, run or saved."""
         result = self.scan(*arguments, answer="y")
         self.assertEqual((result.returncode, result.stdout, self.files()), (1, "", []))
         self.assertFalse(self.log.exists())
@@ -184,17 +184,17 @@ class Refusals(Without):
                 with self.subTest(arguments=arguments):
                     self.assertEqual(self.refuse(*arguments), expected)
 
-    def test_so_does_a_list_that_is_none(self):
+    def test_so_does_an_empty_or_malformed_list(self):
         for argument in ("/without:", "-without", "--without:values", "/without:values,", "/without=values", "/without:a\nb",
                          "/Without:values", "-WITHOUT", "\\without:values", "\u2013without:values"):
             with self.subTest(argument=argument):
                 self.assertEqual(self.refuse("/silent", argument, "/without:accounts").count("\n"), 1)
 
-    def test_people_take_an_extended_scan(self):
+    def test_people_need_an_extended_scan(self):
         self.assertIn("/without:people: needs /extended;", self.refuse("/silent", "/without:people"))
         self.assertIn("/without:people: needs /extended;", self.refuse("/debug", "/without:accounts,people"))
 
-    def test_help_is_told_all_the_same(self):
+    def test_help_is_printed_all_the_same(self):
         result = self.scan("--help", "/without:nothing")
         self.assertEqual((result.returncode, result.stderr), (0, ""))
 

@@ -6,11 +6,11 @@
     - if (find_value(item, "fax"))
     + if (is_yes(item, "fax"))
 
-The brackets hold the source that the faults below them are put into. Behind them stand the end-to-end tests that run
-when no unit test has failed: scripts of tests/e2e, or test cases in them. A fault is a line that says what must hold,
-then the text that is replaced, behind "-", and the text that takes its place, behind "+". The first must stand in the
-source exactly once; it may begin and end anywhere in a line, and when it has several lines, their indentation does not
-matter. A "+" alone puts nothing in its place. "#" begins a comment.
+The brackets hold the source that the faults below them are put into. They are followed by the end-to-end tests that
+run if no unit test has failed: scripts of tests/e2e, or test cases in them. A fault is a line that says what must
+hold, then the text to replace, after "-", and its replacement, after "+". The former must be in the source exactly
+once; it may begin and end anywhere in a line, and when it has several lines, their indentation does not matter. A "+"
+alone deletes it. "#" begins a comment.
 """
 
 import re

@@ -37,7 +37,7 @@ NOTICED, SURVIVED, BROKEN, MISSING = "noticed", "SURVIVED", "does not compile", 
 
 
 def run(command, seconds=SECONDS, **options):
-    """Whether it ended well, and in time; else it and what it started are ended. What it said is in OUTPUT."""
+    """Whether it succeeded in time; otherwise it and what it started are ended. Its output is in OUTPUT."""
     with OUTPUT.open("wb") as output:
         process = subprocess.Popen(
             command,
@@ -195,7 +195,7 @@ def read_results():
 
 
 def tell_figure(faults):
-    """What became of all faults of the tables; true when each was noticed."""
+    """Prints what became of all faults in the tables; true if each was noticed."""
     results = read_results()
     outcomes = [results.get(fault.name, "not tried") for fault in faults]
     print(f"{len(faults)} faults: " + ", ".join(f"{outcomes.count(outcome)} {outcome}" for outcome in sorted(set(outcomes))))
@@ -210,7 +210,7 @@ def main():
     parser.add_argument("--jobs", type=int, default=2, help="compilers at a time")
     options = parser.parse_args()
     os.nice(10)
-    # So that what was started ends as well.
+    # So that what was started ends too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended"))
     try:
         all_faults = read_tables()

@@ -13,7 +13,7 @@ PROGRAMS = [RELEASE / "velkaro-scanner", RELEASE / "inv"]
 VERSION = re.search(r"^project\(velkaro-scanner VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text(), re.M)[1]
 sys.path.insert(0, str(ROOT / "tests" / "e2e"))
 
-# The pages that are installed: all but those for who has the sources.
+# The installed documentation: all pages except those for people with the sources.
 FOR_DEVELOPERS = {"architecture.md", "porting.md", "releasing.md"}
 PAGES = {f"docs/{path.name}" for path in (ROOT / "docs").glob("*.md") if path.name not in FOR_DEVELOPERS}
 PAGES |= {f"docs/schema/{path.name}" for path in (ROOT / "docs" / "schema").iterdir()}

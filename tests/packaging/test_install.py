@@ -35,7 +35,7 @@ class Install(unittest.TestCase):
         self.addCleanup(self.forget)
 
     def forget(self):
-        """What was installed into the test's folder is none of the developer's installations."""
+        """Keeps installations into the test's folder out of the developer's list."""
         for manifest in release.RELEASE.glob("install_manifest*.txt"):
             manifest.unlink()
 

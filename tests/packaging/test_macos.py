@@ -37,7 +37,7 @@ class MacTestCase(unittest.TestCase):
         self.environment["PATH"] = f"{tools}:{os.environ['PATH']}"
 
     def record(self, tool, answer=""):
-        """A tool that writes down its own name and its arguments, one a line, and does nothing else."""
+        """A tool that only records its name and its arguments, one per line."""
         tool.write_text(f"#!/bin/sh\n{{ printf '%s' {tool.name}; printf '|%s' \"$@\"; echo; }} >>'{self.log}'\n{answer}")
         tool.chmod(0o755)
 

@@ -1,4 +1,4 @@
-"""The Linux packages of the reader: what is in them, and that they install, run and go without a trace.
+"""The Linux packages of the reader: their contents, and that they install, run, and uninstall without a trace.
 
 The fresh root is a folder with a database of dpkg's own and nothing else; the program is run by its path there, on the libraries of this
 machine, which are the ones that the package depends on."""
@@ -14,7 +14,7 @@ from pathlib import Path
 import release
 from release import output_of
 
-# What lintian finds and why it stays.
+# What lintian finds, and why it is accepted.
 KNOWN = {
     "copyright-without-copyright-notice": "the owner has yet to choose a licence, and with it the notice",
 }
@@ -49,7 +49,7 @@ class Packages(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
-        # Someone who keeps things to themselves packs them for everyone all the same.
+        # A private umask must not affect the packages.
         output_of(release.ROOT / "packaging" / "linux" / "package", release.RELEASE, cls.folder, umask=0o077)
         (cls.deb,) = cls.folder.glob("*.deb")
         (cls.rpm,) = cls.folder.glob("*.rpm")

@@ -71,7 +71,7 @@ class BuildScripts(unittest.TestCase):
         self.assertEqual(result.stdout, "goes on\n" if result.returncode == 0 else "")
         return result.stderr
 
-    def test_a_mac_is_told_in_one_line_what_it_lacks(self):
+    def test_on_a_mac_one_line_says_what_is_missing(self):
         self.write_tool("xcode-select", "exit 2")
         message = self.on_a_mac("g++ $test_packages $bench_packages")
         self.assertEqual(message, "Please install the command line tools (xcode-select --install) and "
@@ -141,10 +141,10 @@ class Presets(unittest.TestCase):
                 f"include({ROOT}/cmake/googletest.cmake)\n"
                 "file(WRITE ${CMAKE_BINARY_DIR}/test.cpp [[#include <gmock/gmock.h>\nTEST(A, B) { EXPECT_THAT(1, testing::Gt(0)); }]])\n"
                 "add_executable(tests ${CMAKE_BINARY_DIR}/test.cpp)\ntarget_link_libraries(tests GTest::gtest_main GTest::gmock)\n")
-            # This machine's copy of what would be fetched: nothing goes over the network.
+            # This machine's copy of what would be fetched: nothing uses the network.
             result = subprocess.run(["cmake", "-B", folder, "-S", folder, "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON", "-DFETCHCONTENT_FULLY_DISCONNECTED=ON",
                                    "-DFETCHCONTENT_SOURCE_DIR_GOOGLETEST=/usr/src/googletest"], check=True, capture_output=True, text=True)
-            self.assertIn("GoogleTest is not installed here, and is fetched", result.stdout)
+            self.assertIn("GoogleTest is not installed, fetching it", result.stdout)
             targets = subprocess.run(["cmake", "--build", folder, "--target", "help"], check=True, capture_output=True, text=True)
             self.assertLessEqual({"tests", "gtest_main", "gmock"}, set(targets.stdout.split()))
 

@@ -111,13 +111,13 @@ class Code(unittest.TestCase):
         )
         self.assertIn("kCatalogueDepth = 2;", made)
 
-    def test_knows_elements_by_those_that_they_tell_more_of(self):
+    def test_identifies_details_by_their_element(self):
         text = SMALL.replace("[report", "/More | element | nobody\n/More/Soft:N | element | nobody\n  known by: /Software/Soft:N\n\n[report")
         self.assertIn('kKnownBy[] = {"/Software/Soft:N", "location", ""};', catalogue.write_facts(catalogue.Catalogue(text)))
         with self.assertRaises(catalogue.Mistake):
             catalogue.Catalogue(text.replace("known by: /Software/Soft:N", "known by: /Software/Hard:N"))
 
-    def test_has_what_a_person_is_told(self):
+    def test_has_the_descriptions_for_people(self):
         text = """\
 = Snapshot
 / | element | nobody
@@ -289,14 +289,14 @@ class Mistakes(unittest.TestCase):
         line = line_of("/Software/Soft:N/size")
         self.expect(line, '/Software/Soft:N/size cannot be known by "own value", which it does not have', "unit: MB", "known by: own value")
 
-    def test_what_is_told_is_there(self):
+    def test_descriptions_use_existing_attributes(self):
         line = line_of("/Software/Soft:N |")
         called = "known by: location, own value\n  called: Application\n  {}"
         problem = '/Software/Soft:N cannot be told by "place", which it does not have'
         self.expect(line, problem, "known by: location, own value", called.format("told as: {own value} ({place})"))
         self.expect(line, problem, "known by: location, own value", called.format("there when: place"))
 
-    def test_what_is_followed_is_there_and_leads_nowhere_back(self):
+    def test_followed_facts_exist_and_form_no_cycle(self):
         line = line_of("/Software/Soft:N/size")
         self.expect(line, '/Software/Soft:N/size: "follows" names nothing: mass', "form: cut off", "follows: mass")
         self.expect(line, '/Software/Soft:N/size: "follows" names nothing: /Hardware', "form: cut off", "follows: /Hardware")
