@@ -1,4 +1,4 @@
-// The main functions by themselves, over machines of 50 to 20,000 applications that are made in memory.
+// The main functions separately, on machines with 50 to 20,000 applications, made in memory.
 #include <CoreFoundation/CoreFoundation.h>
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
-// Runs a command and says what it used itself, without its children: "CPU_NANOSECONDS PEAK_KILOBYTES" as the
-// last line of standard error.
+// Runs a command and prints what it used itself, without its children: "CPU_NANOSECONDS PEAK_KILOBYTES" as
+// the last line of standard error.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,7 +25,7 @@ long long own_nanoseconds(pid_t process) {
 
 int main(int count, char** arguments) {
   if (count < 2) return 64;
-  // A child begins with its parent's peak memory, so this program must be, and is, the smaller one.
+  // A child starts with its parent's peak memory, so this program must be, and is, the smaller one.
   const pid_t process = fork();
   if (process == 0) {
     execvp(arguments[1], arguments + 1);

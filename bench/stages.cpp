@@ -43,7 +43,7 @@ long long allocated_bytes = 0;
 
 }  // namespace
 
-// Every allocation of the program and its libraries comes through here, those of operator new included.
+// Every allocation of the program and its libraries, including operator new, goes through here.
 extern "C" void* __libc_malloc(size_t size);
 extern "C" void* malloc(size_t size) {
   ++allocations;

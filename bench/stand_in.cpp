@@ -1,4 +1,4 @@
-// What the Linux stand-in for CoreFoundation costs in a scan, where a Mac has its own library: making the
+// What the Linux stand-in for CoreFoundation costs in a scan; a Mac has its own library for it: making the
 // objects of the profiler's document, and formatting its dates. Prints the nanoseconds of processor time of
 // each.
 //
@@ -69,7 +69,7 @@ int main(int count, char** arguments) {
   const long long reading = nanoseconds() - start;
 
   start = nanoseconds();
-  // Released at once, which is the stand-in's work as well.
+  // Released at once, which is also the stand-in's work.
   const bool parsed = static_cast<bool>(parse(document));
   const long long objects = nanoseconds() - start - reading;
 

@@ -1,4 +1,4 @@
-// A whole file from a stranger, opened and used in every way that reads it.
+// A whole untrusted file, opened and used in every way that reads it.
 #include <cstdlib>
 
 #include "inv/compare/diff.h"

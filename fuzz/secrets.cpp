@@ -7,7 +7,7 @@
 
 namespace {
 
-// Parts lie in the text in order and apart, and a text in which nothing is found stays.
+// Parts are in order and do not touch, and a text in which nothing is found does not change.
 void check(std::string_view text, const std::vector<inv::TextPart>& secrets) {
   size_t end = 0;
   for (const inv::TextPart& part : secrets) {

@@ -1,4 +1,4 @@
-// The signature that a stranger sends with a file.
+// An untrusted signature of a file.
 #include <cstdlib>
 
 #include "inv/signature/signature.h"

@@ -1,4 +1,4 @@
-// What every tree must be, whatever it was made of: one that the console can take apart line by line.
+// Every tree, whatever it was made of, must be one that the console can parse line by line.
 #pragma once
 
 #include <cstdlib>
@@ -27,7 +27,7 @@ inline void expect_well_formed(const std::vector<Annotation>& annotations) {
 
 inline void expect_well_formed(const Attribute& attribute) {
   expect_on_one_line(attribute.name());
-  // An attribute's line has no mark of its own, and must not begin with the one of a tag or an annotation.
+  // An attribute's line has no marker, and must not begin with that of a tag or an annotation.
   expect(attribute.name().find_first_of("*+~") != 0);
   expect_well_formed(&attribute.value());
   expect_well_formed(attribute.annotations());

@@ -1,4 +1,4 @@
-// A tree's text: what the reader takes, it can write again to the byte.
+// A tree's text: what the reader accepts, it writes again byte for byte.
 #include <cstdlib>
 
 #include "inv/file/zxml_parser.h"

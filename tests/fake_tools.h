@@ -1,4 +1,4 @@
-// Tools of the test's own, first on PATH while it runs; what a test writes is gone with it.
+// A test's own tools, first on PATH while it runs; what a test writes is removed at its end.
 #pragma once
 
 #include <sys/stat.h>

@@ -68,8 +68,8 @@ bool has_path(std::string_view command, const FilesAndPaths& named) {
 void AbsentPaths::complain_of(const std::string& path, int& status) {
   complain(inventory_.file_name,
            path + ": no such " + std::string(wanted_) + did_you_mean(nearest_path_in(inventory_, path)));
-  if (!told_of_debug_file_) advise_on_debug_file(inventory_);
-  told_of_debug_file_ = true;
+  if (!advised_) advise_on_debug_file(inventory_);
+  advised_ = true;
   status = worse(status, kNo);
 }
 

@@ -34,7 +34,7 @@ class AbsentPaths {
  private:
   const Inventory& inventory_;
   std::string_view wanted_;
-  bool told_of_debug_file_ = false;
+  bool advised_ = false;
 };
 
 // Says what to do with a debug file, which has none of the facts; prints nothing for other files.

@@ -120,7 +120,7 @@ void Progress::draw(const std::string& text) const {
 
 Tally::Tally(std::vector<std::string> fates) : fates_(std::move(fates)), counts_(fates_.size()) {}
 
-void Tally::tell() const {
+void Tally::print() const {
   std::string line;
   for (size_t i = 0; i < fates_.size(); ++i) line += std::to_string(counts_[i]) + " " + fates_[i] + ", ";
   line += format_string("%.1f s\n", seconds_since(start_)).get();

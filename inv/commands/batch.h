@@ -60,7 +60,7 @@ class Tally {
   explicit Tally(std::vector<std::string> fates);
   void count(size_t fate) { ++counts_[fate]; }
   // Prints the line on standard error.
-  void tell() const;
+  void print() const;
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -49,7 +49,7 @@ int run(const Options& options) {
     printer.add(piece);
   });
   const int printed = printer.finish();
-  if (!options.keep_secrets) tell_masked("diff", masked);
+  if (!options.keep_secrets) report_masked("diff", masked);
   return worse(status, printed);
 }
 

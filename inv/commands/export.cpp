@@ -129,11 +129,11 @@ int run(const Options& options) {
           return writer.take(rendered);
         });
   }
-  tell_masked("export", writer.masked);
+  report_masked("export", writer.masked);
   exporter.end();
   const bool written = exporter.good() && output.commit();
   if (!written) return complain_of_output(options.output);
-  if (options.files.are_many()) tally.tell();
+  if (options.files.are_many()) tally.print();
   return status;
 }
 

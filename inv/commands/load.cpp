@@ -167,8 +167,8 @@ int run(const Options& options) {
     complain(options.database, database.error());
     status = kUnusable;
   }
-  tell_masked("load", loader.masked);
-  tally.tell();
+  report_masked("load", loader.masked);
+  tally.print();
   return status;
 }
 

@@ -26,7 +26,7 @@ class PageMaker {
  public:
   PageMaker(const Options& options, int& status) : options_(options), status_(status) {}
   ~PageMaker() {
-    if (!options_.keep_secrets) tell_masked("report", masked_);
+    if (!options_.keep_secrets) report_masked("report", masked_);
   }
 
   // Null, after a complaint, if it cannot be read.

@@ -80,7 +80,7 @@ bool open_for_questions(const char* command, QueryDatabase& database, const std:
     masked += mask_unless_kept(keep_secrets, *inventory);
     if (!database.add(*inventory)) return complain_of_database(database);
   }
-  tell_masked(command, masked);
+  report_masked(command, masked);
   return true;
 }
 

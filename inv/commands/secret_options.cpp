@@ -13,7 +13,7 @@ size_t mask_unless_kept(bool keep_secrets, Inventory& inventory) {
   return keep_secrets ? 0 : mask_secrets(inventory);
 }
 
-void tell_masked(const char* command, size_t count) {
+void report_masked(const char* command, size_t count) {
   if (count == 0) return;
   complain(command, std::to_string(count) + (count == 1 ? " secret is" : " secrets are") +
                         " masked; --secrets keeps them");

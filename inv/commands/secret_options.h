@@ -11,6 +11,6 @@ void add_secrets(CLI::App& command, bool& keep_secrets);
 size_t mask_unless_kept(bool keep_secrets, Inventory& inventory);
 
 // Says on standard error how many secrets a command masked, if any.
-void tell_masked(const char* command, size_t count);
+void report_masked(const char* command, size_t count);
 
 }  // namespace inv

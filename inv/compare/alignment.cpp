@@ -7,7 +7,7 @@ namespace {
 
 using Places = std::vector<size_t>;
 
-// Places of a list by what they have in common, each handed out once, the first one first.
+// Places of a list by key, each handed out once, the first one first.
 class PlacesByKey {
  public:
   void add(uint64_t key, size_t place) { queues_[key].places.push_back(place); }
@@ -34,7 +34,7 @@ Places pair_equal(const std::vector<uint64_t>& old_items, const std::vector<uint
   return partners;
 }
 
-// The new items that have a partner have it here; the others kNoPartner.
+// For each new item its partner, or kNoPartner.
 Places inverted(const Places& partners, size_t size) {
   Places inverse(size, kNoPartner);
   for (size_t i = 0; i < partners.size(); ++i) {
@@ -43,7 +43,7 @@ Places inverted(const Places& partners, size_t size) {
   return inverse;
 }
 
-// Those left over are known by the last old item before them that has a partner.
+// Unpaired items are identified by the last paired old item before them.
 void pair_left_over(Places& partners, size_t new_size) {
   const Places old_of_new = inverted(partners, new_size);
   PlacesByKey left_over;

@@ -15,15 +15,15 @@
 namespace inv {
 namespace {
 
-// Whether no two scans have an element or, when there is a name, that part of it in common. What the
-// catalogue does not know passes with what it is below.
+// Whether an element or, if there is a name, that part of it differs in every scan. What the catalogue does
+// not know follows the element that it is below.
 bool is_passing(Element element, std::string_view name) {
   const CatalogueFact* fact = name.empty() ? nullptr : find_fact_below(find_fact(element), name);
   for (; !fact && element; element = element.parent()) fact = find_fact(element);
   return fact && fact->passing;
 }
 
-// "disk" of "disk:3"; empty for a name without such a number.
+// "disk" from "disk:3"; empty for a name without such a number.
 std::string_view list_of(std::string_view name) {
   const size_t colon = name.find(':');
   if (colon == name.npos || colon + 1 == name.size()) return {};
@@ -69,7 +69,7 @@ class Items {
   std::unordered_map<std::string_view, const Item*> by_name_;
 };
 
-// Hands each old item with the new one that it became to `pair_up`.
+// Calls `pair_up` for each old item with the new one that it became.
 template <typename Items, typename DigestOld, typename DigestNew, typename PairUp>
 void align_items(const Items& old_items, const Items& new_items, DigestOld digest_old, DigestNew digest_new,
                  PairUp pair_up) {
@@ -82,7 +82,7 @@ void align_items(const Items& old_items, const Items& new_items, DigestOld diges
   }
 }
 
-// For each old item the new one of the same name or, when the name only numbers it, the one that it became.
+// For each old item the new one of the same name or, if the name only numbers it, the one that it became.
 template <typename Item>
 std::unordered_map<const Item*, const Item*> partners_of(const Items<Item>& old_items,
                                                          const Items<Item>& new_items) {
@@ -114,10 +114,10 @@ std::unordered_map<const Item*, const Item*> partners_of(const Items<Item>& old_
   return partners;
 }
 
-// What an element is known by, which is what those have in common that may be the same thing.
+// The key of an element, shared by elements that may be the same thing.
 struct Key {
   std::string_view text;
-  bool is_list = false;  // the text is the name of a list, and no identity
+  bool is_list = false;  // the text is the name of a list, not an identity
 
   bool operator==(const Key& other) const { return text == other.text && is_list == other.is_list; }
 };
@@ -126,14 +126,14 @@ struct HashKey {
   size_t operator()(const Key& key) const { return std::hash<std::string_view>()(key.text) + key.is_list; }
 };
 
-// One of the two trees, and what is known of its elements.
+// One of the two trees, and what is known about its elements.
 class Side {
  public:
   Side(Element top, Facts facts) : digests_(top, facts), counterparts_(top) {}
 
   uint64_t digest_of(Element element) { return digests_.of(element); }
 
-  // What says more about another element is known by that one's identity. A key is valid as long as this.
+  // An element with details of another one has that one's identity. A key is valid as long as this object.
   Key key_of(Element element) {
     const CatalogueFact* fact = find_fact(element);
     const Element main = main_of(element, counterparts_);
@@ -150,21 +150,21 @@ class Side {
  private:
   TreeDigests digests_;
   Counterparts counterparts_;
-  std::deque<std::string> joined_;  // keys that stand nowhere in the tree
+  std::deque<std::string> joined_;  // keys that are not in the tree's text
 };
 
-// The children of one side of a pair, in the groups of those that are known by the same.
+// The children of one side of a pair, grouped by key.
 class GroupedChildren {
  public:
   std::vector<Element> elements;
 
-  // The number of a child's group has to be added with it.
+  // Adds a child with the number of its group.
   void add(Element child, size_t group) {
     elements.push_back(child);
     groups_.push_back(static_cast<uint32_t>(group));
   }
 
-  // To be called once, when all have been added.
+  // Call once, after all have been added.
   void sort(size_t groups) {
     starts_.assign(groups + 1, 0);
     for (const uint32_t group : groups_) ++starts_[group + 1];
@@ -174,14 +174,14 @@ class GroupedChildren {
     for (size_t i = 0; i < groups_.size(); ++i) places_[next[groups_[i]]++] = static_cast<uint32_t>(i);
   }
 
-  // The places of a group's members, in their order.
+  // The places of a group's members, in order.
   Range<uint32_t> places_of(size_t group) const {
     return {places_.data() + starts_[group], places_.data() + starts_[group + 1]};
   }
 
  private:
-  std::vector<uint32_t> groups_;  // of each child
-  std::vector<uint32_t> starts_;  // of each group in the places
+  std::vector<uint32_t> groups_;  // for each child
+  std::vector<uint32_t> starts_;  // of each group in places_
   std::vector<uint32_t> places_;  // group after group
 };
 
@@ -198,7 +198,7 @@ class TreeComparison {
         facts_(facts),
         changes_(changes) {}
 
-  // Pair after pair from a list of its own: a tree from outside is never walked by recursion.
+  // Takes the pairs from a list: a foreign tree is never walked recursively.
   void run() {
     if (!old_top_ && !new_top_) return;
     if (!old_top_) return report_element(Change::Kind::added, {}, new_top_, {});
@@ -231,7 +231,7 @@ class TreeComparison {
     compare_items(pair, pair.old_element.attributes(), pair.new_element.attributes());
   }
 
-  // Attributes, or annotations, of two elements that are the same thing.
+  // The attributes, or annotations, of two paired elements.
   template <typename Item>
   void compare_items(const Pair& pair, const Range<Item>& old_range, const Range<Item>& new_range) {
     const Items<Item> old_items(old_range);
@@ -263,7 +263,7 @@ class TreeComparison {
     report(change);
   }
 
-  // Reports the children that only one side has and gives those that both have.
+  // Reports the children that only one side has, and returns those that both have.
   std::vector<Pair> compare_children(const Pair& pair) {
     GroupedChildren old_children, new_children;
     const std::vector<size_t> partners = pair_children(pair, old_children, new_children);

@@ -8,22 +8,22 @@
 
 namespace inv {
 
-// Valid as long as the two inventories. It only refers to what changed, and its texts are made when they are
-// asked for: two large files without anything in common differ in millions of facts.
+// Valid as long as the two inventories. It only refers to what changed, and makes its texts on request: two
+// large files with nothing in common differ in millions of facts.
 struct Change {
   enum class Kind { added, removed, changed };
 
   Kind kind = Kind::changed;
-  // The element in each file; none where it was added or removed.
+  // The element in each file; empty on the side that lacks it.
   Element old_element;
   Element new_element;
-  // What of the element changed, in each file: an attribute or an annotation. All are null when it is the
+  // What changed in the element, in each file: an attribute or an annotation. All are null if it is the
   // element itself.
   const Attribute* old_attribute = nullptr;
   const Attribute* new_attribute = nullptr;
   const Annotation* old_annotation = nullptr;
   const Annotation* new_annotation = nullptr;
-  // Of an element that was added or removed: what it is below, in each file; none for the top of a tree.
+  // For an element that was added or removed: its parent in each file; empty for the top of a tree.
   Element old_above;
   Element new_above;
 
@@ -32,18 +32,18 @@ struct Change {
   const Annotation* annotation() const { return new_annotation ? new_annotation : old_annotation; }
   bool is_of_element() const { return !attribute() && !annotation(); }
 
-  // Of the element or attribute: in the new file, or in the old one when it was removed.
+  // The path of the element or attribute: in the new file, or in the old one if it was removed.
   std::string path() const;
-  // Of the same thing in the old file, where it may be another; empty when an element was added.
+  // The path of the same thing in the old file, where it may differ; empty if an element was added.
   std::string old_path() const;
-  // What people call the element: "Safari"; its name in the tree when it has no value.
+  // What people call the element: "Safari"; its name in the tree if it has no value.
   std::string_view label() const;
-  // Of the attribute, or "~key" of the element's annotation; empty for the element itself.
+  // The name of the attribute, or "~key" of the element's annotation; empty for the element itself.
   std::string name() const;
-  // Empty where there was none, or is none any more.
+  // Empty if there was no value, or is none any more.
   std::string_view old_value() const;
   std::string_view new_value() const;
-  // The exact values behind rounded ones; empty when there are none.
+  // The exact values behind rounded ones; may be empty.
   std::string_view old_base() const;
   std::string_view new_base() const;
 };
@@ -54,11 +54,11 @@ enum class Facts {
 };
 
 // The changes in the order of the old file, then, at each element, what was added to it; those of one
-// element's own value, annotations and attributes follow each other. Elements are paired by identity_of(),
-// and what only says more about an element with it. Of those that nothing identifies, or that are identified
-// by the same, those of equal contents are paired, and then what is left over in its order; so are attributes
-// that are only numbered. A compound fact, which is there as an attribute and as an element, is the element.
-// Secrets are compared unmasked, and shown as the inventories show them.
+// element's value, annotations and attributes are adjacent. Elements are paired by identity_of(), and details
+// with their element. Elements without an identity, or with the same one, are paired by equal contents, and
+// the rest in order; so are attributes that are only numbered. A compound fact, which is both an attribute
+// and an element, counts as the element. Secrets are compared unmasked, and shown as the inventories show
+// them.
 std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts);
 
 // "added", "removed" or "changed".

@@ -26,7 +26,7 @@ std::string coloured(const ToldChange& told, const Terminal& terminal) {
   return told.sentence;
 }
 
-// What could be markup, call somebody or become a link.
+// Escapes what could be markup, mention somebody or become a link.
 std::string escaped(std::string_view text) {
   std::string result;
   for (size_t i = 0; i < text.size(); ++i) {
@@ -44,7 +44,7 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-// The sentences by the changes that they tell of.
+// Finds the sentences about each change.
 class SentencesOfChanges {
  public:
   explicit SentencesOfChanges(const ToldChanges& told) : told_(told) {
@@ -54,8 +54,8 @@ class SentencesOfChanges {
     std::sort(places_.begin(), places_.end());
   }
 
-  // How many sentences tell of a change; of a list that came, several do. To be called for one change after
-  // the other.
+  // How many sentences there are about a change; a list that came may have several. Call it for the changes
+  // in order.
   size_t count_for(size_t change) {
     first_ += count_;
     count_ = 0;
@@ -63,11 +63,11 @@ class SentencesOfChanges {
     return count_;
   }
 
-  // The i-th of them.
+  // The i-th sentence about that change.
   const ToldChange& of_last_change(size_t i) { return told(places_[first_ + i].second); }
 
  private:
-  // What tells of very many changes is not made again for each of them.
+  // A sentence about very many changes is not made again for each of them.
   static constexpr size_t kManyChanges = 64;
 
   const ToldChange& told(size_t place) {
@@ -81,7 +81,7 @@ class SentencesOfChanges {
   }
 
   const ToldChanges& told_;
-  std::vector<std::pair<size_t, size_t>> places_;  // of changes and of what tells of them
+  std::vector<std::pair<size_t, size_t>> places_;  // of changes and their sentences
   size_t first_ = 0;
   size_t count_ = 0;
   ToldChange last_;
@@ -89,7 +89,7 @@ class SentencesOfChanges {
   std::unordered_map<size_t, ToldChange> made_;
 };
 
-// Writes the objects of a list, in the form of Json's own writer but piece by piece.
+// Writes a list of objects like Json's own writer, but piece by piece.
 class JsonList {
  public:
   explicit JsonList(const TextSink& sink) : sink_(sink) {}
@@ -164,7 +164,7 @@ class JsonList {
   bool is_first_member_ = true;
 };
 
-// The attributes of an element that came or went, and those of the elements right below it: "h-freq/max".
+// The attributes of an element that came or went, and those of its children: "h-freq/max".
 void add_members(const Change& change, Element element, std::string_view name, JsonList& list) {
   list.begin_members(name);
   std::unordered_set<std::string> names;

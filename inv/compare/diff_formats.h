@@ -13,16 +13,15 @@ namespace inv {
 
 // Each puts whole lines into the sink, and no more than one change at a time.
 
-// A sentence a line.
+// One sentence per line.
 void changes_text(const ToldChanges& told, const Terminal& terminal, const TextSink& sink);
-// An array of objects, one for each change, with the sentence that tells of it.
+// An array of objects, one for each change, with the sentence about it.
 void changes_json(const ToldChanges& told, const TextSink& sink);
-// A heading with the machine and the times of both scans, and a list. Nothing from a file is taken for
-// markup.
+// A heading with the machine and the times of both scans, and a list. Text from a file is never markup.
 void changes_markdown(const Inventory& old_inventory, const Inventory& new_inventory, const ToldChanges& told,
                       const TextSink& sink);
 
-// "these are two different machines: A and B"; empty when it is one.
+// "these are two different machines: A and B"; empty if it is the same one.
 std::string machine_warning(const Inventory& old_inventory, const Inventory& new_inventory);
 
 }  // namespace inv

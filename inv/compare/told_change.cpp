@@ -29,12 +29,12 @@ bool is_whole_element(const Change& change) {
   return change.is_of_element() && change.kind != Change::Kind::changed;
 }
 
-// Whether it is an element's own value that changed.
+// Whether an element's own value changed.
 bool is_own_value(const Change& change) {
   return change.is_of_element() && change.kind == Change::Kind::changed;
 }
 
-// What the catalogue says of the attribute that changed; null for other changes.
+// What the catalogue says about the changed attribute; null for other changes.
 const CatalogueFact* attribute_fact(const Change& change) {
   const Attribute* attribute = change.attribute();
   return attribute ? find_fact_below(find_fact(change.element()), attribute->name) : nullptr;
@@ -42,18 +42,18 @@ const CatalogueFact* attribute_fact(const Change& change) {
 
 constexpr uint32_t kNone = static_cast<uint32_t>(-1);
 
-// Of which changes a thing is told, as a chain of them: a list of its own for each of millions of things
-// would take more memory than their text.
+// The changes of a thing, as a linked list: a vector for each of millions of things would take more memory
+// than their text.
 struct Note {
   uint32_t change;
   uint32_t next;
 };
 
-// A thing of which something changed. One of the two may be missing.
+// A thing that changed. One of the two may be missing.
 struct Thing {
   Element old_thing;
   Element new_thing;
-  Element successor;  // what took the place of the old one
+  Element successor;  // what replaced the old one
   uint32_t first_note = kNone;
   uint32_t last_note = kNone;
   bool came = false;
@@ -63,7 +63,7 @@ struct Thing {
   Element any() const { return new_thing ? new_thing : old_thing; }
 };
 
-// The things of which something changed, with their notes.
+// The things that changed, with their notes.
 struct Things {
   std::vector<Thing> list;
   std::vector<Note> notes;
@@ -75,13 +75,13 @@ struct Things {
     thing.last_note = place;
   }
 
-  // What was noted of `other` comes after what was noted of the thing. Both have notes.
+  // Appends the notes of `other` to those of the thing. Both have notes.
   void take_notes(Thing& thing, const Thing& other) {
     notes[thing.last_note].next = other.first_note;
     thing.last_note = other.last_note;
   }
 
-  // Calls visit(place of a change) for each that a thing is told of.
+  // Calls visit(place of a change) for each change of a thing.
   template <typename Visit>
   void each_change(const Thing& thing, Visit visit) const {
     for (uint32_t place = thing.first_note;; place = notes[place].next) {
@@ -91,8 +91,7 @@ struct Things {
   }
 };
 
-// A value for each element of the trees that are asked for; in order of their records, which takes less
-// memory than a table of the elements.
+// A value for each element of the trees in use, indexed by record, which takes less memory than a map.
 template <typename Value>
 class ValuesOfElements {
  public:
@@ -121,7 +120,7 @@ class ValuesOfElements {
   std::vector<Tree> trees_;
 };
 
-// Collects the changes by the things that they are about.
+// Groups the changes by thing.
 class ThingCollector {
  public:
   Things things;
@@ -137,7 +136,7 @@ class ThingCollector {
   }
 
  private:
-  // The thing that an element belongs to; what only says more about another one belongs to that.
+  // The thing that an element belongs to; details belong to the thing of their element.
   Element thing_at(Element element) {
     const Element thing = thing_of(element);
     for (Element above = element; above && above != thing; above = above.parent()) {
@@ -151,7 +150,7 @@ class ThingCollector {
     return tells_more(element) ? inv::main_of(element, counterparts_.of(element)) : Element();
   }
 
-  // What changed about a thing; or about an element that belongs to none, which then stands for itself.
+  // Adds a change of a thing, or of an element that belongs to none, which then counts as a thing.
   void note(Element old_thing, Element new_thing, const Change& change, size_t place) {
     const bool is_part = old_thing || new_thing;
     Thing& thing =
@@ -159,7 +158,7 @@ class ThingCollector {
     things.note(thing, place);
   }
 
-  // A part of a thing that came or went, while the thing itself may be there in both files.
+  // Adds a part that came or went; its thing may be in both files.
   void note_part(const Change& change, size_t place) {
     const Element thing = thing_at(change.element());
     if (!thing) return note_whole(change.element(), change, place);
@@ -174,7 +173,7 @@ class ThingCollector {
     things.note(thing, place);
   }
 
-  // A list that came or went as a whole: each thing in it did. False when there are none in it.
+  // If a whole list came or went, each thing in it did. False if there are none in it.
   bool add_things_in(const Change& change, size_t place) {
     const Range<Record> records = change.element().subtree();
     bool found = false;
@@ -207,8 +206,8 @@ class ThingCollector {
   CounterpartsByTree counterparts_;
 };
 
-// Which changes say no more than others. The changes of an element's value, annotations and attributes follow
-// each other.
+// Knows which changes merely follow from others. The changes of an element's value, annotations and
+// attributes are adjacent.
 class Followers {
  public:
   explicit Followers(const std::vector<Change>& changes) : says_no_more_(changes.size()) {
@@ -242,7 +241,7 @@ class Followers {
     return fact && fact->telling.follows && changed_.count(fact->telling.follows) > 0;
   }
 
-  // Whether the element, or one above it, follows a fact that changed.
+  // Whether the element, or one above it, follows a changed fact.
   bool element_follows(Element element) {
     if (!element) return false;
     const Answer known = element_follows_.of(element);
@@ -275,8 +274,7 @@ bool is_replaceable(Element thing) {
   return fact && fact->telling.replaceable;
 }
 
-// Of the things of one kind below one element, what came takes the place of what went, the first of the
-// first.
+// Among things of one kind below one element, the first that came replaced the first that went, and so on.
 void pair_replaced(Things& things) {
   using Place = std::pair<const CatalogueFact*, std::string>;
   std::map<Place, std::vector<Thing*>> went;
@@ -298,7 +296,7 @@ void pair_replaced(Things& things) {
   }
 }
 
-// Another thing in the same place, which is all that the two are paired by.
+// Whether it is a different thing in the same place, by which alone the two are paired.
 bool is_another(const Thing& thing) {
   return thing.old_thing && thing.new_thing && is_replaceable(thing.new_thing) &&
          own_identity_of(thing.new_thing).empty() &&
@@ -316,7 +314,7 @@ Kind kind_of(const Thing& thing) {
   return is_another(thing) ? Kind::replaced : Kind::changed;
 }
 
-// "Disk"; the path of what has no word.
+// "Disk"; the path if there is no word.
 std::string noun_of(Element thing) {
   const CatalogueFact* fact = find_fact(thing);
   const bool has_noun = fact && !fact->telling.called.empty();
@@ -325,7 +323,7 @@ std::string noun_of(Element thing) {
 
 std::string with_blank(const std::string& text) { return text.empty() ? "" : text + " "; }
 
-// The words for an element below a thing, and for those between: "h freq ".
+// The words for an element below a thing, and for the elements between: "h freq ".
 std::string words_to(Element element, Element thing) {
   std::string words;
   for (; element && element != thing; element = element.parent()) {
@@ -434,7 +432,7 @@ class ToldChanges::Teller {
     return description.empty() ? "one without a name" : shown(description);
   }
 
-  // What the sentence begins with, and which facts it tells with that.
+  // The beginning of the sentence, followed by the changed facts.
   std::string changed_sentence(const std::string& noun, const Thing& thing) const {
     std::vector<const Change*> all, rest;
     const Change* version = nullptr;
@@ -487,7 +485,7 @@ class ToldChanges::Teller {
     return text;
   }
 
-  // What things of one name have in common; two names that agree by chance only get more than they need.
+  // Equal for things of the same name; if two names collide by chance, they only get superfluous brackets.
   static size_t name_key(const Thing& thing) {
     return std::hash<std::string>()(noun_of(thing.any()) + " " + name_of(thing.any()));
   }
@@ -502,7 +500,7 @@ class ToldChanges::Teller {
     return static_cast<size_t>(last - first);
   }
 
-  // A second Safari needs more than its name.
+  // If two things have the same name, the brackets distinguish them.
   std::string bracket_if_needed(const Thing& thing) const {
     const std::string bracket = shown(bracket_of(thing.new_thing));
     return !bracket.empty() && times_changed(thing) > 1 ? " " + bracket : "";
@@ -511,7 +509,7 @@ class ToldChanges::Teller {
   Followers followers_;
   Things things_;
   std::vector<size_t> name_keys_;  // of all things, sorted
-  std::vector<uint32_t> told_;     // which of the things
+  std::vector<uint32_t> told_;     // which things have a sentence
 };
 
 ToldChanges::ToldChanges(std::vector<Change> changes)

@@ -1,4 +1,4 @@
-// What changed, told as a person would: a sentence for each thing, however many of its facts changed.
+// What changed, in a person's words: a sentence for each thing, however many of its facts changed.
 #pragma once
 
 #include <memory>
@@ -13,15 +13,15 @@ struct ToldChange {
   enum class Kind { added, removed, replaced, changed };
 
   Kind kind = Kind::changed;
-  std::string thing;  // what kind of thing it is: "Disk"; the path of what the catalogue has no word for
+  std::string thing;  // what kind of thing it is: "Disk"; its path if the catalogue has no word
   // "Disk replaced: SIMDISK 1 TB (A) by SIMDISK 2 TB (B)", "Safari 5.1.10 to 6.0"; fit for a terminal. Long
-  // values are cut off, and of very many changes of one thing only the first are told.
+  // values are cut off, and only the first of very many changes of a thing are listed.
   std::string sentence;
 };
 
-// The sentences in the order of the changes. What the catalogue says to follow another fact is not told where
-// that one changed too; there is a sentence for at least one of the changes. Each sentence is made when it is
-// asked for, since there can be millions. Valid as long as the inventories.
+// The sentences in the order of the changes. A fact that follows another one according to the catalogue is
+// left out if that one changed too; at least one of the changes has a sentence. Each sentence is made on
+// request, since there can be millions. Valid as long as the inventories.
 class ToldChanges {
  public:
   explicit ToldChanges(std::vector<Change> changes);
@@ -32,7 +32,7 @@ class ToldChanges {
   size_t size() const;
   bool empty() const { return size() == 0; }
   ToldChange operator[](size_t place) const;
-  // Which of the changes a sentence tells of, by their places.
+  // The places of the changes that a sentence describes.
   std::vector<size_t> changes_of(size_t place) const;
 
   class Iterator {

@@ -7,8 +7,8 @@
 namespace inv {
 namespace {
 
-// What two elements of equal contents agree in; chance, or a hostile file, may make others agree, so this
-// only tells which elements to compare.
+// Equal for elements of equal contents. Others may collide by chance or in a hostile file, so this only
+// selects which elements to compare.
 class Digest {
  public:
   void add(uint64_t number) { digest_ = (digest_ ^ number) * 0x100000001B3; }
@@ -24,7 +24,7 @@ bool is_passing(const CatalogueFact* element_fact, std::string_view attribute, b
   return fact ? fact->passing : element_passes;
 }
 
-// Of each record of a tree, from the top element on: whether it passes.
+// For each record of a tree, from the top element on: whether it differs in every scan.
 std::vector<bool> passing_records(Element top) {
   std::vector<const CatalogueFact*> facts;
   std::vector<bool> passing;
@@ -49,7 +49,7 @@ uint64_t TreeDigests::of(Element element) {
   return digests_[place_of(element)];
 }
 
-// From the last record to the first, so that what is below an element comes before it.
+// From the last record to the first, so that children come before their parent.
 void TreeDigests::make() {
   const std::vector<bool> passing = passing_records(top_);
   digests_.resize(passing.size());

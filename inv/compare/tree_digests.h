@@ -1,4 +1,4 @@
-// Numbers for what is in the elements of a tree: equal for elements of equal contents.
+// Digests of the elements of a tree: equal for elements of equal contents.
 #pragma once
 
 #include <cstdint>
@@ -10,11 +10,11 @@ namespace inv {
 
 class TreeDigests {
  public:
-  // What the other facts say does not count.
+  // Other facts do not count.
   TreeDigests(Element top, Facts facts) : top_(top), facts_(facts) {}
 
-  // Of an element of the tree with all below it; the number in its name does not count. All of them are made
-  // when the first is asked for, in one walk.
+  // The digest of an element with everything below it, ignoring the number in its name. The first call makes
+  // all of them in one walk.
   uint64_t of(Element element);
 
  private:
@@ -24,7 +24,7 @@ class TreeDigests {
 
   Element top_;
   Facts facts_;
-  std::vector<uint64_t> digests_;  // of each record
+  std::vector<uint64_t> digests_;  // one for each record
 };
 
 }  // namespace inv

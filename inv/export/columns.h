@@ -1,5 +1,4 @@
-// What the rows of an export consist of: the facts of NDJSON and CSV, and the typed tables. `inv schema`
-// prints it.
+// The columns of exported rows: facts in NDJSON and CSV, and the typed tables. `inv schema` prints them.
 #pragma once
 
 #include <string_view>
@@ -7,8 +6,8 @@
 
 namespace inv {
 
-// Raised with every change of the columns: the number after the point when some are added. None is changed or
-// removed without another number before it.
+// Raise it with every change of the columns: the second number if columns are added, the first if one is
+// changed or removed.
 constexpr std::string_view kRowsVersion = "1.0";
 
 enum class CellType {
@@ -24,13 +23,12 @@ enum class CellType {
 struct RowColumn {
   std::string_view name;
   CellType type;
-  bool always;  // no row lacks it; else it can be empty in CSV, and null in NDJSON
-  std::string_view
-      path;  // where the values come from; empty for what is said of the scan or of the row itself
+  bool always;            // every row has it; otherwise it can be empty in CSV and null in NDJSON
+  std::string_view path;  // where the values come from; empty for facts about the scan or the row itself
   std::string_view description;
 };
 
-// What rows are called, and their columns in order.
+// The name of a kind of row, and its columns in order.
 struct RowKind {
   std::string_view name;
   std::string_view description;

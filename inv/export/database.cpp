@@ -6,10 +6,10 @@
 namespace inv {
 namespace {
 
-// The indices are written to all over: 64 MiB of the file stay in memory.
+// Writes to the indices are scattered: keep 64 MiB of the file in memory.
 constexpr char kCache[] = "PRAGMA cache_size = -65536";
 
-// Paths whose numbers are remembered: those of a whole fleet, but for names that only one Mac has.
+// How many paths' numbers are cached: those of a whole fleet, except for names that only one Mac has.
 constexpr size_t kMostPaths = 100'000;
 
 }  // namespace
@@ -21,7 +21,7 @@ bool Database::open(const std::string& path) {
 bool Database::open_in_memory() { return open_database_in_memory(sqlite_) && prepare_connection(); }
 
 bool Database::prepare_connection() {
-  // Every number that a row refers to was looked up or made just before it: SQLite need not look again.
+  // Every number that a row refers to has just been looked up or made, so SQLite need not check it.
   return sqlite_.run("PRAGMA foreign_keys = OFF") && sqlite_.run(kCache) &&
          sqlite_.prepare("SELECT id FROM machines WHERE scan_id = ?1", find_same_) &&
          sqlite_.prepare(
@@ -58,7 +58,7 @@ Loaded Database::add(const Arrival& arrival) {
   if (!sqlite_.run("SAVEPOINT scan")) return Loaded::broken;
   const Loaded outcome = put_in(arrival);
   if (outcome != Loaded::refused) return sqlite_.run("RELEASE scan") ? outcome : Loaded::broken;
-  // What was found of the paths goes with them.
+  // The rollback also undoes the paths that were added.
   path_numbers_.clear();
   const std::string reason = sqlite_.error();
   const bool alone =
@@ -67,8 +67,8 @@ Loaded Database::add(const Arrival& arrival) {
   return alone ? Loaded::refused : Loaded::broken;
 }
 
-// A savepoint copies every page that a scan touches, and a scan touches nearly all of the index by path. So
-// there are savepoints only where a scan was refused.
+// A savepoint copies every page that a scan touches, which is nearly all of the index by path. So there are
+// savepoints only after a scan was refused.
 bool Database::add_all(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes) {
   error_.clear();
   if (!begin()) return false;

@@ -11,16 +11,16 @@
 
 namespace inv {
 
-// What became of a scan.
+// The outcome of adding a scan.
 enum class Loaded {
   added,
-  replaced,  // another of the same machine and time made way for it
-  skipped,   // this one is there, or a better one of the same machine and time
-  refused,   // it could not be put in, and nothing of it is there; error() says why
-  broken,    // the database takes nothing more, and what was added since begin() is lost
+  replaced,  // it replaced another of the same machine and time
+  skipped,   // it is already there, or a better one of the same machine and time
+  refused,   // it could not be added, and nothing of it is there; error() says why
+  broken,    // the database accepts nothing more, and what was added since begin() is lost
 };
 
-// A scan that is to be put in, and who signed it: empty when no signature was asked for.
+// A scan to be added, and its signer: empty if no signature was required.
 struct Arrival {
   PreparedScan scan;
   std::string signed_by;
@@ -34,26 +34,26 @@ struct Outcome {
 // Every operation that fails returns false and leaves the reason, a clause, in error().
 class Database {
  public:
-  // Opens the file, or creates it when it is missing. A database of the version before becomes one of this
-  // version; one of another program is left as it is.
+  // Opens the file, or creates it if it is missing. A database of an earlier version is migrated; one of
+  // another program is left alone.
   bool open(const std::string& path);
 
-  // The same tables and views, empty and in no file.
+  // The same tables and views, empty and in memory.
   bool open_in_memory();
 
   bool begin();
-  // Puts a scan in. A damaged one takes nobody's place but that of another damaged one with fewer facts.
+  // Adds a scan. A damaged one only replaces another damaged one with fewer facts.
   Loaded add(const Arrival& arrival);
   Loaded add(const Inventory& inventory) { return add({PreparedScan(inventory), {}}); }
   bool commit();
 
-  // Puts scans in, in a transaction of their own, with an outcome for each.
+  // Adds scans in one transaction, with an outcome for each.
   bool add_all(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
 
-  // For questions about what is in it.
+  // For queries.
   sqlite3* handle() const { return sqlite_.handle(); }
 
-  // The most bytes of a text; by itself SQLite takes a billion.
+  // The maximum bytes of a text; SQLite's default is a billion.
   void limit_texts(int bytes) { sqlite_.limit_texts(bytes); }
 
   const std::string& error() const { return error_.empty() ? sqlite_.error() : error_; }
@@ -63,7 +63,7 @@ class Database {
   bool add_together(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
   bool add_each_alone(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
   void roll_back();
-  // What is in after a refusal is for the caller to take back.
+  // After a refusal, the caller must roll back what was added.
   Loaded put_in(const Arrival& arrival);
   bool remove(int64_t machine);
   bool add_machine(const Scan& scan, const std::string& signed_by);
@@ -71,7 +71,7 @@ class Database {
   bool find_path(const PreparedScan::Row& fact, int64_t& id);
   bool number_of_new_path(const PreparedScan::Row& fact, int64_t& id);
 
-  // Before the statements, which must be gone when it closes.
+  // Declared before the statements, which must be destroyed before it closes.
   Sqlite sqlite_;
   Sqlite::Statement find_same_;
   Sqlite::Statement find_rival_;
@@ -84,7 +84,7 @@ class Database {
   Sqlite::Statement find_path_;
   Sqlite::Statement add_path_;
   Sqlite::Statement add_fact_;
-  std::unordered_map<std::string, int64_t> path_numbers_;  // of paths that are in the database for sure
+  std::unordered_map<std::string, int64_t> path_numbers_;  // of paths that are certainly in the database
   std::string path_key_;
   std::string error_;
 };

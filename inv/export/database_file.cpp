@@ -72,7 +72,7 @@ void give(sqlite3_context* context, std::string_view text) {
   sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 
-// What a fact's row has today, made of its path and value, as migration.sql asks for it.
+// The columns of a fact's row, derived from its path and value, as migration.sql needs them.
 void time_in_utc(sqlite3_context* context, int, sqlite3_value** arguments) {
   give(context, utc_of(text_of(arguments[0]), text_of(arguments[1])));
 }
@@ -82,7 +82,7 @@ void number_of_value(sqlite3_context* context, int, sqlite3_value** arguments) {
   give(context, is_number(value) ? value : "");
 }
 
-// The path without what follows the colons, or these parts, slashes between.
+// The path without what follows the colons, or only these parts, separated by slashes.
 std::string part_of_path(std::string_view path, bool indices) {
   std::string kind, index;
   for (size_t start = 0; start <= path.size();) {
@@ -159,7 +159,7 @@ bool open_database_file(const std::string& path, Sqlite& sqlite, std::string* re
   }
   bool good = false;
   if (!sqlite.open(path, Sqlite::Access::change)) return false;
-  // Most databases need nothing, and others may go on loading into them.
+  // Most databases need no change, and others may continue loading into them.
   if (owner_now(sqlite, good) == Owner::this_version && good) return true;
   if (!sqlite.run(kPageSize) || !sqlite.run("BEGIN EXCLUSIVE")) return false;
   const Owner owner = owner_of(sqlite, good);

@@ -1,4 +1,4 @@
-// The file of a database: whose it is, and its tables.
+// A database file: which program it belongs to, and its tables.
 #pragma once
 
 #include <string>
@@ -7,13 +7,13 @@
 
 namespace inv {
 
-// Opens the file for changes, creates its tables when it is new, and brings those of the versions before
-// to this one, all in one transaction that no other can come between. False with the reason, a clause, in
-// `refusal` when it is a database of another program, or of a later version, of which nothing is changed;
-// when anything else fails, the reason is the connection's.
+// Opens the file for changes, creates its tables if it is new, and migrates those of earlier versions, all in
+// one exclusive transaction. False with the reason, a clause, in `refusal` if it is a database of another
+// program or of a later version, which is left unchanged; if anything else fails, the reason is the
+// connection's.
 bool open_database_file(const std::string& path, Sqlite& sqlite, std::string* refusal);
 
-// The same tables, new and in no file.
+// The same tables, new and in memory.
 bool open_database_in_memory(Sqlite& sqlite);
 
 }  // namespace inv

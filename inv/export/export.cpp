@@ -12,7 +12,7 @@ namespace inv {
 namespace {
 
 constexpr std::string_view kSchema = "velkaro-inventory/1";
-// Rows are written in pieces of about this size.
+// Rows are written in chunks of about this size.
 constexpr size_t kPiece = 1 << 16;
 
 Json json_attribute(const CatalogueFact* tag, const Attribute& attribute) {
@@ -22,14 +22,14 @@ Json json_attribute(const CatalogueFact* tag, const Attribute& attribute) {
   return object;
 }
 
-// An object left open after its last member.
+// An object without its closing brace.
 std::string open_object(const Json& object) {
   std::string text = object.dump();
   text.pop_back();
   return text;
 }
 
-// One more member of it, a list that is left open too.
+// One more member of it: a list without its closing bracket.
 std::string open_list(const std::string& name) { return ",\"" + name + "\":["; }
 
 }  // namespace
@@ -96,7 +96,7 @@ void Exporter::add_json(const Inventory& inventory) {
   write("]}");
 }
 
-// Piece by piece, so that no tree of objects has to fit into memory beside the document.
+// Written in pieces, so that no tree of JSON objects has to fit into memory beside the document.
 void Exporter::add_json_tree(Element top) {
   uint32_t open = 0;  // elements whose list of children is still open
   const auto close_to = [&](uint32_t depth) {

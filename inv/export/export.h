@@ -1,5 +1,5 @@
-// An inventory in the forms that other programs read. docs/inv-tool.md describes the schema; it does not
-// change but by additions.
+// An inventory in formats for other programs. docs/inv-tool.md describes the schema, which changes only by
+// additions.
 #pragma once
 
 #include <cstdio>
@@ -16,12 +16,12 @@ struct ExportOptions {
   ExportFormat format = ExportFormat::json;
   Formulas formulas = Formulas::kept;  // in CSV
   bool for_terminal = false;           // makes texts printable; see utf8.h
-  const TypedTable* table = nullptr;   // its rows in place of facts; of NDJSON and CSV only
+  const TypedTable* table = nullptr;   // its rows instead of facts; only for NDJSON and CSV
 };
 
-// Writes file after file to a stream: JSON as one array with an object for each file, an element a line;
+// Writes file after file to a stream: JSON as one array with an object for each file, one element per line;
 // NDJSON and CSV with a line for each fact or each row of a table; zxml as the texts of the trees, one after
-// the other. Bytes that are not UTF-8 become U+FFFD, but in zxml, which is the text itself.
+// the other. Bytes that are not UTF-8 become U+FFFD, except in zxml, which is the text itself.
 class Exporter {
  public:
   Exporter(const ExportOptions& options, std::FILE* stream)
@@ -31,16 +31,16 @@ class Exporter {
 
   void begin();
   void add(const Inventory& inventory);
-  // The same with what render() has made of a file.
+  // The same with a file's render().
   void add_rendered(std::string_view text);
   void end();
-  // False when something could not be written.
+  // False if something could not be written.
   bool good() const { return good_; }
 
  private:
   void add_json(const Inventory& inventory);
   void add_json_tree(Element top);
-  // Its list of children is left open.
+  // Leaves its list of children open.
   void add_json_element(Element element);
   // As one more member of an object that is left open; nothing when there are none.
   void add_json_annotations(const Range<Annotation>& annotations);
@@ -53,13 +53,13 @@ class Exporter {
   void write(std::string_view text);
 
   ExportOptions options_;
-  RowKind rows_;  // of NDJSON and CSV
+  RowKind rows_;  // for NDJSON and CSV
   std::FILE* stream_;
   size_t added_ = 0;
   bool good_ = true;
 };
 
-// What an Exporter adds for a file, all in memory.
+// What an Exporter writes for a file, in memory.
 std::string render(const ExportOptions& options, const Inventory& inventory);
 
 }  // namespace inv

@@ -9,7 +9,7 @@ namespace inv {
 namespace {
 
 constexpr std::string_view kSeverities[] = {"high", "medium", "low"};
-// Deeper than any policy is, and less deep than would exhaust the stack when it is thrown away.
+// Deeper than any policy, but not deep enough to exhaust the stack on destruction.
 constexpr int kDeepest = 16;
 
 std::optional<Json> parse(std::string_view text, std::string* error) {
@@ -42,7 +42,7 @@ std::optional<std::string> text_of(const Json& value) {
   return text;
 }
 
-// What is wrong with an object's keys: one is missing, has no text, or is unknown.
+// What is wrong with an object's keys: one is missing, is not a text, or is unknown.
 std::string fault_of_keys(const Json& object, std::initializer_list<const char*> keys) {
   for (const char* key : keys) {
     if (!object.contains(key)) return std::string("has no \"") + key + "\"";
@@ -68,7 +68,7 @@ std::string fault_of_rule(const Json& rule, const std::set<std::string>& names) 
   return names.count(*text_of(rule["name"])) > 0 ? "has the name of another rule" : "";
 }
 
-// The message with the values of a row in place of their columns' names in braces.
+// The message with the column names in braces replaced by the row's values.
 std::string filled(const std::string& message, const Json& row) {
   std::string text;
   size_t at = 0;
@@ -90,7 +90,7 @@ Json object_of(const std::vector<std::string>& columns, const std::vector<Json>&
   return object;
 }
 
-// XML has no place for control characters, not even escaped.
+// XML does not allow control characters, not even escaped.
 std::string xml_text(std::string_view text) {
   std::string escaped;
   for (const char character : to_utf8(text)) {

@@ -14,16 +14,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What a question may ask of the machine. No fact is nearly as long as the longest text; a text that a
-// question builds can be compared with another of that length, and nothing interrupts that.
+// The resources that a query may use. No fact is nearly as long as the longest text; comparing two texts that
+// a query built cannot be interrupted, so their length is limited.
 constexpr int kLongestText = 16 << 20;
 constexpr int kLongestQuestion = 1 << 20;
 constexpr int kLongestPattern = 1000;
 constexpr size_t kLargestResult = 256 << 20;
-// How many of SQLite's own steps are between two looks at the clock.
+// SQLite's steps between two checks of the clock.
 constexpr int kStepsBetweenLooks = 10'000;
 
-// Only these are reading. What is not in the list, such as ATTACH or PRAGMA, reaches beyond the tables.
+// Only these actions read. Others, such as ATTACH or PRAGMA, reach beyond the tables.
 int allow_reading(void*, int action, const char*, const char* name, const char*, const char*) {
   switch (action) {
     case SQLITE_SELECT:
@@ -62,7 +62,7 @@ Json cell_of(sqlite3_stmt* statement, int column) {
   }
 }
 
-// Two columns of one name get numbers, as a member of an object needs a name of its own.
+// Columns of the same name get numbers, since the members of an object need unique names.
 std::vector<std::string> columns_of(sqlite3_stmt* statement) {
   std::vector<std::string> columns;
   std::set<std::string> used;
@@ -76,7 +76,7 @@ std::vector<std::string> columns_of(sqlite3_stmt* statement) {
   return columns;
 }
 
-// Whether there is anything but blanks and semicolons.
+// Whether there is anything other than blanks and semicolons.
 bool has_more(const char* sql) { return sql[std::strspn(sql, " \t\r\n;")] != '\0'; }
 
 struct FinishStatement {

@@ -1,4 +1,4 @@
-// Questions in SQL about files that no database holds: the tables and views of schema.h, in memory.
+// SQL queries over files without a database: the tables and views of schema.h, in memory.
 #pragma once
 
 #include <chrono>
@@ -12,27 +12,27 @@
 namespace inv {
 
 struct QueryResult {
-  std::vector<std::string> columns;     // no two of one name
+  std::vector<std::string> columns;     // with unique names
   std::vector<std::vector<Json>> rows;  // null, integers, numbers and texts, as many as there are columns
 };
 
-// A value of an answer as a text: nothing for null.
+// A value of a result as a text: empty for null.
 std::string text_of_cell(const Json& cell);
 
-// A question can only read what was added: nothing of it reaches another file or changes anything. It ends
-// with an error when it takes too long, or when its result is larger than memory should hold.
+// A query can only read what was added; it cannot reach another file or change anything. It fails if it takes
+// too long or its result is too large for memory.
 //
 // Texts sort and compare as versions with "COLLATE version": see version_order.h.
 class QueryDatabase {
  public:
   explicit QueryDatabase(std::chrono::seconds patience) : patience_(patience) {}
 
-  // False when there is no memory for it; the reason, a clause, is in error().
+  // False if there is not enough memory; the reason, a clause, is in error().
   bool open();
   bool add(const Inventory& inventory);
 
-  // What one statement answers. None, with the reason in error(), when it is no question or fails. Nothing
-  // can be added behind the first question.
+  // The result of one statement. std::nullopt, with the reason in error(), if it is not a query or fails.
+  // Nothing can be added after the first query.
   std::optional<QueryResult> ask(const std::string& sql);
 
   const std::string& error() const { return error_; }

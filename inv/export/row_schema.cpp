@@ -8,12 +8,12 @@
 namespace inv {
 namespace {
 
-// How a type is called.
+// The names of a type.
 struct TypeNames {
   CellType type;
   const char* json;
-  const char* json_format;  // null when there is none
-  const char* sql;          // SQLite takes them for its own
+  const char* json_format;  // null if there is none
+  const char* sql;          // SQLite understands them too
   const char* duckdb;
   const char* clickhouse;
   const char* postgresql;

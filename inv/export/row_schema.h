@@ -1,5 +1,5 @@
-// What the rows of an export are, for other programs: as JSON Schema, and as the table that an engine loads
-// the CSV into.
+// Describes exported rows to other programs: as JSON Schema, and as the table into which an engine loads the
+// CSV.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace inv {
 
 enum class SchemaFormat { json_schema, sql, duckdb, clickhouse, postgresql };
 
-// Ends with a line end. The JSON Schema is that of a line of NDJSON, of draft 2020-12.
+// Ends with a line end. The JSON Schema (draft 2020-12) is for one line of NDJSON.
 std::string row_schema(const RowKind& rows, SchemaFormat format);
 
 }  // namespace inv

@@ -18,7 +18,7 @@ bool is_signed_number(std::string_view text) {
          digits.find('.', point + 1) == std::string_view::npos;
 }
 
-// What a spreadsheet runs when it opens the file.
+// Whether a spreadsheet would run this on opening the file.
 bool is_formula(std::string_view text) {
   if (text.empty() || std::string_view("=+-@\t\r").find(text.front()) == std::string_view::npos) return false;
   const bool has_sign = text.front() == '+' || text.front() == '-';

@@ -1,5 +1,5 @@
-// Facts as rows of NDJSON and CSV. docs/inv-tool.md has the columns, which do not change but by additions at
-// the end.
+// Facts as rows of NDJSON and CSV. docs/inv-tool.md lists the columns, which change only by additions at the
+// end.
 #pragma once
 
 #include <string>
@@ -12,17 +12,17 @@
 
 namespace inv {
 
-// The columns of a row for each fact.
+// The columns of a fact's row.
 const RowKind& fact_rows();
 
 // The first line of CSV.
 std::string csv_columns(const RowKind& rows);
 
-// What a field of CSV does with a text that a spreadsheet would take for a formula: one that begins with "=",
-// "+", "-", "@", a tab or a carriage return, and is no number.
+// What happens in CSV to a text that a spreadsheet would take for a formula: one that begins with "=", "+",
+// "-", "@", a tab or a carriage return, and is not a number.
 enum class Formulas { kept, disarmed };
 
-// A text as a field of CSV: in quotes where it has to be, and with "'" before a formula that is disarmed.
+// A text as a CSV field: quoted if necessary, and with "'" before a formula that is disarmed.
 void append_csv(std::string& csv, std::string_view text, Formulas formulas = Formulas::kept);
 
 // A line for each fact of a scan.
@@ -32,7 +32,7 @@ class NdjsonRows {
   void append(const Fact& fact, std::string& lines) const;
 
  private:
-  // What all rows of a scan have in common: at the front of a line, and behind the first columns.
+  // What all rows of a scan have in common: at the front of a line, and after the first columns.
   std::string front_;
   std::string middle_;
 };
@@ -50,8 +50,8 @@ class CsvRows {
   std::string middle_;
 };
 
-// Appends a row of a typed table, whose cells are those of the columns. NDJSON has numbers, booleans and
-// null; an empty cell of CSV is nothing.
+// Appends a row of a typed table, with one cell per column. NDJSON has numbers, booleans and null; an empty
+// cell is an empty field in CSV.
 void append_ndjson_row(std::string& lines, const RowKind& rows, const std::vector<Cell>& cells);
 void append_csv_row(std::string& lines, const std::vector<Cell>& cells, Formulas formulas);
 

@@ -1,4 +1,4 @@
-// The database's schema, as the build puts it into the program.
+// The database's schema, compiled into the program.
 #pragma once
 
 #include <string_view>
@@ -7,8 +7,8 @@ namespace inv {
 
 // schema.sql: the tables.
 extern const std::string_view kDatabaseSchema;
-// set_aside.sql and migration.sql: what brings a database of the versions before to this one, before and
-// after the tables are made.
+// set_aside.sql and migration.sql migrate a database of an earlier version, before and after the tables are
+// made.
 extern const std::string_view kDatabaseSetAside;
 extern const std::string_view kDatabaseMigration;
 // Views with a row for each element of each scan; the catalogue of facts says which.

@@ -7,11 +7,11 @@
 namespace inv {
 namespace {
 
-// Others may be loading; in milliseconds.
+// How long to wait for others that are loading, in milliseconds.
 constexpr int kPatience = 60'000;
 
-// SQLite creates no file for some names: the empty one, ":memory:" and those that begin with "file:". What is
-// loaded there would be lost.
+// For some names SQLite creates no file of that name: the empty one, ":memory:" and those that begin with
+// "file:". Anything loaded there would be lost.
 std::string file_name(const std::string& path) { return path.substr(0, 1) == "/" ? path : "./" + path; }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A connection to SQLite, in the terms of this program.
+// A connection to SQLite.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace inv {
 // Every operation that fails returns false and leaves the reason, a clause, in error().
 class Sqlite {
  public:
-  // A prepared statement; none of them may outlive its connection.
+  // A prepared statement, which must not outlive its connection.
   class Statement {
    public:
     explicit operator bool() const { return handle_ != nullptr; }
@@ -33,18 +33,18 @@ class Sqlite {
   Sqlite& operator=(const Sqlite&) = delete;
   ~Sqlite();
 
-  // Opens the file, which the first change creates when it is missing; or only looks into it.
+  // How to open the file: for changes, the first of which creates it if it is missing, or only for reading.
   enum class Access { change, look };
   bool open(const std::string& path, Access access);
-  // A database in no file.
+  // Opens a database in memory.
   bool open_in_memory();
 
-  // Several statements without results.
+  // Runs several statements without results.
   bool run(const std::string& sql);
   bool prepare(const char* sql, Statement& statement);
 
-  // Parameters are counted from 1, columns from 0. Bytes that are not UTF-8 become U+FFFD. A text that is
-  // longer than SQLite takes is a failure.
+  // Parameters are numbered from 1, columns from 0. Bytes that are not UTF-8 become U+FFFD. A text that is
+  // too long for SQLite is a failure.
   bool bind(const Statement& statement, int parameter, std::string_view text);
   bool bind(const Statement& statement, int parameter, int64_t number);
   // The same for a text that is UTF-8 for sure and stays where it is until the statement has run.
@@ -53,15 +53,15 @@ class Sqlite {
 
   // Runs a statement to its end, and makes it ready to run again.
   bool execute(const Statement& statement);
-  // The first row's first column, which is NULL or an integer; none for no row and NULL too. Whether it
-  // failed, `good` tells.
+  // The first row's first column, which is NULL or an integer; std::nullopt for NULL or no row. `good`
+  // becomes false if it failed.
   std::optional<int64_t> first_integer(const Statement& statement, bool& good);
   std::optional<int64_t> first_integer(const char* sql, bool& good);
 
   int64_t last_inserted() const;
-  // Rows that the last statement has changed.
+  // The number of rows that the last statement changed.
   int64_t changes() const;
-  // Whether a transaction is open: some failures, a full disk for one, end it.
+  // Whether a transaction is open: some failures, such as a full disk, end it.
   bool in_transaction() const;
   // The most bytes of a text; by itself SQLite takes a billion.
   void limit_texts(int bytes);

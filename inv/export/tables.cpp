@@ -58,7 +58,7 @@ bool is_size(std::string_view text) { return is_integer(text) && text.front() !=
 
 Cell if_true(bool is_good, std::string_view text) { return is_good ? unless_empty(text) : std::nullopt; }
 
-// 465.76 of a thousand bytes each are 465760; what is less than a byte is cut off.
+// 465.76 times a thousand bytes are 465760; fractions of a byte are cut off.
 Cell multiplied(std::string_view amount, int64_t factor) {
   if (!is_number(amount) || amount.front() == '-') return std::nullopt;
   std::string digits(amount);
@@ -85,7 +85,7 @@ Cell bytes_of(const FoundValue& found) {
   return std::nullopt;
 }
 
-// Eight digits of days, and two each of hours, minutes and seconds.
+// Eight digits for days, and two each for hours, minutes and seconds.
 Cell seconds_of(std::string_view duration) {
   constexpr size_t kDigits = 14;
   const std::string digits(duration.substr(0, kDigits));
@@ -132,7 +132,7 @@ class RowsOfFile {
 
  private:
   Cell cell(const TableColumn& column, Element row) {
-    // A scan has no name of its own: that of its Mac.
+    // A scan has no name, so it gets that of its Mac.
     if (table_.rows.front().empty() && column.source == "its name") return unless_empty(scan_.name);
     const FoundValue found = find_value(row, column.source, counterparts_);
     switch (column.form) {

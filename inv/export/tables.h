@@ -1,5 +1,5 @@
-// Typed tables: the rows of one kind of thing, each with the values that the catalogue of facts chooses. What
-// an extended scan adds to a thing is in the thing's own row.
+// Typed tables: rows for one kind of thing, with the values that the catalogue of facts chooses. A row
+// includes what an extended scan adds to the thing.
 #pragma once
 
 #include <functional>
@@ -14,13 +14,13 @@
 
 namespace inv {
 
-// How a value of a file becomes a cell. One that is not what its name says leaves the cell empty.
+// How a value from a file becomes a cell. A value of another form leaves the cell empty.
 enum class CellForm {
   text,
   integer,
   number,
   yes_no,   // "1" and "0"
-  bytes,    // a size in any unit; the exact one where the file has it
+  bytes,    // a size in any unit; the exact one if the file has it
   seconds,  // "00000002030405.000000:000"
   time,     // "20120118153045.000000+120"
   date,     // "20120118", in the calendar of the Mac's user
@@ -37,23 +37,23 @@ struct TableColumn {
 struct TypedTable {
   std::string_view name;
   std::string_view description;
-  // What its rows match (see rows_of); of a second pattern come those whose numbers the first one has not.
+  // The patterns of its rows (see rows_of); a second one adds rows whose numbers the first one lacks.
   std::vector<std::string_view> rows;
   std::vector<TableColumn> columns;
 };
 
-// All of them in their order, as the catalogue of facts has them.
+// All tables, in the order of the catalogue of facts.
 const std::vector<TypedTable>& typed_tables();
-// Null when there is no table of this name.
+// Null if there is no table of this name.
 const TypedTable* find_table(std::string_view name);
 // Their names in order.
 std::vector<std::string_view> table_names();
 
-// The columns of its rows: first those that all tables have (of which scan the row is, and its path in the
-// snapshot), then its own.
+// The columns of its rows: first those of all tables (the row's scan, and its path in the snapshot), then its
+// own.
 RowKind row_kind_of(const TypedTable& table);
 
-// A cell is empty when the file has no such value. Numbers are decimal, booleans "1" and "0".
+// std::nullopt if the file has no such value. Numbers are decimal, booleans "1" and "0".
 using Cell = std::optional<std::string>;
 
 // Calls visit for each row of a file, with a cell for each column.

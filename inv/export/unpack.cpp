@@ -15,11 +15,11 @@
 namespace inv {
 namespace {
 
-constexpr mode_t kFolderMode = 0777;  // less the umask
+constexpr mode_t kFolderMode = 0777;  // minus the umask
 
 constexpr std::string_view kWholeOutput = "full";
 
-// Some file systems, such as a Mac's, take names in another case for the same.
+// Some file systems, such as a Mac's, ignore case in names.
 std::string in_small_letters(std::string_view text) {
   std::string small(text);
   std::transform(small.begin(), small.end(), small.begin(),
@@ -39,8 +39,8 @@ void add_machine(const Inventory& inventory, const std::string& profiler_output,
   files.push_back({"computer-name.txt", std::string(inventory.asset_top().text("int-name")) + "\n"});
 }
 
-// Where the simulator looks for what a further command of an extended scan printed; empty for no such
-// command.
+// Where the simulator looks for the output of an additional command of an extended scan; empty for other
+// commands.
 std::string further_path(std::string_view command) {
   constexpr std::string_view kProfiler = "system_profiler -detailLevel full -xml ";
   const bool is_type = command.substr(0, kProfiler.size()) == kProfiler;
@@ -53,7 +53,7 @@ std::string further_path(std::string_view command) {
   return is_type ? "profiler/" + name + ".plist" : "tools/" + name + ".txt";
 }
 
-// Such an output stands behind the line of its command.
+// Such output follows a line with its command.
 void add_further(const std::string& section_name, const std::string& output,
                  std::vector<UnpackedFile>& files) {
   const size_t line_end = std::min(output.find('\n'), output.size());
@@ -62,7 +62,7 @@ void add_further(const std::string& section_name, const std::string& output,
     files.push_back({section_name + ".raw", output});
     return;
   }
-  // The profiler may have told the same in its own choice of data types.
+  // The profiler may have printed the same among its default data types.
   files.erase(std::remove_if(files.begin(), files.end(),
                              [path = in_small_letters(path)](const UnpackedFile& file) {
                                return in_small_letters(file.path) == path;

@@ -1,4 +1,4 @@
-// A file taken apart: its texts, and from a debug run a machine for the simulator.
+// Unpacks a file: its texts, and from a debug run a machine for the simulator.
 #pragma once
 
 #include <string>
@@ -8,29 +8,29 @@
 
 namespace inv {
 
-// No scan has as many data types and tools; a file that is taken apart into more is refused.
+// No scan has this many data types and tools; a file that would become more files is refused.
 constexpr size_t kMostUnpackedFiles = 1000;
 
-// A file to be: its path below a folder and what it holds.
+// A file to write: its path below a folder, and its content.
 struct UnpackedFile {
   std::string path;
   std::string content;
 };
 
-// What a file is taken apart into:
+// The files that a file is unpacked into:
 //   header.txt                the header's text
 //   section-0-snapshot.zxml   the text of each tree
 //   section-3.stored          the bytes of a section that is damaged or of an unknown kind
 // and from a debug file what the simulator needs to be that Mac:
 //   profiler/full.plist       the profiler's output, profiler/TYPE.plist for each data type in it
 //   computer-name.txt
-//   tools/NAME.txt            and from an extended one the further data types, and the output of each tool
-// Of several data types of one name the first is taken. Of too many files only some more than
-// kMostUnpackedFiles are there.
+//   tools/NAME.txt            and from an extended one the additional data types, and the output of each tool
+// If several data types have the same name, the first one counts. If there are too many files, only a few
+// more than kMostUnpackedFiles are returned.
 std::vector<UnpackedFile> unpack(const Inventory& inventory);
 
-// Writes them. The folder is created if it is missing, and must be empty; nothing is written of too many
-// files. False, with a clause about the reason.
+// Writes them. The folder is created if it is missing, and must be empty; if there are too many files,
+// nothing is written. False, with the reason as a clause, on failure.
 bool write_folder(const std::string& folder, const std::vector<UnpackedFile>& files, std::string* error);
 
 }  // namespace inv

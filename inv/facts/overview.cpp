@@ -29,7 +29,7 @@ std::string first_of(std::initializer_list<std::string_view> texts) {
 }
 
 // The system's name from sw_vers, and the profiler's own words, which the scanner shortens.
-std::vector<std::string> told_systems(Element platform) {
+std::vector<std::string> reported_systems(Element platform) {
   std::string system;
   for (const char* part : {"system-name", "system-version", "system-version-extra"}) {
     const std::string_view words = platform.text(part);
@@ -46,8 +46,8 @@ void read_system(Element top, Overview& overview) {
   overview.kernel = text(os, "kernel");
   overview.architecture = text(os, "architecture");
   overview.uptime = readable_uptime(os.text("uptime"));
-  overview.os =
-      system_name({std::string(os.value()), text(os, "version"), overview.kernel, told_systems(platform)});
+  overview.os = system_name(
+      {std::string(os.value()), text(os, "version"), overview.kernel, reported_systems(platform)});
   overview.model_name = text(platform, "model-name");
   overview.virtual_machine = platform.text("virtual-machine") == "1";
 }

@@ -58,9 +58,9 @@ size_t filled_slots(const Memory& memory) {
 }
 
 std::string disk_text(const Disk& disk) {
-  const bool kind_is_told = disk.kind == "HDD" || disk.model.empty();
+  const bool shows_kind = disk.kind == "HDD" || disk.model.empty();
   return joined({disk_name(disk), size_text(disk.bytes), disk.interface, disk.medium,
-                 kind_is_told ? "" : disk.kind, with_unit(disk.problem, " by SMART")});
+                 shows_kind ? "" : disk.kind, with_unit(disk.problem, " by SMART")});
 }
 
 std::string display_text(const Display& display) {

@@ -34,9 +34,9 @@ std::optional<unsigned> darwin_major(const SystemFacts& facts) {
 bool agrees(std::string_view text, std::string_view version) {
   const size_t start = text.find_first_of(kDigits);
   if (version.empty() || start == text.npos) return true;
-  const std::string_view told = text.substr(start);
-  if (told.substr(0, version.size()) != version) return false;
-  return told.size() == version.size() || kDigits.find(told[version.size()]) == kDigits.npos;
+  const std::string_view number = text.substr(start);
+  if (number.substr(0, version.size()) != version) return false;
+  return number.size() == version.size() || kDigits.find(number[version.size()]) == kDigits.npos;
 }
 
 // What Apple called its systems at the time of this kernel.
@@ -74,7 +74,7 @@ std::string system_name(const SystemFacts& facts) {
   const std::optional<unsigned> major = darwin_major(facts);
   const std::string version = major ? version_of_darwin(*major) : "";
   std::vector<std::string> names = {agrees(facts.name, version) ? recorded_name(facts, version) : ""};
-  names.insert(names.end(), facts.told.begin(), facts.told.end());
+  names.insert(names.end(), facts.reported.begin(), facts.reported.end());
   for (const std::string& name : names) {
     if (!name.empty() && agrees(name, version)) return name;
   }

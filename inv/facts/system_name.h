@@ -15,7 +15,7 @@ struct SystemFacts {
   std::string version;  // with the build: "10.6.8 (10K549)"
   std::string kernel;   // "Darwin 10.8.0"
   // The name and version from other tools, the best first: "macOS 15.3 (24D60)".
-  std::vector<std::string> told;
+  std::vector<std::string> reported;
 };
 
 // 24 from "Darwin 24.3.0"; std::nullopt for anything else.

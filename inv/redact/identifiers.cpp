@@ -101,7 +101,7 @@ bool separates(Kind kind, char character) {
 }
 
 // "usb://Maker/Model?serial=1": after the scheme and its slashes.
-std::string_view behind_scheme(std::string_view uri) {
+std::string_view after_scheme(std::string_view uri) {
   const size_t colon = uri.find(':');
   if (colon == std::string_view::npos) return uri;
   const size_t start = uri.find_first_not_of('/', colon + 1);
@@ -139,7 +139,7 @@ bool is_nobodys(Kind kind, std::string_view text) {
 // The identifier in a separated part; empty if there is none.
 std::string_view identifier_of(Kind kind, std::string_view part) {
   std::string_view text = trimmed(part);
-  if (kind == Kind::uri) text = behind_scheme(text);
+  if (kind == Kind::uri) text = after_scheme(text);
   // The adapter that an address belongs to: "fe80::1%en0".
   if (kind == Kind::addresses) text = text.substr(0, text.find('%'));
   return text.empty() || is_nobodys(kind, text) ? std::string_view() : text;

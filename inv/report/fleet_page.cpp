@@ -20,10 +20,10 @@ using Machines = std::vector<FleetMachine>;
 
 constexpr size_t kMostCounts = 12;
 constexpr int64_t kOldAfterDays = 30;
-constexpr size_t kManyMachines = 10;  // among fewer, to be the only one of a kind says nothing
+constexpr size_t kManyMachines = 10;  // among fewer, being the only one of a kind means nothing
 constexpr const char* kUnknown = "not known";
 
-// The day of "2012-01-18T13:30:45Z".
+// The day in "2012-01-18T13:30:45Z".
 std::optional<int64_t> day_of(const std::string& time) {
   if (time.size() < 10) return std::nullopt;
   const auto number = [&](size_t start, size_t length) {
@@ -50,7 +50,7 @@ std::string or_unknown(const std::string& text) { return text.empty() ? kUnknown
 
 using Counts = std::vector<std::pair<std::string, size_t>>;
 
-// How many machines have each text, the most frequent first; what is beyond the first dozen together.
+// How many machines have each text, the most frequent first; those beyond the first dozen are combined.
 Counts count(const Machines& machines, const std::function<std::string(const FleetMachine&)>& text_of) {
   std::map<std::string, size_t> by_text;
   for (const FleetMachine& machine : machines) ++by_text[text_of(machine)];
@@ -107,7 +107,7 @@ std::string full_disk_section(const Machines& machines) {
          (rows.empty() ? "<p>None.</p>\n" : rows) + "</section>\n";
 }
 
-// What somebody should look at, each as a clause.
+// What deserves attention, each as a clause.
 std::vector<std::string> remarks_on(const FleetMachine& machine, const std::map<std::string, size_t>& systems,
                                     size_t machines, int64_t today) {
   std::vector<std::string> remarks;
@@ -139,7 +139,7 @@ std::string remarks_section(const Machines& machines, int64_t today) {
          (items.empty() ? "<p>Nothing.</p>\n" : "<ul>\n" + items + "</ul>\n") + "</section>\n";
 }
 
-// A damaged scan never takes the place of a whole one.
+// A damaged scan never replaces an undamaged one.
 bool is_better(const FleetMachine& scan, const FleetMachine& other) {
   return scan.damaged == other.damaged ? scan.time >= other.time : other.damaged;
 }

@@ -13,30 +13,30 @@
 
 namespace inv {
 
-// What the page says of one scan.
+// What the page says about one scan.
 struct FleetMachine {
   std::string identity;
   std::string name;
   std::string model;
   std::string serial;
   std::string system;
-  std::string timestamp;       // as the file has it
-  std::string time;            // in UTC, so that texts are ordered as times are; empty when it is not known
+  std::string timestamp;       // as in the file
+  std::string time;            // in UTC, so that texts sort like times; empty if unknown
   std::optional<int64_t> day;  // of the scan, counted from 1970-01-01
   uint64_t memory_megabytes = 0;
   std::vector<Volume> volumes;
   bool damaged = false;  // a part of the file cannot be read
   std::string file;      // where it was read from
-  std::string page;      // the address of its own page, relative to this one; empty when there is none
+  std::string page;      // the address of its own page, relative to this one; empty if there is none
 };
 
 FleetMachine fleet_machine(const Inventory& inventory);
 
-// The last whole scan of each machine, else the last one, in the order of their names. Of scans of one time,
-// or none, the last one given counts.
+// The last undamaged scan of each machine, else the last one, sorted by name. Of scans with the same time, or
+// without one, the last in the list counts.
 std::vector<FleetMachine> last_scans(std::vector<FleetMachine> scans);
 
-// The page of these machines. Ages are counted to `today`, in days from 1970-01-01.
+// The page for these machines. Ages are relative to `today`, in days since 1970-01-01.
 void fleet_page(const std::string& title, const std::vector<FleetMachine>& machines, int64_t today,
                 const TextSink& sink);
 

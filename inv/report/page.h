@@ -1,4 +1,4 @@
-// The report's page, as the build puts its files into the program.
+// The report's page, whose files are compiled into the program.
 #pragma once
 
 #include <string_view>

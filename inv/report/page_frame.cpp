@@ -12,13 +12,13 @@ namespace {
 
 std::string source_of(std::string_view asset) { return "'sha256-" + base64(sha256(asset)) + "'"; }
 
-// The style and the script of the page are known by their digests; nothing else runs, and nothing is fetched.
+// Allows the page's style and script by their digests; nothing else runs, and nothing is fetched.
 std::string policy() {
   return "default-src 'none'; style-src " + source_of(kPageStyle) + "; script-src " + source_of(kPageScript) +
          "; base-uri 'none'; form-action 'none'";
 }
 
-// The text from `start` up to the next `end`, which is moved behind it; empty when there is none.
+// Takes the text from `start` up to the next `end` off the front; empty if there is none.
 std::string_view take_between(std::string_view& html, std::string_view start, std::string_view end) {
   const size_t first = html.find(start);
   if (first == html.npos) return {};
@@ -28,7 +28,7 @@ std::string_view take_between(std::string_view& html, std::string_view start, st
   return text;
 }
 
-// A list of the sections. Values are escaped, so nothing in them looks like one.
+// A list of the sections. Values are escaped, so none of them looks like a section.
 std::string contents_list(const std::vector<PagePart>& parts) {
   std::string items;
   for (const PagePart& part : parts) {
@@ -56,7 +56,8 @@ void write_body(const std::string& header, const std::vector<PagePart>& parts, c
 
 }  // namespace
 
-// The page with its places filled in. What is put in is not looked at again: a value may say "{{body}}".
+// The page with its placeholders filled in. Inserted text is not searched again, since a value may contain
+// "{{body}}".
 void framed_page(const std::string& title, const std::string& header, const std::vector<PagePart>& parts,
                  const TextSink& sink) {
   const std::map<std::string_view, std::string> contents = {{"policy", policy()},

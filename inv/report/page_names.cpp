@@ -22,7 +22,7 @@ std::string plain(const std::string& identity) {
   return name;
 }
 
-// A path without the extension of its name.
+// A path without the extension.
 std::string without_extension(const std::string& path) {
   const size_t start = path.size() - name_in(path).size();
   const size_t dot = path.rfind('.');

@@ -11,7 +11,7 @@
 namespace inv {
 namespace {
 
-// A card with a line for each text that is not empty.
+// A card with a line for each non-empty text.
 std::string card(const std::string& title, const std::vector<std::string>& texts) {
   std::string lines;
   for (const std::string& text : texts) {
@@ -45,7 +45,7 @@ std::vector<std::string> display_texts(const Overview& overview) {
   return texts;
 }
 
-// What protects the Mac, and who.
+// What protects the Mac, and who manages it.
 std::vector<std::string> security_texts(const Overview& overview) {
   std::vector<std::string> texts = overview.security;
   if (!overview.firewall.empty()) texts.push_back("firewall " + overview.firewall);

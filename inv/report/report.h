@@ -1,5 +1,5 @@
-// A machine, or what changed on it, as one page of HTML: nothing in it is fetched from anywhere, and its
-// Content-Security-Policy lets no browser try.
+// A machine, or what changed on it, as one HTML page, which fetches nothing and has a Content-Security-Policy
+// that prevents it.
 #pragma once
 
 #include "inv/base/text_sink.h"

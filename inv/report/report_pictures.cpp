@@ -9,7 +9,7 @@ constexpr size_t kSlotWidth = 84;
 constexpr size_t kSlotHeight = 54;
 constexpr size_t kSlotGap = 8;
 constexpr size_t kSlotsInARow = 8;
-// More slots than any Mac has are a file's fancy.
+// A file that claims more slots is nonsense.
 constexpr size_t kMostSlots = 64;
 
 constexpr unsigned kAlmostFull = 90;

@@ -1,4 +1,4 @@
-// Pictures of a report, as SVG within the page. Their colours come from the page's style.
+// Pictures in a report, as inline SVG. Their colours come from the page's style.
 #pragma once
 
 #include <string>
@@ -7,16 +7,16 @@
 
 namespace inv {
 
-// The memory slots in a row, filled or empty, with what is in them; nothing when none is known.
+// The memory slots in a row, filled or empty, with their contents; empty if no slots are known.
 std::string memory_picture(const std::vector<MemorySlot>& slots);
 // A volume's used space as a bar.
 std::string volume_bar(const Volume& volume);
-// The line about the space of these volumes, which share it; nothing when it is not known. `owner` is HTML
-// that stands before their names.
+// The line about the shared space of these volumes; empty if it is unknown. `owner` is HTML before their
+// names.
 std::string volume_line(const std::vector<Volume>& volumes, const std::string& owner = "");
 // Whether somebody should make room on a volume.
 bool is_almost_full(const Volume& volume);
-// A part of a whole as a bar, beside which the number stands as text.
+// A percentage as a bar; the number is beside it as text.
 std::string share_bar(unsigned percent);
 
 }  // namespace inv

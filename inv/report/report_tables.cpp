@@ -10,7 +10,7 @@
 namespace inv {
 namespace {
 
-// Of a value no more is shown.
+// Longer values are cut off.
 constexpr size_t kLongestCell = 1u << 16;
 
 using RowMaker = std::function<std::vector<std::string>(size_t)>;
@@ -19,7 +19,7 @@ std::string_view text_of(Element element, const ReportColumn& column, Counterpar
   return find_value(element, column.attribute, counterparts).text;
 }
 
-// An attribute for the tag of a column's cells.
+// The attribute for a column's cells.
 const char* class_of(ColumnForm form) {
   switch (form) {
     case ColumnForm::number:
@@ -60,7 +60,7 @@ std::string left_out(size_t count) {
                           " left out: the page would be too large.</p>\n";
 }
 
-// The columns in which something is told.
+// The columns that are not empty.
 std::vector<ReportColumn> filled_columns(const ReportTable& table, const std::vector<Element>& elements,
                                          Counterparts& counterparts) {
   std::vector<ReportColumn> filled;
@@ -91,14 +91,14 @@ std::string row_text(const std::vector<ReportColumn>& columns, const std::vector
   return html + "</tr>\n";
 }
 
-// A row of nothing but empty cells takes room as well.
+// A row of empty cells takes room too.
 size_t size_of(const std::vector<std::string>& cells) {
   size_t size = 0;
   for (const std::string& cell : cells) size += sizeof cell + cell.size();
   return size;
 }
 
-// The rows up to the one that uses the room up, with that one.
+// Writes rows up to and including the one that uses up the room.
 void write_rows(const std::vector<ReportColumn>& columns, size_t rows, const RowMaker& row_of, size_t& room,
                 const TextSink& sink) {
   size_t written = 0;
@@ -110,7 +110,7 @@ void write_rows(const std::vector<ReportColumn>& columns, size_t rows, const Row
   sink("</tbody>\n</table></div>\n" + left_out(rows - written) + "</section>\n");
 }
 
-// What the tables of a page have in common.
+// What the tables of a page share.
 struct TablesOfPage {
   TablesOfPage(Element snapshot, size_t most_bytes) : counterparts(snapshot), room(most_bytes) {}
 

@@ -10,19 +10,19 @@
 
 namespace inv {
 
-// How a column's values are put before a reader.
+// How a column's values are shown.
 enum class ColumnForm {
   text,
-  word,    // a word of the profiler's own, "arch_arm_i64", in those of people
+  word,    // one of the profiler's words, "arch_arm_i64", in plain English
   number,  // aligned at the right
-  amount,  // the same, and 0 means that it is not known
+  amount,  // the same, with 0 meaning unknown
   yes_no,  // "1" and "0"
   date,    // "20120118" as "2012-01-18", a timestamp to the second
 };
 
 struct ReportColumn {
   std::string_view title;
-  // Where its values are: sources as table_values.h explains them.
+  // Where its values come from; see table_values.h.
   std::string_view attribute;
   ColumnForm form = ColumnForm::text;
 };
@@ -33,20 +33,20 @@ struct ReportTable {
   std::vector<ReportColumn> columns;
 };
 
-// The tables of a report in their order, as the catalogue of facts has them.
+// The tables of a report, in the order of the catalogue of facts.
 const std::vector<ReportTable>& report_table_list();
 
-// How many bytes of cells a page shows: a browser does not show more in any useful time.
+// How many bytes of cells a page shows: a browser takes too long to show more.
 constexpr size_t kMostCellBytes = 64u << 20;
 
-// A section of the page for each table that the snapshot has elements for. All of them valid as long as the
-// snapshot, and to be written in their order, since they share `most_bytes` of cells: of each table its first
-// rows, and how many more there would be.
+// A section of the page for each table for which the snapshot has elements. They are valid as long as the
+// snapshot, and must be written in order, since they share `most_bytes` of cells: each table shows its first
+// rows, and how many more there are.
 std::vector<PagePart> report_tables(Element snapshot, size_t most_bytes = kMostCellBytes);
-// What a section of this title is found by on the page: "network-adapters" for "Network adapters".
+// The id of a section with this title: "network-adapters" for "Network adapters".
 std::string anchor_of(std::string_view title);
-// A table of so many rows, each of which `row_of` makes when its turn comes: cells as HTML, one for each
-// column. No more rows than have this many bytes are shown.
+// A table of this many rows, each of which `row_of` makes in turn: cells as HTML, one for each column. Rows
+// beyond this many bytes are not shown.
 PagePart table_part(std::string_view title, const std::vector<ReportColumn>& columns, size_t rows,
                     const std::function<std::vector<std::string>(size_t)>& row_of,
                     size_t most_bytes = kMostCellBytes);

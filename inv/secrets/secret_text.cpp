@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kQuotes = "\"'\\";
 // What ends a value within a word: the next item of a query, a list or a structure.
-constexpr std::string_view kBehindValue = "&;,#\"'}";
+constexpr std::string_view kAfterValue = "&;,#\"'}";
 
 bool is_any_of(char c, std::string_view set) { return set.find(c) != set.npos; }
 
@@ -32,7 +32,7 @@ constexpr std::string_view kAnswers[] = {"true", "false", "yes", "no", "on", "of
 constexpr std::string_view kSchemes[] = {"bearer", "basic", "token", "digest"};
 
 // A value in the place of a secret that gives nothing away.
-bool tells_nothing(std::string_view text) {
+bool reveals_nothing(std::string_view text) {
   const bool is_reference = !text.empty() && text[0] == '$';
   const bool has_content = std::any_of(text.begin(), text.end(), [](char c) {
     return is_letter_or_digit(c) || static_cast<unsigned char>(c) >= 0x80;
@@ -110,7 +110,7 @@ class LineReader {
     }
     size_t value_end = end;
     if (name != word.offset || is_any_of(line_[from - 1], kQuotes))
-      value_end = std::min(end, line_.find_first_of(kBehindValue, from));
+      value_end = std::min(end, line_.find_first_of(kAfterValue, from));
     add_value(unquoted({from, value_end - from}));
     return value_end;
   }
@@ -141,7 +141,7 @@ class LineReader {
   }
 
   void add_value(const TextPart& value) {
-    if (!tells_nothing(text(value))) found_.push_back(value);
+    if (!reveals_nothing(text(value))) found_.push_back(value);
   }
 
   // Overlapping finds are one secret.
@@ -183,7 +183,7 @@ std::string mask_of(std::string_view secret) {
 std::vector<TextPart> secrets_in_line(std::string_view line) { return LineReader(line).read(); }
 
 std::vector<TextPart> secrets_in_variable(std::string_view name, std::string_view value) {
-  if (names_secret(name) && !tells_nothing(value)) return {{0, value.size()}};
+  if (names_secret(name) && !reveals_nothing(value)) return {{0, value.size()}};
   return secrets_in_line(value);
 }
 

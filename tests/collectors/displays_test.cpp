@@ -399,7 +399,7 @@ TEST(CollectDisplays, WritesNoListOfModesWithoutModes) {
   EXPECT_EQ(OneMonitor(EdidBlock()).tag().find_child("Video-Modes"), nullptr);
 }
 
-// The names of the elements in a list below "/Video", parted by blanks.
+// The names of the elements in a list below "/Video", separated by blanks.
 std::string elements(const InventoryTree& snapshot, const char* list) {
   const Tag* tag = find(snapshot, {list});
   std::string names;

@@ -52,7 +52,7 @@ struct Expected {
   const char* origin;
   const char* manufacturer;
   const char* product_id;
-  const char* name;  // null for none
+  const char* name;  // may be null
   int week;
   int year;
   int width_cm;

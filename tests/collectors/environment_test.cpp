@@ -100,7 +100,7 @@ TEST(Environment, ComesFromTheScanItself) {
   EXPECT_NE(text.find("*env-var:PATH=PATH\n"), std::string::npos);
 }
 
-// The environment that has one variable whose value may not be told.
+// The environment with one variable whose value is left out.
 std::string untold(const char* name) {
   std::vector<EnvironmentVariable> variables;
   variables.push_back({copy_text(name), nullptr});

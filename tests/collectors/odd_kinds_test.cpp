@@ -1,5 +1,5 @@
-// What each key of the profiler gives when its value is of another kind than the profiler's: the table of all
-// keys that are read.
+// What each key of the profiler gives if its value is not of the kind that the profiler prints: the table of
+// all keys that are read.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -61,7 +61,7 @@ TEST(PostProcess, CopiesTheProcessesWhole) {
   EXPECT_NE(profiler.top().find_child("Processes"), nullptr);
 }
 
-// What is written, without what the Mac that runs the test tells.
+// What is written, without what depends on the machine that runs the test.
 std::vector<std::string> elements_without(bool Omissions::*word, const FakeTools& tools) {
   tools.write("ls", keeping_arguments(tools) + "echo jdoe");
   tools.write("dscl", keeping_arguments(tools));

@@ -14,7 +14,8 @@ inline void write_printing_tool(const FakeTools& tools, const std::string& name,
   tools.write(name, "cat '" + tools.file(name + ".txt") + "'");
 }
 
-// The beginning of a script that keeps the arguments of every run, each in brackets, in the file "arguments".
+// The beginning of a script that records the arguments of every run, each in brackets, in the file
+// "arguments".
 inline std::string keeping_arguments(const FakeTools& tools) {
   return "printf '<%s>' \"$@\" >> '" + tools.file("arguments") + "'\n";
 }

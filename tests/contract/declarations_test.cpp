@@ -148,7 +148,7 @@ static_assert(kIsSame<decltype(CFPropertyListCreateFromXMLData),
 static_assert(
     kIsSame<decltype(SCDynamicStoreCopyComputerName), CFStringRef(SCDynamicStoreRef, CFStringEncoding*)>);
 
-// Nothing is left to be done when it runs: the compiler has checked all of the above.
+// There is nothing to do at run time: the compiler has checked all of the above.
 TEST(Declarations, AreThoseOfAMac) {
   const auto text = CFSTR("text");
   static_assert(kIsSame<decltype(text), const CFStringRef>);

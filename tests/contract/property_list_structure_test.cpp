@@ -163,8 +163,8 @@ TEST(PropertyListStructure, ReadsFiveHundredLevels) {
   EXPECT_EQ(outcome_of(document(nested(500, "<array>", "</array>"))).rfind("array 1 / array 1 / ", 0), 0u);
 }
 
-// The newest of Apple's parsers has this limit; older ones recurse without any, which is why a scan keeps
-// deeper lists from them.
+// Apple's newest parser has this limit; older ones recurse without any, so a scan never gives them deeper
+// lists.
 TEST(PropertyListStructure, RefusesMoreThan512Levels) {
   EXPECT_NE(outcome_of(document(nested(512, "<array>", "</array>"))), "NULL");
   EXPECT_EQ(outcome_of(document(nested(513, "<array>", "</array>"))), "NULL");

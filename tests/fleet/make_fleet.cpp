@@ -22,10 +22,10 @@ namespace {
 
 constexpr size_t kScansOfAMac = 3;
 constexpr size_t kFilesInAFolder = 1000;
-// So many facts of each file differ from the scan that it was made of, or they would be no fleet.
+// At least this many facts of each file differ from the original scan, or it would not be a fleet.
 constexpr size_t kFewestChanges = 300;
 
-// A number that follows from what it is for and for whom.
+// A pseudo-random number that depends only on its purpose and its owner.
 uint64_t number_for(std::string_view what, uint64_t whom) {
   uint64_t hash = 1'469'598'103'934'665'603u ^ whom * 0x9E3779B97F4A7C15u;
   for (const char character : what)
@@ -44,7 +44,7 @@ struct Moment {
 
   uint64_t of_mac(std::string_view what) const { return number_for(what, mac); }
   uint64_t of_scan(std::string_view what) const { return number_for(what, mac * kScansOfAMac + scan); }
-  // What happens to one in so many things in the second or the third scan, and stays.
+  // Changes that affect one in this many things in the second or third scan, and persist.
   bool has_happened(std::string_view what, uint64_t one_in) const {
     return of_mac(what) % one_in == 0 && scan >= 1 + of_mac(what) / one_in % 2;
   }
@@ -66,7 +66,7 @@ bool ends_with(std::string_view text, std::string_view end) {
   return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
-// What a Mac's value at a path is in place of that of the scan: none for those that all Macs have in common.
+// A Mac's value at a path instead of the scan's; std::nullopt if all Macs have the same.
 std::optional<std::string> value_for(std::string_view kind, std::string_view path, std::string_view value,
                                      const Moment& moment) {
   const std::string name = "mac-" + digits("%05llu", moment.mac);
@@ -88,7 +88,7 @@ std::optional<std::string> value_for(std::string_view kind, std::string_view pat
     return "192.0.2." + std::to_string(1 + moment.of_scan("address") % 254);
   }
   if (is("/Software/Soft/version")) {
-    // An application is of one of a few versions, and brought to the next one now and then.
+    // An application has one of a few versions, and is updated now and then.
     const uint64_t newer = moment.has_happened(path, 8) ? 1 : 0;
     return std::to_string(1 + number_for(path, 0) % 15) + "." + std::to_string(moment.of_mac(path) % 7) +
            "." + std::to_string(newer);

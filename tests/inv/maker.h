@@ -1,5 +1,5 @@
-// Inventory files for the reader's tests, made by the scanner's own writer or, where that one refuses to be
-// wrong, by hand.
+// Inventory files for the reader's tests, made by the scanner's own writer or, if they must be wrong, by
+// hand.
 #pragma once
 
 #include <memory>
@@ -23,7 +23,7 @@ std::string bytes_of(const Bytes& bytes);
 // A small Mac: a processor, two applications, an account, a compound field, a disk with a volume.
 std::unique_ptr<InventoryTree> snapshot();
 std::unique_ptr<InventoryTree> asset();
-// Those two in a file.
+// A file with these two trees.
 std::string file(const Form& form = {});
 // A debug run's file, with this output of the profiler.
 std::string debug_file(std::string_view profiler_output);
@@ -49,7 +49,7 @@ std::string file_of_text(std::string_view text);
 std::string trailer(uint64_t header_offset, bool big_endian, char version = kTrailerVersion,
                     char compressed = 0);
 
-// A text of tags without anything, each in the one before it, and the last of them.
+// A text of empty tags, each inside the one before it, and the last of them.
 inv::Document document_of_tags(const std::vector<std::string>& tags);
 inv::Element last_tag(const inv::Document& document);
 

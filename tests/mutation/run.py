@@ -194,7 +194,7 @@ def read_results():
     return {name: outcome for outcome, name, _ in (line.split("\t") for line in lines)}
 
 
-def tell_figure(faults):
+def print_summary(faults):
     """Prints what became of all faults in the tables; true if each was noticed."""
     results = read_results()
     outcomes = [results.get(fault.name, "not tried") for fault in faults]
@@ -235,7 +235,7 @@ def main():
                 outcome, test = MISSING, str(error)
             print(f"{outcome:9} {time.monotonic() - start:4.0f} s  {fault.place}: {fault.name}  {test}", flush=True)
             print(outcome, fault.name, test, sep="\t", file=results, flush=True)
-    sys.exit(0 if tell_figure(all_faults) else 1)
+    sys.exit(0 if print_summary(all_faults) else 1)
 
 
 if __name__ == "__main__":

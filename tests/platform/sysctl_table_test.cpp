@@ -27,7 +27,7 @@ class Kernel {
  public:
   explicit Kernel(int32_t processes) : processes_(processes) {}
 
-  // This many processes are started each time between the question for the size and the copy.
+  // This many processes start each time between reading the size and copying.
   void start_meanwhile(int32_t processes) { started_meanwhile_ = processes; }
   void refuse_size(int error) { size_error_ = error; }
   void refuse_copy(int error) { copy_error_ = error; }
@@ -76,7 +76,7 @@ class Kernel {
   size_t sizes_asked_ = 0;
 };
 
-// Read by AddressSanitizer, whose operator new would otherwise end the program where there is not enough
+// Options for AddressSanitizer, whose operator new would otherwise end the program if there is not enough
 // memory.
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 

@@ -304,7 +304,7 @@ TEST(DumpProfiler, MergesNamesThatBecomeOneAmongMany) {
   EXPECT_EQ(dump_type(keys), "+Macintosh=\n*D=\n" + expected + "-\n");
 }
 
-// With every name compared with all before it, this would take more than ten minutes.
+// If every name were compared with all before it, this would take more than ten minutes.
 TEST(DumpProfiler, WritesManyKeysInLinearTime) {
   constexpr int kCount = 400000;
   std::string keys;

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-// Shown as skipped on a Mac: CoreFoundation asks for the zone once in a process, and its locale is what the
-// user has set, whatever the variables say.
+// Skipped on a Mac: CoreFoundation reads the zone once per process, and its locale is the user's setting,
+// regardless of the variables.
 class ChangedZone : public testing::Test {
  protected:
 #ifdef __APPLE__

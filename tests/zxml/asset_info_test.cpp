@@ -263,7 +263,7 @@ class DebugScan : public testing::Test {
     EXPECT_EQ(std::sscanf(header_.c_str() + entry, "[%*d]\noffset=%u\nlength=%u\n", &offset, &length), 2);
     std::string text(1 << 16, '\0');
     uLongf size = text.size();
-    // The trailer after a tree's stream is not looked at.
+    // The trailer after a tree's stream is ignored.
     z_stream stream = {};
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(file_.data() + offset));
     stream.avail_in = length;

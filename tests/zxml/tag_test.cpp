@@ -294,7 +294,7 @@ TEST(TagCopy, CopiesEveryPartAndSharesNothing) {
   EXPECT_EQ(outline(tree_copy.root()), before);
 }
 
-// A chain this deep uses a stack up as soon as anything recurses along it.
+// A chain this deep exhausts the stack as soon as anything recurses along it.
 constexpr int kDepth = 100000;
 
 std::string deep_path() {

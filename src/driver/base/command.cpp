@@ -151,7 +151,7 @@ Run run_shell(const Command& command, uint32_t chunk, uint32_t limit) {
   Run run = run_shell_process(command, chunk, limit);
   run.end.bytes = run.length;
   run.end.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  run.end.refused = run.end.status != 0 && tells_refusal(run.output.get(), run.length);
+  run.end.refused = run.end.status != 0 && says_refused(run.output.get(), run.length);
   enter(command, run.end);
   return run;
 }

@@ -70,7 +70,7 @@ void enter_salvage(const char* command) {
   if (CommandRecord* record = find_record(command)) record->salvaged = true;
 }
 
-bool tells_refusal(const char* output, size_t length) {
+bool says_refused(const char* output, size_t length) {
   if (length > kLongestRefusal) return false;
   const std::string_view text(output, length);
   return std::any_of(std::begin(kRefusals), std::end(kRefusals),

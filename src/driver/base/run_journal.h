@@ -60,4 +60,4 @@ void enter_run(const char* command, bool is_series, const CommandEnd& end);
 void enter_salvage(const char* command);
 
 // True if the output of a failed tool says that it needs an administrator.
-bool tells_refusal(const char* output, size_t length);
+bool says_refused(const char* output, size_t length);

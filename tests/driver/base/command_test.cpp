@@ -133,7 +133,7 @@ TEST(RunCommand, EndsACommandThatPrintsForever) {
   EXPECT_EQ(result.output.size(), 1000000u);
 }
 
-// A tool that goes wild may also be deaf to the end of its pipe.
+// A tool that runs wild may also ignore the end of its pipe.
 TEST(RunCommand, EndsACommandThatPrintsForeverThoughNobodyReads) {
   testing::internal::CaptureStderr();
   const Outcome result = run("trap '' PIPE; while :; do echo more; done 2>/dev/null", 100, 1000);
@@ -232,7 +232,7 @@ class LongestSilence {
 
 bool has_gone(const std::string& process) { return kill(static_cast<pid_t>(std::stoi(process)), 0) != 0; }
 
-// Processes that nobody is left to wait for are gone a moment after they are killed.
+// Orphaned processes are gone a moment after they are killed.
 void expect_gone(const std::string& process) {
   for (int i = 0; i < 500 && !has_gone(process); ++i) std::this_thread::sleep_for(milliseconds(10));
   EXPECT_TRUE(has_gone(process)) << process;
@@ -319,7 +319,7 @@ void (*signal_handler())(int) {
   return action.sa_handler;
 }
 
-// It may have worked longer already than its tools are allowed to.
+// It may already have used more time than its tools are allowed.
 TEST(WorkLimit, DoesNotEndThisProgramItself) {
   {
     const WorkLimit limit(1);

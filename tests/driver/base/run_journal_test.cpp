@@ -146,8 +146,8 @@ TEST(RunJournal, RecognisesARefusalByTheWordsOfAFailure) {
 
 TEST(RunJournal, TakesALongAnswerForNoRefusal) {
   const std::string refusal = "must be root";
-  EXPECT_TRUE(tells_refusal((refusal + std::string(988, '.')).c_str(), 1000));
-  EXPECT_FALSE(tells_refusal((refusal + std::string(989, '.')).c_str(), 1001));
+  EXPECT_TRUE(says_refused((refusal + std::string(988, '.')).c_str(), 1000));
+  EXPECT_FALSE(says_refused((refusal + std::string(989, '.')).c_str(), 1001));
 }
 
 TEST(RunJournal, RecordsASalvagedOutput) {

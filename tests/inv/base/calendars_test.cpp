@@ -114,7 +114,7 @@ TEST(Calendars, WithoutANameTheYearDecides) {
 }
 
 TEST(Calendars, AYearThatTheNamedOneCannotHaveIsOfAnother) {
-  // The digits of an Arabic or Persian locale are not ASCII ones, and the scanner takes another date then.
+  // The digits of an Arabic or Persian locale are not ASCII, so the scanner writes a Gregorian date.
   EXPECT_EQ(days_since_1970({2026, 11, 21}, "islamic-umalqura"), kAutumnDay);
   EXPECT_EQ(days_since_1970({2026, 11, 21}, "persian"), kAutumnDay);
   EXPECT_EQ(days_since_1970({2026, 11, 21}, "no such calendar"), kAutumnDay);

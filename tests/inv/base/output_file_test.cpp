@@ -61,7 +61,7 @@ TEST_F(OutputFileTest, LeavesTheTargetAloneWhenNotCommitted) {
   EXPECT_EQ(files(), 1);
 }
 
-// Writing fails behind the first bytes, as on a full disk.
+// Writing fails after the first bytes, as on a full disk.
 class FullDisk {
  public:
   FullDisk() : old_action_(signal(SIGXFSZ, SIG_IGN)) {
@@ -153,8 +153,8 @@ TEST_F(OutputFileTest, HasNoStreamWhereNoFileCanBeMade) {
   EXPECT_FALSE(output.commit());
 }
 
-// A device must never be replaced by a file, such as by a superuser's "-o /dev/null"; a pipe has a reader who
-// waits.
+// A device must never be replaced by a file, for example by root's "-o /dev/null"; a pipe has a waiting
+// reader.
 TEST_F(OutputFileTest, WritesDirectlyIntoWhatIsNotAFile) {
   const fs::path pipe = folder / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);

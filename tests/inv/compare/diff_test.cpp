@@ -12,7 +12,7 @@ std::string snapshot(std::string_view lines) {
   return maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + std::string(lines) + "-\n");
 }
 
-// The changes, a line each.
+// The changes, one per line.
 std::string changes(const std::string& old_file, const std::string& new_file, Facts facts = Facts::lasting) {
   const auto old_inventory = maker::open(old_file);
   const auto new_inventory = maker::open(new_file);

@@ -10,7 +10,7 @@ std::string snapshot(std::string_view lines) {
   return maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\n" + std::string(lines) + "-\n");
 }
 
-// The sentences about what changed in a snapshot, a line each.
+// The sentences about what changed in a snapshot, one per line.
 std::string told(std::string_view old_lines, std::string_view new_lines,
                  inv::Facts facts = inv::Facts::lasting) {
   const auto old_inventory = maker::open(snapshot(old_lines));

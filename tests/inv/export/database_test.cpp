@@ -36,7 +36,7 @@ class DatabaseTest : public testing::Test {
     ASSERT_TRUE(database.commit());
   }
 
-  // All rows of a query: cells with "|" between, rows with line feeds.
+  // All rows of a query: cells separated by "|", rows by line feeds.
   std::string query(const std::string& sql) {
     sqlite3* handle = nullptr;
     std::string rows;
@@ -103,7 +103,7 @@ TEST_F(DatabaseTest, RecordsWhoSigned) {
   EXPECT_EQ(query("SELECT signed_by FROM machines"), "imac@studio.example.com\n");
 }
 
-// A snapshot of a machine and a moment with so many values beside.
+// A snapshot of this machine and time with this many other values.
 std::string scan(const std::string& timestamp, int values = 0, const std::string& machine = "A") {
   std::string text = "\xEF\xBB\xBF?zxml\n+Snapshot=\ntimestamp=" + timestamp + "\n";
   for (int i = 0; i < values; ++i) text += "v" + std::to_string(i) + "=1\n";

@@ -112,7 +112,7 @@ TEST(Export, NoFilesAreAnEmptyJsonArray) {
   EXPECT_EQ(json::parse(exported({ExportFormat::json}, {})), json::array());
 }
 
-// What the rows of a file have in common behind the first columns.
+// What the rows of a file have in common after the first columns.
 std::string id_of(const std::string& file) { return inv::hexadecimal(inv::sha256(file)); }
 
 constexpr char kColumns[] =
@@ -169,7 +169,7 @@ TEST(Export, JsonSaysWhichScanItIs) {
   EXPECT_EQ(machines[1]["scanned_at"], "2012-01-18T13:30:45Z");
 }
 
-// The values in the rows of CSV, as they stand there.
+// The values in the CSV rows, unparsed.
 std::string csv_values(const std::string& lines) {
   const std::string file = maker::file_of_text("\xEF\xBB\xBF?zxml\n*Snapshot=\nhostname=x\n" + lines);
   std::string values;

@@ -86,7 +86,7 @@ TEST(Catalogue, NamesTheIdentifyingAttributes) {
   EXPECT_TRUE(known_by({"Snapshot", "Memory", "Memory-slot:1"}).empty());
 }
 
-// What is below a fact is searched by halves.
+// What is below a fact is found by binary search.
 void expect_sorted(const CatalogueFact& fact) {
   for (size_t i = 1; i < fact.below.size(); ++i) {
     const std::string_view before = fact.below.begin()[i - 1].name;

@@ -15,7 +15,7 @@ std::optional<Container> read(const std::string& file, Faults& faults,
   return inv::read_container(file, max_size, faults);
 }
 
-// The faults' sentences, one a line.
+// The faults' sentences, one per line.
 std::string faults_of(const std::string& file, uint64_t max_size = inv::kUsualMaxSize) {
   Faults faults;
   read(file, faults, max_size);

@@ -90,7 +90,7 @@ TEST(Verify, RejectsEveryFlippedByteThatChangesAValue) {
       }
     }
   }
-  // Only bits that say how hard zlib tried are without consequence.
+  // Only the bits for zlib's compression level make no difference.
   EXPECT_GT(rejected, file.size() * 4 - 16);
 }
 

@@ -31,8 +31,8 @@ TEST(RandomSalt, IsAnotherEachTime) {
   EXPECT_NE(inv::random_salt(), inv::random_salt());
 }
 
-// The value of another implementation of Argon2id. It never changes: redacted files of one key would not
-// compare any more.
+// The value comes from another implementation of Argon2id. It must never change, or redacted files with the
+// same key could no longer be compared.
 TEST(StretchedKey, IsArgon2id) {
   EXPECT_EQ(digits(*inv::stretched_key("our support key", kSalt)),
             "a87e7e7adf6cf029662bc2cbc5c00113da381647659a8a762c7861cbf18deae5");

@@ -81,7 +81,7 @@ TEST(Redact, ReplacesTheWholeNameOfAFolderThatHoldsBlanks) {
   EXPECT_EQ(redacted("*usr-acc:1=jane\nfullname=Jane Doe\nhdir=/Users/Jane Doe\n"),
             "*usr-acc:1=" + anon("jane") + "\nfullname=" + anon("Jane Doe") + "\nhdir=/Users/" +
                 anon("Jane Doe") + "\n");
-  // What could be anything elsewhere is replaced in its place.
+  // What could be anything elsewhere is replaced in its own place.
   EXPECT_EQ(redacted("location=/Users/1 2/x.app\ninfo=3 1 2\n"),
             "location=/Users/" + anon("1 2") + "/x.app\ninfo=3 1 2\n");
 }
@@ -114,7 +114,7 @@ TEST(Redact, KeepsTheScannersOwnWordsAndTimes) {
             "user-name=" + anon("leopard") + "\nos=" + anon("leopard") + " 10.6\n");
 }
 
-// A stick that says "000000" of itself once rewrote every time in the file.
+// A stick with the serial number "000000" once rewrote every time in the file.
 TEST(Redact, KeepsTimesWithShortOffsets) {
   const std::string lines = "inst=20120118153045.000000+0\n*USB=\ntime=20120118153045.000000-60\n";
   EXPECT_EQ(redacted(lines + "serial-number=000000\n"), lines + "serial-number=000000\n");
@@ -146,7 +146,7 @@ TEST(Redact, ReplacesWhatAPersonKeepsInItsPlaceOnly) {
             "location=/Users/" + anon("jane") + "/" + anon("Reports") + "/Notes.app\ninfo=Reports\n");
 }
 
-// What is found as a token elsewhere would leave the rest of the folder's name standing.
+// Replacing only the token would leave the rest of the folder's name.
 TEST(Redact, ReplacesAPersonsWholeFolderEvenIfItContainsAName) {
   EXPECT_EQ(redacted("location=/Users/jane/jane and me/x.app\n"),
             "location=/Users/" + anon("jane") + "/" + anon("jane and me") + "/x.app\n");

@@ -8,7 +8,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-// What is found, with "(here)" behind what is replaced in its place only.
+// What is found, with "(here)" after what is replaced only in its place.
 Texts traces(std::string_view text) {
   Texts found;
   for (const inv::Trace& trace : inv::traces_in(text)) {

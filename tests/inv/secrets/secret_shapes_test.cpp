@@ -17,7 +17,7 @@ std::vector<std::string> found(const std::string& text) {
 
 using Texts = std::vector<std::string>;
 
-// What may follow a token's start: letters and digits, with "_" and "-", with "." too.
+// What may follow a token's start: letters and digits, also "_" and "-", also ".".
 enum class Rest { word, token, dotted };
 
 constexpr struct {

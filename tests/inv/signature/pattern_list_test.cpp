@@ -26,7 +26,7 @@ TEST(PatternList, OneNegatedPatternRefusesWhateverTheOthersSay) {
   EXPECT_FALSE(matches_list("!imac,*", "imac"));
   EXPECT_TRUE(matches_list("!imac,*", "mini"));
   EXPECT_TRUE(matches_list("*,!mini?", "mini"));
-  EXPECT_FALSE(matches_list("!imac", "mini"));  // nothing says yes
+  EXPECT_FALSE(matches_list("!imac", "mini"));  // no pattern matches
 }
 
 }  // namespace

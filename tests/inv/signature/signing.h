@@ -1,4 +1,4 @@
-// Signatures of any form, right and wrong, for the tests of what reads them.
+// Signatures of any form, valid and invalid, for the tests of what reads them.
 #pragma once
 
 #include <cstdint>
@@ -50,7 +50,7 @@ Form with(Value Form::*field, Given value) {
 // What the armor holds.
 std::string signature_blob(const Key& key, std::string_view file, const Form& form = {});
 std::string armored(std::string_view blob);
-// The text beside the file.
+// The content of the signature file.
 std::string signature_text(const Key& key, std::string_view file, const Form& form = {});
 
 }  // namespace signing
