@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "inv/base/wildcards.h"
+#include "inv/facts/facts.h"
 
 namespace inv {
 namespace {
@@ -18,13 +19,14 @@ std::string_view take_segment(std::string_view& path) {
   return segment;
 }
 
-// What a path below an element names: an attribute, or else an element with its own value.
+// What a path below an element names: an attribute, or else an element with its own value. A compound field
+// is both, and its value is that of the element.
 FoundValue value_below(Element element, std::string_view path) {
   for (size_t slash = path.find('/'); slash != path.npos; slash = path.find('/')) {
     element = element.child(take_segment(path));
   }
   const Attribute* attribute = element.attribute(path);
-  if (attribute) return {attribute->value, element, attribute};
+  if (attribute && is_fact(*attribute)) return {attribute->value, element, attribute};
   return {element.child(path).value(), element.child(path)};
 }
 
