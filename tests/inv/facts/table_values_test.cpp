@@ -10,7 +10,8 @@ class TableValues : public testing::Test {
  protected:
   TableValues()
       : inventory_(maker::open(maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\nhostname=A\n+List=\n+"
-                                                   "Thing:1=One\nsize=5\n*part=P\nwidth=3\n-\n*Thing:2=\n"
+                                                   "Thing:1=One\nsize=5\nweight=7\nboth=\n~complex=\n*both="
+                                                   "B\n*weight=W\n*part=P\nwidth=3\n-\n*Thing:2=\n"
                                                    "size=\n*Other:1=Third\nsize=9\n-\n+Details=\n*Thing:1="
                                                    "First\nkind=old\n+Thing:2=\n*part=\nwidth=8\n-\n-\n"
                                                    "*Alone=Only\ncolour=red\n-\n"))),
@@ -31,6 +32,8 @@ TEST_F(TableValues, AreOfTheElementItself) {
   EXPECT_EQ(value("Thing:1", "size"), "5");
   EXPECT_EQ(value("Thing:1", "part/width"), "3");
   EXPECT_EQ(value("Thing:1", "part"), "P");
+  EXPECT_EQ(value("Thing:1", "weight"), "7");
+  EXPECT_EQ(value("Thing:1", "both"), "B");
   EXPECT_EQ(value("Thing:1", "mass"), "");
   EXPECT_EQ(value("Thing:2", "part/width"), "");
 }
