@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "inv/compare/diff.h"
+#include "inv/export/tables.h"
 #include "inv/facts/facts.h"
 #include "inv/file/verify.h"
 #include "inv/show/summary.h"
@@ -20,6 +21,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   if (!inventory->container && inventory->faults.empty()) std::abort();
   size_t length = 0;
   inv::each_fact(*inventory, [&](const inv::Fact& fact) { length += fact.path.size() + fact.value.size(); });
+  const inv::Scan scan = inv::scan_of(*inventory);
+  for (const inv::TypedTable& table : inv::typed_tables()) {
+    inv::each_row(table, *inventory, scan,
+                  [&](const std::vector<inv::Cell>& cells) { length += cells.size(); });
+  }
   length += inv::summary_screen(inv::overview_of(*inventory), inv::Terminal()).size();
   if (!inv::diff(*inventory, *inventory, inv::Facts::all).empty() || length == 0) std::abort();
   return 0;

@@ -124,6 +124,12 @@ TEST(Tables, AMachineIsARowOfEveryScan) {
   EXPECT_TRUE(rows_of_file("software", maker::debug_file("<plist></plist>")).empty());
 }
 
+TEST(Tables, AMachineIsCalledAsPeopleCallIt) {
+  const Row row = rows_of("machines", "hostname=STUDIO\n+System=\n*Chassis=\nserial=SIM1\n-\n").at(0);
+  EXPECT_EQ(row.at("machine"), "SIM1");
+  EXPECT_EQ(row.at("name"), "STUDIO");
+}
+
 TEST(Tables, AMachineHasWhatTheScanSays) {
   const std::string lines =
       "+System=\n*Computer-system=\nmodel=iMac11,1\nuuid=U1\n*Chassis=\nserial=SIM1\n-\n"
@@ -284,11 +290,11 @@ TEST(Tables, AnAccountAProcessAndAPackageHaveTheirNumbersAndTimes) {
 }
 
 TEST(Tables, DaysAndTimesAreOfTheCalendarThatTheScanNames) {
-  const std::string calendar = "*Scan=\ncalendar=buddhist\n";
-  EXPECT_EQ(cell("software", "modified_on", "+Software=\n*Soft:1=Chess\ninst-date=25550118\n-\n" + calendar),
+  const std::string calendar = "*Scan=\ncalendar=ethiopic\n";
+  EXPECT_EQ(cell("software", "modified_on", "+Software=\n*Soft:1=Chess\ninst-date=20040509\n-\n" + calendar),
             "2012-01-18");
   EXPECT_EQ(cell("packages", "installed_at",
-                 "+Packages=\n*Package:1=Notes\ninstall-date=25690114081451.000000+0\n-\n" + calendar),
+                 "+Packages=\n*Package:1=Notes\ninstall-date=20180506081451.000000+0\n-\n" + calendar),
             "2026-01-14T08:14:51Z");
 }
 
