@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace inv {
 namespace {
@@ -54,6 +55,28 @@ Part take_part(std::string_view& version) {
   return {kind_of_word(word), word};
 }
 
+// A longer number comes after all shorter ones and before any word: a colon follows the digits and precedes
+// the letters.
+constexpr size_t kUsualDigits = 10;
+
+std::string sortable_number(const std::string& digits) {
+  const size_t size = digits.size();
+  if (size <= kUsualDigits) return std::string(kUsualDigits - size, '0') + digits;
+  return std::string(size - kUsualDigits, ':') + digits;
+}
+
+// A part after so many zeros. What is missing counts as zero, so an announcement must come before the end of
+// a key, the later the more zeros are before it, and anything else after the end, which is a point.
+void append_part(std::string& key, const Part& part, size_t zeros) {
+  if (part.kind == Part::Kind::announcement) {
+    key.append("-").append(zeros, '~').append(part.text);
+    return;
+  }
+  key += '.';
+  for (; zeros > 0; --zeros) key.append(kUsualDigits, '0').append(".");
+  key += part.kind == Part::Kind::number ? sortable_number(part.text) : part.text;
+}
+
 int compare_parts(const Part& one, const Part& other) {
   if (one.kind != other.kind) return one.kind < other.kind ? -1 : 1;
   const bool by_length = one.kind == Part::Kind::number && one.text.size() != other.text.size();
@@ -62,6 +85,21 @@ int compare_parts(const Part& one, const Part& other) {
 }
 
 }  // namespace
+
+std::string version_key(std::string_view version) {
+  if (version.size() > kLongestVersion) return "";
+  std::string key;
+  size_t zeros = 0;
+  while (!version.empty()) {
+    const Part part = take_part(version);
+    if (part.kind == Part::Kind::number && part.text.empty()) {
+      ++zeros;
+    } else {
+      append_part(key, part, std::exchange(zeros, 0));
+    }
+  }
+  return key + ".";
+}
 
 int compare_versions(std::string_view one, std::string_view other) {
   while (!one.empty() || !other.empty()) {

@@ -1,6 +1,8 @@
 // Versions in the order in which they were published, which is not that of their letters: 5.9 is before 5.10.
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace inv {
@@ -10,5 +12,13 @@ namespace inv {
 // words (alpha, a, beta, b, rc, ...) come before the release: "6.0b2" is earlier than "6.0", and "1.0.2k"
 // later than "1.0.2".
 int compare_versions(std::string_view one, std::string_view other);
+
+// Bytes of a version; what is longer is something else.
+constexpr size_t kLongestVersion = 1000;
+
+// A text for a version, such that comparing the bytes of two is comparing the versions. For numbers with
+// points between it is easily made by hand: each number but the zeros at the end with ten digits and points
+// around it, ".0000000005.0000000010." for "5.10.0". Empty for what is longer than kLongestVersion.
+std::string version_key(std::string_view version);
 
 }  // namespace inv

@@ -1,5 +1,6 @@
 #include "inv/export/database.h"
 
+#include "inv/base/version_order.h"
 #include "inv/export/database_file.h"
 #include "inv/facts/overview.h"
 
@@ -11,6 +12,14 @@ constexpr char kCache[] = "PRAGMA cache_size = -65536";
 
 // How many paths' numbers are cached: those of a whole fleet, except for names that only one Mac has.
 constexpr size_t kMostPaths = 100'000;
+// The same for versions.
+constexpr size_t kMostVersions = 100'000;
+
+bool names_version(std::string_view name) {
+  constexpr std::string_view kEnd = "-version";
+  return name == kEnd.substr(1) ||
+         (name.size() >= kEnd.size() && name.substr(name.size() - kEnd.size()) == kEnd);
+}
 
 }  // namespace
 
@@ -43,6 +52,7 @@ bool Database::prepare_connection() {
              "INSERT INTO paths (path, element, section, name, kind, element_index) "
              "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
              add_path_) &&
+         sqlite_.prepare("INSERT OR IGNORE INTO version_keys VALUES (?1, ?2)", add_version_) &&
          sqlite_.prepare("INSERT INTO fact_values VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)", add_fact_);
 }
 
@@ -58,8 +68,8 @@ Loaded Database::add(const Arrival& arrival) {
   if (!sqlite_.run("SAVEPOINT scan")) return Loaded::broken;
   const Loaded outcome = put_in(arrival);
   if (outcome != Loaded::refused) return sqlite_.run("RELEASE scan") ? outcome : Loaded::broken;
-  // The rollback also undoes the paths that were added.
-  path_numbers_.clear();
+  // The rollback also undoes the paths and versions that were added.
+  forget();
   const std::string reason = sqlite_.error();
   const bool alone =
       sqlite_.in_transaction() && sqlite_.run("ROLLBACK TO scan") && sqlite_.run("RELEASE scan");
@@ -96,8 +106,13 @@ bool Database::add_each_alone(const std::vector<Arrival>& arrivals, std::vector<
   return true;
 }
 
-void Database::roll_back() {
+void Database::forget() {
   path_numbers_.clear();
+  versions_.clear();
+}
+
+void Database::roll_back() {
+  forget();
   if (sqlite_.in_transaction()) sqlite_.run("ROLLBACK");
 }
 
@@ -153,9 +168,19 @@ bool Database::add_fact(int64_t machine, int64_t position, const PreparedScan::R
   const Sqlite::Statement& row = add_fact_;
   int64_t path = 0;
   const bool numbered = fact.is_number ? sqlite_.lend(row, 7, fact.value) : sqlite_.bind_null(row, 7);
+  if (names_version(fact.name) && !add_version(fact.value)) return false;
   return numbered && find_path(fact, path) && sqlite_.bind(row, 1, machine) &&
          sqlite_.bind(row, 2, position) && sqlite_.bind(row, 3, path) && sqlite_.lend(row, 4, fact.value) &&
          sqlite_.lend(row, 5, fact.unit) && sqlite_.lend(row, 6, fact.base_value) && sqlite_.execute(row);
+}
+
+bool Database::add_version(std::string_view version) {
+  if (version.size() > kLongestVersion) return true;
+  if (versions_.size() >= kMostVersions) versions_.clear();
+  if (!versions_.emplace(version).second) return true;
+  const std::string key = version_key(version);
+  return sqlite_.lend(add_version_, 1, version) && sqlite_.lend(add_version_, 2, key) &&
+         sqlite_.execute(add_version_);
 }
 
 bool Database::find_path(const PreparedScan::Row& fact, int64_t& id) {

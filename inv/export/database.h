@@ -2,7 +2,9 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "inv/export/prepared_scan.h"
@@ -62,12 +64,16 @@ class Database {
   bool prepare_connection();
   bool add_together(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
   bool add_each_alone(const std::vector<Arrival>& arrivals, std::vector<Outcome>& outcomes);
+  // After a rollback it is unknown which paths and versions are in the database.
+  void forget();
   void roll_back();
   // After a refusal, the caller must roll back what was added.
   Loaded put_in(const Arrival& arrival);
   bool remove(int64_t machine);
   bool add_machine(const Scan& scan, const std::string& signed_by);
   bool add_fact(int64_t machine, int64_t position, const PreparedScan::Row& fact);
+  // The key of a version, unless it is there already.
+  bool add_version(std::string_view version);
   bool find_path(const PreparedScan::Row& fact, int64_t& id);
   bool number_of_new_path(const PreparedScan::Row& fact, int64_t& id);
 
@@ -83,8 +89,10 @@ class Database {
   Sqlite::Statement add_machine_;
   Sqlite::Statement find_path_;
   Sqlite::Statement add_path_;
+  Sqlite::Statement add_version_;
   Sqlite::Statement add_fact_;
   std::unordered_map<std::string, int64_t> path_numbers_;  // of paths that are certainly in the database
+  std::unordered_set<std::string> versions_;               // that certainly have their keys there
   std::string path_key_;
   std::string error_;
 };

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "inv/base/version_order.h"
 #include "inv/export/schema.h"
 #include "inv/facts/facts.h"
 #include "inv/file/timestamp.h"
@@ -14,7 +15,9 @@ namespace {
 
 // "VKLI", which the file has in its header.
 constexpr int64_t kApplication = 0x564B4C49;
-constexpr int64_t kVersion = 4;
+constexpr int64_t kVersion = 5;
+// This one lacks the keys of versions and the columns of views that show them.
+constexpr int64_t kVersionWithoutKeys = 4;
 // These two have the same tables, and the second more views.
 constexpr int64_t kVersionsBefore[] = {2, 3};
 
@@ -22,7 +25,7 @@ constexpr int64_t kVersionsBefore[] = {2, 3};
 // page, takes a fifth less time and room.
 constexpr char kPageSize[] = "PRAGMA page_size = 8192";
 
-enum class Owner { nobody, this_version, versions_before, another };
+enum class Owner { nobody, this_version, version_without_keys, versions_before, another };
 
 // The versions before did not put their mark on a database: the tables tell.
 constexpr char kTablesBefore[] =
@@ -41,6 +44,7 @@ Owner owner_of(Sqlite& sqlite, bool& good) {
   const int64_t version = integer("PRAGMA user_version");
   const int64_t tables = integer("SELECT count(*) FROM sqlite_master");
   if (application == kApplication && version == kVersion) return Owner::this_version;
+  if (application == kApplication && version == kVersionWithoutKeys) return Owner::version_without_keys;
   if (application != 0) return Owner::another;
   if (version == 0 && tables == 0) return Owner::nobody;
   const bool is_before = std::count(std::begin(kVersionsBefore), std::end(kVersionsBefore), version) > 0;
@@ -109,7 +113,18 @@ void index_of_path(sqlite3_context* context, int, sqlite3_value** arguments) {
   give_text(context, part_of_path(text_of(arguments[0]), true));
 }
 
+void key_of_version(sqlite3_context* context, int, sqlite3_value** arguments) {
+  give(context, version_key(text_of(arguments[0])));
+}
+
 using Function = void (*)(sqlite3_context*, int, sqlite3_value**);
+
+// The keys of versions, and the views, which show them.
+bool add_versions_and_views(Sqlite& sqlite) {
+  sqlite3_create_function(sqlite.handle(), "version_key", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                          key_of_version, nullptr, nullptr);
+  return sqlite.run(std::string(kDatabaseVersions).append(kDatabaseViews));
+}
 
 bool migrate(Sqlite& sqlite) {
   const struct {
@@ -125,10 +140,17 @@ bool migrate(Sqlite& sqlite) {
                             function, nullptr, nullptr);
   }
   const auto run = [&](std::string_view sql) { return sqlite.run(std::string(sql)); };
-  return run(kDatabaseSetAside) && run(kDatabaseSchema) && run(kDatabaseMigration) && run(kDatabaseViews);
+  return run(kDatabaseSetAside) && run(kDatabaseSchema) && run(kDatabaseMigration) &&
+         add_versions_and_views(sqlite);
 }
 
-bool create(Sqlite& sqlite) { return sqlite.run(std::string(kDatabaseSchema).append(kDatabaseViews)); }
+bool add_keys(Sqlite& sqlite) {
+  return sqlite.run(std::string(kDatabaseViewsDropped)) && add_versions_and_views(sqlite);
+}
+
+bool create(Sqlite& sqlite) {
+  return sqlite.run(std::string(kDatabaseSchema)) && add_versions_and_views(sqlite);
+}
 
 bool mark(Sqlite& sqlite) {
   return sqlite.run("PRAGMA application_id = " + std::to_string(kApplication) +
@@ -139,6 +161,8 @@ bool prepare_tables(Sqlite& sqlite, Owner owner) {
   switch (owner) {
     case Owner::nobody:
       return create(sqlite) && mark(sqlite);
+    case Owner::version_without_keys:
+      return add_keys(sqlite) && mark(sqlite);
     case Owner::versions_before:
       return migrate(sqlite) && mark(sqlite);
     case Owner::this_version:

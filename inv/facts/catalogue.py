@@ -325,7 +325,9 @@ class Catalogue:
         kinds, units = set(), set()
         for name in column.sources:
             if table.use == "view":
-                name = without_prefix(name, BASE_VALUE)
+                if name.startswith(KEY_OF) and not name.endswith("version"):
+                    raise Mistake(column.line, f'"{without_prefix(name, KEY_OF)}" is no version')
+                name = without_prefix(without_prefix(name, BASE_VALUE), KEY_OF)
             facts = self.facts_of(elements, name)
             if not facts:
                 raise Mistake(column.line, f'{table.rows} has no "{name}"')
@@ -571,6 +573,7 @@ const std::vector<TypedTable>& typed_tables() {{
 
 ELEMENT_NAME, ELEMENT_NUMBER = NAMES_OF_ELEMENTS = ("its name", "its number")
 BASE_VALUE = "base value of "
+KEY_OF = "key of "
 
 
 def sql_cast(column, value):
@@ -593,6 +596,9 @@ def sql_beside(table, path):
 
 
 def view_value(table, column):
+    if table.is_whole_scan and column.source.startswith(KEY_OF):
+        path = f"/{without_prefix(column.source, KEY_OF)}"
+        return f"(SELECT k.version_key FROM facts d JOIN version_keys k ON k.version = d.value WHERE d.path = '{path}' AND d.machine_id = m.id)"
     if table.is_whole_scan:
         return f"(SELECT {sql_cast(column, 'd.value')} FROM facts d WHERE d.path = '/{column.source}' AND d.machine_id = m.id)"
     values = [view_source(table, column, source) for source in column.sources]
@@ -612,6 +618,9 @@ def view_source(table, column, source):
         return f"(SELECT {sql_cast(column, 'd.value')} FROM facts d\n   WHERE d.path = f.element || '/{source}' AND d.machine_id = f.machine_id)"
     if source.startswith(BASE_VALUE):
         return f"max(CASE f.name WHEN '{without_prefix(source, BASE_VALUE)}' THEN CAST(nullif(f.base_value, '') AS INTEGER) END)"
+    if source.startswith(KEY_OF):
+        key = "(SELECT k.version_key FROM version_keys k WHERE k.version = f.value)"
+        return f"max(CASE f.name WHEN '{without_prefix(source, KEY_OF)}' THEN {key} END)"
     return f"max(CASE f.name WHEN '{source}' THEN {sql_cast(column, 'f.value')} END)"
 
 
@@ -630,7 +639,9 @@ def view(catalogue, table):
 
 
 def write_views(catalogue):
-    return VIEWS.format(views="\n".join(view(catalogue, table) for table in catalogue.tables if table.use == "view"))
+    views = [table for table in catalogue.tables if table.use == "view"]
+    return VIEWS.format(views="\n".join(view(catalogue, table) for table in views),
+                        dropped="\n".join(f"DROP VIEW IF EXISTS {table.title};" for table in views))
 
 
 VIEW = """CREATE VIEW {name} AS
@@ -654,6 +665,10 @@ namespace inv {{
 
 const std::string_view kDatabaseViews = R"sql(
 {views})sql";
+
+const std::string_view kDatabaseViewsDropped = R"sql(
+{dropped}
+)sql";
 
 }}  // namespace inv
 """

@@ -162,6 +162,13 @@ class Code(unittest.TestCase):
         self.assertIn("WHERE f.path GLOB '/Software/Soft:*'\nGROUP BY", made)
         self.assertNotIn("Applications", made)
 
+    def test_views_have_the_keys_of_versions(self):
+        text = SMALL.replace("/Software/Soft:N/size | integer", "/Software/Soft:N/fix-version | text | nobody\n/Software/Soft:N/size | integer")
+        text = text.replace("  size_mb: size\n", "  size_mb: size\n  fix_key: key of fix-version\n", 1)
+        made = catalogue.write_views(catalogue.Catalogue(text))
+        self.assertIn("  max(CASE f.name WHEN 'fix-version' THEN (SELECT k.version_key FROM version_keys k WHERE k.version = f.value) END) AS fix_key\n", made)
+        self.assertIn("DROP VIEW IF EXISTS software;\n", made)
+
     def test_shows_an_element_that_is_alone_as_a_row(self):
         text = SMALL.replace("/Software/Soft:N | ", "/Software/kind | text | nobody\n/Software/Soft:N | ")
         text += "\n[view folders: /Software]\n  kind: kind\n"
@@ -343,6 +350,9 @@ class Mistakes(unittest.TestCase):
         line = line_of("  size_bytes")
         self.expect(line, '"amount" is not one of: text, integer, number, yes/no, bytes, seconds, time, date', "size as bytes", "size as amount")
         self.expect(line, '"location" is not in KB, MB, GB', "size as bytes", "location as bytes")
+
+    def test_only_versions_have_keys(self):
+        self.expect(line_of("  size_mb"), '"size" is no version', "  size_mb: size\n", "  size_mb: key of size\n")
 
     def test_views_and_tables_of_the_same_elements_agree(self):
         problem = '"size_mb" of the view software is something else than that of the table software'

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
 #include <string>
 
 namespace {
@@ -53,6 +55,43 @@ TEST(CompareVersions, SkipsSeparators) {
   expect_equal("1.2", "1,2");
   expect_equal("(1) 2", "1.2");
   expect_equal("6.0B2", "6.0b2");
+}
+
+int sign(int number) { return (number > 0) - (number < 0); }
+
+// Numbers of several lengths, zeros, announcements and other words, one after another.
+std::string some_version(std::mt19937& random) {
+  constexpr const char* kParts[] = {"0",          "0",           "1",           "2", "9",      "10",
+                                    "9999999999", "10000000000", "99999999999", "a", "b",      "beta",
+                                    "rc",         "k",           "kb",          "z", "\u00E9", "K"};
+  std::string version;
+  for (size_t parts = random() % 6; parts > 0; --parts) {
+    version += kParts[random() % std::size(kParts)];
+    version += "  .-"[random() % 4];
+  }
+  return version;
+}
+
+TEST(VersionKey, SortsAsTheVersionsDo) {
+  std::mt19937 random(17);
+  for (int i = 0; i < 200'000; ++i) {
+    const std::string one = some_version(random), other = some_version(random);
+    const int order = inv::version_key(one).compare(inv::version_key(other));
+    ASSERT_EQ(sign(order), sign(inv::compare_versions(one, other))) << one << " | " << other;
+  }
+}
+
+TEST(VersionKey, IsEasilyMadeByHandForNumbers) {
+  EXPECT_EQ(inv::version_key("5.10"), ".0000000005.0000000010.");
+  EXPECT_EQ(inv::version_key("5.10.0"), ".0000000005.0000000010.");
+  EXPECT_EQ(inv::version_key("5.0.1"), ".0000000005.0000000000.0000000001.");
+  EXPECT_EQ(inv::version_key("6.0b2"), ".0000000006-~b.0000000002.");
+  EXPECT_EQ(inv::version_key(""), ".");
+}
+
+TEST(VersionKey, IsMissingForWhatIsTooLong) {
+  EXPECT_NE(inv::version_key(std::string(1000, '1')), "");
+  EXPECT_EQ(inv::version_key(std::string(1001, '1')), "");
 }
 
 TEST(CompareVersions, TakesNumbersOfAnyLength) {

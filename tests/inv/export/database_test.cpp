@@ -291,8 +291,9 @@ TEST_F(DatabaseTest, ADatabaseOfTheVersionBeforeBecomesOneOfThis) {
   EXPECT_EQ(query("SELECT DISTINCT section, kind, element_index, number FROM facts WHERE path LIKE '%/size' "
                   "OR path LIKE '%int-name'"),
             "snapshot|/Storage/Logical-disks/partition/size|1|499.5\nasset|AssetInfo/int-name||NULL\n");
-  EXPECT_EQ(query("SELECT DISTINCT name, version FROM software"), "Safari|5.1\n");
-  EXPECT_EQ(query("PRAGMA user_version"), "4\n");
+  EXPECT_EQ(query("SELECT DISTINCT name, version, version_key FROM software"),
+            "Safari|5.1|.0000000005.0000000001.\n");
+  EXPECT_EQ(query("PRAGMA user_version"), "5\n");
   EXPECT_EQ(query("PRAGMA foreign_key_check; PRAGMA integrity_check"), "ok\n");
 }
 
@@ -335,7 +336,7 @@ TEST_F(DatabaseTest, LeavesWhatIsNotItsOwnAsItIs) {
         "CREATE TABLE machines (x); CREATE TABLE facts (y); PRAGMA user_version = 2",
         "PRAGMA application_id = 77", "PRAGMA user_version = 4",
         "CREATE TABLE t (x); PRAGMA user_version = 4",
-        "CREATE TABLE t (x); PRAGMA application_id = 1447775305; PRAGMA user_version = 5"}) {
+        "CREATE TABLE t (x); PRAGMA application_id = 1447775305; PRAGMA user_version = 6"}) {
     fs::remove(path);
     query(sql);
     const std::string before = content_of(path);
@@ -356,9 +357,56 @@ TEST_F(DatabaseTest, BothVersionsBeforeAreBroughtToThisOne) {
   EXPECT_EQ(query("SELECT count(*) FROM usb"), "0\n");
 }
 
+std::string scan_of_versions(const std::string& name, const std::string& lines) {
+  return maker::file_of_text("\xEF\xBB\xBF?zxml\n+Snapshot=\nhostname=" + name + "\n+Software=\n" + lines +
+                             "-\n-\n");
+}
+
+TEST_F(DatabaseTest, VersionsHaveKeysThatSortAsTheyDo) {
+  load({scan_of_versions("A", "*Soft:1=Old\nversion=5.9\n*Soft:2=New\nversion=5.10\n*Soft:3=Bare\n"),
+        scan_of_versions("B", "*Soft:1=Beta\nversion=5.10b1\n*Soft:2=Same\nversion=5.9\n")});
+  const std::string older =
+      "SELECT name FROM software WHERE version_key < printf('.%010d.%010d.', 5, 10) ORDER BY 1";
+  EXPECT_EQ(query(older), "Beta\nOld\nSame\n");
+  EXPECT_EQ(query("SELECT name FROM software ORDER BY version_key DESC, name"),
+            "New\nBeta\nOld\nSame\nBare\n");
+  EXPECT_EQ(query("SELECT count(*) FROM version_keys"), "3\n");
+}
+
+TEST_F(DatabaseTest, KeysOfARefusedScanAreTakenBackAndMadeAgainForOthers) {
+  const std::string large =
+      scan_of_versions("A", "*Soft:1=Old\nversion=5.9\ninfo=" + std::string(5000, 'x') + "\n");
+  const std::string small = scan_of_versions("B", "*Soft:1=Old\nversion=5.9\n");
+  inv::Database database;
+  ASSERT_TRUE(database.open(path)) << database.error();
+  database.limit_texts(4000);
+  std::vector<inv::Outcome> results;
+  ASSERT_TRUE(database.add_all(arrivals_of({large, small}), results));
+  EXPECT_THAT(fates(results), ElementsAre(Loaded::refused, Loaded::added));
+  EXPECT_EQ(query("SELECT version_key FROM software"), ".0000000005.0000000009.\n");
+}
+
+TEST_F(DatabaseTest, OfAVersionThatIsTooLongThereIsNoKey) {
+  load({scan_of_versions("A", "*Soft:1=Odd\nversion=" + std::string(1001, '1') + "\n")});
+  EXPECT_EQ(query("SELECT name, version_key FROM software"), "Odd|NULL\n");
+}
+
+TEST_F(DatabaseTest, TheVersionWithoutKeysGetsThem) {
+  load({scan_of_versions("A", "*Soft:1=Safari\nversion=5.1\n")});
+  query(
+      "DROP TABLE version_keys; DROP VIEW software; CREATE VIEW software AS SELECT 1; CREATE VIEW mine AS "
+      "SELECT 2; "
+      "PRAGMA user_version = 4");
+  load({scan_of_versions("B", "*Soft:1=Safari\nversion=6.0\nfile-version=7\n")});
+  EXPECT_EQ(query("SELECT machine, version_key FROM software ORDER BY 1"),
+            "A|.0000000005.0000000001.\nB|.0000000006.\n");
+  EXPECT_EQ(query("SELECT version FROM version_keys"), "5.1\n6.0\n7\n");
+  EXPECT_EQ(query("SELECT * FROM mine; PRAGMA user_version"), "2\n5\n");
+}
+
 TEST_F(DatabaseTest, PutsItsMarkOnADatabase) {
   load({});
-  EXPECT_EQ(query("PRAGMA application_id; PRAGMA user_version"), "1447775305\n4\n");
+  EXPECT_EQ(query("PRAGMA application_id; PRAGMA user_version"), "1447775305\n5\n");
 }
 
 TEST_F(DatabaseTest, NamesWhatCannotBeOpened) {

@@ -56,6 +56,7 @@ TEST_F(QueryTest, SortsVersionsWhereAsked) {
   EXPECT_EQ(rows("SELECT column1" + versions), (Rows{{"5.10"}, {"5.9"}}));
   EXPECT_EQ(rows("SELECT column1" + versions + " COLLATE version"), (Rows{{"5.9"}, {"5.10"}}));
   EXPECT_EQ(rows("SELECT '5.9' < '5.10' COLLATE version"), (Rows{{1}}));
+  EXPECT_EQ(rows("SELECT version_key('5.9') < version_key('5.10')"), (Rows{{1}}));
 }
 
 TEST_F(QueryTest, OnlyReads) {
