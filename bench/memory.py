@@ -103,7 +103,7 @@ def write_file(path, unit, element, limit, plain=False):
 
 
 def peak(command, folder):
-    """Bytes of memory, or none when a signal ended the command."""
+    """Bytes of memory, or none when a signal ended the command; and its exit status."""
     child = os.fork()
     if child == 0:
         os.chdir(folder)
@@ -113,11 +113,11 @@ def peak(command, folder):
         os.dup2(null, 2)
         os.execv(command[0], command)
     _, status, usage = os.wait4(child, 0)
-    return usage.ru_maxrss * 1024 if os.WIFEXITED(status) else None
+    return usage.ru_maxrss * 1024 if os.WIFEXITED(status) else None, os.waitstatus_to_exitcode(status)
 
 
 def measure(reader, shape, names, limit):
-    """Command after command with its peak for files of a shape, as a multiple of the limit."""
+    """Command after command with its peak for files of a shape, as a multiple of the limit, and its exit status."""
     with tempfile.TemporaryDirectory() as folder:
         files = Path(folder)
         unit, element, *rest = SHAPES[shape]
@@ -127,8 +127,8 @@ def measure(reader, shape, names, limit):
         (files / "rules.json").write_text(RULES)
         for name in names:
             at_once, arguments = COMMANDS[name]
-            taken = peak([reader, *arguments, "--max-size", str(limit)], folder)
-            yield name, None if taken is None else taken / limit / at_once
+            taken, status = peak([reader, *arguments, "--max-size", str(limit)], folder)
+            yield name, None if taken is None else taken / limit / at_once, status
 
 
 def main():
@@ -144,8 +144,9 @@ def main():
     print("|---" * (len(options.shapes) + 1) + "|", flush=True)
     rows = {name: [] for name in options.commands}
     for shape in options.shapes:
-        for name, times in measure(reader, shape, options.commands, limit):
-            rows[name].append("ended" if times is None else f"{times:.1f}")
+        for name, times, status in measure(reader, shape, options.commands, limit):
+            refused = " (refused)" if status == 2 else ""
+            rows[name].append("ended" if times is None else f"{times:.1f}{refused}")
             if times is None or times > options.most:
                 beyond.append(f"{name} of {shape}")
             print(f"{shape}: {name}: {rows[name][-1]}", file=sys.stderr, flush=True)

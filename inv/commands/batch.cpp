@@ -66,6 +66,10 @@ Opened open_quietly(const std::string& path, uint64_t max_size) {
   return opened;
 }
 
+uint64_t weight_of(const Inventory* inventory) {
+  return inventory ? inventory->bytes.size() + inflated_size(*inventory) : 0;
+}
+
 bool complain_of(const Opened& opened, int& status) {
   for (const std::string& fault : opened.faults)
     complain(opened.path == "-" ? "standard input" : opened.path, fault);

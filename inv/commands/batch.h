@@ -19,6 +19,8 @@ struct Opened {
 };
 
 Opened open_quietly(const std::string& path, uint64_t max_size);
+// How much memory it takes, roughly, in bytes.
+uint64_t weight_of(const Inventory* inventory);
 // Reports the faults. The status becomes kUnusable for a file that cannot be read and kNo for a damaged one,
 // unless it is already worse. False if it cannot be read.
 bool complain_of(const Opened& opened, int& status);

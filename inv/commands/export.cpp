@@ -127,7 +127,9 @@ int run(const Options& options) {
         [&](const Rendered& rendered) {
           progress.show(++done);
           return writer.take(rendered);
-        });
+        },
+        [](const Rendered& rendered) { return weight_of(rendered.opened.inventory.get()); },
+        options.max_size);
   }
   report_masked("export", writer.masked);
   exporter.end();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <cstdint>
 #include <exception>
 #include <map>
 #include <mutex>
@@ -15,13 +16,15 @@
 namespace inv {
 
 // Threads that call make(i) for each i from 0 to count - 1, and their results, to be taken in this order.
-// Only a few results are ever waiting, so memory does not grow with `count`.
-template <typename Make>
+// Only a few results are ever waiting, so memory does not grow with `count`; and while those that wait or are
+// in use weigh more than `most_weight` together, as weight_of(result) says, no other is begun.
+template <typename Make, typename Weigh>
 class Makers {
  public:
   using Made = decltype(std::declval<Make&>()(size_t{0}));
 
-  Makers(size_t count, size_t jobs, Make& make) : count_(count), most_ahead_(4 * jobs), make_(make) {
+  Makers(size_t count, size_t jobs, Make& make, Weigh& weight_of, uint64_t most_weight)
+      : count_(count), most_ahead_(4 * jobs), most_weight_(most_weight), make_(make), weight_of_(weight_of) {
     threads_.reserve(std::min(jobs, count));
     try {
       while (threads_.size() < std::min(jobs, count)) threads_.emplace_back([this] { work(); });
@@ -46,9 +49,11 @@ class Makers {
   Made take(size_t i) {
     std::unique_lock<std::mutex> lock(mutex_);
     next_used_ = i;
+    weight_ -= std::exchange(weight_in_use_, 0);
     changed_.notify_all();
     changed_.wait(lock, [&] { return waiting_.count(i) > 0; });
     Result result = std::move(waiting_.extract(i).mapped());
+    weight_in_use_ = result.weight;
     lock.unlock();
     if (result.thrown) std::rethrow_exception(result.thrown);
     return std::move(*result.made);
@@ -58,11 +63,14 @@ class Makers {
   struct Result {
     std::optional<Made> made;
     std::exception_ptr thrown;
+    uint64_t weight = 0;
   };
 
   Result result_of(size_t i) {
     try {
-      return {make_(i), nullptr};
+      Result result = {make_(i), nullptr};
+      result.weight = weight_of_(*result.made);
+      return result;
     } catch (...) {
       return {std::nullopt, std::current_exception()};
     }
@@ -71,24 +79,30 @@ class Makers {
   void work() {
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
-      changed_.wait(
-          lock, [&] { return stopped_ || next_made_ >= count_ || next_made_ < next_used_ + most_ahead_; });
+      changed_.wait(lock, [&] {
+        const bool has_room = next_made_ < next_used_ + most_ahead_ && weight_ <= most_weight_;
+        return stopped_ || next_made_ >= count_ || has_room;
+      });
       if (stopped_ || next_made_ >= count_) return;
       const size_t mine = next_made_++;
       lock.unlock();
       Result result = result_of(mine);
       lock.lock();
+      weight_ += result.weight;
       waiting_.emplace(mine, std::move(result));
       changed_.notify_all();
     }
   }
 
   const size_t count_, most_ahead_;
+  const uint64_t most_weight_;
   Make& make_;
+  Weigh& weight_of_;
   std::mutex mutex_;  // for all below but the threads
   std::condition_variable changed_;
   std::map<size_t, Result> waiting_;
   size_t next_made_ = 0, next_used_ = 0;
+  uint64_t weight_ = 0, weight_in_use_ = 0;
   bool stopped_ = false;
   std::vector<std::thread> threads_;
 };
@@ -105,14 +119,21 @@ bool one_by_one(size_t count, Make&& make, Use& use) {
 
 // The same, with make(i) called on `jobs` other threads, or on this one if that is 1. What `make` throws is
 // rethrown here in its turn. If the system allows fewer threads, there are fewer.
-template <typename Make, typename Use>
-bool in_order(size_t count, size_t jobs, Make make, Use use) {
+template <typename Make, typename Use, typename Weigh>
+bool in_order(size_t count, size_t jobs, Make make, Use use, Weigh weight_of, uint64_t most_weight) {
   if (jobs > 1 && count > 1) {
-    Makers<Make> makers(count, jobs, make);
+    Makers<Make, Weigh> makers(count, jobs, make, weight_of, most_weight);
     const auto take = [&makers](size_t i) { return makers.take(i); };
     if (makers.has_threads()) return one_by_one(count, take, use);
   }
   return one_by_one(count, make, use);
+}
+
+// The same for results that weigh nothing.
+template <typename Make, typename Use>
+bool in_order(size_t count, size_t jobs, Make make, Use use) {
+  return in_order(
+      count, jobs, make, use, [](const auto&) { return 0; }, 0);
 }
 
 }  // namespace inv

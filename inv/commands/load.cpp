@@ -42,7 +42,7 @@ Candidate prepare(const std::string& path, const Options& options) {
   Inventory& inventory = *candidate.opened.inventory;
   candidate.opened.masked = mask_unless_kept(options.keep_secrets, inventory);
   candidate.scan.emplace(inventory);
-  candidate.bytes = inventory.bytes.size() + inflated_size(inventory);
+  candidate.bytes = weight_of(&inventory);
   // The trees are large, and nobody asks for them any more.
   inventory.contents.clear();
   return candidate;
@@ -151,7 +151,8 @@ bool load(const Options& options, const std::vector<std::string>& files, Loader&
              [&](Candidate candidate) {
                progress.show(++done);
                return loader.take(std::move(candidate));
-             }) &&
+             },
+             [](const Candidate& candidate) { return candidate.bytes; }, options.max_size) &&
          loader.finish();
 }
 

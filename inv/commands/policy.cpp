@@ -58,7 +58,7 @@ int run(const Options& options) {
   if (!rules) return kUnusable;
   int status = kDone;
   const std::vector<std::string> files = find_files(options.files, status);
-  QueryDatabase database{std::chrono::seconds(options.patience)};
+  QueryDatabase database{std::chrono::seconds(options.patience), options.max_size};
   if (!open_for_questions("policy", database, files, options.max_size, options.keep_secrets, status))
     return kUnusable;
   std::vector<PolicyVerdict> verdicts;

@@ -22,7 +22,7 @@ struct Options {
 int run(const Options& options) {
   int status = kDone;
   const std::vector<std::string> files = find_files(options.files, status);
-  QueryDatabase database{std::chrono::seconds(options.patience)};
+  QueryDatabase database{std::chrono::seconds(options.patience), options.max_size};
   if (!open_for_questions("query", database, files, options.max_size, options.keep_secrets, status))
     return kUnusable;
   const std::optional<QueryResult> result = database.ask(options.sql);
@@ -31,7 +31,9 @@ int run(const Options& options) {
     return kUnusable;
   }
   const Formulas formulas = options.csv_safe ? Formulas::disarmed : Formulas::kept;
-  return worse(status, print_result(result_text(*result, options.format, formulas)));
+  ResultPrinter printer;
+  result_text(*result, options.format, formulas, [&](std::string_view piece) { printer.add(piece); });
+  return worse(status, printer.finish());
 }
 
 constexpr char kExamples[] =

@@ -1,8 +1,9 @@
 #include "inv/commands/result_text.h"
 
+#include <algorithm>
+
 #include "inv/base/utf8.h"
 #include "inv/commands/secret_options.h"
-#include "inv/show/table.h"
 #include "inv/show/terminal.h"
 
 namespace inv {
@@ -23,43 +24,74 @@ bool has_numbers(const QueryResult& result, size_t column) {
   return found;
 }
 
-std::string table_of(const QueryResult& result) {
-  std::vector<Column> columns;
-  for (size_t i = 0; i < result.columns.size(); ++i) {
-    columns.push_back({printable(result.columns[i]), has_numbers(result, i)});
+std::string shown(const Json& cell) { return printable(text_of_cell(cell)); }
+
+// Cells that are wider than this push what follows aside, so that a single one does not fill every row with
+// blanks.
+constexpr size_t kWidestCell = 200;
+
+class TableWriter {
+ public:
+  TableWriter(const QueryResult& result, const TextSink& sink) : result_(result), sink_(sink) {
+    for (size_t i = 0; i < result.columns.size(); ++i) {
+      size_t width = columns(printable(result.columns[i]));
+      for (const std::vector<Json>& row : result.rows) width = std::max(width, columns(shown(row[i])));
+      widths_.push_back(std::min(width, kWidestCell));
+      numbers_.push_back(has_numbers(result, i));
+    }
   }
-  Table table(std::move(columns));
-  for (const std::vector<Json>& row : result.rows) {
-    std::vector<std::string> cells;
-    for (const Json& cell : row) cells.push_back(printable(text_of_cell(cell)));
-    table.add(std::move(cells));
+
+  void write() {
+    write_line([&](size_t i) { return printable(result_.columns[i]); });
+    for (const std::vector<Json>& row : result_.rows) write_line([&](size_t i) { return shown(row[i]); });
   }
-  return table.text();
-}
+
+ private:
+  template <typename CellAt>
+  void write_line(CellAt cell_at) {
+    std::string line;
+    for (size_t i = 0; i < widths_.size(); ++i) {
+      if (i > 0) line += "  ";
+      line += numbers_[i] ? pad_left(cell_at(i), widths_[i]) : pad_right(cell_at(i), widths_[i]);
+    }
+    line.resize(line.find_last_not_of(' ') + 1);
+    sink_(line + "\n");
+  }
+
+  const QueryResult& result_;
+  const TextSink& sink_;
+  std::vector<size_t> widths_;
+  std::vector<bool> numbers_;
+};
 
 // Lines end as RFC 4180 says.
-std::string csv_of(const QueryResult& result, Formulas formulas) {
-  std::string csv;
+void write_csv(const QueryResult& result, Formulas formulas, const TextSink& sink) {
+  std::string line;
   const auto append_field = [&](size_t i, const std::string& text) {
-    if (i > 0) csv += ',';
-    append_csv(csv, text, formulas);
+    if (i > 0) line += ',';
+    append_csv(line, text, formulas);
+  };
+  const auto end_line = [&] {
+    sink(line + "\r\n");
+    line.clear();
   };
   for (size_t i = 0; i < result.columns.size(); ++i) append_field(i, result.columns[i]);
+  end_line();
   for (const std::vector<Json>& row : result.rows) {
-    csv += "\r\n";
     for (size_t i = 0; i < row.size(); ++i) append_field(i, text_of_cell(row[i]));
+    end_line();
   }
-  return csv + "\r\n";
 }
 
-std::string json_of(const QueryResult& result) {
-  Json list = Json::array();
+void write_json(const QueryResult& result, const TextSink& sink) {
+  JsonArray list(sink, 2);
   for (const std::vector<Json>& row : result.rows) {
     Json object = Json::object();
     for (size_t i = 0; i < row.size(); ++i) object[result.columns[i]] = row[i];
-    list.push_back(std::move(object));
+    list.add(object);
   }
-  return list.dump(2) + "\n";
+  list.end();
+  sink("\n");
 }
 
 }  // namespace
@@ -84,9 +116,11 @@ bool open_for_questions(const char* command, QueryDatabase& database, const std:
   return true;
 }
 
-std::string result_text(const QueryResult& result, const std::string& format, Formulas formulas) {
-  if (format == "csv") return csv_of(result, formulas);
-  return format == "json" ? json_of(result) : table_of(result);
+void result_text(const QueryResult& result, const std::string& format, Formulas formulas,
+                 const TextSink& sink) {
+  if (format == "csv") return write_csv(result, formulas, sink);
+  if (format == "json") return write_json(result, sink);
+  TableWriter(result, sink).write();
 }
 
 }  // namespace inv

@@ -109,7 +109,8 @@ int run(const Options& options) {
     return true;
   };
   in_order(
-      files.size(), options.jobs, [&](size_t i) { return check(files[i], options.max_size); }, take);
+      files.size(), options.jobs, [&](size_t i) { return check(files[i], options.max_size); }, take,
+      [](const Checked& checked) { return weight_of(checked.inventory.get()); }, options.max_size);
   return options.quiet ? status : worse(status, print_result(lines));
 }
 

@@ -68,6 +68,9 @@ std::string fault_of_rule(const Json& rule, const std::set<std::string>& names) 
   return names.count(*text_of(rule["name"])) > 0 ? "has the name of another rule" : "";
 }
 
+// Nobody reads a longer one.
+constexpr size_t kLongestMessage = 1 << 16;
+
 // The message with the column names in braces replaced by the row's values.
 std::string filled(const std::string& message, const Json& row) {
   std::string text;
@@ -80,6 +83,7 @@ std::string filled(const std::string& message, const Json& row) {
     text.append(message, at, open - at);
     text += text_of_cell(*found);
     at = close + 1;
+    if (text.size() > kLongestMessage) return text.substr(0, kLongestMessage);
   }
   return text.append(message, at, std::string::npos);
 }
@@ -160,6 +164,8 @@ PolicyVerdict check_rule(const PolicyRule& rule, QueryDatabase& database) {
     verdict.error = database.error();
     return verdict;
   }
+  // The verdict has the rows with the names of their columns, and a message for each.
+  database.keep(3 * answer->size);
   for (const std::vector<Json>& row : answer->rows) {
     Json object = object_of(answer->columns, row);
     std::string message = filled(rule.message, object);

@@ -19,7 +19,8 @@ using Clock = std::chrono::steady_clock;
 constexpr int kLongestText = 16 << 20;
 constexpr int kLongestQuestion = 1 << 20;
 constexpr int kLongestPattern = 1000;
-constexpr size_t kLargestResult = 256 << 20;
+// What the heap adds to a block.
+constexpr size_t kBlockOverhead = 16;
 // SQLite's steps between two checks of the clock.
 constexpr int kStepsBetweenLooks = 10'000;
 
@@ -62,6 +63,13 @@ Json cell_of(sqlite3_stmt* statement, int column) {
   }
 }
 
+// The memory of a value.
+size_t size_of(const Json& cell) {
+  if (!cell.is_string()) return sizeof cell;
+  const auto& text = cell.get_ref<const std::string&>();
+  return sizeof cell + sizeof text + text.size() + 2 * kBlockOverhead;
+}
+
 // Columns of the same name get numbers, since the members of an object need unique names.
 std::vector<std::string> columns_of(sqlite3_stmt* statement) {
   std::vector<std::string> columns;
@@ -90,7 +98,15 @@ std::string text_of_cell(const Json& cell) {
   return cell.is_string() ? cell.get<std::string>() : cell.dump();
 }
 
+QueryDatabase::QueryDatabase(std::chrono::seconds patience, uint64_t max_size)
+    : patience_(patience),
+      memory_(std::max(2 * max_size, kLeastQueryMemory)),
+      result_memory_(std::max(max_size / 2, kLeastResultMemory)) {}
+
+QueryDatabase::~QueryDatabase() { sqlite3_hard_heap_limit64(0); }
+
 bool QueryDatabase::open() {
+  sqlite3_hard_heap_limit64(static_cast<sqlite3_int64>(memory_));
   if (database_.open_in_memory() && database_.begin()) return true;
   error_ = database_.error();
   return false;
@@ -100,6 +116,10 @@ bool QueryDatabase::add(const Inventory& inventory) {
   const Loaded outcome = database_.add(inventory);
   if (outcome != Loaded::refused && outcome != Loaded::broken) return true;
   error_ = database_.error();
+  if (error_ == sqlite3_errstr(SQLITE_NOMEM)) {
+    error_ = "out of memory: the files take more than " + std::to_string(memory_) +
+             " bytes; inv load has room for more, and so has a larger --max-size";
+  }
   return false;
 }
 
@@ -110,6 +130,8 @@ bool QueryDatabase::lock() {
     return false;
   }
   sqlite3* handle = database_.handle();
+  // What a query puts aside counts as memory, and fills no disk.
+  sqlite3_exec(handle, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr);
   sqlite3_create_collation(handle, "version", SQLITE_UTF8, nullptr, collate_versions);
   sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, kLongestText);
   sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, kLongestQuestion);
@@ -136,20 +158,23 @@ std::optional<QueryResult> QueryDatabase::ask(const std::string& sql) {
 std::optional<QueryResult> QueryDatabase::run(sqlite3_stmt* statement) {
   Clock::time_point deadline = Clock::now() + patience_;
   sqlite3_progress_handler(database_.handle(), kStepsBetweenLooks, is_too_late, &deadline);
-  QueryResult result = {columns_of(statement), {}};
-  size_t size = 0;
+  QueryResult result = {columns_of(statement), {}, 0};
   int status = sqlite3_step(statement);
-  for (; status == SQLITE_ROW && size <= kLargestResult; status = sqlite3_step(statement)) {
+  for (; status == SQLITE_ROW && result.size <= result_memory_; status = sqlite3_step(statement)) {
     std::vector<Json> row;
-    for (int i = 0; i < sqlite3_column_count(statement); ++i) {
+    const int columns = sqlite3_column_count(statement);
+    row.reserve(static_cast<size_t>(columns));
+    result.size += sizeof row + kBlockOverhead;
+    for (int i = 0; i < columns; ++i) {
       row.push_back(cell_of(statement, i));
-      size += sizeof(Json) + static_cast<size_t>(sqlite3_column_bytes(statement, i));
+      result.size += size_of(row.back());
     }
     result.rows.push_back(std::move(row));
   }
   sqlite3_progress_handler(database_.handle(), 0, nullptr, nullptr);
-  if (size > kLargestResult)
-    return refuse("its result is larger than " + std::to_string(kLargestResult) + " bytes");
+  if (result.size > result_memory_)
+    return refuse("its result takes more than " + std::to_string(result_memory_) +
+                  " bytes; a larger --max-size allows more");
   if (status != SQLITE_DONE) return fail(status);
   return result;
 }
@@ -160,6 +185,9 @@ std::nullopt_t QueryDatabase::refuse(const std::string& reason) {
 }
 
 std::nullopt_t QueryDatabase::fail(int status) {
+  if (status == SQLITE_NOMEM)
+    return refuse("out of memory for this query: it takes more than " + std::to_string(memory_) +
+                  " bytes with the files; a larger --max-size allows more");
   if (status == SQLITE_INTERRUPT)
     return refuse("it takes longer than " + std::to_string(patience_.count()) + " s");
   const std::string reason = to_utf8(sqlite3_errmsg(database_.handle()));

@@ -26,7 +26,7 @@ std::string write_container(std::vector<TreeText> trees) {
   std::vector<ContainerSection> sections;
   for (TreeText& tree : trees) {
     texts.push_back(encoded(tree.text));
-    tree.text = {};
+    std::string().swap(tree.text);
     const bool is_snapshot = tree.kind == Section::Kind::snapshot;
     sections.push_back({is_snapshot ? kSnapshot : kAssetInfo, view(texts.back()), is_snapshot, tree.timestamp,
                         tree.snaptype});

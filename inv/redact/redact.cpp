@@ -240,7 +240,7 @@ Redaction redact(std::unique_ptr<Inventory> inventory, const RedactOptions& opti
   Redaction redaction{{}, refusal(*inventory, options.drop_opaque), {}, Pseudonyms(options.key)};
   if (!redaction.refusal.empty()) return redaction;
   // Nothing of the container is read again.
-  inventory->bytes = {};
+  std::string().swap(inventory->bytes);
   Pseudonyms& pseudonyms = redaction.pseudonyms;
   pseudonyms.limit_size(options.max_size / 8);
   for (const Content& content : inventory->contents) {

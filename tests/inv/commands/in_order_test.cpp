@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -72,6 +74,36 @@ TEST(InOrder, RethrowsInOrder) {
     EXPECT_THROW(inv::in_order(50, jobs, make, use), std::runtime_error);
     EXPECT_EQ(used, numbers_up_to(3)) << jobs;
   }
+}
+
+// Two threads make the first three results; the third one waits for room.
+TEST(InOrder, BeginsNothingWhileTooMuchWaits) {
+  std::atomic<size_t> made{0};
+  inv::in_order(
+      100, 2,
+      [&](size_t i) {
+        ++made;
+        return i;
+      },
+      [&](size_t i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_LE(made, i + 4);
+        return true;
+      },
+      [](size_t) { return uint64_t{10}; }, 15);
+  EXPECT_EQ(made, 100u);
+}
+
+TEST(InOrder, MakesAResultThatIsHeavierThanAllThatMayWait) {
+  size_t used = 0;
+  inv::in_order(
+      10, 2, [](size_t i) { return i; },
+      [&](size_t) {
+        ++used;
+        return true;
+      },
+      [](size_t) { return uint64_t{10}; }, 1);
+  EXPECT_EQ(used, 10u);
 }
 
 }  // namespace

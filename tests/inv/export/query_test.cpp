@@ -99,10 +99,57 @@ TEST_F(QueryTest, EndsWhatTakesTooLong) {
 
 TEST_F(QueryTest, EndsWhatIsTooLarge) {
   EXPECT_EQ(refusal(std::string(kEndless) + "SELECT hex(zeroblob(1000000)) FROM n"),
-            "its result is larger than 268435456 bytes");
+            "its result takes more than 134217728 bytes; a larger --max-size allows more");
   EXPECT_EQ(refusal("SELECT zeroblob(20000000)"), "string or blob too big");
   EXPECT_EQ(refusal("SELECT 'x' LIKE replace(hex(zeroblob(600)), '0', '%x')"),
             "LIKE or GLOB pattern too complex");
+}
+
+TEST_F(QueryTest, EndsWhatTakesTooMuchMemory) {
+  inv::QueryDatabase small{std::chrono::seconds(60), 1 << 20};
+  ASSERT_TRUE(small.open());
+  const std::string endless =
+      "WITH RECURSIVE n(i, t) AS (SELECT 1, hex(zeroblob(1000)) UNION SELECT i + 1, t FROM n) ";
+  const char* const complaint =
+      "out of memory for this query: it takes more than 16777216 bytes with the files; a larger --max-size "
+      "allows more";
+  EXPECT_FALSE(small.ask(endless + "SELECT count(*) FROM n"));
+  EXPECT_EQ(small.error(), complaint);
+  EXPECT_FALSE(small.ask(endless + "SELECT i FROM n ORDER BY t"));
+  EXPECT_EQ(small.error(), complaint);
+  EXPECT_EQ(small.ask("SELECT count(*) FROM machines")->rows, (Rows{{0}}));
+}
+
+TEST_F(QueryTest, TakesNoMoreFilesThanMemoryHolds) {
+  inv::QueryDatabase small{std::chrono::seconds(60), 1 << 20};
+  ASSERT_TRUE(small.open());
+  std::string lines = "\xEF\xBB\xBF?zxml\n+Snapshot=\n";
+  for (int i = 0; i < 10'000; ++i) lines += std::string(1000, 'x') + std::to_string(i) + "=\n";
+  EXPECT_FALSE(small.add(*maker::open(maker::file_of_text(lines + "-\n"))));
+  EXPECT_EQ(
+      small.error(),
+      "out of memory: the files take more than 16777216 bytes; inv load has room for more, and so has a "
+      "larger --max-size");
+}
+
+TEST_F(QueryTest, CountsTheMemoryOfAResult) {
+  inv::QueryDatabase small{std::chrono::seconds(60), 1 << 20};
+  ASSERT_TRUE(small.open());
+  const auto numbers = [](int count) {
+    return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT " + std::to_string(count) +
+           ") SELECT i FROM n";
+  };
+  const uint64_t row = small.ask("SELECT 1")->size;
+  const uint64_t all = row * 1000;
+  EXPECT_EQ(small.ask(numbers(1000))->size, all);
+  EXPECT_EQ(small.ask("SELECT 'abcd'")->size - small.ask("SELECT 'abc'")->size, 1U);
+  EXPECT_GT(small.ask("SELECT ''")->size, row);
+  small.keep(inv::kLeastResultMemory - all);
+  EXPECT_TRUE(small.ask(numbers(1000)));
+  small.keep(1);
+  EXPECT_FALSE(small.ask(numbers(1000)));
+  EXPECT_EQ(small.error(), "its result takes more than " + std::to_string(all - 1) +
+                               " bytes; a larger --max-size allows more");
 }
 
 TEST_F(QueryTest, TakesSeveralFiles) {

@@ -1,0 +1,1 @@
+SELECT path, value, number FROM facts JOIN machines USING (machine) GROUP BY path HAVING count(*) = 1

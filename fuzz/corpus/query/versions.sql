@@ -1,0 +1,1 @@
+SELECT machine_name, version FROM software WHERE version < '6.0' COLLATE version
