@@ -1,6 +1,7 @@
 -- Writes the database as Parquet, below the current folder: facts/dt=DAY/part-N.parquet and the typed tables in the same way. A day is a few large
 -- files, sorted by kind and machine, never a file for each Mac: readers skip what they do not need.
 --   duckdb -f duckdb/schema.sql -f duckdb/tables.sql -f duckdb/load.sql -f duckdb/load-tables.sql -f duckdb/parquet.sql
+-- If a database has several days, DuckDB may write the first rows of a day, fewer than 2048, after its others.
 -- Several threads would each write separate files, with arbitrary rows.
 SET threads = 1;
 SET preserve_insertion_order = true;

@@ -254,6 +254,7 @@ class Load(InventoryTestCase):
         start = time.monotonic()
         self.check(0, "load", self.path, folder)
         whole_run = time.monotonic() - start
+        self.assert_tally(loaded=files)
         undisturbed = self.everything()
         moments = random.Random(26)
         # The first run is ended as soon as some scans are there, the others at any time.
