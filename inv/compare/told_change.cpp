@@ -238,7 +238,7 @@ class Followers {
   enum class Answer : char { unknown, yes, no };
 
   bool follows_changed(const CatalogueFact* fact) const {
-    return fact && fact->telling.follows && changed_.count(fact->telling.follows) > 0;
+    return fact && fact->wording.follows && changed_.count(fact->wording.follows) > 0;
   }
 
   // Whether the element, or one above it, follows a changed fact.
@@ -258,9 +258,9 @@ class Followers {
 
   static bool follows_one(const Change& change, Changes first, Changes last) {
     const CatalogueFact* fact = attribute_fact(change);
-    if (!fact || fact->telling.follows_one.empty()) return false;
+    if (!fact || fact->wording.follows_one.empty()) return false;
     return std::any_of(first, last, [&](const Change& other) {
-      return other.attribute() && other.attribute()->name == fact->telling.follows_one;
+      return other.attribute() && other.attribute()->name == fact->wording.follows_one;
     });
   }
 
@@ -271,7 +271,7 @@ class Followers {
 
 bool is_replaceable(Element thing) {
   const CatalogueFact* fact = find_fact(thing);
-  return fact && fact->telling.replaceable;
+  return fact && fact->wording.replaceable;
 }
 
 // Among things of one kind below one element, the first that came replaced the first that went, and so on.
@@ -317,8 +317,8 @@ Kind kind_of(const Thing& thing) {
 // "Disk"; the path if there is no word.
 std::string noun_of(Element thing) {
   const CatalogueFact* fact = find_fact(thing);
-  const bool has_noun = fact && !fact->telling.called.empty();
-  return has_noun ? std::string(fact->telling.called) : shown(path_of(thing));
+  const bool has_noun = fact && !fact->wording.called.empty();
+  return has_noun ? std::string(fact->wording.called) : shown(path_of(thing));
 }
 
 std::string with_blank(const std::string& text) { return text.empty() ? "" : text + " "; }

@@ -24,24 +24,24 @@ enum class IdentifierKind {
 };
 
 // A value within a sentence; if it is missing, the texts around it are dropped too.
-struct ToldPart {
+struct DescriptionPart {
   std::string_view before;
   std::string_view
       source;  // an attribute; "its number" is the one in the element's name; empty for the element's value
-  std::string_view behind;
+  std::string_view after;
 };
 
 struct CatalogueFact;
 
 // How a fact is described to people.
-struct Telling {
+struct Wording {
   std::string_view word;  // what people call it; empty if that is its name
   bool yes_no;            // its value is "1" or "0"
   std::string_view
       called;        // what kind of thing the element is: "Disk"; empty for a part of the thing above it
   bool replaceable;  // another such thing may take this thing's place
   // How the thing is described: "SIMDISK 1 TB (SIM0000HD01)"; the first part is its name.
-  Range<ToldPart> told_as;
+  Range<DescriptionPart> described_as;
   std::string_view there_when;  // the attribute that is "1" if the thing is there; empty if it always is
   // The attribute of the same element whose change implies this one's; empty if there is none.
   std::string_view follows_one;
@@ -57,7 +57,7 @@ struct CatalogueFact {
   // and one that begins with a slash is the element to which this one adds details.
   Range<std::string_view> known_by;
   Range<CatalogueFact> below;  // its attributes and children, sorted by length, then by name
-  Telling telling;
+  Wording wording;
 };
 
 // The first one has the trees below it.

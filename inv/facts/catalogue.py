@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes what follows from catalogue.txt, the list of all facts; catalogue.txt itself says how it is written.
+"""Generates code and documentation from catalogue.txt, the list of all facts, whose header explains its format.
 
     inv/facts/catalogue.py page      # docs/snapshot.md, for the developer of a console
     inv/facts/catalogue.py facts     # C++: units, identifiers, identities and passing facts by path
@@ -21,7 +21,7 @@ UNITS = ("KB", "MB", "GB", "kHz", "Hz", "MHz", "ms", "min", "cm", "in", "mA", "%
 OWNERS = ("nobody", "machine", "person", "secret")
 # How an owner's value is recognised in a file: IdentifierKind in catalogue.h. Paths are looked for in all texts.
 IDENTIFIERS = ("text", "serial", "number", "account", "account-id", "addresses", "uri", "full-name", "network-name", "path")
-FIELDS = ("annotations", "unit", "form", "source", "present", "since", "debug run", "known by", "word", "called", "told as", "there when",
+FIELDS = ("annotations", "unit", "form", "source", "present", "since", "debug run", "known by", "word", "called", "described as", "there when",
           "follows")  # fmt: skip
 SINCE = re.compile(r"(10\.\d+(\.\d+)?|1[1-5]|2[6-9])( on Apple silicon)?|(T2, )?Apple silicon")
 REPLACEABLE = ", replaceable"
@@ -69,13 +69,13 @@ class Fact:
         return self.fields["known by"].split(", ") if "known by" in self.fields else []
 
     @property
-    def told_as(self):
-        """(text before, source of a value, text behind) of what it is told as. What is behind ends at a blank."""
-        return re.findall(r"([^{]*)\{([^}]+)\}([^ {]*)", self.fields.get("told as", ""))
+    def described_as(self):
+        """(text before, source of a value, text after) for each part of its description. The text after ends at a blank."""
+        return re.findall(r"([^{]*)\{([^}]+)\}([^ {]*)", self.fields.get("described as", ""))
 
     @property
     def follows_below(self):
-        """Whether what it follows is of the same element."""
+        """Whether the fact that it follows is in the same element."""
         return "follows" in self.fields and not self.fields["follows"].startswith("/")
 
 
@@ -237,7 +237,7 @@ class Catalogue:
             self.by_key[fact.key] = fact
         for fact in self.facts:
             self.check_known_by(fact)
-            self.check_telling(fact)
+            self.check_wording(fact)
         titles = set()
         for table in self.tables:
             self.check_table(table)
@@ -258,7 +258,7 @@ class Catalogue:
             raise Mistake(fact.line, f'{fact.path}: unknown unit "{fact.fields["unit"]}"; known are: {", ".join(UNITS)}')
         if not SINCE.fullmatch(fact.fields.get("since", "26")):
             raise Mistake(fact.line, f'{fact.path}: "{fact.fields["since"]}" is no system')
-        # What passes, passes with all that is below it.
+        # Everything below a passing element is passing.
         fact.passing = fact.passing or bool(above and above.passing)
 
     def check_known_by(self, fact):
@@ -271,18 +271,18 @@ class Catalogue:
                 raise Mistake(fact.line, f'{fact.path} cannot be known by "{name}", which it does not have')
 
     def check_known_elsewhere(self, fact, path):
-        """Of an element that tells more of another: the other is known by something of its own."""
+        """For an element with details of another: the other one has identifying attributes."""
         other = self.by_key.get(key_of(fact.tree, path))
         if not other or not other.known_by or other.known_by[0].startswith("/"):
             raise Mistake(fact.line, f'{fact.path} cannot be known by "{path}", which is not known by anything')
 
-    def check_telling(self, fact):
+    def check_wording(self, fact):
         if "follows" in fact.fields and not self.followed(fact):
             raise Mistake(fact.line, f'{fact.path}: "follows" names nothing: {fact.fields["follows"]}')
-        sources = [source for _, source, _ in fact.told_as if source != ELEMENT_NUMBER] + [fact.fields.get("there when", OWN_VALUE)]
+        sources = [source for _, source, _ in fact.described_as if source != ELEMENT_NUMBER] + [fact.fields.get("there when", OWN_VALUE)]
         for name in sources if "called" in fact.fields else ():
             if not (name == OWN_VALUE or (*fact.key, *name.split("/")) in self.by_key):
-                raise Mistake(fact.line, f'{fact.path} cannot be told by "{name}", which it does not have')
+                raise Mistake(fact.line, f'{fact.path} cannot be described by "{name}", which it does not have')
         followed, above = self.followed(fact), {fact.key}
         while followed:
             if followed.key in above:
@@ -394,8 +394,8 @@ def write_page(catalogue):
     return "\n\n".join([note, *blocks]) + "\n"
 
 
-# The facts, as a tree of names: what is below a fact lies together, sorted as catalogue.cpp searches it, behind all that is
-# above it.
+# The facts, as a tree of names: what is below a fact is contiguous, sorted for the search in catalogue.cpp, and comes after
+# everything above it.
 
 
 def cpp_text(text):
@@ -429,8 +429,8 @@ def source_in_cpp(source):
     return "" if source == OWN_VALUE else source
 
 
-def telling(catalogue, fact, told_parts, row_of):
-    """What a person is told of a fact."""
+def wording(catalogue, fact, description_parts, row_of):
+    """How a fact is described to people."""
     noun, replaceable, _ = fact.fields.get("called", "").partition(REPLACEABLE)
     followed = None if fact.follows_below else catalogue.followed(fact)
     cells = [
@@ -438,7 +438,7 @@ def telling(catalogue, fact, told_parts, row_of):
         cpp_truth(fact.kind == "yes/no"),
         cpp_text(noun),
         cpp_truth(replaceable),
-        cpp_range("kTold", told_parts, len(fact.told_as)),
+        cpp_range("kDescriptionParts", description_parts, len(fact.described_as)),
         cpp_text(fact.fields.get("there when", "")),
         cpp_text(fact.fields["follows"] if fact.follows_below else ""),
         f"kCatalogue + {row_of[followed.key]}" if followed else "nullptr",
@@ -449,7 +449,7 @@ def telling(catalogue, fact, told_parts, row_of):
 def write_facts(catalogue):
     below = names_below(catalogue)
     row_of = {key: row for row, key in enumerate(below)}
-    rows, known_by, told, next_row = [], [], [], 1
+    rows, known_by, descriptions, next_row = [], [], [], 1
     for key, children in below.items():
         fact = catalogue.by_key.get(key)
         parts = [source_in_cpp(part) for part in fact.known_by] if fact else []
@@ -461,16 +461,16 @@ def write_facts(catalogue):
             cpp_truth(fact and fact.passing),
             cpp_range("kKnownBy", len(known_by), len(parts)),
             cpp_range("kCatalogue", next_row, len(children)),
-            telling(catalogue, fact, len(told), row_of) if fact else "{}",
+            wording(catalogue, fact, len(descriptions), row_of) if fact else "{}",
         ]
         if fact:
-            told += [f"{{{cpp_text(before)}, {cpp_text(source_in_cpp(source))}, {cpp_text(behind)}}}" for before, source, behind in fact.told_as]
+            descriptions += [f"{{{cpp_text(before)}, {cpp_text(source_in_cpp(source))}, {cpp_text(after)}}}" for before, source, after in fact.described_as]
         rows.append(f"    {{{', '.join(cells)}}},  // {'/'.join(key) or 'the trees'}")
         known_by += parts
         next_row += len(children)
     depth = max(len(fact.key) - 1 for fact in catalogue.facts if fact.is_element)
     names = ", ".join(map(cpp_text, known_by))
-    return FACTS.format(known_by=names, told="\n".join(f"    {part}," for part in told), rows="\n".join(rows), depth=depth)
+    return FACTS.format(known_by=names, descriptions="\n".join(f"    {part}," for part in descriptions), rows="\n".join(rows), depth=depth)
 
 
 FACTS = """// Written by catalogue.py.
@@ -479,8 +479,8 @@ FACTS = """// Written by catalogue.py.
 namespace inv {{
 
 static constexpr std::string_view kKnownBy[] = {{{known_by}}};
-static constexpr ToldPart kTold[] = {{
-{told}
+static constexpr DescriptionPart kDescriptionParts[] = {{
+{descriptions}
 }};
 
 const CatalogueFact kCatalogue[] = {{
@@ -587,7 +587,7 @@ def sql_behind(start):
 
 
 def sql_beside(table, path):
-    """The path of an element that tells more of a row's: "*" in it is the row's name, "N" its number."""
+    """The path of an element with details of a row's: "*" in it is the row's name, "N" its number."""
     list_path, _, name = path.rpartition("/")
     if name == "*":
         return f"'{list_path}/' || {sql_behind(table.rows.rpartition('/')[0] + '/')}"

@@ -35,18 +35,18 @@ std::string value_from(Element thing, std::string_view source) {
                         attribute->annotation("base-value"));
 }
 
-Range<ToldPart> told_parts(Element thing) {
+Range<DescriptionPart> description_parts(Element thing) {
   const CatalogueFact* fact = find_fact(thing);
-  return fact ? fact->telling.told_as : Range<ToldPart>();
+  return fact ? fact->wording.described_as : Range<DescriptionPart>();
 }
 
 // The wanted parts that have a value, with the texts around them.
 template <typename Wanted>
 std::string parts_of(Element thing, Wanted wanted) {
   std::string text;
-  for (const ToldPart& part : told_parts(thing)) {
+  for (const DescriptionPart& part : description_parts(thing)) {
     const std::string value = value_from(thing, part.source);
-    if (!value.empty() && wanted(part, text)) text.append(part.before).append(value).append(part.behind);
+    if (!value.empty() && wanted(part, text)) text.append(part.before).append(value).append(part.after);
   }
   // Drops what separated it from a missing part.
   const size_t first = text.find_first_not_of(' ');
@@ -54,7 +54,7 @@ std::string parts_of(Element thing, Wanted wanted) {
   return first == text.npos || last == text.npos ? "" : text.substr(first, last - first + 1);
 }
 
-bool is_bracketed(const ToldPart& part) { return part.behind == ")"; }
+bool is_bracketed(const DescriptionPart& part) { return part.after == ")"; }
 
 }  // namespace
 
@@ -62,37 +62,38 @@ Element thing_of(Element element) {
   Element thing = element;
   for (; thing; thing = thing.parent()) {
     const CatalogueFact* fact = find_fact(thing);
-    if (fact && !fact->telling.called.empty() && (thing == element || thing.parent())) break;
+    if (fact && !fact->wording.called.empty() && (thing == element || thing.parent())) break;
   }
   return thing;
 }
 
 bool is_there(Element thing) {
   const CatalogueFact* fact = find_fact(thing);
-  return !fact || fact->telling.there_when.empty() || thing.text(fact->telling.there_when) == "1";
+  return !fact || fact->wording.there_when.empty() || thing.text(fact->wording.there_when) == "1";
 }
 
 std::string description_of(Element thing) {
-  if (told_parts(thing).empty()) return std::string(trimmed(thing.value()));
-  return parts_of(thing, [](const ToldPart&, const std::string&) { return true; });
+  if (description_parts(thing).empty()) return std::string(trimmed(thing.value()));
+  return parts_of(thing, [](const DescriptionPart&, const std::string&) { return true; });
 }
 
 std::string contents_of(Element thing) {
-  return parts_of(thing, [](const ToldPart& part, const std::string&) { return part.source != kItsNumber; });
+  return parts_of(thing,
+                  [](const DescriptionPart& part, const std::string&) { return part.source != kItsNumber; });
 }
 
 std::string name_of(Element thing) {
-  return parts_of(thing, [](const ToldPart& part, const std::string& text) {
+  return parts_of(thing, [](const DescriptionPart& part, const std::string& text) {
     return text.empty() && !is_bracketed(part);
   });
 }
 
 std::string bracket_of(Element thing) {
-  return parts_of(thing, [](const ToldPart& part, const std::string&) { return is_bracketed(part); });
+  return parts_of(thing, [](const DescriptionPart& part, const std::string&) { return is_bracketed(part); });
 }
 
 std::string word_for(const CatalogueFact* fact, std::string_view name) {
-  if (fact && !fact->telling.word.empty()) return std::string(fact->telling.word);
+  if (fact && !fact->wording.word.empty()) return std::string(fact->wording.word);
   std::string words(name);
   std::replace(words.begin(), words.end(), '-', ' ');
   return words;
@@ -100,7 +101,7 @@ std::string word_for(const CatalogueFact* fact, std::string_view name) {
 
 std::string readable_value(const CatalogueFact* fact, std::string_view value, std::string_view base_value) {
   if (!fact) return std::string(value);
-  if (fact->telling.yes_no && (value == "0" || value == "1")) return value == "1" ? "yes" : "no";
+  if (fact->wording.yes_no && (value == "0" || value == "1")) return value == "1" ? "yes" : "no";
   if (fact->unit.empty() || value.empty()) return std::string(value);
   const std::optional<uint64_t> bytes = parse_decimal(base_value);
   if (bytes && fact->unit == "GB") return without_zero(readable_size(*bytes));

@@ -126,7 +126,7 @@ class Code(unittest.TestCase):
 /D | element | nobody
 /D/d:N | element, text | nobody
   called: Disk, replaceable
-  told as: {own value}, no. {its number} ({serial})
+  described as: {own value}, no. {its number} ({serial})
   there when: used
 /D/d:N/serial | text | nobody
   word: number
@@ -134,8 +134,8 @@ class Code(unittest.TestCase):
   follows: serial
 """
         made = catalogue.write_facts(catalogue.Catalogue(text))
-        self.assertIn('kTold[] = {\n    {"", "", ","},\n    {" no. ", "its number", ""},\n    {" (", "serial", ")"},\n};', made)
-        self.assertIn('{"", false, "Disk", true, {kTold + 0, kTold + 3}, "used", "", nullptr}},  // Snapshot/D/d\n', made)
+        self.assertIn('kDescriptionParts[] = {\n    {"", "", ","},\n    {" no. ", "its number", ""},\n    {" (", "serial", ")"},\n};', made)
+        self.assertIn('{"", false, "Disk", true, {kDescriptionParts + 0, kDescriptionParts + 3}, "used", "", nullptr}},  // Snapshot/D/d\n', made)
         self.assertIn('{"number", false, "", false, {}, "", "", nullptr}},  // Snapshot/D/d/serial\n', made)
         self.assertIn('{"", true, "", false, {}, "", "serial", nullptr}},  // Snapshot/D/d/used\n', made)
         self.assertIn('{"", false, "", false, {}, "", "", kCatalogue + 2}},  // Snapshot/a\n', made)
@@ -258,7 +258,7 @@ class Mistakes(unittest.TestCase):
             self.expect(line_of("/Software/Soft:N/size"), f'/Software/Soft:N/size: "{since}" is no system', "form: cut off", f"since: {since}")
 
     def test_columns_are_known(self):
-        known = "annotations, unit, form, source, present, since, debug run, known by, word, called, told as, there when, follows"
+        known = "annotations, unit, form, source, present, since, debug run, known by, word, called, described as, there when, follows"
         problem = f'/Software/Soft:N/size: unknown column "units"; known are: {known}'
         self.expect(line_of("  unit"), problem, "  unit: MB", "  units: MB")
 
@@ -299,8 +299,8 @@ class Mistakes(unittest.TestCase):
     def test_descriptions_use_existing_attributes(self):
         line = line_of("/Software/Soft:N |")
         called = "known by: location, own value\n  called: Application\n  {}"
-        problem = '/Software/Soft:N cannot be told by "place", which it does not have'
-        self.expect(line, problem, "known by: location, own value", called.format("told as: {own value} ({place})"))
+        problem = '/Software/Soft:N cannot be described by "place", which it does not have'
+        self.expect(line, problem, "known by: location, own value", called.format("described as: {own value} ({place})"))
         self.expect(line, problem, "known by: location, own value", called.format("there when: place"))
 
     def test_followed_facts_exist_and_form_no_cycle(self):
