@@ -37,7 +37,7 @@ def scan(build, machine, folder):
 
 
 def run(command):
-    """Seconds, seconds of processor time, and bytes of memory at most."""
+    """Seconds, seconds of processor time, and the peak memory in bytes."""
     start = time.monotonic()
     with open(os.devnull, "wb") as nothing:
         process = subprocess.Popen(command, stdout=nothing, stderr=subprocess.PIPE)
@@ -75,7 +75,7 @@ def table(inv, fleet, out, files, rounds):
 
 
 def beyond(rates, peak):
-    """What is not as it should be, a line each."""
+    """What is beyond its limit, one per line."""
     if peak > MOST_MEMORY:
         yield f"peak memory: {peak / 1e6:.0f} MB, {MOST_MEMORY / 1e6:.0f} allowed"
     if rates["export as NDJSON", 2] < LEAST_EXPORTED:

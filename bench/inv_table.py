@@ -46,7 +46,7 @@ def times(bench, applications, rounds):
 
 
 def fleet(bench, count):
-    """The files of as many machines, each with names, serials and addresses of its own."""
+    """The files of this many machines, each with its own names, serials and addresses."""
     scan(bench, FLEET_APPLICATIONS, generate_machine.SAME_DATE, "one.inv")
     for number in range(count):
         name = f"mac-{number}.inv"

@@ -38,7 +38,7 @@ SHAPES = {
 }
 RULES = '{"rules": [{"name": "all", "severity": "low", "message": "{path}", "sql": "SELECT path FROM facts"}]}'
 
-# With how many files they have in memory at once.
+# Commands with the number of files that they have in memory at once.
 COMMANDS = {
     "summary": (1, ["summary", "file.inv"]),
     "summary --json": (1, ["summary", "--json", "file.inv"]),
@@ -71,7 +71,7 @@ COMMANDS = {
 
 
 def text_of(unit, element, limit):
-    """A text of this unit, again and again, that is as large as may be read."""
+    """This unit repeated until the text is as large as may be read."""
     begin, end = f"{HEAD}+{element}=\n".encode(), b"-\n-\n"
     room, lines = limit - len(begin) - len(end), limit // BYTES_OF_LINE - 10
     pieces = [begin]
@@ -85,7 +85,7 @@ def text_of(unit, element, limit):
 
 
 def file_of_text(text, plain):
-    """As inventories.file_of_text, which wants a build of its own."""
+    """Like inventories.file_of_text, which needs its own build."""
     section = text + PLAIN_END if plain else zlib.compress(text, 1) + b"\0\1ZXML"
     header = (f"[H]\ncount=1\nsnapshotcount=1\n[0]\noffset=0\nlength={len(section)}\ntype=snapshot\n"
               "timestamp=20120118153045.000000+120\nsnaptype=mac:1\n")
@@ -93,7 +93,7 @@ def file_of_text(text, plain):
 
 
 def write_file(path, unit, element, limit, plain=False):
-    """In a process of its own: what a process held before it became another program would count as that one's."""
+    """In a separate process: what a process held before it became another program would count as that program's."""
     child = os.fork()
     if child == 0:
         path.write_bytes(file_of_text(text_of(unit, element, limit), plain))
@@ -103,7 +103,7 @@ def write_file(path, unit, element, limit, plain=False):
 
 
 def peak(command, folder):
-    """Bytes of memory, or none when a signal ended the command; and its exit status."""
+    """Bytes of memory, or None if a signal ended the command; and its exit status."""
     child = os.fork()
     if child == 0:
         os.chdir(folder)

@@ -43,7 +43,7 @@ COLUMNS = "applications | document | own CPU | peak | floor | ratio | stand-in |
 
 
 class Bench:
-    """Runs the programs of one build in a folder of its own."""
+    """Runs the programs of one build in a separate folder."""
 
     def __init__(self, build, folder):
         self.build = build
@@ -59,7 +59,7 @@ class Bench:
         return int(nanoseconds) / 1e6, int(kilobytes) * 1024
 
     def scan(self, machine, processes=0, options=()):
-        """The same of a scan that finds so many processes besides; what it found is left in the folder, one file per text."""
+        """The same for a scan that also finds this many processes; what it found is left in the folder, one file per text."""
         others = ["sh", "-c", f'for i in $(seq {processes}); do sleep 600 & done; exec "$@"', "sh"]
         inside = [*NAMESPACE, *(others if processes else []), ROOT / "simulator/run", machine]
         own, peak = self.measure([self.build / "velkaro-scanner", "/silent", *options], inside)
@@ -106,7 +106,7 @@ class Bench:
         return statistics.median(self.scan(machine, BUSY_PROCESSES)[0] for _ in range(rounds))
 
     def extended(self, rounds):
-        """The medians of an ordinary and of an extended scan of a Mac of today, and of how many times the one is the other."""
+        """The medians of an ordinary and of an extended scan of a current Mac, and of their ratio."""
         machine = self.folder / "mac-of-today"
         generate_machine.generate(machine, EXTENDED_APPLICATIONS, model=generate_machine.MAC_OF_TODAY)
         pairs = [(self.scan(machine)[0], self.scan(machine, options=["/extended"])[0]) for _ in range(rounds)]
@@ -115,7 +115,7 @@ class Bench:
 
 
 def splice(machine):
-    """One document of everything that the profiler says on this machine."""
+    """One document with everything that the profiler prints on this machine."""
     outputs = [path.read_bytes() for path in sorted((machine / "profiler").iterdir())]
     return outputs[0][:PROLOGUE] + b"".join(output[PROLOGUE:-EPILOGUE] for output in outputs) + outputs[0][-EPILOGUE:]
 
@@ -139,7 +139,7 @@ def limits(results, extended):
         yield "own CPU at 50 at most 25 ms", results[50]["own"], results[50]["own"] <= 25
     if 5000 in results:
         yield "ratio at 5000 at most 2.0", results[5000]["ratio"], results[5000]["ratio"] <= 2
-        # The script's own library is not the stand-in, which no Mac runs.
+        # The script does not use the stand-in, which no Mac runs.
         times = results[5000]["times of the product"]
         yield "script at 5000 at least 3 x the scan without the stand-in", times, times >= 3
     if 5000 in results and 20000 in results:

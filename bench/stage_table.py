@@ -16,7 +16,7 @@ from scan_table import NAMESPACE, ROOT
 
 
 def stages(build, machine, folder):
-    """One scan's stages in their order: name to (milliseconds, allocations, bytes allocated)."""
+    """One scan's stages in order: name to (milliseconds, allocations, bytes allocated)."""
     command = [*NAMESPACE, ROOT / "simulator/run", machine, build / "bench/stages"]
     lines = subprocess.run(command, cwd=folder, capture_output=True, text=True, check=True).stdout.splitlines()
     rows = [line.split("\t") for line in lines]

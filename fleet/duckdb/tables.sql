@@ -81,7 +81,7 @@ CREATE TABLE typed.disks (
   internal BOOLEAN,  -- whether it is in the Mac (extended scans)
   partition_map VARCHAR,  -- the kind of its partition map, in the profiler's word (extended scans)
   device VARCHAR,  -- its device, such as disk0 (extended scans)
-  trim_support BOOLEAN  -- whether the system tells it which blocks are free (extended scans)
+  trim_support BOOLEAN  -- whether the system tells the disk which blocks are free (extended scans)
 );
 
 -- Version 1.0. A row is a volume; those of one APFS container share its size and free space.

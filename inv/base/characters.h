@@ -1,4 +1,4 @@
-// Kinds of characters, and how texts begin and end, in ASCII whatever the locale is.
+// Classifies ASCII characters and compares the ends of texts, regardless of the locale.
 #pragma once
 
 #include <string_view>

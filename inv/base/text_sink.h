@@ -1,4 +1,4 @@
-// Where a text goes that is made piece by piece, since the whole of it might not fit into memory.
+// Receives a text piece by piece, since all of it might not fit into memory.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The option that chooses a typed table in place of the facts.
+// The option that chooses a typed table instead of facts.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace inv {
 
-// --table; `table` stays empty when it is not given.
+// --table; `table` stays empty if it is not given.
 void add_table_option(CLI::App& command, std::string& table);
 
 }  // namespace inv

@@ -27,7 +27,7 @@ constexpr char kPageSize[] = "PRAGMA page_size = 8192";
 
 enum class Owner { nobody, this_version, version_without_keys, versions_before, another };
 
-// The versions before did not put their mark on a database: the tables tell.
+// Earlier versions did not mark their databases, so recognise them by their tables.
 constexpr char kTablesBefore[] =
     "SELECT (SELECT group_concat(name) FROM pragma_table_info('machines')) ="
     " 'id,machine,timestamp,name,scanned,file,signed_by' AND"

@@ -1,4 +1,4 @@
--- What was set aside of those versions is put into the tables of this one.
+-- Copies what was set aside from those versions into the tables of this one.
 
 INSERT INTO main.machines
 SELECT id, machine, timestamp, name, scanned, file, signed_by, NULL,

@@ -13,7 +13,7 @@ void PreparedScan::add(const Fact& fact) {
   Lengths lengths = {};
   lengths.element = append(fact.element);
   lengths.path = lengths.element + append(fact.path.substr(fact.element.size()));
-  // An attribute's name may have slashes, and then only the element tells where it begins.
+  // An attribute's name may contain slashes, so only the element shows where it begins.
   texts_.append("\n").append(std::to_string(lengths.element)).append("\n").append(fact.section);
   lengths.path_key = texts_.size() - start;
   lengths.name = append(fact.name);

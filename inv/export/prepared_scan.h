@@ -1,5 +1,5 @@
-// A scan as the rows of the database. Many threads prepare scans, and the one that writes only hands the
-// texts on.
+// A scan as rows for the database. Many threads prepare scans, so that the writing thread only passes on the
+// texts.
 #pragma once
 
 #include <string>
@@ -12,12 +12,12 @@
 
 namespace inv {
 
-// It keeps nothing of the inventory that it was made of.
+// Independent of the inventory that it was made from.
 class PreparedScan {
  public:
   // A fact in valid UTF-8.
   struct Row {
-    std::string_view path_key;  // of this path and element and no other
+    std::string_view path_key;  // unique to this path and element
     std::string_view path;
     std::string_view element;
     std::string_view section;
@@ -35,8 +35,8 @@ class PreparedScan {
   const Scan& scan() const { return scan_; }
   size_t facts() const { return facts_.size(); }
 
-  // Calls visit(const Row&) for every fact, in the order of the file, until it returns false. Whether it
-  // never did.
+  // Calls visit(const Row&) for every fact, in the order of the file, until it returns false; returns whether
+  // it never did.
   template <typename Visit>
   bool each_row(Visit visit) const {
     size_t start = 0;
@@ -48,7 +48,7 @@ class PreparedScan {
   }
 
  private:
-  // Of the texts of a fact, which follow each other. The key begins with the path, and the path with the
+  // Lengths of a fact's texts, which are adjacent. The key begins with the path, and the path with the
   // element.
   struct Lengths {
     size_t path, element;

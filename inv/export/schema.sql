@@ -4,20 +4,20 @@
 
 CREATE TABLE machines (
   id INTEGER PRIMARY KEY,
-  machine TEXT NOT NULL,    -- what tells it from others: serial number, UUID, or name and address
+  machine TEXT NOT NULL,    -- what identifies it: serial number, UUID, or name and address
   timestamp TEXT NOT NULL,  -- of the scan, as the file has it: 20120118153045.000000+120
   name TEXT NOT NULL,       -- what people call it
   scanned TEXT NOT NULL,    -- the timestamp for people: 2012-01-18 15:30:45 +02:00
   file TEXT NOT NULL,       -- where the scan was loaded from
-  signed_by TEXT NOT NULL,  -- who signed the file; empty when no signature was asked for
-  scan_id TEXT UNIQUE,      -- the file's SHA-256; none when an inv that did not know it loaded the file
-  scanned_at TEXT,          -- the timestamp in UTC: 2012-01-18T13:30:45Z; none when it cannot be understood
-  damaged INTEGER NOT NULL  -- 1 when parts of the file could not be read
+  signed_by TEXT NOT NULL,  -- who signed the file; empty if no signature was required
+  scan_id TEXT UNIQUE,      -- the file's SHA-256; NULL if an earlier version of inv loaded the file
+  scanned_at TEXT,          -- the timestamp in UTC: 2012-01-18T13:30:45Z; NULL if it cannot be understood
+  damaged INTEGER NOT NULL  -- 1 if parts of the file could not be read
 );
 
 CREATE INDEX machines_by_time ON machines (machine, scanned_at);
 
--- The same paths are in all files: a fact has the number of its own.
+-- All files have the same paths, so a fact has the number of its path.
 CREATE TABLE paths (
   id INTEGER PRIMARY KEY,
   path TEXT NOT NULL,          -- /Software/Soft:1/version
@@ -37,7 +37,7 @@ CREATE TABLE fact_values (
   value TEXT NOT NULL,
   unit TEXT NOT NULL,
   base_value TEXT NOT NULL,   -- the exact value behind a rounded one: bytes
-  number NUMERIC,             -- the value, where it is one
+  number NUMERIC,             -- the value, if it is a number
   PRIMARY KEY (machine_id, position)
 ) WITHOUT ROWID;
 

@@ -1,5 +1,5 @@
 -- Before the tables of this version are made, those of versions 2 and 3 are set aside. They have one table of facts,
--- each with its whole path, and know scans by machine and timestamp alone.
+-- each with its whole path, and identify scans only by machine and timestamp.
 
 CREATE TEMP TABLE old_machines AS SELECT * FROM main.machines;
 CREATE TEMP TABLE old_facts AS SELECT * FROM main.facts;

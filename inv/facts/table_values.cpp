@@ -19,8 +19,8 @@ std::string_view take_segment(std::string_view& path) {
   return segment;
 }
 
-// What a path below an element names: an attribute, or an element with its value. A compound field is both, and
-// its value is that of the element.
+// What a path below an element names: an attribute, or an element with its value. A compound field is both,
+// and its value is that of the element.
 FoundValue value_below(Element element, std::string_view path) {
   for (size_t slash = path.find('/'); slash != path.npos; slash = path.find('/')) {
     element = element.child(take_segment(path));

@@ -1,26 +1,26 @@
 
 "use strict";
-// The tables are in the page as they are; this makes them searchable and sortable. Taking a row out of what the
-// browser has laid out costs it more than sorting does, so of a long table only the first rows stay in the page
-// until somebody asks for all of them, or prints. What rows are compared by is worked out once for each.
+// The page already has the tables; this makes them searchable and sortable. Removing a row from what the
+// browser has laid out costs more than sorting, so only the first rows of a long table stay in the page
+// until somebody asks for all of them, or prints. The sort keys of the rows are computed only once.
 
 const kFirstRows = 500;
 
-// What a text is sorted by: marks and cases do not count, and numbers have the same number of digits. Comparing
-// such keys is many times as fast as asking the browser how people of this language order texts.
+// The sort key of a text: accents and case do not count, and numbers have the same number of digits. Comparing
+// such keys is many times as fast as the browser's own language-aware comparison.
 function sortKey(text) {
   const letters = /[^\0-\x7F]/.test(text) ? text.normalize("NFD").replace(/\p{M}/gu, "") : text;
   return letters.toLowerCase().replace(/0*(\d+)/g, (all, digits) => digits.padStart(20, "0"));
 }
 
-// Empty cells come last either way; rows of the same key stay in their order.
+// Empty cells come last in either direction; rows with the same key keep their order.
 function compareKeys(one, other, descending) {
   if (one === other) return 0;
   if (one === "" || other === "") return one === "" ? 1 : -1;
   return (one < other) === descending ? 1 : -1;
 }
 
-// The rows of a table: all of them in their order, of which the page holds the first that a search finds.
+// All rows of a table in order; the page has the first of those that a search finds.
 function rowsOf(table) {
   const body = table.tBodies[0];
   const items = [...body.rows].map((row) => ({ row, text: null, keys: [] }));
@@ -47,7 +47,7 @@ function rowsOf(table) {
   more.className = "more";
   more.hidden = true;
   more.addEventListener("click", () => {
-    // While the table is short: to move the focus, the browser lays out what changed.
+    // Do this while the table is short: moving the focus makes the browser lay out what changed.
     table.parentNode.focus({ preventScroll: true });
     show(Infinity);
   });
@@ -57,13 +57,13 @@ function rowsOf(table) {
 
   return {
     count: items.length,
-    // Rows of the same key stay in their order.
+    // Rows with the same key keep their order.
     sort(column, descending) {
       for (const item of items) item.keys[column] ??= sortKey(item.row.cells[column].textContent);
       items.sort((one, other) => compareKeys(one.keys[column], other.keys[column], descending));
       find();
     },
-    // Shows the rows that have all of the words, and returns how many these are.
+    // Shows the rows that contain all of the words, and returns how many there are.
     search(text) {
       for (const item of items) item.text ??= item.row.textContent.toLowerCase();
       words = text.toLowerCase().split(/\s+/).filter(Boolean);

@@ -94,7 +94,7 @@ std::string space_bar(unsigned used, size_t cells, const Terminal& terminal) {
          terminal.dim(repeat(kEmpty, cells - filled)) + " ";
 }
 
-// What is known of a volume's space, with a bar as far as there is room; empty for nothing.
+// What is known of a volume's space, with a bar as wide as there is room; may be empty.
 std::string space_text(const Volume& volume, const Terminal& terminal, size_t room) {
   if (!volume.knows_used()) {
     if (volume.knows_free) return shorten(readable_size(volume.free_bytes) + " free", room);

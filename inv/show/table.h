@@ -26,11 +26,10 @@ class Table {
 
   // As many cells as there are columns, in valid UTF-8.
   void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
-  // Takes columns out until lines can be as short as this, and returns their titles in that order.
+  // Removes columns until lines can be this short, and returns their titles in that order.
   std::vector<std::string> leave_out(size_t most_columns);
-  // The title line first, columns two blanks apart, no blanks at the end of lines. For lines of at most this
-  // width the widest columns give way, none of them below its least; where that is not enough, lines stay
-  // wider.
+  // The title line first, columns two blanks apart, no trailing blanks. To fit this width the widest columns
+  // are cut, but never below their minimum; if that is not enough, lines stay wider.
   std::string text(size_t most_columns = kAnyWidth) const;
 
  private:

@@ -10,7 +10,7 @@ const flags = ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-ru
 
 let started = 0;
 
-// A browser of its own for each use, so that nothing is left over from another.
+// A separate browser for each use, so that nothing is left over from another.
 export async function withPage(address, options, use) {
   const context = await chromium.launchPersistentContext(join(folder, `profile-${++started}`), {
     executablePath: "/usr/bin/chromium",

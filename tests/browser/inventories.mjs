@@ -38,7 +38,7 @@ export function report(name, ...args) {
   return `file://${path}`;
 }
 
-// The lines of a snapshot with so many applications.
+// The lines of a snapshot with this many applications.
 export function applications(number) {
   const lines = ["timestamp=20120118153045.000000+120", "+Software="];
   for (let i = 0; i < number; ++i) {

@@ -333,7 +333,7 @@ test("a comparison tells the changes in a table of the same kind", async () => {
   await withPage(comparison(), {}, async (page, seen) => {
     const cells = await page.locator("#changes td").allTextContents();
     assert.deepEqual(cells, ["changed", "Application", "Safari 5.0 to 5.1"]);
-    // Files without a machine are known by their names.
+    // Files without a machine are identified by their names.
     assert.match(await page.locator(".warning").textContent(), /these are two different machines/);
     await page.getByRole("searchbox").fill("removed");
     assert.equal(await table(page, "changes").count(), 0);

@@ -1,14 +1,13 @@
-// How long scripts keep a page busy, as the browser's own tracing tells it.
+// How long scripts keep a page busy, according to the browser's own tracing.
 const kScript = new Set(["FunctionCall", "EvaluateScript", "v8.compile"]);
 
-// What a click starts can be a part of another script, and is then told as the event only. What other events start is
-// told as calls; the events themselves hold the browser's own editing and layout.
+// What a click starts can be part of another script, and is then traced only as the event. What other events start is
+// traced as calls; the events themselves include the browser's own editing and layout.
 function isScript({ name, args }) {
   return kScript.has(name) || (name === "EventDispatch" && args?.data?.type === "click");
 }
 
-// The milliseconds of processor time that scripts took of the page's main thread, so that other programs that run
-// meanwhile do not count; those within others count once.
+// The milliseconds of processor time of scripts on the page's main thread, so that other programs do not count; nested scripts count once.
 function scriptMilliseconds(events, thread) {
   const spans = events
     .filter((event) => event.ph === "X" && event.tid === thread.tid && event.pid === thread.pid && isScript(event))
@@ -23,7 +22,7 @@ function scriptMilliseconds(events, thread) {
   return total / 1000;
 }
 
-// What scripts take while `act` works on the page.
+// The script time while `act` works on the page.
 export async function scriptTime(page, act) {
   const session = await page.context().newCDPSession(page);
   const events = [];
@@ -39,8 +38,8 @@ export async function scriptTime(page, act) {
   return Math.max(...threads.map((thread) => scriptMilliseconds(events, thread)));
 }
 
-// The acts on a page's table of applications, in their order. Elements are found by their places: to look for names in
-// so large a page takes longer than all that is measured.
+// The acts on a page's table of applications, in order. Elements are found by their places: searching for names in
+// such a large page takes longer than everything that is measured.
 function actsOn(page) {
   const key = (name) => () => page.keyboard.press(name);
   const click = (element) => () => page.locator(`#applications ${element}`).evaluate((button) => button.click());
@@ -52,7 +51,7 @@ function actsOn(page) {
 
 const median = (numbers) => numbers.sort((one, other) => one - other)[Math.floor(numbers.length / 2)];
 
-// The milliseconds of script for each act, medians of so many rounds with the page loaded anew.
+// The milliseconds of script for each act, medians of this many rounds, each with the page reloaded.
 export async function timeActs(page, rounds) {
   const times = {};
   for (let round = 0; round < rounds; ++round) {

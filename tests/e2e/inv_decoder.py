@@ -115,7 +115,7 @@ class TextParser:
 
     def take(self, line, offset):
         if self.top is not None and not self.open and self.tag is None:
-            raise FormatError("a line behind the top element", offset, self.where)
+            raise FormatError("a line after the top element", offset, self.where)
         marker = line[:1]
         if line == b"-":
             self.close(offset)
@@ -153,7 +153,7 @@ class TextParser:
         if self.tag is None:
             raise FormatError("an attribute of nothing", offset, self.where)
         if self.tag.attribute(name):
-            raise FormatError(f'the attribute "{name}" stands twice', offset, self.where)
+            raise FormatError(f'the attribute "{name}" occurs twice', offset, self.where)
         self.annotated = Attribute(name, value)
         self.tag.attributes.append(self.annotated)
 

@@ -162,7 +162,7 @@ class Refused(unittest.TestCase):
             b"+a=\n": '"a" is not closed',
             b"*a=": "the last line does not end",
             b"*a=\n*b=\n": "a second top element",
-            b"+a=\n-\n*b=\n": "a line behind the top element",
+            b"+a=\n-\n*b=\n": "a line after the top element",
             b"*a=\n-\n": "a closing line without an open branch",
             b"x=1\n": "an attribute of nothing",
             b"~k=t\n": "an annotation of nothing",
@@ -171,7 +171,7 @@ class Refused(unittest.TestCase):
             b"+a=\n*b\n-\n": "a line without an equals sign",
             b"+a=\n\n-\n": "a line without an equals sign",
             b"+a=\n- \n": "a line without an equals sign",
-            b"*a=\nx=1\nx=2\n": 'the attribute "x" stands twice',
+            b"*a=\nx=1\nx=2\n": 'the attribute "x" occurs twice',
             b"*a=\0\n": "a NUL byte",
         }.items():
             with self.subTest(lines=lines):

@@ -1,4 +1,4 @@
-// The same as duckdb.mjs, for ClickHouse; its engine is half a gigabyte (npm install --no-save chdb in this folder), so it is only there when somebody wants it.
+// The same as duckdb.mjs, for ClickHouse; its engine is half a gigabyte (npm install --no-save chdb in this folder), so it is installed only on request.
 import { readFileSync } from "node:fs";
 import { chdir } from "node:process";
 import { Session } from "chdb";

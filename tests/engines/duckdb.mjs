@@ -1,4 +1,4 @@
-// Runs statements in DuckDB, for tests/e2e/test_fleet_engines.py: in an own folder, over a database of its own.
+// Runs statements in DuckDB, for tests/e2e/test_fleet_engines.py: in a separate folder, with its own database.
 // usage: node duckdb.mjs FOLDER <{"run": [SQL...], "ask": {NAME: SQL}}; prints {NAME: [[value, ...], ...]}
 import { readFileSync } from "node:fs";
 import { chdir } from "node:process";

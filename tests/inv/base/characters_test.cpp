@@ -6,7 +6,7 @@
 
 namespace {
 
-// The characters of a kind, of all 256.
+// All characters of a kind, out of 256.
 template <typename Kind>
 std::string all_of(Kind is_kind) {
   std::string found;

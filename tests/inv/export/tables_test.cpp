@@ -41,7 +41,7 @@ std::vector<Row> rows_of(const std::string& table, const std::string& lines) {
   return rows_of_file(table, snapshot_of(lines));
 }
 
-// The cells that are not empty, but for the columns that all tables have.
+// The cells that are not empty, except for the columns that all tables have.
 std::map<std::string, std::string> filled(const Row& row) {
   std::map<std::string, std::string> cells;
   for (const auto& [name, cell] : row) {
@@ -309,7 +309,7 @@ TEST(Tables, SecurityIsARowOfEveryScan) {
                                                               {"secure_boot", "Full Security"}}));
 }
 
-// What is no value of its kind leaves the cell empty, and the row there.
+// A value of the wrong form leaves the cell empty, but keeps the row.
 
 TEST(OddValues, AnIntegerIsDecimalAndOfAtMostFifteenDigits) {
   const auto pid = [](const std::string& value) {
