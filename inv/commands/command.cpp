@@ -34,7 +34,7 @@ CLI::App& add_command(CLI::App& app, const char* name, const char* summary, cons
 void limit_to(CLI::Option* option, std::vector<std::string_view> names) {
   option->check([names = std::move(names)](const std::string& given) {
     if (std::find(names.begin(), names.end(), given) != names.end()) return std::string();
-    std::string refusal = "\"" + printable(given) + "\" is not one of ";
+    std::string refusal = "\"" + printable(given) + "\" is not one of";
     for (const std::string_view name : names) refusal.append(name == names.front() ? " " : ", ").append(name);
     return refusal + did_you_mean(nearest(given, names));
   });

@@ -71,7 +71,7 @@ class Parquet(InventoryTestCase):
         shipped = (FLEET / "duckdb" / "tables.sql").read_text()
         printed = "\n".join(schema(table, "duckdb") for table in options_of.TABLES)
         self.assertTrue(shipped.partition("CREATE SCHEMA typed;\n\n")[2] == printed.replace("CREATE TABLE ", "CREATE TABLE typed."),
-                        "put what inv schema --format duckdb prints into fleet/duckdb/tables.sql")
+                        "run scripts/print_schemas")
 
     def test_every_row_is_loaded_once(self):
         for table, count in counts().items():

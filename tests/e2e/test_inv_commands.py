@@ -264,7 +264,7 @@ class Commands(InventoryTestCase):
                 self.assertIn(b"\x1b[", on_terminal(*arguments, "--color=always", NO_COLOR="1"))
                 self.assertIn(b"\x1b[", inv(*arguments, "--color=always").stdout)
         self.check(2, "show", self.file, "--color", "sometimes")
-        self.assertIn('"sometimes" is not one of  auto, always, never\n', self.messages)
+        self.assertIn('"sometimes" is not one of auto, always, never\n', self.messages)
 
     def test_help_says_what_the_option_does(self):
         self.assertEqual(self.check(0, "help"), self.check(0, "--help"))
@@ -280,13 +280,13 @@ class Commands(InventoryTestCase):
         self.assertEqual(self.messages, "inv: frobnicate: no such command; inv help lists them\n")
 
     def test_a_mistyped_format_is_answered_with_the_list(self):
-        for given, answer in (("cvs", '"cvs" is not one of  json, ndjson, csv, zxml; did you mean csv?'),
-                              ("2", '"2" is not one of  json, ndjson, csv, zxml')):
+        for given, answer in (("cvs", '"cvs" is not one of json, ndjson, csv, zxml; did you mean csv?'),
+                              ("2", '"2" is not one of json, ndjson, csv, zxml')):
             with self.subTest(given=given):
                 self.assertEqual(self.check(2, "export", f"--format={given}", self.file), "")
                 self.assertIn(f"--format: {answer}\n", self.messages)
         self.check(2, "show", self.file, "--section", "asset,snapshto")
-        self.assertIn('--section: "snapshto" is not one of  snapshot, asset; did you mean snapshot?\n', self.messages)
+        self.assertIn('--section: "snapshto" is not one of snapshot, asset; did you mean snapshot?\n', self.messages)
 
     def test_a_mistyped_path_is_answered_with_the_right_one(self):
         self.check(1, "get", self.file, "/System/Chasis/serial")

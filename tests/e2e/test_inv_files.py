@@ -101,7 +101,7 @@ class SeveralFiles(InventoryTestCase):
         names = [line.split()[0] for line in self.check(0, "summary", "imac.inv", "pro.inv", "--sort", "system").splitlines()]
         self.assertEqual(names, ["Machine", "Render", "Studio"])
         self.check(2, "summary", "imac.inv", "--sort", "modle")
-        self.assertIn('"modle" is not one of  name, model, serial, system, memory, disk, age; did you mean model?', self.messages)
+        self.assertIn('"modle" is not one of name, model, serial, system, memory, disk, age; did you mean model?', self.messages)
 
     def test_summary_writes_json(self):
         machines = json.loads(self.check(2, "summary", "--json", "--sort", "memory", "pro.inv", "missing.inv", "imac.inv"))

@@ -64,7 +64,7 @@ class Schema(InventoryTestCase):
         for kind in KINDS:
             printed = self.check(0, "schema", *of_table(kind))
             shown = (SCHEMAS / f"{kind}.json").read_text(encoding="utf-8")
-            self.assertTrue(shown == printed, f"run: inv schema {' '.join(of_table(kind))} >docs/schema/{kind}.json")
+            self.assertTrue(shown == printed, "run scripts/print_schemas")
 
     def test_it_says_what_it_is_and_of_which_version(self):
         for kind in KINDS:
@@ -126,9 +126,9 @@ class Schema(InventoryTestCase):
 
     def test_unknown_names_are_answered_with_what_there_is(self):
         self.check(2, "schema", "--table", "disk")
-        self.assertIn(f'"disk" is none of {", ".join(options_of.TABLES)}; did you mean disks?', self.messages)
+        self.assertIn(f'"disk" is not one of {", ".join(options_of.TABLES)}; did you mean disks?', self.messages)
         self.check(2, "schema", "--format", "postgres")
-        self.assertIn(f'"postgres" is none of json-schema, {", ".join(FORMATS)}; did you mean postgresql?', self.messages)
+        self.assertIn(f'"postgres" is not one of json-schema, {", ".join(FORMATS)}; did you mean postgresql?', self.messages)
 
 
 @unittest.skipUnless((VALIDATORS / "node_modules").exists() and shutil.which("node"), "run npm ci in tests/validators first")

@@ -182,7 +182,7 @@ class Tables(InventoryTestCase):
 
     def test_an_unknown_table_is_answered_with_what_there_is(self):
         self.check(2, "export", "--table", "sofware", "--format", "csv", FILES[0])
-        self.assertIn(f'"sofware" is none of {", ".join(options_of.TABLES)}; did you mean software?', self.messages)
+        self.assertIn(f'"sofware" is not one of {", ".join(options_of.TABLES)}; did you mean software?', self.messages)
 
     def test_a_form_without_rows_is_refused(self):
         for form in ("json", "zxml"):
