@@ -55,8 +55,8 @@ Part take_part(std::string_view& version) {
   return {kind_of_word(word), word};
 }
 
-// A longer number comes after all shorter ones and before any word: a colon follows the digits and precedes
-// the letters.
+// A longer number comes after all shorter ones and before any word: in ASCII a colon follows the digits and
+// precedes the letters.
 constexpr size_t kUsualDigits = 10;
 
 std::string sortable_number(const std::string& digits) {
@@ -65,8 +65,8 @@ std::string sortable_number(const std::string& digits) {
   return std::string(size - kUsualDigits, ':') + digits;
 }
 
-// A part after so many zeros. What is missing counts as zero, so an announcement must come before the end of
-// a key, the later the more zeros are before it, and anything else after the end, which is a point.
+// A part after this many zeros. A missing part counts as zero, so a pre-release must sort before the end of a
+// key, and the later the more zeros precede it; anything else must sort after the end, which is a point.
 void append_part(std::string& key, const Part& part, size_t zeros) {
   if (part.kind == Part::Kind::announcement) {
     key.append("-").append(zeros, '~').append(part.text);

@@ -13,12 +13,12 @@ namespace inv {
 // later than "1.0.2".
 int compare_versions(std::string_view one, std::string_view other);
 
-// Bytes of a version; what is longer is something else.
+// In bytes; anything longer is not a version.
 constexpr size_t kLongestVersion = 1000;
 
-// A text for a version, such that comparing the bytes of two is comparing the versions. For numbers with
-// points between it is easily made by hand: each number but the zeros at the end with ten digits and points
-// around it, ".0000000005.0000000010." for "5.10.0". Empty for what is longer than kLongestVersion.
+// A text for a version whose bytes compare as the versions do. For numbers separated by points it is easily
+// made by hand: each number except trailing zeros has ten digits, with points around it:
+// ".0000000005.0000000010." for "5.10.0". Empty for texts longer than kLongestVersion.
 std::string version_key(std::string_view version);
 
 }  // namespace inv

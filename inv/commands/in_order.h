@@ -16,8 +16,8 @@
 namespace inv {
 
 // Threads that call make(i) for each i from 0 to count - 1, and their results, to be taken in this order.
-// Only a few results are ever waiting, so memory does not grow with `count`; and while those that wait or are
-// in use weigh more than `most_weight` together, as weight_of(result) says, no other is begun.
+// Only a few results are ever waiting, so memory does not grow with `count`; and no other is begun while
+// those that are waiting or in use weigh more than `most_weight` together, according to weight_of(result).
 template <typename Make, typename Weigh>
 class Makers {
  public:
@@ -129,7 +129,7 @@ bool in_order(size_t count, size_t jobs, Make make, Use use, Weigh weight_of, ui
   return one_by_one(count, make, use);
 }
 
-// The same for results that weigh nothing.
+// The same for results without weight.
 template <typename Make, typename Use>
 bool in_order(size_t count, size_t jobs, Make make, Use use) {
   return in_order(

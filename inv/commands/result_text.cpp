@@ -26,8 +26,7 @@ bool has_numbers(const QueryResult& result, size_t column) {
 
 std::string shown(const Json& cell) { return printable(text_of_cell(cell)); }
 
-// Cells that are wider than this push what follows aside, so that a single one does not fill every row with
-// blanks.
+// Cells wider than this shift the rest of their row, so that a single one does not pad every row with blanks.
 constexpr size_t kWidestCell = 200;
 
 class TableWriter {

@@ -21,7 +21,8 @@ void add_timeout(CLI::App& command, unsigned& patience);
 bool open_for_questions(const char* command, QueryDatabase& database, const std::vector<std::string>& files,
                         uint64_t max_size, bool keep_secrets, int& status);
 
-// A result as "table", "csv", where formulas may be disarmed, or "json", an array of objects; row by row.
+// Writes a result row by row, as "table", "csv" (optionally with disarmed formulas) or "json", an array of
+// objects.
 void result_text(const QueryResult& result, const std::string& format, Formulas formulas,
                  const TextSink& sink);
 

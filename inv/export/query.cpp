@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int kLongestText = 16 << 20;
 constexpr int kLongestQuestion = 1 << 20;
 constexpr int kLongestPattern = 1000;
-// What the heap adds to a block.
+// The heap's overhead per block.
 constexpr size_t kBlockOverhead = 16;
 // SQLite's steps between two checks of the clock.
 constexpr int kStepsBetweenLooks = 10'000;
@@ -63,7 +63,7 @@ Json cell_of(sqlite3_stmt* statement, int column) {
   }
 }
 
-// The memory of a value.
+// The memory that a value takes.
 size_t size_of(const Json& cell) {
   if (!cell.is_string()) return sizeof cell;
   const auto& text = cell.get_ref<const std::string&>();

@@ -12,8 +12,8 @@
 
 namespace inv {
 
-// How much memory a database for queries, its queries and a result may take: twice, and half, of the limit
-// for a file, but never less than these.
+// How much memory a database with its queries, and a result, may take: twice and half the limit for a file,
+// but never less than these.
 constexpr uint64_t kLeastQueryMemory = 16u << 20;
 constexpr uint64_t kLeastResultMemory = 4u << 20;
 
@@ -46,7 +46,7 @@ class QueryDatabase {
   // The result of one statement. std::nullopt, with the reason in error(), if it is not a query or fails.
   // Nothing can be added after the first query.
   std::optional<QueryResult> ask(const std::string& sql);
-  // Lowers the limit for the results of later queries by what the caller keeps of earlier ones, in bytes.
+  // Lowers the limit for later results by what the caller keeps of earlier ones, in bytes.
   void keep(uint64_t size) { result_memory_ -= std::min(size, result_memory_); }
 
   const std::string& error() const { return error_; }

@@ -11,11 +11,11 @@ extern const std::string_view kDatabaseSchema;
 // made.
 extern const std::string_view kDatabaseSetAside;
 extern const std::string_view kDatabaseMigration;
-// versions.sql: the keys of versions, for those that the tables have.
+// versions.sql: the keys of the versions in the tables.
 extern const std::string_view kDatabaseVersions;
 // Views with a row for each element of each scan; the catalogue of facts says which.
 extern const std::string_view kDatabaseViews;
-// What removes them, those of an earlier version too.
+// Removes them, including those of an earlier version.
 extern const std::string_view kDatabaseViewsDropped;
 
 }  // namespace inv
