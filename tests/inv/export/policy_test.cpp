@@ -97,6 +97,24 @@ TEST_F(CheckRule, FillsTheMessageFromTheRow) {
   EXPECT_EQ(message("}{"), "}{");
 }
 
+TEST_F(CheckRule, CutsAMessageThatNobodyWouldRead) {
+  const std::string sql = "SELECT replace(hex(zeroblob(20000)), '0', 'x') AS x";
+  EXPECT_EQ(verdict(sql, "{x}").breaches.front().message, std::string(40'000, 'x'));
+  EXPECT_EQ(verdict(sql, "{x}{x}{x}").breaches.front().message, std::string(65'536, 'x'));
+}
+
+TEST_F(CheckRule, VerdictsShareTheMemoryOfResults) {
+  inv::QueryDatabase small{std::chrono::seconds(60), 1 << 20};
+  ASSERT_TRUE(small.open());
+  const inv::PolicyRule rule = {
+      "rule", "high", "m",
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 19000) SELECT i FROM n"};
+  EXPECT_EQ(inv::check_rule(rule, small).breaches.size(), 19'000u);
+  const inv::PolicyVerdict second = inv::check_rule(rule, small);
+  EXPECT_EQ(second.error.rfind("its result takes more than 1002304 bytes", 0), 0u) << second.error;
+  EXPECT_TRUE(second.breaches.empty());
+}
+
 TEST_F(CheckRule, AQuestionWithoutAnAnswerIsAnError) {
   const inv::PolicyVerdict none = verdict("DROP TABLE facts");
   EXPECT_EQ(none.error, "only SELECT is allowed");
