@@ -5,6 +5,16 @@
 namespace inv {
 
 PreparedScan::PreparedScan(const Inventory& inventory) : scan_(scan_of(inventory)) {
+  // Growing would copy everything again and again; what is not filled takes no memory.
+  constexpr size_t kUsualPath = 64;
+  size_t lines = 0, bytes = 0;
+  for (const Content& content : inventory.contents) {
+    if (!content.document) continue;
+    lines += content.document->line_count();
+    bytes += content.document->text().size();
+  }
+  facts_.reserve(lines);
+  texts_.reserve(2 * bytes + kUsualPath * lines);
   each_fact(inventory, [this](const Fact& fact) { add(fact); });
 }
 
@@ -15,7 +25,7 @@ void PreparedScan::add(const Fact& fact) {
   lengths.path = lengths.element + append(fact.path.substr(fact.element.size()));
   // An attribute's name may contain slashes, so only the element shows where it begins.
   texts_.append("\n").append(std::to_string(lengths.element)).append("\n").append(fact.section);
-  lengths.path_key = texts_.size() - start;
+  lengths.path_key = static_cast<uint32_t>(texts_.size() - start);
   lengths.name = append(fact.name);
   lengths.kind = append(fact.kind);
   lengths.index = append(fact.index);
@@ -27,14 +37,15 @@ void PreparedScan::add(const Fact& fact) {
   facts_.push_back(lengths);
 }
 
-size_t PreparedScan::append(std::string_view text) {
+uint32_t PreparedScan::append(std::string_view text) {
   const size_t start = texts_.size();
   if (is_utf8(text)) {
     texts_.append(text);
   } else {
     texts_.append(to_utf8(text));
   }
-  return texts_.size() - start;
+  // A line, and a path, is far shorter than this can count.
+  return static_cast<uint32_t>(texts_.size() - start);
 }
 
 PreparedScan::Row PreparedScan::row_at(size_t start, const Lengths& fact) const {

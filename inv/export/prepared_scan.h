@@ -2,6 +2,7 @@
 // texts.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,16 +52,16 @@ class PreparedScan {
   // Lengths of a fact's texts, which are adjacent. The key begins with the path, and the path with the
   // element.
   struct Lengths {
-    size_t path, element;
-    size_t path_key, name, kind, index, value, unit, base_value;
     std::string_view section;
+    uint32_t path, element;
+    uint32_t path_key, name, kind, index, value, unit, base_value;
     bool is_number;
 
-    size_t size() const { return path_key + name + kind + index + value + unit + base_value; }
+    size_t size() const { return size_t{path_key} + name + kind + index + value + unit + base_value; }
   };
 
   void add(const Fact& fact);
-  size_t append(std::string_view text);
+  uint32_t append(std::string_view text);
   Row row_at(size_t start, const Lengths& fact) const;
 
   Scan scan_;

@@ -100,7 +100,7 @@ std::string text_of_cell(const Json& cell) {
 
 QueryDatabase::QueryDatabase(std::chrono::seconds patience, uint64_t max_size)
     : patience_(patience),
-      memory_(std::max(2 * max_size, kLeastQueryMemory)),
+      memory_(std::max(max_size + max_size / 4, kLeastQueryMemory)),
       result_memory_(std::max(max_size / 2, kLeastResultMemory)) {}
 
 QueryDatabase::~QueryDatabase() { sqlite3_hard_heap_limit64(0); }
@@ -112,8 +112,10 @@ bool QueryDatabase::open() {
   return false;
 }
 
-bool QueryDatabase::add(const Inventory& inventory) {
-  const Loaded outcome = database_.add(inventory);
+bool QueryDatabase::add(Inventory& inventory) {
+  const Arrival arrival = {PreparedScan(inventory), {}};
+  inventory.contents.clear();
+  const Loaded outcome = database_.add(arrival);
   if (outcome != Loaded::refused && outcome != Loaded::broken) return true;
   error_ = database_.error();
   if (error_ == sqlite3_errstr(SQLITE_NOMEM)) {

@@ -12,8 +12,8 @@
 
 namespace inv {
 
-// How much memory a database with its queries, and a result, may take: twice and half the limit for a file,
-// but never less than these.
+// How much memory a database with its queries, and a result, may take: one and a quarter, and half, of the
+// limit for a file, but never less than these.
 constexpr uint64_t kLeastQueryMemory = 16u << 20;
 constexpr uint64_t kLeastResultMemory = 4u << 20;
 
@@ -41,7 +41,8 @@ class QueryDatabase {
 
   // False if there is not enough memory; the reason, a clause, is in error().
   bool open();
-  bool add(const Inventory& inventory);
+  // The file's trees are given up, since the database takes their place in memory.
+  bool add(Inventory& inventory);
 
   // The result of one statement. std::nullopt, with the reason in error(), if it is not a query or fails.
   // Nothing can be added after the first query.
