@@ -20,10 +20,10 @@ struct Options {
 };
 
 void write_changes(const Options& options, const Inventory& old_inventory, const Inventory& new_inventory,
-                   const ToldChanges& told, const TextSink& sink) {
-  if (options.json || options.format == "json") return changes_json(told, sink);
-  if (options.format == "markdown") return changes_markdown(old_inventory, new_inventory, told, sink);
-  changes_text(told, output_terminal(), sink);
+                   const ChangeSentences& sentences, const TextSink& sink) {
+  if (options.json || options.format == "json") return changes_json(sentences, sink);
+  if (options.format == "markdown") return changes_markdown(old_inventory, new_inventory, sentences, sink);
+  changes_text(sentences, output_terminal(), sink);
 }
 
 int run(const Options& options) {
@@ -40,11 +40,12 @@ int run(const Options& options) {
   mask_unless_kept(options.keep_secrets, *new_inventory);
   const std::string warning = machine_warning(*old_inventory, *new_inventory);
   if (!warning.empty()) complain("diff", warning);
-  const ToldChanges told(diff(*old_inventory, *new_inventory, options.all ? Facts::all : Facts::lasting));
-  if (!told.changes().empty()) status = worse(status, kNo);
+  const ChangeSentences sentences(
+      diff(*old_inventory, *new_inventory, options.all ? Facts::all : Facts::lasting));
+  if (!sentences.changes().empty()) status = worse(status, kNo);
   ResultPrinter printer;
   size_t masked = 0;
-  write_changes(options, *old_inventory, *new_inventory, told, [&](std::string_view piece) {
+  write_changes(options, *old_inventory, *new_inventory, sentences, [&](std::string_view piece) {
     masked += masks_in(piece);
     printer.add(piece);
   });

@@ -404,6 +404,11 @@ std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_in
   return changes;
 }
 
+const CatalogueFact* attribute_fact(const Change& change) {
+  const Attribute* attribute = change.attribute();
+  return attribute ? find_fact_below(find_fact(change.element()), attribute->name) : nullptr;
+}
+
 const char* kind_text(Change::Kind kind) {
   switch (kind) {
     case Change::Kind::added:

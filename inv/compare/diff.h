@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "inv/facts/catalogue.h"
 #include "inv/file/inventory.h"
 
 namespace inv {
@@ -31,6 +32,8 @@ struct Change {
   const Attribute* attribute() const { return new_attribute ? new_attribute : old_attribute; }
   const Annotation* annotation() const { return new_annotation ? new_annotation : old_annotation; }
   bool is_of_element() const { return !attribute() && !annotation(); }
+  bool is_whole_element() const { return is_of_element() && kind != Kind::changed; }
+  bool is_own_value() const { return is_of_element() && kind == Kind::changed; }
 
   // The path of the element or attribute: in the new file, or in the old one if it was removed.
   std::string path() const;
@@ -60,6 +63,9 @@ enum class Facts {
 // and an element, counts as the element. Secrets are compared unmasked, and shown as the inventories show
 // them.
 std::vector<Change> diff(const Inventory& old_inventory, const Inventory& new_inventory, Facts facts);
+
+// What the catalogue says about the changed attribute; null for other changes.
+const CatalogueFact* attribute_fact(const Change& change);
 
 // "added", "removed" or "changed".
 const char* kind_text(Change::Kind kind);

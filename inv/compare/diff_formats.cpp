@@ -13,17 +13,17 @@
 namespace inv {
 namespace {
 
-std::string coloured(const ToldChange& told, const Terminal& terminal) {
-  switch (told.kind) {
-    case ToldChange::Kind::added:
-      return terminal.green(told.sentence);
-    case ToldChange::Kind::removed:
-      return terminal.red(told.sentence);
-    case ToldChange::Kind::replaced:
-    case ToldChange::Kind::changed:
-      return terminal.yellow(told.sentence);
+std::string coloured(const ChangeSentence& change, const Terminal& terminal) {
+  switch (change.kind) {
+    case ChangeSentence::Kind::added:
+      return terminal.green(change.sentence);
+    case ChangeSentence::Kind::removed:
+      return terminal.red(change.sentence);
+    case ChangeSentence::Kind::replaced:
+    case ChangeSentence::Kind::changed:
+      return terminal.yellow(change.sentence);
   }
-  return told.sentence;
+  return change.sentence;
 }
 
 // Escapes what could be markup, mention somebody or become a link.
@@ -47,9 +47,9 @@ std::string escaped(std::string_view text) {
 // Finds the sentences about each change.
 class SentencesOfChanges {
  public:
-  explicit SentencesOfChanges(const ToldChanges& told) : told_(told) {
-    for (size_t i = 0; i < told.size(); ++i) {
-      for (const size_t change : told.changes_of(i)) places_.emplace_back(change, i);
+  explicit SentencesOfChanges(const ChangeSentences& sentences) : sentences_(sentences) {
+    for (size_t i = 0; i < sentences.size(); ++i) {
+      for (const size_t change : sentences.changes_of(i)) places_.emplace_back(change, i);
     }
     std::sort(places_.begin(), places_.end());
   }
@@ -64,29 +64,30 @@ class SentencesOfChanges {
   }
 
   // The i-th sentence about that change.
-  const ToldChange& of_last_change(size_t i) { return told(places_[first_ + i].second); }
+  const ChangeSentence& of_last_change(size_t i) { return sentence_at(places_[first_ + i].second); }
 
  private:
   // A sentence about very many changes is not made again for each of them.
   static constexpr size_t kManyChanges = 64;
 
-  const ToldChange& told(size_t place) {
+  const ChangeSentence& sentence_at(size_t place) {
     const auto made = made_.find(place);
     if (made != made_.end()) return made->second;
     if (place != last_place_) {
-      last_ = told_[place];
+      last_ = sentences_[place];
       last_place_ = place;
     }
-    return told_.changes_of(place).size() < kManyChanges ? last_ : made_.emplace(place, last_).first->second;
+    return sentences_.changes_of(place).size() < kManyChanges ? last_
+                                                              : made_.emplace(place, last_).first->second;
   }
 
-  const ToldChanges& told_;
+  const ChangeSentences& sentences_;
   std::vector<std::pair<size_t, size_t>> places_;  // of changes and their sentences
   size_t first_ = 0;
   size_t count_ = 0;
-  ToldChange last_;
+  ChangeSentence last_;
   size_t last_place_ = static_cast<size_t>(-1);
-  std::unordered_map<size_t, ToldChange> made_;
+  std::unordered_map<size_t, ChangeSentence> made_;
 };
 
 // Writes a list of objects like Json's own writer, but piece by piece.
@@ -186,7 +187,7 @@ std::string time_of(const Inventory& inventory) { return readable_time(scan_time
 void add_sentences(size_t change, SentencesOfChanges& sentences, JsonList& list) {
   const size_t count = sentences.count_for(change);
   list.add("thing", count == 0 ? "" : sentences.of_last_change(count - 1).thing);
-  list.begin_text("told");
+  list.begin_text("sentence");
   for (size_t i = 0; i < count; ++i) {
     if (i > 0) list.add_to_text("; ");
     list.add_to_text(sentences.of_last_change(i).sentence);
@@ -196,15 +197,15 @@ void add_sentences(size_t change, SentencesOfChanges& sentences, JsonList& list)
 
 }  // namespace
 
-void changes_text(const ToldChanges& told, const Terminal& terminal, const TextSink& sink) {
-  for (const ToldChange& change : told) sink(coloured(change, terminal) + "\n");
+void changes_text(const ChangeSentences& sentences, const Terminal& terminal, const TextSink& sink) {
+  for (const ChangeSentence& change : sentences) sink(coloured(change, terminal) + "\n");
 }
 
-void changes_json(const ToldChanges& told, const TextSink& sink) {
-  SentencesOfChanges sentences(told);
+void changes_json(const ChangeSentences& sentences, const TextSink& sink) {
+  SentencesOfChanges finder(sentences);
   CounterpartsByTree counterparts;
   JsonList list(sink);
-  const std::vector<Change>& changes = told.changes();
+  const std::vector<Change>& changes = sentences.changes();
   for (size_t i = 0; i < changes.size(); ++i) {
     const Change& change = changes[i];
     list.begin_object();
@@ -216,7 +217,7 @@ void changes_json(const ToldChanges& told, const TextSink& sink) {
     list.add("name", change.name());
     list.add("old", change.old_value());
     list.add("new", change.new_value());
-    add_sentences(i, sentences, list);
+    add_sentences(i, finder, list);
     add_members(change, change.old_element, "old_members", list);
     add_members(change, change.new_element, "new_members", list);
     list.end_object();
@@ -224,15 +225,15 @@ void changes_json(const ToldChanges& told, const TextSink& sink) {
   list.end();
 }
 
-void changes_markdown(const Inventory& old_inventory, const Inventory& new_inventory, const ToldChanges& told,
-                      const TextSink& sink) {
+void changes_markdown(const Inventory& old_inventory, const Inventory& new_inventory,
+                      const ChangeSentences& sentences, const TextSink& sink) {
   sink("## What changed on " + escaped(printable(machine_name(new_inventory))) + "\n\nFrom " +
        escaped(printable(time_of(old_inventory))) + " to " + escaped(printable(time_of(new_inventory))) +
        "\n\n");
   const std::string warning = machine_warning(old_inventory, new_inventory);
   if (!warning.empty()) sink("**Note:** " + escaped(printable(warning)) + "\n\n");
-  for (const ToldChange& change : told) sink("- " + escaped(change.sentence) + "\n");
-  if (told.empty()) sink("Nothing.\n");
+  for (const ChangeSentence& change : sentences) sink("- " + escaped(change.sentence) + "\n");
+  if (sentences.empty()) sink("Nothing.\n");
 }
 
 std::string machine_warning(const Inventory& old_inventory, const Inventory& new_inventory) {

@@ -14,13 +14,13 @@ Range<std::string_view> known_by(Element element) {
 
 }  // namespace
 
-bool tells_more(Element element) {
+bool has_details(Element element) {
   const Range<std::string_view> parts = known_by(element);
   return !parts.empty() && is_elsewhere(*parts.begin());
 }
 
 Element main_of(Element element, Counterparts& counterparts) {
-  return tells_more(element) ? counterparts.find(*known_by(element).begin(), element) : Element();
+  return has_details(element) ? counterparts.find(*known_by(element).begin(), element) : Element();
 }
 
 std::string own_identity_of(Element element) {

@@ -20,7 +20,7 @@ std::string own_identity_of(Element element);
 std::string_view own_identity_of(Element element, std::string& joined);
 
 // Whether elements of its kind hold details of other elements.
-bool tells_more(Element element);
+bool has_details(Element element);
 // The element of which it holds details; empty if there is none.
 Element main_of(Element element, Counterparts& counterparts);
 

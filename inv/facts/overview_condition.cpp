@@ -30,16 +30,16 @@ std::string answer_in(std::string_view status) {
 
 // On or off, or what the tool printed if it was neither.
 std::string state(Element platform, const std::string& name) {
-  const std::string told = on_or_off(platform.text(name));
-  return told.empty() ? answer_in(platform.text(name + "-status")) : told;
+  const std::string answer = on_or_off(platform.text(name));
+  return answer.empty() ? answer_in(platform.text(name + "-status")) : answer;
 }
 
 // Two tools report this; both answers are shown if they differ.
 std::string integrity_protection(Element platform) {
-  const std::string told = state(platform, "system-integrity-protection");
+  const std::string reported = state(platform, "system-integrity-protection");
   const std::string other = on_or_off(platform.text("system-integrity-protection-by-profiler"));
-  if (told.empty() || told == other) return between("SIP ", other);
-  return between("SIP ", told) + between(" (the profiler: ", other, ")");
+  if (reported.empty() || reported == other) return between("SIP ", other);
+  return between("SIP ", reported) + between(" (the profiler: ", other, ")");
 }
 
 void add(std::vector<std::string>& texts, std::string text) {
@@ -72,13 +72,13 @@ std::string firewall(Element firewall) {
 }
 
 void read_battery(Element battery, Overview& overview) {
-  std::vector<std::string>& told = overview.battery;
-  add(told, between("condition ", text(battery, "condition")));
-  add(told, between("", text(battery, "cycle-count"), " cycles"));
-  add(told, between("maximum capacity ", text(battery, "maximum-capacity")));
-  add(told, between("charged to ", text(battery, "charge"), " %"));
-  add(told, when(battery.text("charging"), "charging", ""));
-  add(told, between("charger of ", text(battery, "charger-watts"), " W"));
+  std::vector<std::string>& lines = overview.battery;
+  add(lines, between("condition ", text(battery, "condition")));
+  add(lines, between("", text(battery, "cycle-count"), " cycles"));
+  add(lines, between("maximum capacity ", text(battery, "maximum-capacity")));
+  add(lines, between("charged to ", text(battery, "charge"), " %"));
+  add(lines, when(battery.text("charging"), "charging", ""));
+  add(lines, between("charger of ", text(battery, "charger-watts"), " W"));
 }
 
 }  // namespace

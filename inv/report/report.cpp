@@ -78,10 +78,10 @@ std::string volume_section(const Overview& overview) {
   return bars.empty() ? "" : "<section id=\"space\"><h2>Space</h2>\n" + bars + "</section>\n";
 }
 
-PagePart change_table(const ToldChanges& told) {
+PagePart change_table(const ChangeSentences& sentences) {
   const std::vector<ReportColumn> columns = {{"Change", ""}, {"Of", ""}, {"What changed", ""}};
-  return table_part("Changes", columns, told.size(), [&told](size_t i) -> std::vector<std::string> {
-    const ToldChange change = told[i];
+  return table_part("Changes", columns, sentences.size(), [&sentences](size_t i) -> std::vector<std::string> {
+    const ChangeSentence change = sentences[i];
     const std::string kind = kind_text(change.kind);
     return {"<span class=\"" + kind + "\">" + kind + "</span>", isolated(change.thing),
             isolated(change.sentence)};
@@ -99,14 +99,14 @@ void report_page(const Inventory& inventory, const TextSink& sink) {
 
 void comparison_page(const Inventory& old_inventory, const Inventory& new_inventory, const TextSink& sink) {
   const Overview overview = overview_of(new_inventory);
-  const ToldChanges told(diff(old_inventory, new_inventory, Facts::lasting));
+  const ChangeSentences sentences(diff(old_inventory, new_inventory, Facts::lasting));
   const std::string warning = machine_warning(old_inventory, new_inventory);
   const std::string note =
       warning.empty() ? "" : "<p class=\"warning\" role=\"note\">Note: " + isolated(warning) + "</p>\n";
-  const std::string since = "<p class=\"since\">" + readable_count(told.size(), "change") + " since " +
+  const std::string since = "<p class=\"since\">" + readable_count(sentences.size(), "change") + " since " +
                             time_element(scan_timestamp(old_inventory)) + "</p>\n";
   std::vector<PagePart> parts = {{note + since, {}}};
-  if (!told.empty()) parts.push_back(change_table(told));
+  if (!sentences.empty()) parts.push_back(change_table(sentences));
   framed_page(overview.name + ", compared", heading(overview), parts, sink);
 }
 

@@ -67,7 +67,7 @@ class Diff(InventoryTestCase):
         removed, added = json.loads(self.check(1, "diff", "--json", self.before, self.new_disk))
         self.assertEqual((removed["change"], added["change"]), ("removed", "added"))
         self.assertEqual((removed["old_members"]["serial"], added["new_members"]["serial"]), ("SIM0000HD01", "SIM0000HD77"))
-        self.assertEqual(removed["told"], added["told"])
+        self.assertEqual(removed["sentence"], added["sentence"])
         self.assertEqual(self.output("--json"), self.output("--format", "json"))
 
     def test_markdown_is_for_a_ticket(self):

@@ -10,7 +10,7 @@ namespace {
 
 struct Compared {
   std::unique_ptr<inv::Inventory> old_inventory, new_inventory;
-  inv::ToldChanges told;
+  inv::ChangeSentences sentences;
 };
 
 Compared compared(const std::string& old_lines, const std::string& new_lines) {
@@ -19,21 +19,22 @@ Compared compared(const std::string& old_lines, const std::string& new_lines) {
   };
   auto old_inventory = open(old_lines);
   auto new_inventory = open(new_lines);
-  inv::ToldChanges told(inv::diff(*old_inventory, *new_inventory, inv::Facts::lasting));
-  return {std::move(old_inventory), std::move(new_inventory), std::move(told)};
+  inv::ChangeSentences sentences(inv::diff(*old_inventory, *new_inventory, inv::Facts::lasting));
+  return {std::move(old_inventory), std::move(new_inventory), std::move(sentences)};
 }
 
 std::string text_of(const Compared& both, const inv::Terminal& terminal) {
-  return maker::written([&](const inv::TextSink& sink) { inv::changes_text(both.told, terminal, sink); });
+  return maker::written(
+      [&](const inv::TextSink& sink) { inv::changes_text(both.sentences, terminal, sink); });
 }
 
 std::string json_of(const Compared& both) {
-  return maker::written([&](const inv::TextSink& sink) { inv::changes_json(both.told, sink); });
+  return maker::written([&](const inv::TextSink& sink) { inv::changes_json(both.sentences, sink); });
 }
 
 std::string markdown_of(const Compared& both) {
   return maker::written([&](const inv::TextSink& sink) {
-    inv::changes_markdown(*both.old_inventory, *both.new_inventory, both.told, sink);
+    inv::changes_markdown(*both.old_inventory, *both.new_inventory, both.sentences, sink);
   });
 }
 
@@ -63,18 +64,18 @@ TEST(DiffFormats, JsonHasEveryChangeWithItsSentenceAndMembers) {
   EXPECT_EQ(nlohmann::json::parse(json_of(both)), nlohmann::json::parse(R"json([
     {"change": "removed", "path": "/Software/Soft:1", "old_path": "/Software/Soft:1",
      "identity": "/Applications/Safari.app", "label": "Safari", "name": "", "old": "Safari", "new": "",
-     "thing": "Application", "told": "Application removed: Safari 5 (/Applications/Safari.app)",
+     "thing": "Application", "sentence": "Application removed: Safari 5 (/Applications/Safari.app)",
      "old_members": {"version": "5", "location": "/Applications/Safari.app"}, "new_members": {}
 },
     {"change": "changed", "path": "/Software/Soft:1/version", "old_path": "/Software/Soft:2/version",
      "identity": "/Applications/Mail.app", "label": "Mail", "name": "version", "old": "4", "new": "5",
-     "thing": "Application", "told": "Mail 4 to 5", "old_members": {}, "new_members": {}}])json"));
+     "thing": "Application", "sentence": "Mail 4 to 5", "old_members": {}, "new_members": {}}])json"));
 }
 
 TEST(DiffFormats, MembersOfPartsHaveTheirNamesBeforeThem) {
   const Compared both = compared("", "+Video=\n+Monitors=\n+Monitor:1=\nid=X\n*h-freq=\nmax=80\n-\n-\n-\n");
   const auto list = nlohmann::json::parse(json_of(both));
-  EXPECT_EQ(list.at(0).at("told"), "Display added");
+  EXPECT_EQ(list.at(0).at("sentence"), "Display added");
   const Compared inner =
       compared("+Later=\n*y=\nz=1\n-\n", "+Later=\n*y=\nz=1\n+x=\nid=X\n*h-freq=\nmax=80\n-\n-\n");
   EXPECT_EQ(nlohmann::json::parse(json_of(inner)).at(0).at("new_members"),
@@ -85,7 +86,7 @@ TEST(DiffFormats, AListThatCameHasTheSentencesOfAllInIt) {
   const Compared both =
       compared("", "+Peripherals=\n+Printers=\n*Printer:1=Laser\nuri=x\n*Printer:2=Ink\nuri=y\n-\n-\n");
   const auto list = nlohmann::json::parse(json_of(both));
-  EXPECT_EQ(list.at(0).at("told"), "Printer added: Laser (x); Printer added: Ink (y)");
+  EXPECT_EQ(list.at(0).at("sentence"), "Printer added: Laser (x); Printer added: Ink (y)");
   EXPECT_EQ(list.at(0).at("thing"), "Printer");
 }
 
@@ -93,8 +94,8 @@ TEST(DiffFormats, WhatFollowsAnotherFactHasNoSentence) {
   const Compared both = compared("+Memory=\n*Memory-slot:1=\nused=1\n*General-info=\nphysical-memory=2\n-\n",
                                  "+Memory=\n*Memory-slot:1=\nused=0\n*General-info=\nphysical-memory=1\n-\n");
   const auto list = nlohmann::json::parse(json_of(both));
-  EXPECT_EQ(list.at(0).at("told"), "Memory removed: slot 1");
-  EXPECT_EQ(list.at(1).at("told"), "");
+  EXPECT_EQ(list.at(0).at("sentence"), "Memory removed: slot 1");
+  EXPECT_EQ(list.at(1).at("sentence"), "");
   EXPECT_EQ(list.at(1).at("old"), "2");
 }
 

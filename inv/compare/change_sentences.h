@@ -9,7 +9,7 @@
 
 namespace inv {
 
-struct ToldChange {
+struct ChangeSentence {
   enum class Kind { added, removed, replaced, changed };
 
   Kind kind = Kind::changed;
@@ -22,23 +22,23 @@ struct ToldChange {
 // The sentences in the order of the changes. A fact that follows another one according to the catalogue is
 // left out if that one changed too; at least one of the changes has a sentence. Each sentence is made on
 // request, since there can be millions. Valid as long as the inventories.
-class ToldChanges {
+class ChangeSentences {
  public:
-  explicit ToldChanges(std::vector<Change> changes);
-  ToldChanges(ToldChanges&& other) noexcept;
-  ~ToldChanges();
+  explicit ChangeSentences(std::vector<Change> changes);
+  ChangeSentences(ChangeSentences&& other) noexcept;
+  ~ChangeSentences();
 
   const std::vector<Change>& changes() const;
   size_t size() const;
   bool empty() const { return size() == 0; }
-  ToldChange operator[](size_t place) const;
+  ChangeSentence operator[](size_t place) const;
   // The places of the changes that a sentence describes.
   std::vector<size_t> changes_of(size_t place) const;
 
   class Iterator {
    public:
-    Iterator(const ToldChanges& all, size_t place) : all_(&all), place_(place) {}
-    ToldChange operator*() const { return (*all_)[place_]; }
+    Iterator(const ChangeSentences& all, size_t place) : all_(&all), place_(place) {}
+    ChangeSentence operator*() const { return (*all_)[place_]; }
     Iterator& operator++() {
       ++place_;
       return *this;
@@ -46,18 +46,18 @@ class ToldChanges {
     bool operator!=(const Iterator& other) const { return place_ != other.place_; }
 
    private:
-    const ToldChanges* all_;
+    const ChangeSentences* all_;
     size_t place_;
   };
   Iterator begin() const { return {*this, 0}; }
   Iterator end() const { return {*this, size()}; }
 
  private:
-  class Teller;
-  std::unique_ptr<const Teller> teller_;
+  class Writer;
+  std::unique_ptr<const Writer> writer_;
 };
 
 // "added", "removed", "replaced" or "changed".
-const char* kind_text(ToldChange::Kind kind);
+const char* kind_text(ChangeSentence::Kind kind);
 
 }  // namespace inv

@@ -1,4 +1,4 @@
-#include "inv/compare/told_change.h"
+#include "inv/compare/change_sentences.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,8 @@ std::string told(std::string_view old_lines, std::string_view new_lines,
   const auto old_inventory = maker::open(snapshot(old_lines));
   const auto new_inventory = maker::open(snapshot(new_lines));
   std::string sentences;
-  for (const inv::ToldChange& change : inv::ToldChanges(inv::diff(*old_inventory, *new_inventory, facts))) {
+  for (const inv::ChangeSentence& change :
+       inv::ChangeSentences(inv::diff(*old_inventory, *new_inventory, facts))) {
     sentences += change.sentence + "\n";
   }
   return sentences;
@@ -30,13 +31,13 @@ std::string software(const std::string& applications) { return "+Software=\n" + 
 
 std::string disks(const std::string& lines) { return "+Storage=\n+Physical-disks=\n" + lines + "-\n-\n"; }
 
-TEST(ToldChange, ANewVersionIsToldByItself) {
+TEST(ChangeSentences, ANewVersionIsShownByItself) {
   EXPECT_EQ(told(software(application("Safari", "version=5.1.10\n")),
                  software(application("Safari", "version=6.0\n"))),
             "Safari 5.1.10 to 6.0\n");
 }
 
-TEST(ToldChange, WhatChangesWithTheVersionIsNotToldBesideIt) {
+TEST(ChangeSentences, WhatChangesWithTheVersionIsNotRepeated) {
   EXPECT_EQ(
       told(software(application("Safari", "version=5\ninst-date=20110101\ninfo=5, 2011\n64bit-app=0\n")),
            software(application("Safari", "version=6\ninst-date=20120101\ninfo=6, 2012\n64bit-app=1\n"))),
@@ -46,14 +47,14 @@ TEST(ToldChange, WhatChangesWithTheVersionIsNotToldBesideIt) {
             "Application Safari (/Applications/Safari.app): info a to b\n");
 }
 
-TEST(ToldChange, ThingsOfOneNameHaveTheirBrackets) {
+TEST(ChangeSentences, ThingsOfOneNameHaveTheirBrackets) {
   const std::string other = "location=/Old/Safari.app\n";
   EXPECT_EQ(told(software(application("Safari", "version=5\n") + "*Soft:2=Safari\nversion=4\n" + other),
                  software(application("Safari", "version=6\n") + "*Soft:2=Safari\nversion=5\n" + other)),
             "Safari (/Applications/Safari.app) 5 to 6\nSafari (/Old/Safari.app) 4 to 5\n");
 }
 
-TEST(ToldChange, AnApplicationCameOrWent) {
+TEST(ChangeSentences, AnApplicationCameOrWent) {
   const std::string mail = application("Mail", "version=4\n");
   const std::string firefox = "*Soft:2=Firefox\nversion=14.0.1\nlocation=/Applications/Firefox.app\n";
   EXPECT_EQ(told(software(mail), software(mail + firefox)),
@@ -62,7 +63,7 @@ TEST(ToldChange, AnApplicationCameOrWent) {
             "Application removed: Firefox 14.0.1 (/Applications/Firefox.app)\n");
 }
 
-TEST(ToldChange, DetailsAreToldWithWhatTheyAreAbout) {
+TEST(ChangeSentences, DetailsBelongToWhatTheyAreAbout) {
   const std::string mail = application("Mail", "version=4\n");
   EXPECT_EQ(
       told(software(mail) + "+Software-details=\n*Soft:1=\nsource=a\n-\n",
@@ -74,7 +75,7 @@ TEST(ToldChange, DetailsAreToldWithWhatTheyAreAbout) {
             "Application removed: X (/X)\n");
 }
 
-TEST(ToldChange, ADiskWasReplaced) {
+TEST(ChangeSentences, ADiskWasReplaced) {
   const auto disk = [](const std::string& serial, const std::string& bytes) {
     return disks("*HDD:1=\nmodel=SIMDISK\nsize=1000\n~base-value=" + bytes + "\nserial=" + serial + "\n");
   };
@@ -82,7 +83,7 @@ TEST(ToldChange, ADiskWasReplaced) {
             "Disk replaced: SIMDISK 1 TB (A) by SIMDISK 2 TB (B)\n");
 }
 
-TEST(ToldChange, OfSeveralDisksTheFirstThatWentIsReplacedByTheFirstThatCame) {
+TEST(ChangeSentences, OfSeveralDisksTheFirstThatWentIsReplacedByTheFirstThatCame) {
   EXPECT_EQ(
       told(disks("*HDD:1=\nserial=A\n*HDD:2=\nserial=B\n"), disks("*HDD:1=\nserial=C\n*HDD:2=\nserial=D\n")),
       "Disk replaced: (A) by (C)\nDisk replaced: (B) by (D)\n");
@@ -92,12 +93,12 @@ TEST(ToldChange, OfSeveralDisksTheFirstThatWentIsReplacedByTheFirstThatCame) {
             "Disk removed: (A)\nOptical drive added: C\n");
 }
 
-TEST(ToldChange, AnApplicationIsNotReplacedByAnother) {
+TEST(ChangeSentences, AnApplicationIsNotReplacedByAnother) {
   EXPECT_EQ(told(software("*Soft:1=A\nlocation=/A\n"), software("*Soft:1=B\nlocation=/B\n")),
             "Application removed: A (/A)\nApplication added: B (/B)\n");
 }
 
-TEST(ToldChange, MemoryCameOrWentByItsSlot) {
+TEST(ChangeSentences, MemoryCameOrWentByItsSlot) {
   const std::string full =
       "+Memory=\n*Memory-slot:3=\nused=1\ncapacity=1024\nmem-type=DDR3\n*General-info=\nphysical-memory="
       "2048\n-\n";
@@ -106,7 +107,7 @@ TEST(ToldChange, MemoryCameOrWentByItsSlot) {
   EXPECT_EQ(told(empty, full), "Memory added: slot 3, 1 GB DDR3\n");
 }
 
-TEST(ToldChange, AnotherModuleInASlotReplacedTheFirst) {
+TEST(ChangeSentences, AnotherModuleInASlotReplacedTheFirst) {
   const auto slot = [](const std::string& facts) {
     return "+Memory=\n*Memory-slot:3=\nused=1\n" + facts + "mem-type=DDR3\n-\n";
   };
@@ -115,26 +116,26 @@ TEST(ToldChange, AnotherModuleInASlotReplacedTheFirst) {
   EXPECT_EQ(told(slot("speed=1066\n"), slot("speed=1333\n")), "Memory slot 3: speed 1066 MHz to 1333 MHz\n");
 }
 
-TEST(ToldChange, AnEmptySlotIsNoMemory) {
+TEST(ChangeSentences, AnEmptySlotIsNoMemory) {
   const std::string one = "+Memory=\n*Memory-slot:1=\nused=1\n";
   EXPECT_EQ(told(one + "-\n", one + "*Memory-slot:2=\nused=0\n-\n"), "Memory slot 2 added, empty\n");
 }
 
-TEST(ToldChange, AListThatCameIsToldThingByThing) {
+TEST(ChangeSentences, AListThatCameHasASentenceForEachThing) {
   EXPECT_EQ(
       told("+Peripherals=\n*x=\na=1\n-\n",
            "+Peripherals=\n*x=\na=1\n+Printers=\n*Printer:1=Laser\nuri=lpd://x\n*Printer:2=Ink\n-\n-\n"),
       "Printer added: Laser (lpd://x)\nPrinter added: Ink\n");
 }
 
-TEST(ToldChange, WhatHasNoWordIsToldByItsPath) {
+TEST(ChangeSentences, WhatHasNoWordIsShownByItsPath) {
   EXPECT_EQ(told("", "+Later=\n*x:1=A\n-\n"), "/Later added\n");
   EXPECT_EQ(told("+Later=\n*x:1=A\n*x:2=B\n-\n", "+Later=\n*x:1=A\n-\n"), "/Later/x:2 removed: B\n");
   EXPECT_EQ(told("+Later=\n*x:1=\ny=1\n-\n", "+Later=\n*x:1=\ny=2\n-\n"), "/Later/x:1: y 1 to 2\n");
   EXPECT_EQ(told("hostname=A\n", "hostname=B\n"), "Snapshot: hostname A to B\n");
 }
 
-TEST(ToldChange, SayHowAValueIsRead) {
+TEST(ChangeSentences, SayHowAValueIsRead) {
   const auto volume = [](const std::string& facts) {
     return "+Storage=\n+Logical-disks=\n*partition:1=HD\nmount-point=/\n" + facts + "-\n-\n";
   };
@@ -151,7 +152,7 @@ TEST(ToldChange, SayHowAValueIsRead) {
             "Volume HD (/): kind a to b\n");
 }
 
-TEST(ToldChange, PartsAreToldWithTheirThing) {
+TEST(ChangeSentences, PartsBelongToTheirThing) {
   const auto display = [](const std::string& lines) {
     return "+Video=\n+Monitors=\n+Monitor:1=\nid=X\nmodel=Wide\n" + lines + "-\n-\n-\n";
   };
@@ -162,13 +163,13 @@ TEST(ToldChange, PartsAreToldWithTheirThing) {
             "Display Wide: Video Modes v mode 1 removed\n");
 }
 
-TEST(ToldChange, ANewNameIsToldWithTheVersion) {
+TEST(ChangeSentences, ANewNameIsShownWithTheVersion) {
   EXPECT_EQ(told("+OS=\n*os:1=Lion\nname=Lion\nversion=10.7\nkernel=11\n-\n",
                  "+OS=\n*os:1=Tiger\nname=Tiger\nversion=10.4\nkernel=8\n-\n"),
             "System Lion 10.7 to Tiger 10.4\n");
 }
 
-TEST(ToldChange, WhatRepeatsAnotherFactIsToldOnce) {
+TEST(ChangeSentences, WhatRepeatsAnotherFactIsShownOnce) {
   EXPECT_EQ(told("+System=\n*Mem-slots=\n-\n+Memory=\n*Memory-slot:1=\nused=1\ncapacity=1024\n-\n",
                  "+System=\n+Mem-slots=\n*mem-slot:1=\nused=1\n-\n-\n+Memory=\n*Memory-slot:1=\nused="
                  "1\ncapacity=2048\n-\n"),
@@ -178,7 +179,7 @@ TEST(ToldChange, WhatRepeatsAnotherFactIsToldOnce) {
             "/System/Mem-slots/mem-slot:1: used yes to no\n");
 }
 
-TEST(ToldChange, OfManyChangesTheFirstAreTold) {
+TEST(ChangeSentences, OfManyChangesTheFirstAreShown) {
   std::string old_lines = "+Later=\n*x=\n", new_lines = old_lines;
   for (int i = 0; i < 10; ++i) {
     old_lines += "a" + std::to_string(i) + "=1\n";
@@ -190,29 +191,29 @@ TEST(ToldChange, OfManyChangesTheFirstAreTold) {
       "and 2 more\n");
 }
 
-TEST(ToldChange, LongAndOddValuesAreCutOffAndShownSafely) {
+TEST(ChangeSentences, LongAndOddValuesAreCutOffAndShownSafely) {
   const std::string line = told("a=1\n", "a=" + std::string(500, 'x') + "\n");
   EXPECT_LT(line.size(), 150U);
   EXPECT_EQ(told("a=1\n", "a=\x1B[31m\xE2\x80\xAE\n"), "Snapshot: a 1 to \xEF\xBF\xBD[31m\xEF\xBF\xBD\n");
 }
 
-TEST(ToldChange, SerialNumbersEndWhereTheirLineEnds) {
+TEST(ChangeSentences, SerialNumbersEndWhereTheirLineEnds) {
   EXPECT_EQ(told(disks("*HDD:1=\nserial=A\n*HDD:2=\nserial=B\r\n"), disks("*HDD:1=\nserial=A\n")),
             "Disk removed: (B)\n");
 }
 
-TEST(ToldChange, EveryChangeBelongsToASentenceOrFollowsOne) {
+TEST(ChangeSentences, EveryChangeBelongsToASentenceOrFollowsOne) {
   const auto old_inventory = maker::open(snapshot(disks("*HDD:1=\nserial=A\n")));
   const auto new_inventory = maker::open(snapshot(disks("*HDD:1=\nserial=B\n")));
-  const inv::ToldChanges sentences(inv::diff(*old_inventory, *new_inventory, inv::Facts::lasting));
+  const inv::ChangeSentences sentences(inv::diff(*old_inventory, *new_inventory, inv::Facts::lasting));
   ASSERT_EQ(sentences.size(), 1U);
-  EXPECT_EQ(sentences[0].kind, inv::ToldChange::Kind::replaced);
+  EXPECT_EQ(sentences[0].kind, inv::ChangeSentence::Kind::replaced);
   EXPECT_STREQ(inv::kind_text(sentences[0].kind), "replaced");
   EXPECT_EQ(sentences[0].thing, "Disk");
   EXPECT_EQ(sentences.changes_of(0), std::vector<size_t>({0, 1}));
 }
 
-TEST(ToldChange, WhatIsDeeperThanKnownFollowsAsWhatItIsBelow) {
+TEST(ChangeSentences, WhatIsDeeperThanKnownFollowsAsWhatItIsBelow) {
   const auto memory = [](const std::string& in_slot, const std::string& in_old_slot) {
     return "+Memory=\n+Memory-slot:1=\n+x=\na=" + in_slot +
            "\n-\n-\n-\n+System=\n+Mem-slots=\n+mem-slot:1=\n+y=\nb=" + in_old_slot + "\nc=" + in_old_slot +
@@ -222,7 +223,7 @@ TEST(ToldChange, WhatIsDeeperThanKnownFollowsAsWhatItIsBelow) {
   EXPECT_NE(told(memory("1", "1"), memory("1", "2")), "");
 }
 
-TEST(ToldChange, StaysLinearWithManyChangesOfOneThing) {
+TEST(ChangeSentences, StaysLinearWithManyChangesOfOneThing) {
   std::string old_lines = "+AssetInfo-like=\n", new_lines = old_lines;
   for (int i = 0; i < 100'000; ++i) {
     old_lines += "disk" + std::to_string(i) + "=1\n";
