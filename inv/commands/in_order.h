@@ -133,7 +133,7 @@ bool in_order(size_t count, size_t jobs, Make make, Use use, Weigh weight_of, ui
 template <typename Make, typename Use>
 bool in_order(size_t count, size_t jobs, Make make, Use use) {
   return in_order(
-      count, jobs, make, use, [](const auto&) { return 0; }, 0);
+      count, jobs, make, use, [](const auto&) { return uint64_t{0}; }, 0);
 }
 
 }  // namespace inv
