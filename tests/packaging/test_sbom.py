@@ -68,7 +68,7 @@ class Sbom(unittest.TestCase):
                 'velkaro_describe_library(known Known 1.0 "")\nvelkaro_sbom(program)\n')
             result = subprocess.run(["cmake", "-S", folder, "-B", f"{folder}/build"], capture_output=True, text=True, timeout=120)
         self.assertNotEqual(result.returncode, 0)
-        self.assertIn("program links unknown, which velkaro_describe_library tells nothing of", " ".join(result.stderr.split()))
+        self.assertIn("program links unknown, which velkaro_describe_library does not describe", " ".join(result.stderr.split()))
 
     @unittest.skipUnless((VALIDATORS / "node_modules").exists() and shutil.which("node"), "run npm ci in tests/validators first")
     def test_is_valid_by_its_schema(self):
