@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include "inv/base/characters.h"
 #include "inv/base/nearest.h"
 #include "inv/facts/paths.h"
 #include "inv/show/terminal.h"
@@ -9,12 +10,7 @@
 namespace inv {
 namespace {
 
-constexpr std::string_view kFileEnding = ".inv";
-
-bool ends_like_file(std::string_view argument) {
-  return argument.size() > kFileEnding.size() &&
-         argument.substr(argument.size() - kFileEnding.size()) == kFileEnding;
-}
+bool ends_like_file(std::string_view argument) { return argument.size() > 4 && ends_with(argument, ".inv"); }
 
 bool is_file(const std::string& argument) {
   struct stat status;
@@ -44,6 +40,12 @@ bool refuse(std::string_view command, const std::string& reason) {
 }
 
 }  // namespace
+
+bool is_named_like_file(std::string_view argument, const std::string& value) {
+  if (!ends_like_file(value)) return false;
+  complain(value, "is named like a file to read; " + std::string(argument) + " comes before the files");
+  return true;
+}
 
 FilesAndPaths sort_arguments(const std::vector<std::string>& arguments, const FileOptions& listed) {
   FilesAndPaths sorted = {listed, {}};

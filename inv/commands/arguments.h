@@ -15,6 +15,10 @@ struct FilesAndPaths {
   std::vector<std::string> paths;
 };
 
+// Whether the value of an argument that precedes the files is named like one of them, "a.inv". If so,
+// complains that it was left out.
+bool is_named_like_file(std::string_view argument, const std::string& value);
+
 // An argument is a file if it is "-", if a file of that name exists, or if it does not look like a path:
 // paths begin with "/" or the name of a tree. So is a folder, unless the scanner writes such a path: /System
 // is both on a Mac, and the path is meant. The files of a list come last.

@@ -2,6 +2,7 @@
 #include <future>
 #include <system_error>
 
+#include "inv/commands/arguments.h"
 #include "inv/commands/batch.h"
 #include "inv/commands/file_list.h"
 #include "inv/commands/in_order.h"
@@ -157,6 +158,7 @@ bool load(const Options& options, const std::vector<std::string>& files, Loader&
 }
 
 int run(const Options& options) {
+  if (is_named_like_file("DATABASE", options.database)) return kUnusable;
   int status = kDone;
   const std::vector<std::string> files = find_files(options.files, status);
   const std::optional<SignatureCheck> signatures = SignatureCheck::create(options.signature, files);

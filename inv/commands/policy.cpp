@@ -4,6 +4,7 @@
 
 #include "inv/base/input_file.h"
 #include "inv/base/utf8.h"
+#include "inv/commands/arguments.h"
 #include "inv/commands/file_list.h"
 #include "inv/commands/result_text.h"
 #include "inv/commands/secret_options.h"
@@ -54,6 +55,7 @@ std::string verdict_text(const std::vector<PolicyVerdict>& verdicts, const std::
 }
 
 int run(const Options& options) {
+  if (is_named_like_file("RULES", options.rules)) return kUnusable;
   const std::optional<std::vector<PolicyRule>> rules = open_policy(options.rules);
   if (!rules) return kUnusable;
   int status = kDone;

@@ -104,15 +104,16 @@ void add_timeout(CLI::App& command, unsigned& patience) {
 bool open_for_questions(const char* command, QueryDatabase& database, const std::vector<std::string>& files,
                         uint64_t max_size, bool keep_secrets, int& status) {
   if (!database.open()) return complain_of_database(database);
-  size_t masked = 0;
+  size_t masked = 0, opened = 0;
   for (const std::string& file : files) {
     const std::unique_ptr<Inventory> inventory = open_for_command(file, max_size, status);
     if (!inventory) continue;
+    ++opened;
     masked += mask_unless_kept(keep_secrets, *inventory);
     if (!database.add(*inventory)) return complain_of_database(database);
   }
   report_masked(command, masked);
-  return true;
+  return opened > 0;
 }
 
 void result_text(const QueryResult& result, const std::string& format, Formulas formulas,

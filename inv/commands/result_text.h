@@ -17,7 +17,8 @@ constexpr unsigned kUsualPatience = 60;
 void add_timeout(CLI::App& command, unsigned& patience);
 
 // Adds the readable files, with their secrets masked unless they are to be kept, and complains of the others.
-// False, after a complaint, if there is no database to query.
+// False, after a complaint, if there is no database to query: an answer about no file would be taken for a
+// good one.
 bool open_for_questions(const char* command, QueryDatabase& database, const std::vector<std::string>& files,
                         uint64_t max_size, bool keep_secrets, int& status);
 

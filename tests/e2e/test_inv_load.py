@@ -305,6 +305,12 @@ class Load(InventoryTestCase):
                 self.check(2, "load", path, self.files[0])
                 self.assertIn(f"inv: {path}: {reason}", self.messages)
 
+    def test_a_file_in_the_place_of_the_database_is_named(self):
+        for name in (self.files[0], FOLDER / "new.inv"):
+            self.check(2, "load", name, self.files[1])
+            self.assertEqual(self.messages, f"inv: {name}: is named like a file to read; DATABASE comes before the files\n")
+        self.assertFalse((FOLDER / "new.inv").exists())
+
     def test_a_locked_database_is_waited_for(self):
         self.check(0, "load", self.path, self.files[0])
         other = sqlite3.connect(self.path, isolation_level=None, check_same_thread=False)

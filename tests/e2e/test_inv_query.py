@@ -161,6 +161,17 @@ class Policy(InventoryTestCase):
         self.assertEqual([case.get("name") for case in suite], ["kept", "<broken>"])
         self.assertEqual(suite[1][0].get("message"), "  & Studio iMac")
 
+    def test_no_rule_is_kept_where_no_file_can_be_read(self):
+        rules, folder = self.policy(("kept", "low", "x", "SELECT 1 WHERE 0")), Path(tempfile.mkdtemp(dir=FOLDER))
+        for file in (FOLDER / "missing.inv", folder):
+            for arguments in (["policy", rules], ["query", "SELECT count(*) FROM facts"]):
+                self.assertEqual(self.check(2, *arguments, file), "")
+                self.assertIn(f"inv: {file}: ", self.messages)
+
+    def test_a_file_in_the_place_of_the_rules_is_named(self):
+        self.assertEqual(self.check(2, "policy", self.file, STARTER), "")
+        self.assertEqual(self.messages, f"inv: {self.file}: is named like a file to read; RULES comes before the files\n")
+
     def test_rules_that_cannot_be_read_end_with_2(self):
         wrong = FOLDER / "wrong.json"
         wrong.write_text("{")
