@@ -24,10 +24,9 @@ bool is_any_of(const char* argument, std::initializer_list<const char*> words) {
                      [argument](const char* word) { return std::strcmp(argument, word) == 0; });
 }
 
+// Whether a text begins with these letters, in capitals or not; they differ in one bit.
 bool begins_with(std::string_view text, std::string_view small_letters) {
-  const auto same = [](char small, char c) {
-    return c == small || (c >= 'A' && c <= 'Z' && (c | 0x20) == small);
-  };
+  const auto same = [](char small, char c) { return (c | 0x20) == small; };
   return text.size() >= small_letters.size() &&
          std::equal(small_letters.begin(), small_letters.end(), text.begin(), same);
 }
