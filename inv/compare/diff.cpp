@@ -123,7 +123,7 @@ struct Key {
 };
 
 struct HashKey {
-  size_t operator()(const Key& key) const { return std::hash<std::string_view>()(key.text) + key.is_list; }
+  size_t operator()(const Key& key) const { return std::hash<std::string_view>()(key.text); }
 };
 
 // One of the two trees, and what is known about its elements.

@@ -94,6 +94,11 @@ TEST(VersionKey, IsMissingForWhatIsTooLong) {
   EXPECT_EQ(inv::version_key(std::string(1001, '1')), "");
 }
 
+TEST(VersionKey, OfALongerNumberIsTheLargerOne) {
+  EXPECT_LT(inv::version_key("99999999999"), inv::version_key("100000000000"));
+  EXPECT_LT(inv::version_key("9999999999"), inv::version_key("10000000000"));
+}
+
 TEST(CompareVersions, TakesNumbersOfAnyLength) {
   expect_before(std::string(400, '9'), "1" + std::string(400, '0'));
 }

@@ -42,6 +42,11 @@ TEST(Diff, ElementsThatMovedAreTheSame) {
             "");
 }
 
+TEST(Diff, AnElementIsNotPairedWithAListOfItsName) {
+  EXPECT_EQ(changes(snapshot("+Box=\n*Thing:1=\na=1\n-\n"), snapshot("+Box=\n*Thing=\na=2\n-\n")),
+            "removed /Box/Thing:1\nadded /Box/Thing\n");
+}
+
 TEST(Diff, DetailsMoveWithTheirElement) {
   EXPECT_EQ(
       changes(snapshot(std::string(kTwoApplications) +

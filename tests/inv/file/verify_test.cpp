@@ -42,6 +42,13 @@ TEST(Verify, RequiresTheAttributesByWhichAConsoleFilesASnapshot) {
             "20120118153045.000000+120");
 }
 
+TEST(Verify, WantsTheHeaderToHaveTheSnapshotsTime) {
+  std::string other = kNeeded;
+  other.replace(other.find("2012"), 4, "2013");
+  EXPECT_EQ(first_fault(maker::file_of_text(snapshot_text(other))),
+            "at byte 0 (line 2, byte 9 of the text): the snapshot's timestamp differs from the header's");
+}
+
 TEST(Verify, WantsTheTopElementToFitTheSection) {
   INVfile writer(1);
   writer.add_section(maker::asset(), kSnapshot, Layout::whole_compressed);
